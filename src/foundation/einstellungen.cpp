@@ -1,0 +1,43 @@
+#include "foundation/einstellungen.h"
+
+#include "foundation/protokoll.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+Einstellungen::Einstellungen()
+    : url(datei(u"einstellungen.json"_s))
+{
+    QFile quelle(url);
+    if (!QFileInfo(url).isFile() || !quelle.open(QIODevice::ReadOnly)) {
+        return;
+    }
+    const QJsonObject felder = QJsonDocument::fromJson(quelle.readAll()).object();
+    const QJsonValue start = felder[u"autostart"];
+    // The numbers 0 and 1 count as false and true, as older files hold them.
+    autostart = start.toBool() || start.toDouble() == 1;
+    version = felder[u"version"].toString();
+    updateGemeldet = felder[u"update_gemeldet"].toString();
+}
+
+void Einstellungen::speichern() const
+{
+    const QJsonObject felder{{u"autostart"_s, autostart},
+                             {u"version"_s, version},
+                             {u"update_gemeldet"_s, updateGemeldet}};
+    QSaveFile ziel(url);
+    if (!ziel.open(QIODevice::WriteOnly)) {
+        return;
+    }
+    ziel.write(QJsonDocument(felder).toJson(QJsonDocument::Compact));
+    ziel.commit();
+}
+
+} // namespace kalvaro

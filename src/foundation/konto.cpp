@@ -1,0 +1,101 @@
+#include "foundation/konto.h"
+
+#include "foundation/protokoll.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Inhalt = tl::expected<QByteArray, QString>;
+
+Inhalt lesen(const QString &pfad)
+{
+    const QString kopf = u"Die Datei „%1“ "_s.arg(pfad);
+    QFile datei(pfad);
+    const QFileInfo info(pfad);
+    if (!info.exists()) {
+        return tl::unexpected(kopf + u"existiert nicht."_s);
+    }
+    // Anything but a plain file (a folder, a pipe) cannot be read, and a pipe would block for ever.
+    if (!info.isFile()) {
+        return tl::unexpected(kopf + u"ist keine gewöhnliche Datei."_s);
+    }
+    if (!datei.open(QIODevice::ReadOnly)) {
+        return tl::unexpected(kopf + (datei.error() == QFile::PermissionsError || !info.isReadable()
+                                          ? u"lässt sich nicht öffnen: Es fehlen die Rechte."_s
+                                          : u"lässt sich nicht öffnen."_s));
+    }
+    const QByteArray bytes = datei.readAll();
+    if (datei.error() != QFile::NoError) {
+        return tl::unexpected(kopf + u"lässt sich nicht lesen."_s);
+    }
+    return bytes;
+}
+
+// The place of a parse error as people count: line and character, both from 1.
+QString stelle(const QByteArray &bytes, qsizetype versatz)
+{
+    const QByteArray davor = bytes.first(std::clamp<qsizetype>(versatz, 0, bytes.size()));
+    const QString zeile = QString::fromUtf8(davor.sliced(davor.lastIndexOf('\n') + 1));
+    return u"Zeile %1, Zeichen %2"_s.arg(davor.count('\n') + 1).arg(zeile.size() + 1);
+}
+
+// A list that holds anything other than strings counts as no list at all.
+QStringList adressen(const QJsonValue &wert)
+{
+    QStringList liste;
+    const QJsonArray eintraege = wert.toArray();
+    for (const QJsonValue &eintrag : eintraege) {
+        if (!eintrag.isString()) {
+            return {};
+        }
+        QString adresse = eintrag.toString();
+        if (adresse.endsWith(u'/')) {
+            adresse.chop(1);
+        }
+        liste.append(adresse);
+    }
+    return liste;
+}
+
+} // namespace
+
+tl::expected<Konto, QString> Konto::laden()
+{
+    const QString pfad = datei(u"konto.json"_s);
+    const Inhalt bytes = lesen(pfad);
+    if (!bytes) {
+        return tl::unexpected(bytes.error());
+    }
+    QJsonParseError fehler;
+    const QJsonObject felder = QJsonDocument::fromJson(*bytes, &fehler).object();
+    if (fehler.error != QJsonParseError::NoError) {
+        return tl::unexpected(u"Die Datei „%1“ ist kein gültiges JSON (%2)."_s.arg(
+            pfad, stelle(*bytes, fehler.offset)));
+    }
+
+    Konto konto;
+    konto.name = felder[u"name"].toString();
+    konto.geraet = felder[u"geraet"].toString();
+    konto.schluessel = felder[u"schluessel"].toString();
+    konto.server = adressen(felder[u"server"]);
+    if (konto.geraet.isEmpty() || konto.server.isEmpty()) {
+        return tl::unexpected(pfad + u" ist unvollständig."_s);
+    }
+    if (konto.name.isEmpty()) {
+        konto.name = konto.geraet;
+    }
+    return konto;
+}
+
+} // namespace kalvaro

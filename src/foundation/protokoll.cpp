@@ -1,0 +1,46 @@
+#include "foundation/protokoll.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QStringEncoder>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+const QString &appOrdner()
+{
+    static const QString ordner =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/kalvaro"_s;
+    return ordner;
+}
+
+void ordnerAnlegen()
+{
+    QDir().mkpath(appOrdner());
+}
+
+QString datei(const QString &name)
+{
+    return appOrdner() + u'/' + name;
+}
+
+void protokoll(const QString &zeile)
+{
+    const QString ganz =
+        QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH:mm:ss"_s) + u"  "_s + zeile + u'\n';
+    QStringEncoder utf8(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    const QByteArray bytes = utf8.encode(ganz);
+    if (utf8.hasError()) {
+        return;
+    }
+    // Append means O_APPEND and Unbuffered one write(2): the kernel keeps lines whole.
+    QFile log(datei(u"kalvaro.log"_s));
+    if (log.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
+        log.write(bytes);
+    }
+}
+
+} // namespace kalvaro

@@ -1,0 +1,51 @@
+#include "foundation/uhr.h"
+
+#include <QTimer>
+
+namespace kalvaro {
+
+namespace {
+
+class Systemwecker final : public Wecker
+{
+public:
+    Systemwecker(Sekunden dauer, bool einmal, std::function<void()> ruf)
+        : timer(new QTimer)
+    {
+        timer->setSingleShot(einmal);
+        // Ticks that people watch are exact; the long ones may be bundled with others to save
+        // power.
+        timer->setTimerType(dauer < Sekunden(2) ? Qt::PreciseTimer : Qt::CoarseTimer);
+        QObject::connect(timer, &QTimer::timeout, timer, std::move(ruf));
+        timer->start(std::chrono::ceil<std::chrono::milliseconds>(dauer));
+    }
+
+    ~Systemwecker() override
+    {
+        // The call may be running right now, so the timer goes later.
+        timer->stop();
+        timer->deleteLater();
+    }
+
+private:
+    QTimer *const timer;
+};
+
+} // namespace
+
+QDateTime Systemuhr::jetzt() const
+{
+    return QDateTime::currentDateTime();
+}
+
+Weckruf Systemuhr::nach(Sekunden dauer, std::function<void()> ruf)
+{
+    return std::make_unique<Systemwecker>(dauer, true, std::move(ruf));
+}
+
+Weckruf Systemuhr::alle(Sekunden abstand, std::function<void()> ruf)
+{
+    return std::make_unique<Systemwecker>(abstand, false, std::move(ruf));
+}
+
+} // namespace kalvaro

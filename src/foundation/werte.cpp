@@ -1,0 +1,128 @@
+#include "foundation/werte.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <charconv>
+#include <cmath>
+
+namespace kalvaro {
+
+namespace {
+
+QString zahltext(const QJsonValue &wert)
+{
+    const double d = wert.toDouble();
+    // Whole numbers of up to 64 bits keep every digit, also those that a double would round.
+    if (const qint64 ganz = wert.toInteger(1); ganz == wert.toInteger(2)) {
+        return QString::number(ganz);
+    }
+    return QString::number(d, 'g', QLocale::FloatingPointShortest);
+}
+
+std::optional<double> zahlAusText(const QString &roh)
+{
+    QByteArray ascii = roh.toLatin1();
+    for (const QChar zeichen : roh) {
+        const char16_t c = zeichen.unicode();
+        const bool erlaubt = (c >= u'0' && c <= u'9') || c == u'+' || c == u'-' || c == u'.' ||
+                             c == u'e' || c == u'E';
+        if (!erlaubt) {
+            return std::nullopt;
+        }
+    }
+    if (ascii.startsWith('+')) {
+        ascii.remove(0, 1);
+        if (ascii.startsWith('-')) {
+            return std::nullopt;
+        }
+    }
+    double ergebnis = 0;
+    const auto [ende, fehler] =
+        std::from_chars(ascii.constData(), ascii.constData() + ascii.size(), ergebnis);
+    if (ende != ascii.constData() + ascii.size() || fehler == std::errc::invalid_argument) {
+        return std::nullopt;
+    }
+    if (fehler == std::errc::result_out_of_range) {
+        // Too small for a double is 0, too large is no number. from_chars does not tell which.
+        const double gerundet = ascii.toDouble();
+        return std::isinf(gerundet) ? std::nullopt : std::optional(gerundet);
+    }
+    return ergebnis;
+}
+
+} // namespace
+
+QJsonValue pfad(const QJsonValue &wert, QStringView weg)
+{
+    QJsonValue jetzt = wert;
+    for (const QStringView schluessel : weg.tokenize(u'.', Qt::SkipEmptyParts)) {
+        if (!jetzt.isObject()) {
+            return QJsonValue::Undefined;
+        }
+        jetzt = jetzt[schluessel];
+    }
+    return jetzt;
+}
+
+QString text(const QJsonValue &wert, QStringView weg)
+{
+    const QJsonValue gefunden = pfad(wert, weg);
+    switch (gefunden.type()) {
+    case QJsonValue::Undefined:
+    case QJsonValue::Null:
+        return {};
+    case QJsonValue::String:
+        return gefunden.toString();
+    case QJsonValue::Bool:
+        return gefunden.toBool() ? QStringLiteral("1") : QStringLiteral("0");
+    case QJsonValue::Double:
+        return zahltext(gefunden);
+    case QJsonValue::Array:
+        return QString::fromUtf8(QJsonDocument(gefunden.toArray()).toJson(QJsonDocument::Compact));
+    case QJsonValue::Object:
+        return QString::fromUtf8(QJsonDocument(gefunden.toObject()).toJson(QJsonDocument::Compact));
+    }
+    return {};
+}
+
+std::optional<double> zahl(const QJsonValue &wert, QStringView weg)
+{
+    const QJsonValue gefunden = pfad(wert, weg);
+    switch (gefunden.type()) {
+    case QJsonValue::Double:
+        return gefunden.toDouble();
+    case QJsonValue::Bool:
+        return gefunden.toBool() ? 1.0 : 0.0;
+    case QJsonValue::String:
+        return zahlAusText(gefunden.toString());
+    case QJsonValue::Null:
+    case QJsonValue::Undefined:
+    case QJsonValue::Array:
+    case QJsonValue::Object:
+        break;
+    }
+    return std::nullopt;
+}
+
+bool wahr(const QJsonValue &wert, QStringView weg)
+{
+    const QJsonValue gefunden = pfad(wert, weg);
+    return gefunden.isBool() ? gefunden.toBool() : gefunden.toDouble() != 0;
+}
+
+double summe(const QJsonValue &wert)
+{
+    if (wert.isBool()) {
+        return wert.toBool() ? 1 : 0;
+    }
+    double ergebnis = wert.toDouble();
+    const QJsonObject felder = wert.toObject();
+    for (const QJsonValue &feld : felder) {
+        ergebnis += summe(feld);
+    }
+    return ergebnis;
+}
+
+} // namespace kalvaro

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "server/transport.h"
+
+namespace kalvaro {
+
+// HTTP/1.1 over QtNetwork.
+//
+// - Redirects are followed, ten at most, only to the same host and port or from http to https on
+//   the same host; any other redirect is an answer with its own status. So the account key never
+//   reaches another service.
+// - Only http and https reach the network.
+// - An answer of more than 64 MiB ends the exchange as a failure.
+// - The system's proxy is respected, except for loopback addresses.
+class Netztransport final : public Transport
+{
+public:
+    explicit Netztransport(Uhr &zeit);
+
+    void senden(const Netzanfrage &anfrage, QObject *besitzer, Rueckruf fertig) override;
+
+private:
+    Uhr &uhr;
+};
+
+} // namespace kalvaro

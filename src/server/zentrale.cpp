@@ -1,0 +1,215 @@
+#include "server/zentrale.h"
+
+#include "foundation/konstanten.h"
+#include "foundation/werte.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QPointer>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr Sekunden probenzeit{4};
+
+const QString keineAdresse = u"keine Cloud-Adresse eingetragen"_s;
+
+// JSON has no text for NaN and infinity.
+bool darstellbar(const QJsonValue &wert)
+{
+    if (wert.isObject()) {
+        const QJsonObject felder = wert.toObject();
+        return std::all_of(felder.begin(), felder.end(), darstellbar);
+    }
+    if (wert.isArray()) {
+        const QJsonArray liste = wert.toArray();
+        return std::all_of(liste.begin(), liste.end(), darstellbar);
+    }
+    return std::isfinite(wert.toDouble());
+}
+
+ZentraleFehler ausNetz(const Netzfehler &fehler)
+{
+    if (fehler.zeitUeberschritten) {
+        return {true, true, u"Die Cloud hat nicht rechtzeitig geantwortet."_s};
+    }
+    return {true, false, fehler.text};
+}
+
+QJsonValue alsJson(const QByteArray &daten)
+{
+    const QJsonDocument dokument = QJsonDocument::fromJson(daten);
+    if (dokument.isArray()) {
+        return dokument.array();
+    }
+    return dokument.object();
+}
+
+ZentraleFehler ausStatus(int status, const QJsonValue &inhalt)
+{
+    const QString fehler = text(inhalt, u"fehler");
+    const QString ende = fehler.isEmpty() ? u"."_s : u": "_s + fehler;
+    return {false, false, u"Die Cloud antwortet mit "_s + QString::number(status) + ende};
+}
+
+} // namespace
+
+// One request on its way through the candidates. A child of its owner, ended with the server
+// client.
+class Zentrale::Lauf final : public QObject
+{
+public:
+    Lauf(Zentrale *client, Auftrag was, QObject *besitzer, Rueckruf ruf)
+        : QObject(besitzer)
+        , zentrale(client)
+        , auftrag(std::move(was))
+        , fertig(std::move(ruf))
+        , letzteMeldung(keineAdresse)
+    {
+        connect(client, &QObject::destroyed, this, [this] { delete this; });
+        if (client->basis_) {
+            kandidaten.append(*client->basis_);
+        }
+        for (const QString &adresse : client->konto_.server) {
+            if (!kandidaten.contains(adresse)) {
+                kandidaten.append(adresse);
+            }
+        }
+        QMetaObject::invokeMethod(this, &Lauf::naechster, Qt::QueuedConnection);
+    }
+
+private:
+    void naechster()
+    {
+        if (kandidaten.isEmpty()) {
+            beenden(tl::unexpected(ZentraleFehler{true, false, letzteMeldung}));
+            return;
+        }
+        kandidat = kandidaten.takeFirst();
+        if (zentrale->basis_ == kandidat) {
+            fragen();
+            return;
+        }
+        const Auftrag probe{.pfad = {}, .zeit = probenzeit};
+        zentrale->roh(kandidat + u"/api/status"_s, probe, this, [this](const auto &ergebnis) {
+            if (ergebnis) {
+                fragen();
+            } else {
+                weiterNach(ergebnis.error());
+            }
+        });
+    }
+
+    void fragen()
+    {
+        zentrale->roh(kandidat + auftrag.pfad, auftrag, this, [this](const auto &ergebnis) {
+            if (ergebnis) {
+                auswerten(*ergebnis);
+            } else {
+                abgewiesen(ergebnis.error());
+            }
+        });
+    }
+
+    void auswerten(const Netzantwort &antwort)
+    {
+        const QJsonValue inhalt = alsJson(antwort.daten);
+        if (antwort.status == 200) {
+            zentrale->basis_ = kandidat;
+            beenden(inhalt);
+        } else {
+            beenden(tl::unexpected(ausStatus(antwort.status, inhalt)));
+        }
+    }
+
+    void abgewiesen(const ZentraleFehler &fehler)
+    {
+        if (!fehler.offline) {
+            beenden(tl::unexpected(fehler));
+            return;
+        }
+        zentrale->basis_.reset();
+        if (fehler.zeitUeberschritten) {
+            // The server may be working on it: asking another one could start the work twice.
+            beenden(tl::unexpected(fehler));
+        } else {
+            weiterNach(fehler);
+        }
+    }
+
+    void weiterNach(const ZentraleFehler &fehler)
+    {
+        letzteMeldung = fehler.meldung;
+        naechster();
+    }
+
+    void beenden(const Antwort &antwort)
+    {
+        const Rueckruf ruf = std::move(fertig);
+        deleteLater();
+        ruf(antwort);
+    }
+
+    Zentrale *const zentrale;
+    const Auftrag auftrag;
+    Rueckruf fertig;
+    QStringList kandidaten; // those not tried yet
+    QString kandidat;       // the one being tried
+    QString letzteMeldung;
+};
+
+Zentrale::Zentrale(Konto konto, Transport &weg, QObject *parent)
+    : QObject(parent)
+    , konto_(std::move(konto))
+    , transport(weg)
+{
+}
+
+QString Zentrale::adresse() const
+{
+    return basis_.value_or(konto_.server.value(0));
+}
+
+void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer, Rohruf fertig)
+{
+    const auto scheitern = [&](ZentraleFehler fehler) {
+        QMetaObject::invokeMethod(
+            besitzer, [fertig, fehler = std::move(fehler)] { fertig(tl::unexpected(fehler)); },
+            Qt::QueuedConnection);
+    };
+
+    Netzanfrage netz{.url = QUrl(url, QUrl::StrictMode), .methode = auftrag.methode};
+    if (!netz.url.isValid()) {
+        scheitern({true, false, u"ungültige Adresse"_s});
+        return;
+    }
+    netz.limit = auftrag.zeit;
+    netz.kopf.append(Kopfzeile{"User-Agent", "kalvaro/" + VERSION.toLatin1()});
+    if (!konto_.schluessel.isEmpty()) {
+        netz.kopf.append(Kopfzeile{"X-Schluessel", konto_.schluessel.toUtf8()});
+    }
+    if (auftrag.body) {
+        if (!darstellbar(*auftrag.body)) {
+            scheitern({false, false, u"Die Anfrage lässt sich nicht als JSON schreiben."_s});
+            return;
+        }
+        netz.body = QJsonDocument(*auftrag.body).toJson(QJsonDocument::Compact);
+        netz.kopf.append(Kopfzeile{"Content-Type", "application/json"});
+    }
+    transport.senden(netz, besitzer, [fertig = std::move(fertig)](const Transport::Ergebnis &e) {
+        fertig(e.map_error(ausNetz));
+    });
+}
+
+void Zentrale::anfrage(const Auftrag &auftrag, QObject *besitzer, Rueckruf fertig)
+{
+    new Lauf(this, auftrag, besitzer, std::move(fertig));
+}
+
+} // namespace kalvaro

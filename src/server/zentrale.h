@@ -1,0 +1,67 @@
+#pragma once
+
+#include "foundation/konto.h"
+#include "server/transport.h"
+#include "server/zentralefehler.h"
+
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QObject>
+
+namespace kalvaro {
+
+// What to ask of the server.
+struct Auftrag
+{
+    QString pfad; // begins with "/", may carry a query that is already encoded
+    QByteArray methode = QByteArrayLiteral("GET");
+    std::optional<QJsonObject> body = std::nullopt;
+    Sekunden zeit{20}; // bounds the request; each probe before it has 4 s of its own
+};
+
+// The client of the central server, which users read as "die Cloud", and the only way to it.
+//
+// The account may list several addresses. They are tried in order; one that is not known to answer
+// is probed first. The address that last answered with status 200 is remembered in memory and goes
+// first, without a probe. Nothing is logged and nothing is shown here.
+//
+// Several requests may be under way at once; each keeps the order by itself.
+class Zentrale final : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Antwort = tl::expected<QJsonValue, ZentraleFehler>;
+    using Rueckruf = std::function<void(const Antwort &)>;
+    using Rohruf = std::function<void(const tl::expected<Netzantwort, ZentraleFehler> &)>;
+
+    // `transport` must outlive this object.
+    Zentrale(Konto konto, Transport &weg, QObject *parent = nullptr);
+
+    [[nodiscard]] const Konto &konto() const { return konto_; }
+
+    // The address that last answered with status 200; absent at first and after a request to any
+    // address failed for want of a connection.
+    [[nodiscard]] const std::optional<QString> &basis() const { return basis_; }
+
+    // The address that the next request tries first; "" when the account has none.
+    [[nodiscard]] QString adresse() const;
+
+    // One exchange with a complete URL (in place of `auftrag.pfad`), without retries. Any HTTP
+    // status is an answer. Same contract for `fertig` as anfrage().
+    void roh(const QString &url, const Auftrag &auftrag, QObject *besitzer, Rohruf fertig);
+
+    // Asks the servers in order and hands over the JSON of the answer with status 200 (an empty map
+    // when its body is no JSON), or the error. `fertig` is called exactly once, from the event
+    // loop, never before this returns; it is dropped when `besitzer` or this object goes first.
+    void anfrage(const Auftrag &auftrag, QObject *besitzer, Rueckruf fertig);
+
+private:
+    class Lauf;
+
+    const Konto konto_;
+    Transport &transport;
+    std::optional<QString> basis_;
+};
+
+} // namespace kalvaro

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+namespace kalvaro {
+
+// Why a request came to nothing, with the German sentence to show.
+struct ZentraleFehler
+{
+    bool offline = false;            // no server could be reached; false: one answered, but not 200
+    bool zeitUeberschritten = false; // the request itself (not a probe) timed out
+    QString meldung;
+
+    bool operator==(const ZentraleFehler &) const = default;
+};
+
+} // namespace kalvaro

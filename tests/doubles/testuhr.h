@@ -1,0 +1,37 @@
+#pragma once
+
+#include "foundation/uhr.h"
+
+#include <map>
+#include <utility>
+
+namespace kalvaro {
+
+// A clock that moves only when the test moves it. Starts on Friday, 2026-03-13 at 18:07:00.
+class Testuhr final : public Uhr
+{
+public:
+    [[nodiscard]] QDateTime jetzt() const override;
+    [[nodiscard]] Weckruf nach(Sekunden dauer, std::function<void()> ruf) override;
+    [[nodiscard]] Weckruf alle(Sekunden abstand, std::function<void()> ruf) override;
+
+    // Moves on by `dauer` and runs all that becomes due on the way, in order of time; calls that
+    // are due at one moment run in the order in which they were set. Between two calls the event
+    // loop handles what they posted.
+    void vor(Sekunden dauer);
+
+    // How many calls are still due.
+    [[nodiscard]] qsizetype offen() const { return std::ssize(termine); }
+
+private:
+    class Termin;
+    using Zeitpunkt = std::pair<std::chrono::milliseconds, quint64>; // moment, order of setting
+
+    Weckruf setzen(std::chrono::milliseconds dauer, bool wiederholt, std::function<void()> ruf);
+
+    std::chrono::milliseconds vergangen{0};
+    quint64 zaehler = 0;
+    std::map<Zeitpunkt, Termin *> termine;
+};
+
+} // namespace kalvaro
