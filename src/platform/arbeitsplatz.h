@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+class QObject;
+
+namespace kalvaro {
+
+// What the program asks of the desktop session.
+class Arbeitsplatz
+{
+public:
+    enum class Auftritt {
+        Regulaer, // an application with window, dock or task bar entry
+        Zubehoer, // lives in the menu bar or tray only
+    };
+
+    Arbeitsplatz() = default;
+    Arbeitsplatz(const Arbeitsplatz &) = delete;
+    Arbeitsplatz &operator=(const Arbeitsplatz &) = delete;
+    virtual ~Arbeitsplatz() = default;
+
+    // Starts the application bundle at the local path `buendel`, independent of this program, and
+    // brings it to the front. `fertig` is called once, from the event loop, with the reason in
+    // German when it could not be started, absent when it runs; dropped with `besitzer`.
+    virtual void starten(const QString &buendel, QObject *besitzer,
+                         std::function<void(std::optional<QString>)> fertig) = 0;
+
+    // Opens an http or https address in the default browser; any other address is ignored.
+    virtual void oeffnen(const QUrl &adresse) = 0;
+
+    // How the desktop presents the program from now on.
+    virtual void auftreten(Auftritt auftritt) = 0;
+};
+
+} // namespace kalvaro
