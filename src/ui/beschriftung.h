@@ -1,0 +1,77 @@
+#pragma once
+
+#include "ui/farbe.h"
+
+#include <QLabel>
+
+#include <optional>
+
+namespace kalvaro {
+
+// A text label that shows every text literally, whatever it holds, and never claims more width than
+// it is given: a text that does not fit is cut with "…" and stands whole in the tool tip.
+class Beschriftung : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit Beschriftung(const QString &inhalt = {}, QWidget *parent = nullptr);
+
+    // Sets the text and its accessible name.
+    void setText(const QString &inhalt);
+
+    // Sets the text only: screen readers are not told. For counters.
+    void setTextLautlos(const QString &inhalt);
+
+    void setFarbe(Farbton ton);
+    [[nodiscard]] QColor farbe() const;
+
+    // Wraps lines, at most `breite` wide, into at most `zeilen` lines.
+    void setUmbruch(int breite, int zeilen);
+
+    // The distance of lines in logical pixels; 0 for that of the font.
+    void setZeilenhoehe(double hoehe);
+
+    // The opaque colour behind the label, where its text must stay readable on it.
+    void setGrund(const QColor &hinten);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] bool hasHeightForWidth() const override;
+    [[nodiscard]] int heightForWidth(int breite) const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    struct Satz
+    {
+        QStringList zeilen;
+        double breite = 0;
+        bool gekuerzt = false;
+    };
+
+    [[nodiscard]] Satz setzen(double breite) const;
+    [[nodiscard]] double zeilenabstand() const;
+    void hinweisErneuern();
+
+    Farbton ton_ = Farbe::schrift;
+    QColor grund; // invalid: none known
+    std::optional<int> umbruch;
+    int hoechstens = 1;
+    double zeilenhoehe = 0;
+};
+
+// A label of the given size in points; with `umbruch` it wraps at that width (logical pixels).
+[[nodiscard]] Beschriftung *beschriftung(const QString &inhalt, double groesse,
+                                         QFont::Weight gewicht = QFont::Normal,
+                                         Farbton farbe = Farbe::schrift,
+                                         std::optional<int> umbruch = std::nullopt);
+
+// `inhalt` so that a tool tip shows it literally: tool tips guess markup. Cut after 2,000
+// characters.
+[[nodiscard]] QString alsHinweis(const QString &inhalt);
+
+} // namespace kalvaro

@@ -1,0 +1,78 @@
+#include "ui/erscheinung.h"
+
+#include "ui/stil.h"
+
+#include <QApplication>
+#include <QStyle>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Farbsatz
+{
+    QColor fenster, flaeche, schrift, sekundaer, haarlinie, akzent, verweis, gesperrt, gesperrtAuf;
+};
+
+const Farbsatz hell{QColor(0xf2f2f4), QColor(0xffffff), QColor(0x1d1d1f),
+                    QColor(0x6e6e73), QColor(0xe6e6ea), QColor(0x0a66d8),
+                    QColor(0x0a5cc8), QColor(0x8a8a8f), QColor(0xe4e4e8)};
+const Farbsatz dunkel{QColor(0x1e1e20), QColor(0x2a2a2d), QColor(0xf2f2f4),
+                      QColor(0xa1a1a8), QColor(0x3a3a3e), QColor(0x2f7df6),
+                      QColor(0x5aa2ff), QColor(0x7d7d84), QColor(0x3a3a3e)};
+
+} // namespace
+
+QPalette eigenePalette(bool istDunkel)
+{
+    const Farbsatz &f = istDunkel ? dunkel : hell;
+    QPalette p(f.flaeche, f.fenster);
+    p.setColor(QPalette::Window, f.fenster);
+    p.setColor(QPalette::WindowText, f.schrift);
+    p.setColor(QPalette::Base, f.flaeche);
+    p.setColor(QPalette::AlternateBase, f.fenster);
+    p.setColor(QPalette::Text, f.schrift);
+    p.setColor(QPalette::Button, f.flaeche);
+    p.setColor(QPalette::ButtonText, f.schrift);
+    p.setColor(QPalette::BrightText, f.schrift);
+    p.setColor(QPalette::ToolTipBase, f.flaeche);
+    p.setColor(QPalette::ToolTipText, f.schrift);
+    p.setColor(QPalette::PlaceholderText, f.sekundaer);
+    p.setColor(QPalette::Light, f.flaeche);
+    p.setColor(QPalette::Midlight, f.haarlinie);
+    p.setColor(QPalette::Mid, f.haarlinie);
+    p.setColor(QPalette::Dark, f.gesperrt);
+    p.setColor(QPalette::Shadow, Qt::black);
+    p.setColor(QPalette::Highlight, f.akzent);
+    p.setColor(QPalette::HighlightedText, Qt::white);
+    p.setColor(QPalette::Link, f.verweis);
+    p.setColor(QPalette::LinkVisited, f.verweis);
+    for (const auto rolle : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        p.setColor(QPalette::Disabled, rolle, f.gesperrt);
+    }
+    p.setColor(QPalette::Disabled, QPalette::Button, f.gesperrtAuf);
+    return p;
+}
+
+void erscheinungEinrichten(QApplication &anwendung, bool istDunkel)
+{
+    // Without a desktop's theme Qt falls back to Fusion and its standard palette.
+    if (anwendung.style()->name() != u"fusion"_s) {
+        return;
+    }
+    const bool eigene = anwendung.palette() == anwendung.style()->standardPalette();
+    anwendung.setStyle(new Stil);
+    if (eigene) {
+        anwendung.setPalette(eigenePalette(istDunkel));
+    }
+}
+
+bool wenigerBewegung()
+{
+    return !QApplication::isEffectEnabled(Qt::UI_General) &&
+           QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) == 0;
+}
+
+} // namespace kalvaro

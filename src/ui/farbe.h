@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+namespace kalvaro {
+
+// A colour that follows the appearance: asked anew for each drawing, so a change between light and
+// dark needs no rebuilding.
+using Farbton = QColor (*)(const QPalette &);
+
+namespace Farbe {
+
+// Dark means: the window is darker than the text on it.
+[[nodiscard]] bool istDunkel(const QPalette &palette);
+
+// The one of the two colours that suits the appearance.
+[[nodiscard]] QColor dynamisch(const QPalette &palette, const QColor &hell, const QColor &dunkel);
+
+// Colours of the system.
+[[nodiscard]] QColor systemGruen(const QPalette &palette);
+[[nodiscard]] QColor systemOrange(const QPalette &palette);
+[[nodiscard]] QColor systemRot(const QPalette &palette);
+
+// Status colours of texts.
+[[nodiscard]] QColor gut(const QPalette &palette);
+[[nodiscard]] QColor warn(const QPalette &palette);
+[[nodiscard]] QColor krit(const QPalette &palette);
+
+// Soft fills for the same, to be laid over a card: the same in both appearances.
+[[nodiscard]] QColor gutWeich(const QPalette &palette);
+[[nodiscard]] QColor warnWeich(const QPalette &palette);
+[[nodiscard]] QColor kritWeich(const QPalette &palette);
+
+// Surfaces and texts, from the palette.
+[[nodiscard]] QColor fenster(const QPalette &palette);
+[[nodiscard]] QColor flaeche(const QPalette &palette); // cards and controls
+[[nodiscard]] QColor haarlinie(const QPalette &palette);
+[[nodiscard]] QColor schrift(const QPalette &palette);
+[[nodiscard]] QColor sekundaer(const QPalette &palette);
+[[nodiscard]] QColor tertiaer(const QPalette &palette);
+[[nodiscard]] QColor akzent(const QPalette &palette);
+[[nodiscard]] QColor akzentSchrift(const QPalette &palette);
+[[nodiscard]] QColor verweis(const QPalette &palette);
+[[nodiscard]] QColor durchsichtig(const QPalette &palette);
+
+// `oben`, with its alpha, laid over the opaque colour `unten`.
+[[nodiscard]] QColor ueber(const QColor &oben, const QColor &unten);
+
+// Contrast of two opaque colours from 1 to 21 (WCAG 2.1, "contrast ratio").
+[[nodiscard]] double kontrast(const QColor &a, const QColor &b);
+
+// `farbe`, moved towards black or white just as far as `mindestens` on `grund` demands.
+[[nodiscard]] QColor lesbar(const QColor &farbe, const QColor &grund, double mindestens);
+
+} // namespace Farbe
+
+} // namespace kalvaro

@@ -1,0 +1,119 @@
+#include "ui/karte.h"
+
+#include "ui/erscheinung.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+namespace kalvaro {
+
+namespace {
+
+constexpr double radius = 14;
+constexpr double schattendeckung = 0.08;
+constexpr double schattenradius = 3;
+constexpr double schattenversatz = 1; // downwards
+constexpr int farbwechsel = 150;      // milliseconds
+
+} // namespace
+
+Karte::Karte(QWidget *parent)
+    : QWidget(parent)
+{
+    wechsel.setDuration(farbwechsel);
+    connect(&wechsel, &QVariantAnimation::valueChanged, this, [this] { update(); });
+}
+
+void Karte::setFuellung(Farbton ton)
+{
+    if (ton == fuellung_) {
+        return;
+    }
+    const bool laufend = wechsel.state() == QAbstractAnimation::Running;
+    const QColor vorher = laufend ? wechsel.currentValue().value<QColor>() : grundfarbe();
+    fuellung_ = ton;
+    wechsel.stop();
+    if (isVisible() && !wenigerBewegung()) {
+        wechsel.setStartValue(vorher);
+        wechsel.setEndValue(grundfarbe());
+        wechsel.start();
+    }
+    update();
+}
+
+QColor Karte::grundfarbe() const
+{
+    return Farbe::ueber(fuellung_(palette()), Farbe::flaeche(palette()));
+}
+
+void Karte::einsetzen(QWidget *inhalt, int rand, int oben)
+{
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(rand, oben, rand, oben);
+    layout->addWidget(inhalt);
+}
+
+// A Gaussian of the radius around the card's edge, ring by ring; the card itself covers the rest.
+void Karte::schattenMalen(QPainter &maler, const QRectF &flaeche)
+{
+    constexpr int weite = static_cast<int>(3 * schattenradius);
+    maler.setBrush(Qt::NoBrush);
+    for (int ring = -1; ring < weite; ++ring) {
+        const double abstand = ring + 0.5;
+        const double alpha =
+            schattendeckung * 0.5 * std::erfc(abstand / (schattenradius * std::sqrt(2.0)));
+        maler.setPen(QPen(QColor::fromRgbF(0, 0, 0, static_cast<float>(alpha)), 1));
+        const QRectF umriss =
+            flaeche.translated(0, schattenversatz).adjusted(-abstand, -abstand, abstand, abstand);
+        maler.drawRoundedRect(umriss, radius + abstand, radius + abstand);
+    }
+}
+
+void Karte::paintEvent(QPaintEvent *)
+{
+    const bool laufend = wechsel.state() == QAbstractAnimation::Running;
+    QPainter maler(this);
+    maler.setRenderHint(QPainter::Antialiasing);
+    maler.setPen(Qt::NoPen);
+    maler.setBrush(laufend ? wechsel.currentValue().value<QColor>() : grundfarbe());
+    maler.drawRoundedRect(rect(), radius, radius);
+}
+
+Grund::Grund(QWidget *parent)
+    : QWidget(parent)
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void Grund::paintEvent(QPaintEvent *event)
+{
+    QPainter maler(this);
+    maler.fillRect(event->rect(), Farbe::fenster(palette()));
+    maler.setRenderHint(QPainter::Antialiasing);
+    const auto karten = findChildren<Karte *>();
+    for (const Karte *karte : karten) {
+        if (karte->isVisibleTo(this)) {
+            Karte::schattenMalen(maler, QRectF(karte->mapTo(this, QPoint()), karte->size()));
+        }
+    }
+}
+
+Haarlinie::Haarlinie(Qt::Orientation richtung, QWidget *parent)
+    : QWidget(parent)
+{
+    if (richtung == Qt::Horizontal) {
+        setFixedHeight(1);
+    } else {
+        setFixedWidth(1);
+    }
+}
+
+void Haarlinie::paintEvent(QPaintEvent *event)
+{
+    QPainter(this).fillRect(event->rect(), Farbe::haarlinie(palette()));
+}
+
+} // namespace kalvaro

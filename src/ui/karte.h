@@ -1,0 +1,63 @@
+#pragma once
+
+#include "ui/farbe.h"
+
+#include <QVariantAnimation>
+#include <QWidget>
+
+namespace kalvaro {
+
+// A rounded card. Its soft shadow falls on the Grund that it lies on, which draws it.
+class Karte : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Karte(QWidget *parent = nullptr);
+
+    // The colour laid over the card's own; changes over 150 ms unless less motion is wanted.
+    void setFuellung(Farbton ton);
+    [[nodiscard]] Farbton fuellung() const { return fuellung_; }
+
+    // The opaque colour that the card comes to show: its own with the fill over it.
+    [[nodiscard]] QColor grundfarbe() const;
+
+    // Puts `inhalt` into the card, `rand` from its sides, `oben` from top and bottom.
+    void einsetzen(QWidget *inhalt, int rand = 18, int oben = 16);
+
+    // Draws the shadow of a card that occupies `flaeche`.
+    static void schattenMalen(QPainter &maler, const QRectF &flaeche);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    Farbton fuellung_ = Farbe::durchsichtig;
+    QVariantAnimation wechsel; // of the colour on screen, while it changes
+};
+
+// The background of a window's content, in the window's colour, with the shadows of its cards.
+class Grund : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Grund(QWidget *parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+// A hairline between or above contents.
+class Haarlinie : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Haarlinie(Qt::Orientation richtung, QWidget *parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+} // namespace kalvaro

@@ -1,0 +1,190 @@
+#include "ui/knoepfe.h"
+
+#include "ui/farbe.h"
+#include "ui/schrift.h"
+#include "ui/stil.h"
+
+#include <QPainter>
+
+#include <cmath>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int textschalter = Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine;
+
+constexpr int kaestchen = 16;
+constexpr int kaestchenAbstand = 8;
+
+QSize textgroesse(const QWidget &widget, const QString &inhalt)
+{
+    return widget.fontMetrics().size(Qt::TextShowMnemonic | Qt::TextSingleLine, inhalt);
+}
+
+QFont zweiteSchrift()
+{
+    return systemschrift(12);
+}
+
+} // namespace
+
+QString knopftext(const QString &titel)
+{
+    return QString(titel).replace(u'&', u"&&"_s);
+}
+
+Verweis::Verweis(const QString &titel, QWidget *parent)
+    : QPushButton(knopftext(titel), parent)
+{
+    setFlat(true);
+    setAutoDefault(false);
+    setFont(systemschrift(12.5));
+    setCursor(Qt::PointingHandCursor);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize Verweis::sizeHint() const
+{
+    return textgroesse(*this, text()) + QSize(0, 4);
+}
+
+void Verweis::paintEvent(QPaintEvent *)
+{
+    QPainter maler(this);
+    QColor farbe = isEnabled() ? Farbe::verweis(palette()) : Farbe::tertiaer(palette());
+    if (isDown()) {
+        farbe.setAlphaF(0.6F);
+    }
+    QFont schrift = font();
+    schrift.setUnderline(isEnabled() && (underMouse() || hasFocus()));
+    maler.setFont(schrift);
+    maler.setPen(farbe);
+    maler.drawText(rect(), textschalter, text());
+    if (hasFocus()) {
+        fokusMalen(maler, rect(), 4, palette());
+    }
+}
+
+Startknopf::Startknopf(const QString &titel, QWidget *parent)
+    : QPushButton(knopftext(titel), parent)
+{
+    setFont(systemschrift(13.5, QFont::DemiBold));
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setCursor(Qt::PointingHandCursor);
+}
+
+QSize Startknopf::sizeHint() const
+{
+    constexpr int hoehe = 38;
+    return {textgroesse(*this, text()).width() + 2 * 16,
+            std::max(hoehe, fontMetrics().height() + 16)};
+}
+
+QSize Startknopf::minimumSizeHint() const
+{
+    return {80, sizeHint().height()};
+}
+
+void Startknopf::paintEvent(QPaintEvent *)
+{
+    constexpr double radius = 9;
+    const bool aktiv = isEnabled();
+    QColor flaeche = aktiv ? Farbe::akzent(palette())
+                           : Farbe::ueber(QColor(128, 128, 128, 40), Farbe::fenster(palette()));
+    if (isDown()) {
+        flaeche = Farbe::ueber(QColor(0, 0, 0, 45), flaeche);
+    } else if (aktiv && underMouse()) {
+        flaeche = Farbe::ueber(QColor(255, 255, 255, 22), flaeche);
+    }
+    QPainter maler(this);
+    maler.setRenderHint(QPainter::Antialiasing);
+    maler.setPen(Qt::NoPen);
+    maler.setBrush(flaeche);
+    maler.drawRoundedRect(rect(), radius, radius);
+    maler.setPen(aktiv ? Farbe::akzentSchrift(palette()) : Farbe::tertiaer(palette()));
+    const int breite = width() - 2 * 16;
+    maler.drawText(rect(), textschalter,
+                   fontMetrics().elidedText(text(), Qt::ElideMiddle, breite, Qt::TextShowMnemonic));
+    if (hasFocus()) {
+        maler.setPen(QPen(Farbe::akzentSchrift(palette()), 1.5));
+        maler.setBrush(Qt::NoBrush);
+        maler.drawRoundedRect(QRectF(rect()).adjusted(3, 3, -3, -3), radius - 3, radius - 3);
+    }
+}
+
+Haken::Haken(const QString &titel, QWidget *parent)
+    : QCheckBox(knopftext(titel), parent)
+{
+    setFont(systemschrift(13));
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+QSize Haken::sizeHint() const
+{
+    const QStringList zeilen = text().split(u'\n');
+    double breite = 0;
+    double hoehe = 0;
+    for (qsizetype i = 0; i < zeilen.size(); ++i) {
+        const QFontMetricsF mass(i == 0 ? font() : zweiteSchrift());
+        breite = std::max(breite, mass.size(Qt::TextShowMnemonic, zeilen[i]).width());
+        hoehe += mass.height() + (i == 0 ? 0 : 1);
+    }
+    // Two pixels all around for the focus ring.
+    return {static_cast<int>(std::ceil(breite)) + kaestchen + kaestchenAbstand + 4,
+            std::max(static_cast<int>(std::ceil(hoehe)), kaestchen) + 4};
+}
+
+QSize Haken::minimumSizeHint() const
+{
+    return {kaestchen + kaestchenAbstand + 40, sizeHint().height()};
+}
+
+void Haken::paintEvent(QPaintEvent *)
+{
+    QPainter maler(this);
+    const QFontMetricsF erste(font());
+    const double oben = 2 + std::max(0.0, (erste.height() - kaestchen) / 2);
+    maler.save();
+    kaestchenMalen(maler, QRectF(0, std::round(oben), kaestchen, kaestchen), palette(), isChecked(),
+                   !isEnabled());
+    maler.restore();
+
+    const QStringList zeilen = text().split(u'\n');
+    const double links = kaestchen + kaestchenAbstand;
+    double y = 2;
+    for (qsizetype i = 0; i < zeilen.size(); ++i) {
+        const QFont schrift = i == 0 ? font() : zweiteSchrift();
+        const QFontMetricsF mass(schrift);
+        maler.setFont(schrift);
+        maler.setPen(i == 0 && isEnabled() ? Farbe::schrift(palette())
+                                           : Farbe::sekundaer(palette()));
+        maler.drawText(
+            QRectF(links, y, width() - links, mass.height()),
+            Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic,
+            mass.elidedText(zeilen[i], Qt::ElideRight, width() - links, Qt::TextShowMnemonic));
+        y += mass.height() + 1;
+    }
+    if (hasFocus()) {
+        fokusMalen(maler, QRectF(-2, std::round(oben) - 2, kaestchen + 4, kaestchen + 4), 6,
+                   palette());
+    }
+}
+
+bool Haken::hitButton(const QPoint &ort) const
+{
+    return QRect(QPoint(), sizeHint()).intersects(QRect(ort, QSize(1, 1)));
+}
+
+Verweis *verweis(const QString &titel, QObject *ziel, std::function<void()> aktion)
+{
+    auto *const knopf = new Verweis(titel);
+    if (ziel != nullptr && aktion) {
+        QObject::connect(knopf, &QPushButton::clicked, ziel, std::move(aktion));
+    }
+    return knopf;
+}
+
+} // namespace kalvaro

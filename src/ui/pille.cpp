@@ -1,0 +1,60 @@
+#include "ui/pille.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QPainter>
+
+namespace kalvaro {
+
+Pille::Pille(QWidget *parent)
+    : QWidget(parent)
+    , label_(beschriftung({}, 11, QFont::DemiBold))
+{
+    auto *const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(10, 4, 10, 4);
+    layout->addWidget(label_);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    hide();
+}
+
+void Pille::setzen(const QString &inhalt, Farbton schrift, Farbton grund)
+{
+    label_->setText(inhalt);
+    label_->setFarbe(schrift);
+    fuellung_ = grund;
+    grundErneuern();
+    setVisible(!inhalt.isEmpty());
+    update();
+}
+
+void Pille::setUnterlage(const QColor &farbe)
+{
+    unterlage = farbe;
+    grundErneuern();
+}
+
+void Pille::grundErneuern()
+{
+    const QColor hinten = unterlage.isValid() ? unterlage : Farbe::fenster(palette());
+    label_->setGrund(Farbe::ueber(fuellung_(palette()), hinten));
+}
+
+void Pille::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        grundErneuern();
+    }
+}
+
+void Pille::paintEvent(QPaintEvent *)
+{
+    constexpr double radius = 11;
+    QPainter maler(this);
+    maler.setRenderHint(QPainter::Antialiasing);
+    maler.setPen(Qt::NoPen);
+    maler.setBrush(fuellung_(palette()));
+    maler.drawRoundedRect(rect(), radius, radius);
+}
+
+} // namespace kalvaro

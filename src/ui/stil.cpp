@@ -1,0 +1,134 @@
+#include "ui/stil.h"
+
+#include "ui/farbe.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QStyleOptionButton>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kaestchen = 16;
+constexpr double knopfradius = 7;
+
+bool istHauptknopf(const QStyleOption *option)
+{
+    const auto *const knopf = qstyleoption_cast<const QStyleOptionButton *>(option);
+    return knopf != nullptr && knopf->features.testFlag(QStyleOptionButton::DefaultButton) &&
+           knopf->state.testFlag(QStyle::State_Enabled);
+}
+
+void knopfMalen(QPainter &maler, const QStyleOption &option)
+{
+    const QPalette &palette = option.palette;
+    const bool haupt = istHauptknopf(&option);
+    const bool gedrueckt = option.state.testFlag(QStyle::State_Sunken);
+    QColor flaeche = haupt ? Farbe::akzent(palette) : palette.color(QPalette::Button);
+    if (gedrueckt) {
+        flaeche = Farbe::ueber(QColor(0, 0, 0, 28), flaeche);
+    } else if (option.state.testFlag(QStyle::State_MouseOver)) {
+        flaeche = Farbe::ueber(QColor(128, 128, 128, 18), flaeche);
+    }
+    const QColor kontur = Farbe::ueber(QColor(128, 128, 128, 70), flaeche);
+    maler.setRenderHint(QPainter::Antialiasing);
+    maler.setBrush(flaeche);
+    maler.setPen(haupt ? QPen(Qt::NoPen) : QPen(kontur, 1));
+    maler.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), knopfradius,
+                          knopfradius);
+}
+
+} // namespace
+
+Stil::Stil()
+    : QProxyStyle(u"fusion"_s)
+{
+}
+
+void Stil::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *maler,
+                         const QWidget *widget) const
+{
+    maler->save();
+    switch (element) {
+    case PE_IndicatorCheckBox:
+    case PE_IndicatorItemViewItemCheck:
+        kaestchenMalen(*maler, option->rect, option->palette, option->state.testFlag(State_On),
+                       !option->state.testFlag(State_Enabled));
+        break;
+    case PE_PanelButtonCommand:
+        knopfMalen(*maler, *option);
+        break;
+    case PE_FrameFocusRect:
+        fokusMalen(*maler, option->rect, knopfradius, option->palette);
+        break;
+    default:
+        QProxyStyle::drawPrimitive(element, option, maler, widget);
+    }
+    maler->restore();
+}
+
+void Stil::drawControl(ControlElement element, const QStyleOption *option, QPainter *maler,
+                       const QWidget *widget) const
+{
+    const auto *const knopf = qstyleoption_cast<const QStyleOptionButton *>(option);
+    if (element == CE_PushButtonLabel && knopf != nullptr && istHauptknopf(option)) {
+        QStyleOptionButton weiss = *knopf;
+        weiss.palette.setColor(QPalette::ButtonText, Farbe::akzentSchrift(option->palette));
+        QProxyStyle::drawControl(element, &weiss, maler, widget);
+        return;
+    }
+    QProxyStyle::drawControl(element, option, maler, widget);
+}
+
+int Stil::pixelMetric(PixelMetric mass, const QStyleOption *option, const QWidget *widget) const
+{
+    switch (mass) {
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+        return kaestchen;
+    case PM_ButtonDefaultIndicator:
+    case PM_ButtonShiftHorizontal:
+    case PM_ButtonShiftVertical:
+        return 0;
+    default:
+        return QProxyStyle::pixelMetric(mass, option, widget);
+    }
+}
+
+void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
+                    bool gesperrt)
+{
+    const QRectF kasten = platz.adjusted(0.5, 0.5, -0.5, -0.5);
+    const double seite = platz.width();
+    maler.setRenderHint(QPainter::Antialiasing);
+    maler.setOpacity(gesperrt ? 0.5 : 1);
+    maler.setPen(an ? QPen(Qt::NoPen)
+                    : QPen(Farbe::ueber(QColor(128, 128, 128, 110), Farbe::flaeche(palette)), 1));
+    maler.setBrush(an ? Farbe::akzent(palette) : Farbe::flaeche(palette));
+    maler.drawRoundedRect(kasten, seite * 0.27, seite * 0.27);
+    if (an) {
+        QPainterPath haken;
+        haken.moveTo(platz.left() + seite * 0.28, platz.top() + seite * 0.52);
+        haken.lineTo(platz.left() + seite * 0.44, platz.top() + seite * 0.68);
+        haken.lineTo(platz.left() + seite * 0.73, platz.top() + seite * 0.34);
+        maler.setBrush(Qt::NoBrush);
+        maler.setPen(QPen(Farbe::akzentSchrift(palette), seite * 0.1, Qt::SolidLine, Qt::RoundCap,
+                          Qt::RoundJoin));
+        maler.drawPath(haken);
+    }
+}
+
+void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QPalette &palette)
+{
+    QColor ring = Farbe::akzent(palette);
+    ring.setAlphaF(0.6F);
+    maler.setRenderHint(QPainter::Antialiasing);
+    maler.setBrush(Qt::NoBrush);
+    maler.setPen(QPen(ring, 2));
+    maler.drawRoundedRect(platz.adjusted(1, 1, -1, -1), radius, radius);
+}
+
+} // namespace kalvaro

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace kalvaro {
+
+// Draws buttons and check boxes in our own manner, for a desktop that has no style of its own.
+class Stil final : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    Stil();
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *maler,
+                       const QWidget *widget) const override;
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *maler,
+                     const QWidget *widget) const override;
+    [[nodiscard]] int pixelMetric(PixelMetric mass, const QStyleOption *option,
+                                  const QWidget *widget) const override;
+};
+
+// Draws the box of a check box into `platz`.
+void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
+                    bool gesperrt);
+
+// Draws the ring that shows the keyboard focus around a shape of the given corner radius.
+void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QPalette &palette);
+
+} // namespace kalvaro

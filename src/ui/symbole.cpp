@@ -1,0 +1,69 @@
+#include "ui/symbole.h"
+
+#include <QImageReader>
+#include <QPainter>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString ort(const QString &name)
+{
+    return u":/kalvaro/symbole/%1.svg"_s.arg(name);
+}
+
+} // namespace
+
+QPixmap symbolbild(const QString &name, int groesse, const QColor &farbe, double faktor)
+{
+    const int pixel = qRound(groesse * faktor);
+    QImageReader leser(ort(name), "svg");
+    leser.setScaledSize({pixel, pixel});
+    QImage maske = leser.read();
+    if (maske.isNull()) {
+        return {};
+    }
+    maske = std::move(maske).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QPainter maler(&maske);
+    maler.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    maler.fillRect(maske.rect(), farbe);
+    maler.end();
+    maske.setDevicePixelRatio(faktor);
+    return QPixmap::fromImage(std::move(maske));
+}
+
+QIcon programmsymbol()
+{
+    return QIcon(ort(u"de.kalvaro.kalvaro"_s));
+}
+
+Zeichen::Zeichen(int seite, QWidget *parent)
+    : QWidget(parent)
+    , groesse(seite)
+{
+    setFixedSize(seite, seite);
+}
+
+void Zeichen::setzen(const QString &name, Farbton tint, const QString &beschreibung)
+{
+    name_ = name;
+    ton = tint;
+    setAccessibleName(beschreibung);
+    update();
+}
+
+QColor Zeichen::toenung() const
+{
+    return ton(palette());
+}
+
+void Zeichen::paintEvent(QPaintEvent *)
+{
+    if (!name_.isEmpty()) {
+        QPainter(this).drawPixmap(0, 0, symbolbild(name_, groesse, toenung(), devicePixelRatioF()));
+    }
+}
+
+} // namespace kalvaro
