@@ -68,6 +68,12 @@ void Beschriftung::setZeilenhoehe(double hoehe)
     updateGeometry();
 }
 
+void Beschriftung::setSchrumpfen(double faktor)
+{
+    schrumpfen = faktor;
+    updateGeometry();
+}
+
 void Beschriftung::setGrund(const QColor &hinten)
 {
     grund = hinten;
@@ -105,6 +111,17 @@ double Beschriftung::zeilenabstand() const
     return std::max(zeilenhoehe, QFontMetricsF(font()).height());
 }
 
+QFont Beschriftung::satzschrift(const QString &inhalt, double breite) const
+{
+    QFont schrift = font();
+    const double noetig = QFontMetricsF(schrift).horizontalAdvance(inhalt);
+    if (noetig > breite && noetig * schrumpfen <= breite) {
+        // A hair less, so that rounding does not break the line after all.
+        schrift.setPointSizeF(schrift.pointSizeF() * breite / noetig * 0.998);
+    }
+    return schrift;
+}
+
 // Breaks the text into lines of at most `breite`.
 Beschriftung::Satz Beschriftung::setzen(double breite) const
 {
@@ -118,7 +135,8 @@ Beschriftung::Satz Beschriftung::setzen(double breite) const
     }
     satz.gekuerzt = text().size() > meisteZeichen;
 
-    QTextLayout layout(inhalt, font());
+    satz.schrift = satzschrift(inhalt, breite);
+    QTextLayout layout(inhalt, satz.schrift);
     QTextOption option;
     option.setWrapMode(umbruch ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     layout.setTextOption(option);
@@ -130,9 +148,10 @@ Beschriftung::Satz Beschriftung::setzen(double breite) const
         const bool mehr = zeile.textStart() + zeile.textLength() < inhalt.size();
         if (letzte && (mehr || satz.gekuerzt || zeile.naturalTextWidth() > breite)) {
             // What follows is cut: the last line takes "…" at its end.
-            stueck = QFontMetricsF(font()).elidedText(
-                inhalt.sliced(zeile.textStart()).replace(QChar::LineSeparator, u' '),
-                Qt::ElideRight, breite);
+            stueck = QFontMetricsF(satz.schrift)
+                         .elidedText(
+                             inhalt.sliced(zeile.textStart()).replace(QChar::LineSeparator, u' '),
+                             Qt::ElideRight, breite);
             satz.gekuerzt = true;
         }
         satz.zeilen.append(stueck.remove(QChar::LineSeparator));
@@ -184,6 +203,7 @@ void Beschriftung::paintEvent(QPaintEvent *)
     const double breite = umbruch ? std::min(width(), *umbruch) : width();
     const double hoehe = zeilenabstand();
     const Satz satz = setzen(breite);
+    maler.setFont(satz.schrift);
     double oben = umbruch ? 0 : (height() - hoehe) / 2;
     for (const QString &zeile : satz.zeilen) {
         const QRectF platz(0, oben, width(), hoehe);

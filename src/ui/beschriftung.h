@@ -32,6 +32,9 @@ public:
     // The distance of lines in logical pixels; 0 for that of the font.
     void setZeilenhoehe(double hoehe);
 
+    // Lets the font shrink to `faktor` of its size where that saves a second line.
+    void setSchrumpfen(double faktor);
+
     // The opaque colour behind the label, where its text must stay readable on it.
     void setGrund(const QColor &hinten);
 
@@ -49,11 +52,13 @@ private:
     struct Satz
     {
         QStringList zeilen;
+        QFont schrift;
         double breite = 0;
         bool gekuerzt = false;
     };
 
     [[nodiscard]] Satz setzen(double breite) const;
+    [[nodiscard]] QFont satzschrift(const QString &inhalt, double breite) const;
     [[nodiscard]] double zeilenabstand() const;
     void hinweisErneuern();
 
@@ -62,6 +67,7 @@ private:
     std::optional<int> umbruch;
     int hoechstens = 1;
     double zeilenhoehe = 0;
+    double schrumpfen = 1;
 };
 
 // A label of the given size in points; with `umbruch` it wraps at that width (logical pixels).

@@ -71,8 +71,7 @@ void erscheinungEinrichten(QApplication &anwendung, bool istDunkel)
 
 bool wenigerBewegung()
 {
-    return !QApplication::isEffectEnabled(Qt::UI_General) &&
-           QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) == 0;
+    return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) == 0;
 }
 
 } // namespace kalvaro

@@ -4,6 +4,7 @@
 #include "ui/schrift.h"
 #include "ui/stil.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 #include <cmath>
@@ -37,7 +38,7 @@ QString knopftext(const QString &titel)
 }
 
 Verweis::Verweis(const QString &titel, QWidget *parent)
-    : QPushButton(knopftext(titel), parent)
+    : Tastaturknopf(knopftext(titel), parent)
 {
     setFlat(true);
     setAutoDefault(false);
@@ -59,17 +60,27 @@ void Verweis::paintEvent(QPaintEvent *)
         farbe.setAlphaF(0.6F);
     }
     QFont schrift = font();
-    schrift.setUnderline(isEnabled() && (underMouse() || hasFocus()));
+    schrift.setUnderline(isEnabled() && (underMouse() || fokusSichtbar()));
     maler.setFont(schrift);
     maler.setPen(farbe);
     maler.drawText(rect(), textschalter, text());
-    if (hasFocus()) {
+    if (fokusSichtbar()) {
         fokusMalen(maler, rect(), 4, palette());
     }
 }
 
+// Return presses the link that has the focus; without this it would start rekordbox.
+void Verweis::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        click();
+    } else {
+        QPushButton::keyPressEvent(event);
+    }
+}
+
 Startknopf::Startknopf(const QString &titel, QWidget *parent)
-    : QPushButton(knopftext(titel), parent)
+    : Tastaturknopf(knopftext(titel), parent)
 {
     setFont(systemschrift(13.5, QFont::DemiBold));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -108,7 +119,7 @@ void Startknopf::paintEvent(QPaintEvent *)
     const int breite = width() - 2 * 16;
     maler.drawText(rect(), textschalter,
                    fontMetrics().elidedText(text(), Qt::ElideMiddle, breite, Qt::TextShowMnemonic));
-    if (hasFocus()) {
+    if (fokusSichtbar()) {
         maler.setPen(QPen(Farbe::akzentSchrift(palette()), 1.5));
         maler.setBrush(Qt::NoBrush);
         maler.drawRoundedRect(QRectF(rect()).adjusted(3, 3, -3, -3), radius - 3, radius - 3);
@@ -116,7 +127,7 @@ void Startknopf::paintEvent(QPaintEvent *)
 }
 
 Haken::Haken(const QString &titel, QWidget *parent)
-    : QCheckBox(knopftext(titel), parent)
+    : Tastaturknopf(knopftext(titel), parent)
 {
     setFont(systemschrift(13));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -167,7 +178,7 @@ void Haken::paintEvent(QPaintEvent *)
             mass.elidedText(zeilen[i], Qt::ElideRight, width() - links, Qt::TextShowMnemonic));
         y += mass.height() + 1;
     }
-    if (hasFocus()) {
+    if (fokusSichtbar()) {
         fokusMalen(maler, QRectF(-2, std::round(oben) - 2, kaestchen + 4, kaestchen + 4), 6,
                    palette());
     }

@@ -3,15 +3,49 @@
 #include <QCheckBox>
 #include <QPushButton>
 
+#include <QFocusEvent>
+
 #include <functional>
 
 namespace kalvaro {
+
+// A button that shows its focus only to those who move it with the keyboard.
+template<typename Knopf>
+class Tastaturknopf : public Knopf
+{
+public:
+    using Knopf::Knopf;
+
+protected:
+    void focusInEvent(QFocusEvent *event) override
+    {
+        switch (event->reason()) {
+        case Qt::TabFocusReason:
+        case Qt::BacktabFocusReason:
+        case Qt::ShortcutFocusReason:
+            mitTasten = true;
+            break;
+        case Qt::MouseFocusReason:
+        case Qt::OtherFocusReason:
+            mitTasten = false;
+            break;
+        default:
+            break; // the window came back: as it was
+        }
+        Knopf::focusInEvent(event);
+    }
+
+    [[nodiscard]] bool fokusSichtbar() const { return mitTasten && this->hasFocus(); }
+
+private:
+    bool mitTasten = false;
+};
 
 // A text as a button's title: "&" would mark a shortcut, so it is doubled.
 [[nodiscard]] QString knopftext(const QString &titel);
 
 // A button that looks like a link.
-class Verweis : public QPushButton
+class Verweis : public Tastaturknopf<QPushButton>
 {
     Q_OBJECT
 
@@ -22,10 +56,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 };
 
 // The one large button of the window: filled with the accent when it can be pressed, grey when not.
-class Startknopf : public QPushButton
+class Startknopf : public Tastaturknopf<QPushButton>
 {
     Q_OBJECT
 
@@ -40,7 +75,7 @@ protected:
 };
 
 // A check box whose text may have a second, quieter line; the box stands beside the first.
-class Haken : public QCheckBox
+class Haken : public Tastaturknopf<QCheckBox>
 {
     Q_OBJECT
 

@@ -98,6 +98,16 @@ int Stil::pixelMetric(PixelMetric mass, const QStyleOption *option, const QWidge
     }
 }
 
+QSize Stil::sizeFromContents(ContentsType art, const QStyleOption *option, const QSize &inhalt,
+                             const QWidget *widget) const
+{
+    constexpr QSize rand(28, 12);
+    if (art == CT_PushButton) {
+        return inhalt + rand;
+    }
+    return QProxyStyle::sizeFromContents(art, option, inhalt, widget);
+}
+
 void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
                     bool gesperrt)
 {

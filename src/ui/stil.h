@@ -18,6 +18,8 @@ public:
                      const QWidget *widget) const override;
     [[nodiscard]] int pixelMetric(PixelMetric mass, const QStyleOption *option,
                                   const QWidget *widget) const override;
+    [[nodiscard]] QSize sizeFromContents(ContentsType art, const QStyleOption *option,
+                                         const QSize &inhalt, const QWidget *widget) const override;
 };
 
 // Draws the box of a check box into `platz`.

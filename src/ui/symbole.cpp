@@ -3,6 +3,12 @@
 #include <QImageReader>
 #include <QPainter>
 
+// The resources of a static library must be asked for by name, from outside any namespace.
+static void symboleLaden()
+{
+    Q_INIT_RESOURCE(symbole);
+}
+
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
@@ -11,6 +17,7 @@ namespace {
 
 QString ort(const QString &name)
 {
+    symboleLaden();
     return u":/kalvaro/symbole/%1.svg"_s.arg(name);
 }
 

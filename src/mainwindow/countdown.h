@@ -1,0 +1,51 @@
+#pragma once
+
+#include "foundation/uhr.h"
+
+#include <QWidget>
+
+#include <optional>
+
+namespace kalvaro {
+
+class Beschriftung;
+class Verweis;
+
+// The row that counts down to something and lets the user cancel it. Takes no room while it rests.
+class Countdown : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Countdown(Uhr &zeit, QWidget *parent = nullptr);
+
+    // Counts `sekunden` down to `art`, which names what happens then. One that runs is replaced.
+    void start(const QString &art, qint64 sekunden);
+
+    // Safe to call when nothing runs.
+    void stopp();
+
+    // What the running countdown will do; absent while it rests.
+    [[nodiscard]] const std::optional<QString> &countdownArt() const { return countdownArt_; }
+
+Q_SIGNALS:
+    // The countdown has come to its end and rests already.
+    void abgelaufen(const QString &art);
+
+    // It has begun or ended, so the row takes more or less room.
+    void gewechselt();
+
+private:
+    void countdownText();
+    void uhrTick();
+
+    Uhr &uhr;
+    Beschriftung *const lblCountdown;
+    Verweis *const knCountdown;
+
+    std::optional<QString> countdownArt_;
+    Weckruf takt; // set exactly while countdownArt_ is
+    qint64 rest = 0;
+};
+
+} // namespace kalvaro

@@ -1,0 +1,133 @@
+#pragma once
+
+#include "assessment/bewertung.h"
+#include "foundation/uhr.h"
+#include "mainwindow/treiber.h"
+#include "rekordbox/installation.h"
+
+#include <QList>
+#include <QPointer>
+#include <QWidget>
+
+namespace kalvaro {
+
+class Arbeitsplatz;
+class Countdown;
+class Einstellungen;
+class Grund;
+class Haken;
+class Rekordbox;
+class Startknopf;
+class Statuskarte;
+class Updatekarte;
+class Verweis;
+class Zahlenkarte;
+class Zentrale;
+
+// What the window needs of the rest; everything must outlive it.
+struct Umgebung
+{
+    Zentrale &zentrale;
+    Einstellungen &einst;
+    Uhr &uhr;
+    const Rekordbox &rekordbox;
+    Arbeitsplatz &arbeitsplatz;
+};
+
+// The one main window: asks for a sync when it opens, shows what came of it and starts rekordbox.
+//
+// With a driver, syncs pass through it and closing only hides the window. Without one (picture
+// mode) the window asks the server itself and closing it ends the program.
+//
+// rekordbox counts as running for syncs as soon as its agent runs; for the start button only
+// rekordbox itself counts.
+class Hauptfenster final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    // `bild`: where picture mode writes the picture. `treiber` may be null and may go at any time.
+    Hauptfenster(const Umgebung &welt, std::optional<QString> bild, Treiber *treiber);
+
+    // Brings the window forward, optionally with a sync that may start rekordbox afterwards.
+    void oeffnen(bool mitAbgleich);
+
+    // Picture mode: shows the window, syncs once, writes the picture and ends the program.
+    void starten();
+
+    // Runs a sync. While one runs already `fertig` is called at once and the run is not joined.
+    // `autostartErlaubt`: an outcome that allows it may start the countdown.
+    void abgleichen(const QString &anlass, bool autostartErlaubt, std::function<void()> fertig);
+
+    void zeige(const QString &art, const QString &titel, const QString &detail);
+    void ladenAnzeigen(const QString &titel);
+    void anzeigen(const Bewertung &b);
+    void ergebnisAnzeigen(const Bewertung &b);
+    void rekordboxLaeuftAnzeigen();
+    void startKnopfAktualisieren();
+
+    // Hides the window; the program lives on in the menu bar.
+    void verstecken();
+
+    // The installation that a start would start.
+    [[nodiscard]] std::optional<Installation> gewaehlt() const;
+
+    void countdownStopp();
+
+    // Syncs first, then starts rekordbox if the outcome allows it. Nothing while busy.
+    void startenNachAbgleich();
+
+    // A sync or a pre-start check of this window is in progress.
+    [[nodiscard]] bool beschaeftigt() const { return beschaeftigt_; }
+
+    // From now on closing the window really closes it: the program is ending.
+    void endgueltigSchliessen() { endgueltig = true; }
+
+Q_SIGNALS:
+    // An outcome is on display.
+    void angezeigt(const Bewertung &b);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *objekt, QEvent *event) override;
+
+private:
+    void aufbauen();
+    void kuerzelAnlegen();
+    [[nodiscard]] QWidget *kopfzeile() const;
+    [[nodiscard]] QWidget *startbereich();
+    [[nodiscard]] QWidget *fusszeile();
+    void groesseAnpassen();
+    void nachVorn();
+
+    void abgeschlossen(const Bewertung &b, bool autostartErlaubt);
+
+    void rekordboxStarten();
+    void startpruefungFertig(bool noetig, const std::optional<QString> &hinweis);
+    void startenWennErlaubt();
+    void rekordboxJetztStarten();
+    void autoGeaendert();
+
+    // Constant after construction.
+    const Umgebung umgebung;
+    const std::optional<QString> bildPfad;
+    const QPointer<Treiber> steuerung;
+
+    Grund *ganz = nullptr; // the content, as it stands in a picture
+    Updatekarte *karteUpdate = nullptr;
+    Statuskarte *karteStatus = nullptr;
+    Zahlenkarte *karteZahlen = nullptr;
+    Startknopf *knStart = nullptr;
+    Countdown *countdown = nullptr;
+    Haken *cbAuto = nullptr;
+    Verweis *lnkAbgleich = nullptr;
+
+    QList<Installation> installationen; // read anew whenever the window comes forward
+    std::optional<Bewertung> letzte;    // the last outcome shown
+    bool beschaeftigt_ = false;
+    bool endgueltig = false;
+    Weckruf bildVerzug;
+};
+
+} // namespace kalvaro

@@ -1,0 +1,210 @@
+// How the main window is built, and how large it is.
+
+#include "mainwindow/hauptfenster.h"
+
+#include "foundation/einstellungen.h"
+#include "foundation/konstanten.h"
+#include "mainwindow/countdown.h"
+#include "mainwindow/statuskarte.h"
+#include "mainwindow/updatekarte.h"
+#include "mainwindow/zahlenkarte.h"
+#include "platform/arbeitsplatz.h"
+#include "server/zentrale.h"
+#include "ui/beschriftung.h"
+#include "ui/karte.h"
+#include "ui/knoepfe.h"
+#include "ui/stapel.h"
+#include "ui/symbole.h"
+
+#include <QAction>
+#include <QBoxLayout>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int fensterbreite = 520;
+constexpr int kopfsymbol = 48;
+
+// Shows the program's icon without the margin that its drawing has, so that it lines up with the
+// cards.
+class Programmzeichen final : public QWidget
+{
+public:
+    Programmzeichen()
+    {
+        setFixedSize(kopfsymbol, kopfsymbol);
+        setAccessibleName(u"kalvaro-Symbol"_s);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        constexpr int rand = 3;
+        QPainter maler(this);
+        programmsymbol().paint(&maler, rect().adjusted(-rand, -rand, rand, rand));
+    }
+};
+
+} // namespace
+
+void Hauptfenster::aufbauen()
+{
+    setWindowTitle(u"kalvaro"_s);
+    setWindowIcon(programmsymbol());
+    setObjectName(u"hauptfenster"_s);
+    setAccessibleName(u"kalvaro"_s);
+
+    ganz = new Grund;
+    ganz->setObjectName(u"ganz"_s);
+    karteUpdate = new Updatekarte;
+    karteStatus = new Statuskarte(umgebung.uhr);
+    karteZahlen = new Zahlenkarte;
+    auto *const reihe = new QVBoxLayout(ganz);
+    reihe->setContentsMargins(24, 20, 24, 16);
+    reihe->setSpacing(14);
+    for (QWidget *teil :
+         {kopfzeile(), static_cast<QWidget *>(karteUpdate), static_cast<QWidget *>(karteStatus),
+          static_cast<QWidget *>(karteZahlen), startbereich(), fusszeile()}) {
+        reihe->addWidget(teil);
+    }
+    reihe->addStretch();
+    connect(karteUpdate, &Updatekarte::gedrueckt, this, [this](const QString &adresse) {
+        if (const auto url = updateUrl(adresse)) {
+            umgebung.arbeitsplatz.oeffnen(*url);
+        }
+    });
+
+    auto *const rollbereich = new QScrollArea;
+    rollbereich->setFrameShape(QFrame::NoFrame);
+    rollbereich->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    rollbereich->setWidgetResizable(true);
+    rollbereich->setFocusPolicy(Qt::NoFocus);
+    rollbereich->setWidget(ganz);
+    auto *const rahmen = new QVBoxLayout(this);
+    rahmen->setContentsMargins(0, 0, 0, 0);
+    rahmen->addWidget(rollbereich);
+
+    ganz->installEventFilter(this);
+    kuerzelAnlegen();
+    zeige(u"laden"_s, u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
+    knStart->setFocus();
+    groesseAnpassen();
+    move(screen()->availableGeometry().center() - rect().center());
+}
+
+QWidget *Hauptfenster::kopfzeile() const
+{
+    Beschriftung *const name = beschriftung(u"kalvaro"_s, 26, QFont::Bold);
+    Beschriftung *const zeile =
+        beschriftung(u"rekordbox-Bibliothek · "_s + umgebung.zentrale.konto().name, 12.5,
+                     QFont::Normal, Farbe::sekundaer);
+    zeile->setObjectName(u"lblKonto"_s);
+    QWidget *const texte = stapel({name, zeile}, Qt::Vertical, 0);
+    QWidget *const kopf = stapel({new Programmzeichen, texte}, Qt::Horizontal, 12);
+    static_cast<QBoxLayout *>(kopf->layout())->setStretch(1, 1);
+    return kopf;
+}
+
+QWidget *Hauptfenster::startbereich()
+{
+    knStart = new Startknopf(u"rekordbox starten"_s);
+    knStart->setObjectName(u"knStart"_s);
+    connect(knStart, &QPushButton::clicked, this, &Hauptfenster::rekordboxStarten);
+
+    countdown = new Countdown(umgebung.uhr);
+    connect(countdown, &Countdown::abgelaufen, this, [this](const QString &art) {
+        if (art == u"start"_s) {
+            rekordboxStarten();
+        }
+    });
+
+    cbAuto = new Haken(u"rekordbox beim Öffnen automatisch starten\n"
+                       "(5 Sekunden, nachdem der Abgleich fertig ist)"_s);
+    cbAuto->setObjectName(u"cbAuto"_s);
+    cbAuto->setChecked(umgebung.einst.autostart);
+    connect(cbAuto, &QCheckBox::clicked, this, &Hauptfenster::autoGeaendert);
+
+    return stapel({knStart, countdown, cbAuto}, Qt::Vertical, 10);
+}
+
+QWidget *Hauptfenster::fusszeile()
+{
+    lnkAbgleich =
+        verweis(u"Jetzt abgleichen"_s, this, [this] { abgleichen(u"hand"_s, false, {}); });
+    lnkAbgleich->setObjectName(u"lnkAbgleich"_s);
+    Beschriftung *const version =
+        beschriftung(u"Version "_s + VERSION, 11, QFont::Normal, Farbe::tertiaer);
+    version->setObjectName(u"lblVersion"_s);
+
+    auto *const zeile = new QWidget;
+    auto *const layout = new QHBoxLayout(zeile);
+    layout->setContentsMargins(0, 2, 0, 0);
+    layout->setSpacing(22);
+    layout->addWidget(lnkAbgleich);
+    layout->addStretch();
+    layout->addWidget(version);
+    return zeile;
+}
+
+void Hauptfenster::kuerzelAnlegen()
+{
+    const auto anlegen = [this](const QString &titel, const QKeySequence &taste, auto &&tat) {
+        auto *const aktion = new QAction(titel, this);
+        aktion->setShortcut(taste);
+        connect(aktion, &QAction::triggered, this, tat);
+        addAction(aktion);
+    };
+    anlegen(u"Im Dock ablegen"_s, Qt::CTRL | Qt::Key_M, [this] { showMinimized(); });
+    anlegen(u"Schließen"_s, Qt::CTRL | Qt::Key_W, [this] { close(); });
+    anlegen(u"kalvaro beenden"_s, Qt::CTRL | Qt::Key_Q, [this] {
+        if (steuerung) {
+            steuerung->beenden();
+        } else {
+            close();
+        }
+    });
+}
+
+void Hauptfenster::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        knStart->click();
+        break;
+    case Qt::Key_Escape:
+        countdownStopp();
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+bool Hauptfenster::eventFilter(QObject *objekt, QEvent *event)
+{
+    if (objekt == ganz && event->type() == QEvent::LayoutRequest) {
+        groesseAnpassen();
+    }
+    return QWidget::eventFilter(objekt, event);
+}
+
+// As large as the content; higher than the screen it scrolls inside.
+void Hauptfenster::groesseAnpassen()
+{
+    constexpr int titelleiste = 40; // what a desktop may put around the window
+    const int inhalt = ganz->layout()->totalHeightForWidth(fensterbreite);
+    const int platz = screen()->availableGeometry().height() - titelleiste;
+    const auto *const rollbereich = findChild<QScrollArea *>();
+    const int leiste = inhalt > platz ? rollbereich->verticalScrollBar()->sizeHint().width() : 0;
+    setFixedSize(fensterbreite + leiste, std::min(inhalt, platz));
+}
+
+} // namespace kalvaro

@@ -1,0 +1,88 @@
+#include "mainwindow/zahlenkarte.h"
+
+#include "foundation/formate.h"
+#include "foundation/werte.h"
+#include "ui/schrift.h"
+#include "ui/stapel.h"
+#include "ui/tabellenzahl.h"
+
+#include <QBoxLayout>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int zeilenbreite = 436;
+constexpr int zeilenhoehe = 18;
+
+const QString trenner = u"   ·   "_s;
+
+Beschriftung *figurenzeile(const QString &name, Farbton farbe)
+{
+    Beschriftung *const zeile = beschriftung({}, 11.5, QFont::Normal, farbe, zeilenbreite);
+    zeile->setObjectName(name);
+    zeile->setUmbruch(zeilenbreite, 3);
+    zeile->setZeilenhoehe(zeilenhoehe);
+    zeile->setSchrumpfen(0.9);
+    return zeile;
+}
+
+} // namespace
+
+Zahlenkarte::Zahlenkarte(QWidget *parent)
+    : Karte(parent)
+    , lblZeile1(figurenzeile(u"lblZeile1"_s, Farbe::schrift))
+    , lblZeile2(figurenzeile(u"lblZeile2"_s, Farbe::sekundaer))
+{
+    setObjectName(u"karteZahlen"_s);
+    QWidget *const zeilen = stapel({lblZeile1, lblZeile2}, Qt::Vertical, 0);
+    einsetzen(stapel({kachelreihe(), new Haarlinie(Qt::Horizontal), zeilen}, Qt::Vertical, 11));
+}
+
+QWidget *Zahlenkarte::kachelreihe()
+{
+    auto *const reihe = new QWidget;
+    auto *const layout = new QHBoxLayout(reihe);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    const QStringList unterschriften{u"Titel"_s, u"Playlisten"_s, u"Hot Cues"_s, u"Musik"_s};
+    for (const QString &unterschrift : unterschriften) {
+        if (!zahlen.isEmpty()) {
+            layout->addWidget(new Haarlinie(Qt::Vertical));
+        }
+        auto *const zahlenfeld = new Tabellenzahl(u"–"_s);
+        zahlenfeld->setFont(systemschrift(22, QFont::DemiBold));
+        zahlenfeld->setObjectName(u"zahlen%1"_s.arg(zahlen.size()));
+        QWidget *const kachel =
+            stapel({zahlenfeld, beschriftung(unterschrift, 11, QFont::Normal, Farbe::sekundaer)},
+                   Qt::Vertical, 0);
+        kachel->layout()->setContentsMargins(zahlen.isEmpty() ? 0 : 13, 0, 4, 0);
+        layout->addWidget(kachel, 1);
+        zahlen.append(zahlenfeld);
+    }
+    return reihe;
+}
+
+void Zahlenkarte::zeige(const QJsonValue &antwort, std::optional<double> frei,
+                        const QDateTime &jetzt)
+{
+    const QJsonValue s = pfad(antwort, u"statistik");
+    const QString platz = u"Frei auf dem Mac: "_s + fGB(frei);
+    if (pfad(s, u"titel").isUndefined()) {
+        lblZeile1->setText(platz);
+        lblZeile2->setText(u"Keine Verbindung zur Cloud – Zahlen folgen beim nächsten Abgleich."_s);
+        return;
+    }
+    zahlen[0]->setText(fZahl(zahl(s, u"titel")));
+    zahlen[1]->setText(fZahl(zahl(s, u"playlisten")));
+    zahlen[2]->setText(fZahl(zahl(s, u"hot_cues")));
+    zahlen[3]->setText(fGB(zahl(s, u"dateigroesse")));
+    lblZeile1->setText(u"Analysiert: "_s + fZahl(zahl(s, u"analysiert")) + u" Titel"_s + trenner +
+                       u"Analysedaten: "_s + fGB(zahl(s, u"analysegroesse")) + trenner + platz);
+    lblZeile2->setText(u"Stand der Cloud: "_s + fZeit(text(s, u"stand"), jetzt) + trenner +
+                       u"geprüft "_s + fZeit(jetzt, jetzt));
+}
+
+} // namespace kalvaro

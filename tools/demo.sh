@@ -1,0 +1,70 @@
+#!/bin/sh
+# Shows kalvaro with a demo cloud, in a data folder of its own. With a display the window opens;
+# without one, or with BILD=PATH in the environment, a picture of it is written.
+#   tools/demo.sh BUILD_FOLDER
+set -eu
+bau=$1
+ordner=$(mktemp -d "${TMPDIR:-/tmp}/kalvaro-demo.XXXXXX")
+cloud=""
+
+aufraeumen() {
+    ende=$?
+    trap - EXIT INT TERM HUP
+    [ -z "$cloud" ] || kill "$cloud" 2>/dev/null || true
+    [ -z "$cloud" ] || wait "$cloud" 2>/dev/null || true
+    rm -rf "$ordner"
+    exit "$ende"
+}
+trap aufraeumen EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+
+scheitern() {
+    echo "make demo: $1" >&2
+    exit 1
+}
+
+"$bau/kalvaro-democloud" --port 0 --dauer "${KALVARO_DEMO_DAUER:-2}" \
+    >"$ordner/cloud.log" 2>&1 &
+cloud=$!
+port=""
+for _ in $(seq 100); do
+    port=$(sed -n 's/^port=//p' "$ordner/cloud.log")
+    [ -z "$port" ] || break
+    kill -0 "$cloud" 2>/dev/null || break
+    sleep 0.1
+done
+[ -n "$port" ] || scheitern "the demo cloud did not start: $(cat "$ordner/cloud.log")"
+
+export XDG_DATA_HOME="$ordner"
+export XDG_CONFIG_HOME="$ordner/config"
+export KALVARO_APPLICATIONS="$bau/demo/Applications"
+mkdir -p "$ordner/kalvaro"
+cat >"$ordner/kalvaro/konto.json" <<JSON
+{
+  "name": "Demo-Mac",
+  "geraet": "demo-mac",
+  "schluessel": "demo-schluessel",
+  "server": ["http://127.0.0.1:$port"]
+}
+JSON
+
+if [ -z "${BILD:-}" ] && [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+    echo "kalvaro runs with a demo cloud on port $port; close its window to end both."
+    "$bau/kalvaro" || scheitern "kalvaro ended with status $?"
+    exit 0
+fi
+
+bild=${BILD:-build/demo.png}
+case "$bild" in
+/*) ;;
+*) bild="$PWD/$bild" ;;
+esac
+rm -f "$bild"
+QT_QPA_PLATFORM=offscreen FONTCONFIG_FILE="$PWD/tools/bilder/fonts.conf" \
+    "$bau/kalvaro" --bild "$bild" >"$ordner/urteil.txt" 2>"$ordner/fehler.txt" ||
+    scheitern "kalvaro ended with status $?: $(cat "$ordner/fehler.txt")"
+[ -s "$ordner/urteil.txt" ] || scheitern "kalvaro gave no verdict: $(cat "$ordner/fehler.txt")"
+[ -s "$bild" ] || scheitern "the picture could not be written to $bild"
+cat "$ordner/urteil.txt"
+echo "Picture: $bild"

@@ -1,0 +1,73 @@
+#!/bin/sh
+# Installs the Debian packages that a step needs and that are missing; says what it installs.
+#   tools/pakete.sh bauen|testen|pruefen
+set -eu
+
+bauen="cmake ninja-build g++ pkg-config qt6-base-dev libqt6svg6 qt6-translations-l10n libicu-dev
+       libplist-dev libexpected-dev libcpp-httplib-dev zlib1g-dev procps util-linux fonts-inter
+       ca-certificates"
+testen="$bauen"
+pruefen="$testen clang clang-format clang-tidy gcovr"
+
+case "${1:-}" in
+bauen) pakete=$bauen ;;
+testen) pakete=$testen ;;
+pruefen) pakete=$pruefen ;;
+*)
+    echo "Usage: tools/pakete.sh bauen|testen|pruefen" >&2
+    exit 2
+    ;;
+esac
+
+fehlend() {
+    for paket in $pakete; do
+        stand=$(dpkg-query -W -f '${Status}' "$paket" 2>/dev/null || true)
+        [ "$stand" = "install ok installed" ] || printf '%s ' "$paket"
+    done
+}
+
+if ! command -v dpkg-query >/dev/null 2>&1 || ! command -v apt-get >/dev/null 2>&1; then
+    # Not a Debian: what is needed may be there under other names, so only say so.
+    if command -v cmake >/dev/null 2>&1 && command -v ninja >/dev/null 2>&1 &&
+        [ -n "${KALVARO_PAKETE_VORHANDEN:-}" ]; then
+        exit 0
+    fi
+    echo "kalvaro is built on Debian 12. This system has no apt-get; please install what these" >&2
+    echo "Debian packages bring:" >&2
+    echo "  $(echo $pakete)" >&2
+    echo "and call make again with KALVARO_PAKETE_VORHANDEN=1." >&2
+    exit 1
+fi
+
+noetig=$(fehlend)
+[ -n "$noetig" ] || exit 0
+
+alsRoot=""
+if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null 2>&1; then
+        echo "These packages are missing, and without root or sudo they cannot be installed:" >&2
+        echo "  $noetig" >&2
+        echo "Please have them installed: apt-get install $noetig" >&2
+        exit 1
+    fi
+    alsRoot="sudo"
+fi
+
+echo "Installing: $noetig"
+# Several calls at once wait for each other; dpkg's own lock also for others who install.
+warten="-o DPkg::Lock::Timeout=600 -o Acquire::Retries=3"
+protokoll=$(mktemp)
+trap 'rm -f "$protokoll"' EXIT
+versuch=0
+until $alsRoot env DEBIAN_FRONTEND=noninteractive sh -c \
+    "apt-get $warten update -q && apt-get $warten install -q -y --no-install-recommends $noetig" \
+    >"$protokoll" 2>&1; do
+    versuch=$((versuch + 1))
+    # The lists' lock knows no waiting, so another apt-get may be in the way.
+    if [ "$versuch" -ge 5 ] || ! grep -q 'Could not get lock' "$protokoll"; then
+        tail -n 20 "$protokoll" >&2
+        echo "The packages could not be installed (see above)." >&2
+        exit 1
+    fi
+    sleep 5
+done
