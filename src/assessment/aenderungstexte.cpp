@@ -60,7 +60,7 @@ std::optional<QString> andereHinweise(const QJsonValue &antwort)
 {
     QStringList saetze;
     const QJsonArray andere = pfad(antwort, u"andere").toArray();
-    for (const QJsonValue &geraet : andere) {
+    for (const QJsonValue geraet : andere) {
         const QString name = u"„"_s + text(geraet, u"name") + u"“"_s;
         if (gesetzt(geraet, u"rekordbox_offen")) {
             saetze.append(u"Auf "_s + name +

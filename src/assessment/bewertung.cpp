@@ -8,11 +8,12 @@ namespace kalvaro {
 
 std::optional<Updateangebot> updateAngebot(const QJsonValue &antwort)
 {
-    const QString version = text(antwort, u"app.version");
-    const QString adresse = text(antwort, u"app.url");
+    // Only strings make an offer: a number or a map is no version to show.
+    const QString version = pfad(antwort, u"app.version").toString();
+    const QString adresse = pfad(antwort, u"app.url").toString();
     // Never http: the download must not be exchanged on the way.
     if (version.isEmpty() || !adresse.startsWith(u"https://") ||
-        versionenVergleichen(version, VERSION) <= 0) {
+        std::is_lteq(versionenVergleichen(version, VERSION))) {
         return std::nullopt;
     }
     return Updateangebot{version, adresse};

@@ -15,14 +15,14 @@ struct Bewertung
     // "gut": in step. "warn": not (fully) in step, nothing harmful. "krit": failed or stopped for
     // safety. "aus": nothing done because rekordbox is open here.
     QString art = QStringLiteral("warn");
-    QString titel;
-    QString detail;        // sentences joined by single blanks
-    QString betrieb;       // the server's mode; "schatten" is the dry run; "" without an answer
+    QString titel{};
+    QString detail{};      // sentences joined by single blanks
+    QString betrieb{};     // the server's mode; "schatten" is the dry run; "" without an answer
     bool startbar = false; // rekordbox may start now
     bool offline = false;  // the server could not be reached
     QJsonValue antwort = QJsonValue::Undefined; // the whole answer; absent when the request failed
-    std::optional<QString> neueVersion;         // a newer version that the server offers ...
-    std::optional<QString> updateAdresse;       // ... and its "https://" address: both or neither
+    std::optional<QString> neueVersion{};       // a newer version that the server offers ...
+    std::optional<QString> updateAdresse{};     // ... and its "https://" address: both or neither
 
     bool operator==(const Bewertung &) const = default;
 };

@@ -16,8 +16,8 @@ struct Auftrag;
 // The last look at the server before rekordbox starts.
 struct Startpruefung
 {
-    bool noetig = false;            // a sync must run first
-    std::optional<QString> hinweis; // remark about other devices
+    bool noetig = false;              // a sync must run first
+    std::optional<QString> hinweis{}; // remark about other devices
 
     bool operator==(const Startpruefung &) const = default;
 };

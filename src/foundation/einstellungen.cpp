@@ -36,8 +36,11 @@ void Einstellungen::speichern() const
     if (!ziel.open(QIODevice::WriteOnly)) {
         return;
     }
-    ziel.write(QJsonDocument(felder).toJson(QJsonDocument::Compact));
-    ziel.commit();
+    const QByteArray bytes = QJsonDocument(felder).toJson(QJsonDocument::Compact);
+    // Without the flush commit() does not notice a full disk. Uncommitted, the old file stays.
+    if (ziel.write(bytes) == bytes.size() && ziel.flush()) {
+        ziel.commit();
+    }
 }
 
 } // namespace kalvaro

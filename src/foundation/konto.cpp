@@ -9,6 +9,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace kalvaro {
 
@@ -21,19 +22,20 @@ using Inhalt = tl::expected<QByteArray, QString>;
 Inhalt lesen(const QString &pfad)
 {
     const QString kopf = u"Die Datei „%1“ "_s.arg(pfad);
-    QFile datei(pfad);
-    const QFileInfo info(pfad);
-    if (!info.exists()) {
+    std::error_code fehler;
+    const auto art = std::filesystem::status(QFile::encodeName(pfad).toStdString(), fehler).type();
+    if (art == std::filesystem::file_type::not_found) {
         return tl::unexpected(kopf + u"existiert nicht."_s);
     }
     // Anything but a plain file (a folder, a pipe) cannot be read, and a pipe would block for ever.
-    if (!info.isFile()) {
+    if (!fehler && art != std::filesystem::file_type::regular) {
         return tl::unexpected(kopf + u"ist keine gewöhnliche Datei."_s);
     }
-    if (!datei.open(QIODevice::ReadOnly)) {
-        return tl::unexpected(kopf + (datei.error() == QFile::PermissionsError || !info.isReadable()
-                                          ? u"lässt sich nicht öffnen: Es fehlen die Rechte."_s
-                                          : u"lässt sich nicht öffnen."_s));
+    QFile datei(pfad);
+    if (fehler || !datei.open(QIODevice::ReadOnly)) {
+        return tl::unexpected(kopf + (QFileInfo(pfad).isReadable()
+                                          ? u"lässt sich nicht öffnen."_s
+                                          : u"lässt sich nicht öffnen: Es fehlen die Rechte."_s));
     }
     const QByteArray bytes = datei.readAll();
     if (datei.error() != QFile::NoError) {
@@ -55,7 +57,7 @@ QStringList adressen(const QJsonValue &wert)
 {
     QStringList liste;
     const QJsonArray eintraege = wert.toArray();
-    for (const QJsonValue &eintrag : eintraege) {
+    for (const QJsonValue eintrag : eintraege) {
         if (!eintrag.isString()) {
             return {};
         }

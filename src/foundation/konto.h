@@ -10,10 +10,10 @@ namespace kalvaro {
 // Who this Mac is towards the server. Written by whoever sets the Mac up, only read here.
 struct Konto
 {
-    QString name;       // display name; `geraet` when the file gives none
-    QString geraet;     // device identifier, never empty once loaded
-    QString schluessel; // account key; may be empty; never shown, never logged
-    QStringList server; // base addresses in order of preference, at least one once loaded
+    QString name{};       // display name; `geraet` when the file gives none
+    QString geraet{};     // device identifier, never empty once loaded
+    QString schluessel{}; // account key; may be empty; never shown, never logged
+    QStringList server{}; // base addresses in order of preference, at least one once loaded
 
     bool operator==(const Konto &) const = default;
 

@@ -32,7 +32,7 @@ std::weak_ordering versionenVergleichen(QStringView a, QStringView b)
         if (istZiffer(a.front()) && istZiffer(b.front())) {
             const QStringView x = ziffernNehmen(a);
             const QStringView y = ziffernNehmen(b);
-            if (const auto laenge = x.size() <=> y.size(); laenge != 0) {
+            if (const auto laenge = x.size() <=> y.size(); std::is_neq(laenge)) {
                 return laenge;
             }
             if (const int wert = x.compare(y); wert != 0) {

@@ -45,8 +45,9 @@ std::optional<double> zahlAusText(const QString &roh)
         return std::nullopt;
     }
     if (fehler == std::errc::result_out_of_range) {
-        // Too small for a double is 0, too large is no number. from_chars does not tell which.
-        const double gerundet = ascii.toDouble();
+        // Too small for a double is 0, too large is no number. from_chars does not tell which, nor
+        // does QByteArray::toDouble().
+        const double gerundet = roh.toDouble();
         return std::isinf(gerundet) ? std::nullopt : std::optional(gerundet);
     }
     return ergebnis;
@@ -119,7 +120,7 @@ double summe(const QJsonValue &wert)
     }
     double ergebnis = wert.toDouble();
     const QJsonObject felder = wert.toObject();
-    for (const QJsonValue &feld : felder) {
+    for (const QJsonValue feld : felder) {
         ergebnis += summe(feld);
     }
     return ergebnis;

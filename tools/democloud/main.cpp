@@ -1,0 +1,73 @@
+#include "optionen.h"
+
+#include <csignal>
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int gescheitert = 1;
+
+// In UTF-8 whatever the locale, and at once: callers wait for the line with the port.
+void schreiben(std::FILE *ziel, const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), ziel);
+    std::fflush(ziel);
+}
+
+// Blocks the signals that end the program, for this thread and those it starts, so that only
+// sigwait() receives them.
+sigset_t endsignaleSperren()
+{
+    sigset_t signale;
+    sigemptyset(&signale);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        std::signal(signal, SIG_DFL); // started in the background, a shell leaves SIGINT ignored
+        sigaddset(&signale, signal);
+    }
+    pthread_sigmask(SIG_BLOCK, &signale, nullptr);
+    return signale;
+}
+
+int abbrechen(const Abbruch &abbruch)
+{
+    schreiben(stderr, u"kalvaro-democloud: %1\n"_s.arg(abbruch.meldung));
+    return abbruch.ausgang;
+}
+
+int laufenLassen(Democloud &cloud, const sigset_t &signale)
+{
+    if (const auto begonnen = cloud.starten(); !begonnen) {
+        return abbrechen({.ausgang = gescheitert, .meldung = begonnen.error()});
+    }
+    schreiben(stdout, u"port=%1\n"_s.arg(cloud.port()));
+    schreiben(stderr,
+              u"Die Demo-Cloud lauscht auf %1 – Strg+C beendet sie.\n"_s.arg(cloud.adresse()));
+    int signal = 0;
+    sigwait(&signale, &signal);
+    cloud.beenden();
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const sigset_t signale = endsignaleSperren();
+    QStringList argumente;
+    for (int i = 1; i < argc; ++i) {
+        argumente.append(QString::fromUtf8(argv[i]));
+    }
+    const auto optionen = optionenLesen(argumente, QDateTime::currentDateTime());
+    if (!optionen) {
+        return abbrechen(optionen.error());
+    }
+    if (optionen->hilfe) {
+        schreiben(stdout, hilfetext());
+        return 0;
+    }
+    Democloud cloud(optionen->cloud);
+    return laufenLassen(cloud, signale);
+}
