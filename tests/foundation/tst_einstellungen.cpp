@@ -1,0 +1,399 @@
+#include "doubles/datenordner.h"
+#include "einschraenkung.h"
+#include "foundation/einstellungen.h"
+#include "foundation/protokoll.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <sys/stat.h>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+class TstEinstellungen : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void gelesen_data();
+    void gelesen();
+    void ohneDateiGeltenDieVorgaben();
+    void unlesbareDateiGibtVorgaben_data();
+    void unlesbareDateiGibtVorgaben();
+
+    void ersteSpeicherungLegtDieDateiAn();
+    void gespeichertWirdKnappUndVollstaendig_data();
+    void gespeichertWirdKnappUndVollstaendig();
+    void gespeichertesKommtWieder();
+    void speichernErsetztDieDateiGanz_data();
+    void speichernErsetztDieDateiGanz();
+    void speichernErsetztAufEinenSchlag();
+    void schreibenEinesFeldesSpeichertNicht();
+    void nachDemStartWirdNichtNeuGelesen();
+
+    void volleFestplatteLaesstDieAlteDateiGanz_data();
+    void volleFestplatteLaesstDieAlteDateiGanz();
+    void gesperrterOrdnerLaesstDieAlteDateiGanz();
+    void ohneOrdnerGeschiehtNichts();
+    void ordnerAnStelleDerDateiBleibt();
+    void pipeAnStelleDerDateiWirdErsetzt();
+
+private:
+    [[nodiscard]] static QString pfad() { return datei(u"einstellungen.json"_s); }
+    [[nodiscard]] static QStringList dateien()
+    {
+        return QDir(appOrdner())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    }
+    [[nodiscard]] QJsonObject gespeichert() const
+    {
+        return QJsonDocument::fromJson(ordner.inhalt(u"einstellungen.json"_s)).object();
+    }
+
+    Datenordner ordner;
+};
+
+void TstEinstellungen::init()
+{
+    ordner.leeren();
+    QTest::failOnWarning(QRegularExpression(u"."_s));
+}
+
+void TstEinstellungen::gelesen_data()
+{
+    QTest::addColumn<QByteArray>("inhalt");
+    QTest::addColumn<bool>("autostart");
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<QString>("updateGemeldet");
+
+    const QString v = u"7.0.4"_s;
+    const QString u = u"1.5|2026-03-13"_s;
+    const QString leer;
+
+    QTest::newRow("all three keys")
+        << QByteArray(R"({"autostart":true,"version":"7.0.4","update_gemeldet":"1.5|2026-03-13"})")
+        << true << v << u;
+    QTest::newRow("autostart false")
+        << QByteArray(R"({"autostart":false,"version":"7.0.4","update_gemeldet":"1.5|2026-03-13"})")
+        << false << v << u;
+    QTest::newRow("only the key version with a string")
+        << QByteArray(R"({"version":"7.0.4"})") << false << v << leer;
+    QTest::newRow("only the key autostart")
+        << QByteArray(R"({"autostart":true})") << true << leer << leer;
+    QTest::newRow("only the key update_gemeldet")
+        << QByteArray(R"({"update_gemeldet":"1.5|2026-03-13"})") << false << leer << u;
+    QTest::newRow("autostart given as a string that reads true: not a boolean, so false")
+        << QByteArray(R"({"autostart":"true","version":"7.0.4"})") << false << v << leer;
+    QTest::newRow("autostart 1 counts as true")
+        << QByteArray(R"({"autostart":1})") << true << leer << leer;
+    QTest::newRow("autostart 1.0 counts as true")
+        << QByteArray(R"({"autostart":1.0})") << true << leer << leer;
+    QTest::newRow("autostart 0 counts as false")
+        << QByteArray(R"({"autostart":0})") << false << leer << leer;
+    QTest::newRow("autostart 2 is neither, so false")
+        << QByteArray(R"({"autostart":2})") << false << leer << leer;
+    QTest::newRow("autostart -1 is neither, so false")
+        << QByteArray(R"({"autostart":-1})") << false << leer << leer;
+    QTest::newRow("autostart null") << QByteArray(R"({"autostart":null})") << false << leer << leer;
+    QTest::newRow("autostart a list")
+        << QByteArray(R"({"autostart":[true]})") << false << leer << leer;
+    QTest::newRow("a mistyped version resets only itself")
+        << QByteArray(R"({"autostart":true,"version":7,"update_gemeldet":"1.5|2026-03-13"})")
+        << true << leer << u;
+    QTest::newRow("a mistyped update_gemeldet resets only itself")
+        << QByteArray(R"({"autostart":true,"version":"7.0.4","update_gemeldet":{"a":1}})") << true
+        << v << leer;
+    QTest::newRow("a mistyped autostart resets only itself")
+        << QByteArray(R"({"autostart":{},"version":"7.0.4","update_gemeldet":"1.5|2026-03-13"})")
+        << false << v << u;
+    QTest::newRow("extra keys are passed over")
+        << QByteArray(R"({"x":{"autostart":true},"version":"7.0.4","updateGemeldet":"nein"})")
+        << false << v << leer;
+    QTest::newRow("texts are taken as they are")
+        << QByteArray(R"({"version":" 7 \u00fc "})") << false << u" 7 ü "_s << leer;
+
+    const QList<std::pair<const char *, QByteArray>> keinObjekt{
+        {"an empty file", ""},
+        {"a malformed file", R"({"autostart":true,"version":"7.0.)"},
+        {"a list", R"([{"autostart":true}])"},
+        {"a string", R"("autostart")"},
+        {"a number", "1"},
+        {"true", "true"},
+        {"null", "null"},
+        {"zero bytes", QByteArray(32, '\0')},
+        {"nested without end", QByteArray(100'000, '[')},
+    };
+    for (const auto &[name, inhalt] : keinObjekt) {
+        QTest::newRow(name) << inhalt << false << leer << leer;
+    }
+}
+
+void TstEinstellungen::gelesen()
+{
+    QFETCH(QByteArray, inhalt);
+    ordner.schreiben(u"einstellungen.json"_s, inhalt);
+
+    const Einstellungen e;
+
+    QTEST(e.autostart, "autostart");
+    QTEST(e.version, "version");
+    QTEST(e.updateGemeldet, "updateGemeldet");
+    QCOMPARE(ordner.inhalt(u"einstellungen.json"_s), inhalt);
+}
+
+void TstEinstellungen::ohneDateiGeltenDieVorgaben()
+{
+    const Einstellungen e;
+
+    QVERIFY(!e.autostart);
+    QVERIFY(e.version.isEmpty());
+    QVERIFY(e.updateGemeldet.isEmpty());
+    QVERIFY2(dateien().isEmpty(), "reading must not create the file");
+}
+
+void TstEinstellungen::unlesbareDateiGibtVorgaben_data()
+{
+    QTest::addColumn<QString>("art");
+
+    QTest::newRow("a file without the right to read it") << u"rechte"_s;
+    QTest::newRow("a folder") << u"ordner"_s;
+    QTest::newRow("a pipe that nobody writes must not block") << u"pipe"_s;
+}
+
+void TstEinstellungen::unlesbareDateiGibtVorgaben()
+{
+    QFETCH(QString, art);
+    const Rechte oben(QFileInfo(appOrdner()).path(), lesbarFuerAlle | QFile::WriteOwner);
+    if (art == u"rechte") {
+        ordner.schreiben(u"einstellungen.json"_s, R"({"autostart":true})");
+        QFile::setPermissions(pfad(), {});
+    } else if (art == u"ordner") {
+        QVERIFY(QDir().mkdir(pfad()));
+    } else {
+        QCOMPARE(mkfifo(QFile::encodeName(pfad()).constData(), 0600), 0);
+    }
+
+    const OhneRechte niemand;
+    const Einstellungen e;
+
+    QVERIFY(!e.autostart);
+}
+
+void TstEinstellungen::ersteSpeicherungLegtDieDateiAn()
+{
+    const Einstellungen e;
+
+    e.speichern();
+
+    QCOMPARE(gespeichert(), (QJsonObject{{u"autostart"_s, false},
+                                         {u"version"_s, QString()},
+                                         {u"update_gemeldet"_s, QString()}}));
+    QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
+}
+
+void TstEinstellungen::gespeichertWirdKnappUndVollstaendig_data()
+{
+    QTest::addColumn<bool>("autostart");
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<QString>("updateGemeldet");
+
+    QTest::newRow("everything set") << true << u"7.0.4"_s << u"1.5|2026-03-13"_s;
+    QTest::newRow("everything empty") << false << QString() << QString();
+    QTest::newRow("texts that JSON escapes") << true << u"7 \"ü\"\n\\"_s << u"\u2028/</x>"_s;
+}
+
+void TstEinstellungen::gespeichertWirdKnappUndVollstaendig()
+{
+    Einstellungen e;
+    QFETCH(bool, autostart);
+    QFETCH(QString, version);
+    QFETCH(QString, updateGemeldet);
+    e.autostart = autostart;
+    e.version = version;
+    e.updateGemeldet = updateGemeldet;
+
+    e.speichern();
+
+    const QJsonObject soll{{u"autostart"_s, autostart},
+                           {u"version"_s, version},
+                           {u"update_gemeldet"_s, updateGemeldet}};
+    QCOMPARE(gespeichert(), soll);
+    QCOMPARE(ordner.inhalt(u"einstellungen.json"_s),
+             QJsonDocument(soll).toJson(QJsonDocument::Compact));
+}
+
+void TstEinstellungen::gespeichertesKommtWieder()
+{
+    {
+        Einstellungen e;
+        e.autostart = true;
+        e.version = u"7.0.4"_s;
+        e.updateGemeldet = u"1.5|2026-03-13"_s;
+        e.speichern();
+    }
+
+    const Einstellungen wieder;
+
+    QVERIFY(wieder.autostart);
+    QCOMPARE(wieder.version, u"7.0.4"_s);
+    QCOMPARE(wieder.updateGemeldet, u"1.5|2026-03-13"_s);
+}
+
+void TstEinstellungen::speichernErsetztDieDateiGanz_data()
+{
+    QTest::addColumn<QByteArray>("vorher");
+    QTest::addColumn<QString>("version");
+
+    QTest::newRow("extra keys are dropped by the next save")
+        << QByteArray(R"({"x":1,"version":"7","farbe":"rot"})") << u"7"_s;
+    QTest::newRow("a file with one key has all three afterwards")
+        << QByteArray(R"({"version":"7"})") << u"7"_s;
+    QTest::newRow("a malformed file is replaced whole")
+        << QByteArray("{\"version\":") + QByteArray(5000, 'x') << QString();
+    QTest::newRow("a list is replaced") << QByteArray("[1,2]") << QString();
+}
+
+void TstEinstellungen::speichernErsetztDieDateiGanz()
+{
+    QFETCH(QByteArray, vorher);
+    ordner.schreiben(u"einstellungen.json"_s, vorher);
+    const Einstellungen e;
+
+    e.speichern();
+
+    QFETCH(QString, version);
+    QCOMPARE(gespeichert(), (QJsonObject{{u"autostart"_s, false},
+                                         {u"version"_s, version},
+                                         {u"update_gemeldet"_s, QString()}}));
+    QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
+}
+
+void TstEinstellungen::speichernErsetztAufEinenSchlag()
+{
+    const QByteArray alt = R"({"version":"alt"})";
+    ordner.schreiben(u"einstellungen.json"_s, alt);
+    Einstellungen e;
+    e.version = u"neu"_s;
+    QFile leser(pfad());
+    QVERIFY(leser.open(QIODevice::ReadOnly));
+
+    e.speichern();
+
+    // Who has the old file open keeps the whole old file: it was replaced, not rewritten.
+    QCOMPARE(leser.readAll(), alt);
+    QCOMPARE(gespeichert()[u"version"].toString(), u"neu"_s);
+    QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
+}
+
+void TstEinstellungen::schreibenEinesFeldesSpeichertNicht()
+{
+    Einstellungen e;
+
+    e.autostart = true;
+
+    QVERIFY(dateien().isEmpty());
+}
+
+void TstEinstellungen::nachDemStartWirdNichtNeuGelesen()
+{
+    Einstellungen e;
+    e.version = u"7"_s;
+    ordner.schreiben(u"einstellungen.json"_s, R"({"autostart":true,"version":"8"})");
+
+    e.speichern();
+
+    QVERIFY(!e.autostart);
+    QCOMPARE(gespeichert()[u"version"].toString(), u"7"_s);
+    QCOMPARE(gespeichert()[u"autostart"], QJsonValue(false));
+}
+
+void TstEinstellungen::volleFestplatteLaesstDieAlteDateiGanz_data()
+{
+    QTest::addColumn<int>("platz");
+    QTest::addColumn<int>("laenge");
+
+    QTest::newRow("no byte left") << 0 << 10;
+    QTest::newRow("a few bytes left") << 8 << 10;
+    QTest::newRow("room for the first buffer, not for the rest") << 20'000 << 200'000;
+}
+
+void TstEinstellungen::volleFestplatteLaesstDieAlteDateiGanz()
+{
+    const QByteArray alt = R"({"autostart":true,"version":"alt","update_gemeldet":""})";
+    ordner.schreiben(u"einstellungen.json"_s, alt);
+    QFETCH(int, platz);
+    QFETCH(int, laenge);
+    Einstellungen e;
+    e.version = QString(laenge, u'n');
+
+    {
+        const Grenze voll(RLIMIT_FSIZE, static_cast<rlim_t>(platz));
+        e.speichern();
+    }
+
+    QCOMPARE(ordner.inhalt(u"einstellungen.json"_s), alt);
+    QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
+}
+
+void TstEinstellungen::gesperrterOrdnerLaesstDieAlteDateiGanz()
+{
+    const QByteArray alt = R"({"version":"alt"})";
+    ordner.schreiben(u"einstellungen.json"_s, alt);
+    Einstellungen e;
+    e.version = u"neu"_s;
+    const Rechte oben(QFileInfo(appOrdner()).path(), lesbarFuerAlle | QFile::WriteOwner);
+    const Rechte gesperrt(appOrdner(), lesbarFuerAlle);
+    // The file itself could be written: only the folder is closed.
+    QFile::setPermissions(pfad(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup |
+                                      QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther);
+
+    {
+        const OhneRechte niemand;
+        e.speichern();
+    }
+
+    QCOMPARE(ordner.inhalt(u"einstellungen.json"_s), alt);
+    QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
+}
+
+void TstEinstellungen::ohneOrdnerGeschiehtNichts()
+{
+    QVERIFY(QDir(appOrdner()).removeRecursively());
+    const Einstellungen e;
+
+    e.speichern();
+
+    QVERIFY(!QFileInfo::exists(appOrdner()));
+}
+
+void TstEinstellungen::ordnerAnStelleDerDateiBleibt()
+{
+    QVERIFY(QDir().mkdir(pfad()));
+    const Einstellungen e;
+
+    e.speichern();
+
+    QVERIFY(QFileInfo(pfad()).isDir());
+    QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
+}
+
+void TstEinstellungen::pipeAnStelleDerDateiWirdErsetzt()
+{
+    QCOMPARE(mkfifo(QFile::encodeName(pfad()).constData(), 0600), 0);
+    const Einstellungen e;
+
+    e.speichern();
+
+    QCOMPARE(gespeichert().size(), 3);
+}
+
+QTEST_GUILESS_MAIN(TstEinstellungen)
+#include "tst_einstellungen.moc"

@@ -1,0 +1,340 @@
+#include "doubles/datenordner.h"
+#include "einschraenkung.h"
+#include "foundation/protokoll.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QLocale>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <functional>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Every tenth message is far longer than any buffer on the way.
+QString nachricht(int schreiber, int nummer)
+{
+    const int laenge = nummer % 10 == 0 ? 40'000 : nummer % 97;
+    return u"Schreiber %1 Nummer %2 "_s.arg(schreiber).arg(nummer) +
+           QString(laenge, QChar(u'a' + schreiber)) + u'.';
+}
+
+// Waits until `tor` closes, so that all writers begin together, and writes.
+[[noreturn]] void schreibprozess(int schreiber, int zeilen, const int (&tor)[2])
+{
+    close(tor[1]);
+    char nichts = 0;
+    while (read(tor[0], &nichts, 1) > 0) {
+    }
+    for (int i = 0; i < zeilen; ++i) {
+        protokoll(nachricht(schreiber, i));
+    }
+    _exit(0);
+}
+
+} // namespace
+
+class TstProtokoll : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void datenordnerLiegtImNutzerordner();
+    void datenordnerWirdEinmalBestimmt();
+    void ordnerEntstehtMitElternordnern();
+    void ordnerDerSchonDaIstBleibt();
+    void ordnerDenEineDateiVersperrtStoertNicht();
+
+    void zeileBestehtAusZeitZweiLeerzeichenUndText();
+    void nachricht_data();
+    void nachricht();
+    void ersterAufrufLegtDieDateiMitEinerZeileAn();
+    void spaetereAufrufeHaengenAn();
+    void leereNachrichtIstZeitUndZweiLeerzeichen();
+    void andereSpracheAendertDasFormatNicht();
+    void einzelnesErsatzzeichenWirdNichtGeschrieben_data();
+    void einzelnesErsatzzeichenWirdNichtGeschrieben();
+    void schreibfehlerBleibtUnbemerkt_data();
+    void schreibfehlerBleibtUnbemerkt();
+    void volleFestplatteBleibtUnbemerkt();
+    void nachEinemFehlerGehtEsWeiter();
+    void mehrereProzesseZerreissenKeineZeile();
+
+private:
+    [[nodiscard]] QString log() const { return QString::fromUtf8(ordner.inhalt(u"kalvaro.log"_s)); }
+
+    Datenordner ordner;
+};
+
+void TstProtokoll::init()
+{
+    ordner.leeren();
+    QTest::failOnWarning(QRegularExpression(u"."_s));
+}
+
+void TstProtokoll::cleanup()
+{
+    QLocale::setDefault(QLocale::c());
+}
+
+void TstProtokoll::datenordnerLiegtImNutzerordner()
+{
+    const QString daten = qEnvironmentVariable("XDG_DATA_HOME");
+
+    QCOMPARE(appOrdner(), daten + u"/kalvaro"_s);
+    QCOMPARE(datei(u"konto.json"_s), daten + u"/kalvaro/konto.json"_s);
+}
+
+void TstProtokoll::datenordnerWirdEinmalBestimmt()
+{
+    const QByteArray daten = qgetenv("XDG_DATA_HOME");
+    QVERIFY(!appOrdner().isEmpty());
+
+    qputenv("XDG_DATA_HOME", "/anderswo");
+    const bool bleibt = appOrdner() == QString::fromLocal8Bit(daten) + u"/kalvaro"_s;
+
+    qputenv("XDG_DATA_HOME", daten);
+    QVERIFY(bleibt);
+}
+
+void TstProtokoll::ordnerEntstehtMitElternordnern()
+{
+    QVERIFY(QDir(QFileInfo(appOrdner()).path()).removeRecursively());
+
+    ordnerAnlegen();
+
+    QVERIFY(QFileInfo(appOrdner()).isDir());
+}
+
+void TstProtokoll::ordnerDerSchonDaIstBleibt()
+{
+    ordner.schreiben(u"konto.json"_s, "{}");
+
+    ordnerAnlegen();
+
+    QCOMPARE(ordner.inhalt(u"konto.json"_s), QByteArray("{}"));
+}
+
+void TstProtokoll::ordnerDenEineDateiVersperrtStoertNicht()
+{
+    QVERIFY(QDir().rmdir(appOrdner()));
+    QFile sperre(appOrdner());
+    QVERIFY(sperre.open(QIODevice::WriteOnly));
+
+    ordnerAnlegen();
+    protokoll(u"ohne Ordner"_s);
+
+    QVERIFY(QFileInfo(appOrdner()).isFile());
+    QCOMPARE(sperre.size(), 0);
+    QVERIFY(sperre.remove());
+}
+
+void TstProtokoll::zeileBestehtAusZeitZweiLeerzeichenUndText()
+{
+    const QDateTime vorher = QDateTime::currentDateTime().addMSecs(-999);
+
+    protokoll(u"kalvaro 1.4 gestartet"_s);
+
+    static const QRegularExpression zeile(
+        u"\\A(\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2})  kalvaro 1\\.4 gestartet\\n\\z"_s);
+    const auto treffer = zeile.match(log());
+    QVERIFY2(treffer.hasMatch(), qPrintable(log()));
+    const auto zeit = QDateTime::fromString(treffer.captured(1), u"yyyy-MM-dd HH:mm:ss"_s);
+    QVERIFY(zeit >= vorher && zeit <= QDateTime::currentDateTime());
+}
+
+void TstProtokoll::nachricht_data()
+{
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("a message containing a line feed is written as is, over two lines")
+        << u"erste\nzweite"_s;
+    QTest::newRow("blanks at both ends stay") << u"  Rand \t "_s;
+    QTest::newRow("umlauts, quotation marks and dashes") << u"Auf „Studio“ – Grüße, ÄÖÜß …"_s;
+    QTest::newRow("a character beyond the basic plane") << u"Platte 💿 voll"_s;
+    QTest::newRow("backslashes and percent signs are not escaped") << u"\\n %1 %s %% \"'"_s;
+    QTest::newRow("a carriage return") << u"a\r\nb"_s;
+    QTest::newRow("a megabyte") << QString(1'000'000, u'x');
+}
+
+void TstProtokoll::nachricht()
+{
+    QFETCH(QString, text);
+
+    protokoll(text);
+
+    QCOMPARE(log().sliced(19), u"  "_s + text + u'\n');
+}
+
+void TstProtokoll::ersterAufrufLegtDieDateiMitEinerZeileAn()
+{
+    QVERIFY(!QFile::exists(datei(u"kalvaro.log"_s)));
+
+    protokoll(u"eins"_s);
+
+    QCOMPARE(log().count(u'\n'), 1);
+    QCOMPARE(ordner.protokollzeilen(), QStringList{u"eins"_s});
+}
+
+void TstProtokoll::spaetereAufrufeHaengenAn()
+{
+    const QByteArray alt = "von früher, ohne Zeit\n";
+    ordner.schreiben(u"kalvaro.log"_s, alt);
+
+    protokoll(u"eins"_s);
+    protokoll(u"zwei"_s);
+
+    static const QRegularExpression rest(u"\\A.{19}  eins\\n.{19}  zwei\\n\\z"_s);
+    QVERIFY(log().startsWith(QString::fromUtf8(alt)));
+    QVERIFY(rest.match(log().sliced(QString::fromUtf8(alt).size())).hasMatch());
+}
+
+void TstProtokoll::leereNachrichtIstZeitUndZweiLeerzeichen()
+{
+    protokoll({});
+
+    static const QRegularExpression zeile(
+        u"\\A\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2}  \\n\\z"_s);
+    QVERIFY(zeile.match(log()).hasMatch());
+}
+
+void TstProtokoll::andereSpracheAendertDasFormatNicht()
+{
+    QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
+
+    protokoll(u"eins"_s);
+
+    static const QRegularExpression zeile(u"\\A[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9:]{8}  eins\\n\\z"_s);
+    QVERIFY(zeile.match(log()).hasMatch());
+}
+
+void TstProtokoll::einzelnesErsatzzeichenWirdNichtGeschrieben_data()
+{
+    QTest::addColumn<QString>("text");
+
+    const QChar hoch(0xd83d);
+    const QChar tief(0xdcbf);
+    QTest::newRow("a lone high surrogate") << u"vor"_s + hoch + u"nach"_s;
+    QTest::newRow("a lone low surrogate") << u"vor"_s + tief + u"nach"_s;
+    QTest::newRow("a high surrogate at the very end") << u"vor"_s + hoch;
+    QTest::newRow("the two in the wrong order") << u"vor"_s + tief + hoch;
+}
+
+void TstProtokoll::einzelnesErsatzzeichenWirdNichtGeschrieben()
+{
+    QFETCH(QString, text);
+
+    protokoll(u"davor"_s);
+    protokoll(text);
+    protokoll(u"danach"_s);
+
+    QCOMPARE(ordner.protokollzeilen(), (QStringList{u"davor"_s, u"danach"_s}));
+}
+
+void TstProtokoll::schreibfehlerBleibtUnbemerkt_data()
+{
+    using Stoerung = std::function<void()>;
+    QTest::addColumn<Stoerung>("stoeren");
+
+    const QString pfad = datei(u"kalvaro.log"_s);
+    QTest::newRow("a data folder that cannot be written")
+        << Stoerung([] { QFile::setPermissions(appOrdner(), lesbarFuerAlle); });
+    QTest::newRow("no data folder") << Stoerung([] { QDir(appOrdner()).removeRecursively(); });
+    QTest::newRow("a log that is a folder") << Stoerung([pfad] { QDir().mkdir(pfad); });
+    QTest::newRow("a log that must not be written") << Stoerung([pfad] {
+        QFile(pfad).open(QIODevice::WriteOnly);
+        QFile::setPermissions(pfad, QFile::ReadOwner);
+    });
+}
+
+void TstProtokoll::schreibfehlerBleibtUnbemerkt()
+{
+    QFETCH(std::function<void()>, stoeren);
+    stoeren();
+    const auto vorher = QDir(appOrdner()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+
+    {
+        const OhneRechte niemand;
+        protokoll(u"geht nicht"_s);
+    }
+
+    QCOMPARE(QDir(appOrdner()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), vorher);
+    QVERIFY(!log().contains(u"geht nicht"));
+}
+
+void TstProtokoll::volleFestplatteBleibtUnbemerkt()
+{
+    protokoll(u"davor"_s);
+
+    {
+        const Grenze voll(RLIMIT_FSIZE,
+                          static_cast<rlim_t>(QFileInfo(datei(u"kalvaro.log"_s)).size()));
+        protokoll(u"geht nicht"_s);
+    }
+    protokoll(u"danach"_s);
+
+    QCOMPARE(ordner.protokollzeilen(), (QStringList{u"davor"_s, u"danach"_s}));
+}
+
+void TstProtokoll::nachEinemFehlerGehtEsWeiter()
+{
+    QVERIFY(QDir(appOrdner()).removeRecursively());
+    protokoll(u"geht nicht"_s);
+
+    ordnerAnlegen();
+    protokoll(u"geht wieder"_s);
+
+    QCOMPARE(ordner.protokollzeilen(), QStringList{u"geht wieder"_s});
+}
+
+void TstProtokoll::mehrereProzesseZerreissenKeineZeile()
+{
+    constexpr int schreiber = 4;
+    constexpr int zeilen = 300;
+    int tor[2];
+    QCOMPARE(pipe(tor), 0);
+    QList<pid_t> kinder;
+    for (int s = 0; s < schreiber; ++s) {
+        const pid_t kind = fork();
+        if (kind == 0) {
+            schreibprozess(s, zeilen, tor);
+        }
+        QVERIFY(kind > 0);
+        kinder.append(kind);
+    }
+
+    close(tor[0]);
+    close(tor[1]);
+    for (const pid_t kind : std::as_const(kinder)) {
+        int ende = -1;
+        QCOMPARE(waitpid(kind, &ende, 0), kind);
+        QCOMPARE(ende, 0);
+    }
+
+    // All lines are there, whole, and those of one writer in its order.
+    const QStringList alle = ordner.protokollzeilen();
+    QCOMPARE(alle.size(), schreiber * zeilen);
+    int naechste[schreiber] = {};
+    for (const QString &zeile : alle) {
+        const int s = zeile.section(u' ', 1, 1).toInt();
+        QVERIFY2(s >= 0 && s < schreiber, qPrintable(zeile.left(80)));
+        QCOMPARE(zeile, ::nachricht(s, naechste[s]++));
+    }
+    static const QRegularExpression stempel(u"^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d  Schr"_s,
+                                            QRegularExpression::MultilineOption);
+    QCOMPARE(log().count(stempel), schreiber * zeilen);
+}
+
+QTEST_GUILESS_MAIN(TstProtokoll)
+#include "tst_protokoll.moc"
