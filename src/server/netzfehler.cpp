@@ -10,6 +10,7 @@ QString netzfehlertext(QNetworkReply::NetworkError art, const QString &sonst)
     case QNetworkReply::ConnectionRefusedError:
         return u"Die Verbindung wurde abgelehnt."_s;
     case QNetworkReply::RemoteHostClosedError:
+    case QNetworkReply::ContentReSendError: // see Einmalbody
         return u"Die Verbindung wurde unterbrochen."_s;
     case QNetworkReply::HostNotFoundError:
         return u"Der Server wurde nicht gefunden."_s;
@@ -37,6 +38,12 @@ QString netzfehlertext(QNetworkReply::NetworkError art, const QString &sonst)
     case QNetworkReply::ProtocolFailure:
     case QNetworkReply::UnknownContentError:
         return u"Der Server antwortet nicht verständlich."_s;
+    case QNetworkReply::TimeoutError:
+        return u"Der Server antwortet nicht rechtzeitig."_s;
+    case QNetworkReply::InsecureRedirectError:
+        return u"Der Server leitet auf eine unsichere Adresse um."_s;
+    case QNetworkReply::BackgroundRequestNotAllowedError:
+        return u"Die Übertragung ist im Hintergrund nicht erlaubt."_s;
     default:
         return sonst;
     }

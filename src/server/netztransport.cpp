@@ -1,5 +1,7 @@
 #include "server/netztransport.h"
 
+#include "server/einmalbody.h"
+#include "server/entpacken.h"
 #include "server/netzfehler.h"
 
 #include <QHostAddress>
@@ -7,13 +9,15 @@
 #include <QNetworkProxyFactory>
 #include <QNetworkReply>
 
+#include <algorithm>
+
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype groessteAntwort = 64 * 1024 * 1024;
+constexpr qsizetype groessteAntwort = qsizetype{64} * 1024 * 1024;
 constexpr int meisteSpruenge = 10;
 
 bool istLoopback(const QString &host)
@@ -26,10 +30,16 @@ class Proxywahl final : public QNetworkProxyFactory
 public:
     QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &ziel) override
     {
-        if (istLoopback(ziel.peerHostName())) {
-            return {QNetworkProxy::NoProxy};
+        QList<QNetworkProxy> liste{QNetworkProxy::NoProxy};
+        if (!istLoopback(ziel.peerHostName())) {
+            liste = systemProxyForQuery(ziel);
         }
-        return systemProxyForQuery(ziel);
+        // The application-wide proxy, of which we set none, goes straight to the server too, but
+        // over a buffered socket: over the unbuffered one of NoProxy, QtNetwork never finishes an
+        // exchange whose connection is reset while the header lines are written.
+        std::replace(liste.begin(), liste.end(), QNetworkProxy(QNetworkProxy::NoProxy),
+                     QNetworkProxy(QNetworkProxy::DefaultProxy));
+        return liste;
     }
 };
 
@@ -49,6 +59,14 @@ bool sprungErlaubt(const QUrl &von, const QUrl &nach)
     return von.scheme() == u"http" && nach.scheme() == u"https";
 }
 
+// Whether the header line can bring no further lines with it.
+bool einzeilig(const Kopfzeile &zeile)
+{
+    const auto steuert = [](char z) { return (z >= 0 && z < ' ' && z != '\t') || z == '\x7f'; };
+    return std::none_of(zeile.first.begin(), zeile.first.end(), steuert) &&
+           std::none_of(zeile.second.begin(), zeile.second.end(), steuert);
+}
+
 // One exchange with the redirects that it follows. Lives as a child of its owner.
 class Austausch final : public QObject
 {
@@ -58,32 +76,24 @@ public:
         , anfrage(was)
         , fertig(std::move(ruf))
     {
-        netz.setProxyFactory(new Proxywahl);
-        netz.setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
     }
 
     void beginnen(Uhr &uhr)
     {
-        frist = uhr.nach(anfrage.limit, [this] {
-            beenden(
-                tl::unexpected(Netzfehler{true, netzfehlertext(QNetworkReply::TimeoutError, {})}));
-        });
+        frist = uhr.nach(anfrage.limit, [this] { ueberschreiten(); });
+        const auto &kopf = anfrage.kopf;
         if (anfrage.url.scheme() != u"http" && anfrage.url.scheme() != u"https") {
-            scheiternLassen(QNetworkReply::ProtocolUnknownError);
+            scheitern(QNetworkReply::ProtocolUnknownError);
         } else if (anfrage.url.host().isEmpty()) {
-            scheiternLassen(QNetworkReply::HostNotFoundError);
+            scheitern(QNetworkReply::HostNotFoundError);
+        } else if (!std::all_of(kopf.begin(), kopf.end(), einzeilig)) {
+            scheitern(u"Der Schlüssel enthält unzulässige Zeichen."_s);
         } else {
             senden();
         }
     }
 
 private:
-    void scheiternLassen(QNetworkReply::NetworkError art)
-    {
-        QMetaObject::invokeMethod(
-            this, [this, art] { scheitern(netzfehlertext(art, {})); }, Qt::QueuedConnection);
-    }
-
     [[nodiscard]] QNetworkRequest kopfzeilen() const
     {
         QNetworkRequest r(anfrage.url);
@@ -93,9 +103,10 @@ private:
         r.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
         r.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
         r.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-        // Our own bound on the size of an answer holds for compressed ones as well.
-        r.setDecompressedSafetyCheckThreshold(-1);
         r.setRawHeader("Connection"_ba, "close"_ba);
+        // Naming the codings ourselves leaves decoding to us: QtNetwork takes a compressed answer
+        // that was cut short for a whole one.
+        r.setRawHeader("Accept-Encoding"_ba, "gzip, deflate"_ba);
         r.setRawHeader("Accept-Language"_ba, "de"_ba);
         for (const auto &[name, wert] : anfrage.kopf) {
             r.setRawHeader(name, wert);
@@ -105,58 +116,44 @@ private:
 
     void senden()
     {
-        gesendet = false;
         daten.clear();
-        antwort = netz.sendCustomRequest(kopfzeilen(), anfrage.methode,
-                                         anfrage.body.value_or(QByteArray()));
+        netz = new QNetworkAccessManager(this);
+        netz->setProxyFactory(new Proxywahl);
+        netz->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
+        auto *body = new Einmalbody(anfrage.body.value_or(QByteArray()), netz);
+        antwort = netz->sendCustomRequest(kopfzeilen(), anfrage.methode, body);
+        connect(antwort, &QNetworkReply::metaDataChanged, body, &Einmalbody::beantwortet);
         connect(antwort, &QNetworkReply::readyRead, this, &Austausch::lesen);
         connect(antwort, &QNetworkReply::finished, this, &Austausch::auswerten);
-        // QtNetwork sends a request again when the server closes without an answer. A sync asked
-        // for twice is not what the user asked for, so the second attempt ends the exchange.
-        connect(antwort, &QNetworkReply::requestSent, this, [this] { gesendet = true; });
-        connect(antwort, &QNetworkReply::socketStartedConnecting, this, [this] {
-            if (gesendet) {
-                scheitern(netzfehlertext(QNetworkReply::RemoteHostClosedError, {}));
-            }
-        });
     }
 
     void lesen()
     {
         daten += antwort->readAll();
         if (daten.size() > groessteAntwort) {
-            scheitern(u"Die Antwort der Cloud ist zu groß."_s);
+            scheitern(Entpackfehler::ZuGross);
         }
     }
 
     void auswerten()
     {
         lesen();
-        if (!fertig) {
+        if (beendet) {
             return;
         }
         const auto art = antwort->error();
         const int status = antwort->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         if (art == QNetworkReply::TimeoutError) {
-            beenden(tl::unexpected(Netzfehler{true, {}}));
-        } else if (art != QNetworkReply::NoError && !(status >= 400 && istStatusmeldung(art))) {
-            scheitern(netzfehlertext(art, antwort->errorString()));
-        } else if (unvollstaendig()) {
-            scheitern(netzfehlertext(QNetworkReply::RemoteHostClosedError, {}));
+            ueberschreiten();
+        } else if (art != QNetworkReply::NoError && !istStatusmeldung(art)) {
+            scheitern(art);
+        } else if (status < 200 || status > 999) {
+            scheitern(QNetworkReply::ProtocolFailure);
         } else if (const QUrl ziel = sprungziel(status); ziel.isValid()) {
             springen(status, ziel);
         } else {
-            beenden(Netzantwort{status, daten});
+            abliefern(status);
         }
-    }
-
-    // Whether the connection ended before the announced length; QtNetwork calls that a success.
-    [[nodiscard]] bool unvollstaendig() const
-    {
-        bool bekannt = false;
-        const qint64 laenge = antwort->rawHeader("Content-Length"_ba).toLongLong(&bekannt);
-        const bool umgewandelt = antwort->hasRawHeader("Content-Encoding"_ba);
-        return bekannt && !umgewandelt && anfrage.methode != "HEAD" && daten.size() < laenge;
     }
 
     [[nodiscard]] QUrl sprungziel(int status) const
@@ -174,7 +171,7 @@ private:
     void springen(int status, const QUrl &ziel)
     {
         if (++spruenge > meisteSpruenge) {
-            scheitern(netzfehlertext(QNetworkReply::TooManyRedirectsError, {}));
+            scheitern(QNetworkReply::TooManyRedirectsError);
             return;
         }
         // RFC 9110, 15.4: after 303, and by custom after 301 and 302 to a POST, a GET follows.
@@ -184,35 +181,71 @@ private:
             anfrage.kopf.removeIf([](const auto &zeile) { return zeile.first == "Content-Type"; });
         }
         anfrage.url = ziel;
-        antwort->deleteLater();
+        // The next request must not meet the connection of this one while it closes.
+        antwort->disconnect(this);
+        netz->deleteLater();
         senden();
+    }
+
+    void abliefern(int status)
+    {
+        const auto klartext =
+            entpacken(daten, antwort->rawHeader("Content-Encoding"_ba), groessteAntwort);
+        if (klartext) {
+            beenden(Netzantwort{status, *klartext});
+        } else {
+            scheitern(klartext.error());
+        }
+    }
+
+    void ueberschreiten() { beenden(tl::unexpected(Netzfehler{true, {}})); }
+
+    void scheitern(QNetworkReply::NetworkError art)
+    {
+        scheitern(netzfehlertext(art, antwort ? antwort->errorString() : QString()));
+    }
+
+    void scheitern(Entpackfehler fehler)
+    {
+        switch (fehler) {
+        case Entpackfehler::Unlesbar:
+            scheitern(QNetworkReply::ProtocolFailure);
+            break;
+        case Entpackfehler::ZuGross:
+            scheitern(u"Die Antwort der Cloud ist zu groß."_s);
+            break;
+        }
     }
 
     void scheitern(const QString &text) { beenden(tl::unexpected(Netzfehler{false, text})); }
 
+    // Ends the exchange; the owner hears of it from the event loop, for it may destroy this object
+    // and the reply with it, and a reply must not be destroyed by its own signal.
     void beenden(Transport::Ergebnis ergebnis)
     {
-        if (!fertig) {
-            return;
-        }
-        const Transport::Rueckruf ruf = std::exchange(fertig, nullptr);
+        beendet = true;
         frist.reset();
         if (antwort) {
             antwort->disconnect(this);
-            antwort->abort();
         }
-        deleteLater();
-        ruf(std::move(ergebnis));
+        QMetaObject::invokeMethod(
+            this,
+            [this, e = std::move(ergebnis)]() mutable {
+                const Transport::Rueckruf ruf = std::move(fertig);
+                deleteLater();
+                ruf(std::move(e));
+            },
+            Qt::QueuedConnection);
     }
 
-    Netzanfrage anfrage;        // changes with each redirect
-    Transport::Rueckruf fertig; // empty once called
+    Netzanfrage anfrage; // changes with each redirect
+    Transport::Rueckruf fertig;
     Weckruf frist;
-    QNetworkAccessManager netz;
-    QNetworkReply *antwort = nullptr; // child of netz
-    QByteArray daten;
+    QNetworkAccessManager *netz = nullptr; // one for each request
+    QNetworkReply *antwort = nullptr;      // child of netz
+    QByteArray daten;                      // as received: still with its content coding
     int spruenge = 0;
-    bool gesendet = false;
+    bool beendet = false;
 };
 
 } // namespace

@@ -10,11 +10,14 @@ namespace kalvaro {
 //   the same host; any other redirect is an answer with its own status. So the account key never
 //   reaches another service.
 // - Only http and https reach the network.
-// - An answer of more than 64 MiB ends the exchange as a failure.
+// - A request reaches the server once, also when the server hangs up without an answer.
+// - gzip and deflate are decoded; an answer cut short, damaged or of more than 64 MiB ends the
+//   exchange as a failure, as does a header line that would bring others with it.
 // - The system's proxy is respected, except for loopback addresses.
 class Netztransport final : public Transport
 {
 public:
+    // `zeit` must outlive every exchange; an exchange may outlive this object.
     explicit Netztransport(Uhr &zeit);
 
     void senden(const Netzanfrage &anfrage, QObject *besitzer, Rueckruf fertig) override;

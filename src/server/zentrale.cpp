@@ -5,7 +5,6 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +14,8 @@ namespace kalvaro {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+using Rohergebnis = tl::expected<Netzantwort, ZentraleFehler>;
 
 constexpr Sekunden probenzeit{4};
 
@@ -178,9 +179,16 @@ QString Zentrale::adresse() const
 
 void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer, Rohruf fertig)
 {
+    // What the answer hangs on: gone with its owner or with this object, whichever goes first.
+    auto *halter = new QObject(besitzer);
+    connect(this, &QObject::destroyed, halter, [halter] { delete halter; });
+    const auto liefern = [halter, fertig = std::move(fertig)](const auto &ergebnis) {
+        halter->deleteLater();
+        fertig(ergebnis);
+    };
     const auto scheitern = [&](ZentraleFehler fehler) {
         QMetaObject::invokeMethod(
-            besitzer, [fertig, fehler = std::move(fehler)] { fertig(tl::unexpected(fehler)); },
+            halter, [liefern, e = Rohergebnis(tl::unexpected(std::move(fehler)))] { liefern(e); },
             Qt::QueuedConnection);
     };
 
@@ -202,8 +210,8 @@ void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer
         netz.body = QJsonDocument(*auftrag.body).toJson(QJsonDocument::Compact);
         netz.kopf.append(Kopfzeile{"Content-Type", "application/json"});
     }
-    transport.senden(netz, besitzer, [fertig = std::move(fertig)](const Transport::Ergebnis &e) {
-        fertig(e.map_error(ausNetz));
+    transport.senden(netz, halter, [liefern](const Transport::Ergebnis &e) {
+        liefern(Rohergebnis(e.map_error(ausNetz)));
     });
 }
 

@@ -1,0 +1,96 @@
+#include "server/entpacken.h"
+
+#include <QList>
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <array>
+
+namespace kalvaro {
+
+namespace {
+
+using Ergebnis = tl::expected<QByteArray, Entpackfehler>;
+
+// zlib's window sizes: 32 more accepts gzip and zlib headers alike, negative means no header.
+constexpr int mitKopf = MAX_WBITS + 32;
+constexpr int ohneKopf = -MAX_WBITS;
+
+class Strom
+{
+public:
+    Strom(const QByteArray &daten, int fenster)
+    {
+        // zlib reads from the bytes only; its interface predates const.
+        strom.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(daten.constData()));
+        strom.avail_in = static_cast<uInt>(daten.size());
+        bereit = inflateInit2(&strom, fenster) == Z_OK;
+    }
+    ~Strom() { inflateEnd(&strom); }
+    Strom(const Strom &) = delete;
+    Strom &operator=(const Strom &) = delete;
+
+    [[nodiscard]] Ergebnis alles(qsizetype grenze)
+    {
+        QByteArray klartext;
+        std::array<char, 65536> stueck; // left uninitialised: zlib fills it
+        while (bereit) {
+            strom.next_out = reinterpret_cast<Bytef *>(stueck.data());
+            strom.avail_out = stueck.size();
+            const int stand = inflate(&strom, Z_NO_FLUSH);
+            klartext.append(stueck.data(), static_cast<qsizetype>(stueck.size() - strom.avail_out));
+            if (klartext.size() > grenze) {
+                return tl::unexpected(Entpackfehler::ZuGross);
+            }
+            if (stand == Z_STREAM_END && strom.avail_in == 0) {
+                return klartext;
+            }
+            // A gzip file may hold several members (RFC 1952, 2.2).
+            const bool weiter =
+                stand == Z_STREAM_END ? inflateReset(&strom) == Z_OK : stand == Z_OK;
+            if (!weiter) {
+                break;
+            }
+        }
+        return tl::unexpected(Entpackfehler::Unlesbar);
+    }
+
+private:
+    z_stream strom{};
+    bool bereit = false;
+};
+
+Ergebnis einmalEntpacken(const QByteArray &daten, const QByteArray &kodierung, qsizetype grenze)
+{
+    if (kodierung.isEmpty() || kodierung == "identity" || daten.isEmpty()) {
+        return daten;
+    }
+    if (kodierung == "gzip" || kodierung == "x-gzip") {
+        return Strom(daten, mitKopf).alles(grenze);
+    }
+    if (kodierung == "deflate") {
+        const Ergebnis ergebnis = Strom(daten, mitKopf).alles(grenze);
+        const bool roh = !ergebnis && ergebnis.error() == Entpackfehler::Unlesbar;
+        return roh ? Strom(daten, ohneKopf).alles(grenze) : ergebnis;
+    }
+    return tl::unexpected(Entpackfehler::Unlesbar);
+}
+
+} // namespace
+
+tl::expected<QByteArray, Entpackfehler> entpacken(const QByteArray &daten,
+                                                  const QByteArray &kodierung, qsizetype grenze)
+{
+    Ergebnis ergebnis = daten;
+    QList<QByteArray> kodierungen = kodierung.toLower().split(',');
+    std::reverse(kodierungen.begin(), kodierungen.end());
+    for (const QByteArray &name : std::as_const(kodierungen)) {
+        ergebnis = ergebnis.and_then([&](const QByteArray &stand) {
+            return einmalEntpacken(stand, name.trimmed(), grenze);
+        });
+    }
+    return ergebnis;
+}
+
+} // namespace kalvaro

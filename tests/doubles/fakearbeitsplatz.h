@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/arbeitsplatz.h"
+
+#include <QList>
+#include <QStringList>
+
+namespace kalvaro {
+
+// A desktop that starts and opens nothing, but remembers what it was asked for.
+class FakeArbeitsplatz final : public Arbeitsplatz
+{
+public:
+    void starten(const QString &buendel, QObject *besitzer,
+                 std::function<void(std::optional<QString>)> fertig) override;
+    void oeffnen(const QUrl &adresse) override;
+    void auftreten(Auftritt auftritt) override;
+
+    std::optional<QString> fehler; // what the next starts fail with
+
+    QStringList starts;
+    QList<QUrl> adressen;
+    QList<Auftritt> auftritte;
+};
+
+} // namespace kalvaro
