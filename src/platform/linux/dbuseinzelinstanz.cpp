@@ -1,0 +1,182 @@
+#include "platform/linux/dbuseinzelinstanz.h"
+
+#include "foundation/konstanten.h"
+#include "foundation/protokoll.h"
+#include "platform/linux/einzelinstanzsperre.h"
+
+#include <QDBusMessage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QThread>
+
+#include <unistd.h>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int frist = 1000; // milliseconds for an answer over the bus
+
+const QString pfad = u"/de/kalvaro/kalvaro"_s;
+
+QDBusMessage anDenBus(const QString &methode, const QVariantList &argumente)
+{
+    QDBusMessage ruf = QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, methode);
+    ruf.setArguments(argumente);
+    return ruf;
+}
+
+} // namespace
+
+QString sperrordner()
+{
+    const QByteArray laufzeit = qgetenv("XDG_RUNTIME_DIR");
+    const bool taugt = laufzeit.startsWith('/') && ::access(laufzeit.constData(), W_OK | X_OK) == 0;
+    return taugt ? QString::fromLocal8Bit(laufzeit) : appOrdner();
+}
+
+DBusEinzelinstanz::DBusEinzelinstanz(Aktivierung eigeneAktivierung, const QDBusConnection &sitzung,
+                                     QString sperren)
+    : eigene(std::move(eigeneAktivierung))
+    , bus(sitzung)
+    , ordner(std::move(sperren))
+{
+    new Anwendungsdienst(this);
+}
+
+DBusEinzelinstanz::~DBusEinzelinstanz()
+{
+    if (nameGehalten) {
+        bus.send(anDenBus(u"ReleaseName"_s, {KENNUNG}));
+        bus.unregisterObject(pfad);
+    }
+}
+
+bool DBusEinzelinstanz::belegen(bool leise)
+{
+    const auto ergebnis = bus.isConnected() ? ueberBus(leise) : std::nullopt;
+    return ergebnis ? *ergebnis : ueberSperre(leise);
+}
+
+void DBusEinzelinstanz::beiOeffnen(std::function<void()> oeffnen)
+{
+    ruf = std::move(oeffnen);
+    if (versaeumt && ruf) {
+        bitten(*std::exchange(versaeumt, std::nullopt));
+    }
+}
+
+void DBusEinzelinstanz::bitten(const Aktivierung &aktivierung)
+{
+    QMetaObject::invokeMethod(
+        this, [this, aktivierung] { oeffnenMit(aktivierung); }, Qt::QueuedConnection);
+}
+
+void DBusEinzelinstanz::oeffnenMit(const Aktivierung &aktivierung)
+{
+    if (!ruf) {
+        versaeumt = aktivierung;
+        return;
+    }
+    const Aktivierungsrahmen rahmen(aktivierung);
+    ruf();
+}
+
+// Absent when the bus does not decide it. The object is there before the name: whoever finds the
+// name finds it answering.
+std::optional<bool> DBusEinzelinstanz::ueberBus(bool leise)
+{
+    bus.registerObject(pfad, this, QDBusConnection::ExportAdaptors);
+    constexpr int versuche = 3; // the first one may end just while we ask it
+    std::optional<bool> allein;
+    for (int i = 0; i < versuche; ++i) {
+        allein = nameNehmen();
+        if (!allein || *allein || leise || ersteBitten()) {
+            break;
+        }
+    }
+    nameGehalten = allein.value_or(false);
+    if (!nameGehalten) {
+        bus.unregisterObject(pfad);
+    }
+    return allein;
+}
+
+// "D-Bus Specification" 0.38, org.freedesktop.DBus.RequestName.
+std::optional<bool> DBusEinzelinstanz::nameNehmen()
+{
+    constexpr uint nichtAnstellen = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
+    const QDBusMessage antwort =
+        bus.call(anDenBus(u"RequestName"_s, {KENNUNG, nichtAnstellen}), QDBus::Block, frist);
+    if (antwort.type() != QDBusMessage::ReplyMessage) {
+        return {};
+    }
+    const uint ergebnis = antwort.arguments().value(0).toUInt();
+    return ergebnis == 1 || ergebnis == 4; // primary owner; already was
+}
+
+// False when there is nobody any more. One that is too busy to answer has the request all the same.
+bool DBusEinzelinstanz::ersteBitten() const
+{
+    QDBusMessage bitte = QDBusMessage::createMethodCall(
+        KENNUNG, pfad, u"org.freedesktop.Application"_s, u"Activate"_s);
+    bitte.setArguments({eigene.plattformdaten()});
+    bitte.setAutoStartService(false);
+    const QDBusMessage antwort = bus.call(bitte, QDBus::Block, frist);
+    return antwort.errorName() != u"org.freedesktop.DBus.Error.ServiceUnknown" &&
+           antwort.errorName() != u"org.freedesktop.DBus.Error.NameHasNoOwner";
+}
+
+bool DBusEinzelinstanz::ueberSperre(bool leise)
+{
+    sperre = std::make_unique<Einzelinstanzsperre>(ordner, [this](const QByteArray &nachricht) {
+        bitten(Aktivierung::ausPlattformdaten(
+            QJsonDocument::fromJson(nachricht).object().toVariantMap()));
+    });
+    const QByteArray bitte =
+        QJsonDocument(QJsonObject::fromVariantMap(eigene.plattformdaten())).toJson();
+    // Between taking the lock and opening the socket, and between closing both, lie microseconds.
+    constexpr int versuche = 20;
+    for (int i = 0; i < versuche; ++i) {
+        switch (sperre->nehmen()) {
+        case Einzelinstanzsperre::Stand::Gehalten:
+            return true;
+        case Einzelinstanzsperre::Stand::Unmoeglich:
+            protokoll(u"Keine Sperre in %1 möglich"_s.arg(ordner));
+            return true;
+        case Einzelinstanzsperre::Stand::Vergeben:
+            if (leise || sperre->senden(bitte)) {
+                return false;
+            }
+        }
+        QThread::msleep(5);
+    }
+    return false;
+}
+
+Anwendungsdienst::Anwendungsdienst(DBusEinzelinstanz *ziel)
+    : QDBusAbstractAdaptor(ziel)
+    , instanz(ziel)
+{
+}
+
+void Anwendungsdienst::Activate(const QVariantMap &plattformdaten)
+{
+    instanz->bitten(Aktivierung::ausPlattformdaten(plattformdaten));
+}
+
+void Anwendungsdienst::Open(const QStringList & /*adressen*/, const QVariantMap &plattformdaten)
+{
+    Activate(plattformdaten);
+}
+
+void Anwendungsdienst::ActivateAction(const QString & /*name*/, const QVariantList & /*werte*/,
+                                      const QVariantMap &plattformdaten)
+{
+    Activate(plattformdaten);
+}
+
+} // namespace kalvaro

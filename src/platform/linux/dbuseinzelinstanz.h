@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/einzelinstanz.h"
+#include "platform/linux/dbusaktivierung.h"
+#include "platform/linux/dbusverbindung.h"
+
+#include <QDBusAbstractAdaptor>
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+namespace kalvaro {
+
+class Einzelinstanzsperre;
+
+// The folder for the lock: $XDG_RUNTIME_DIR, or the data folder where that is missing or may not be
+// written.
+[[nodiscard]] QString sperrordner();
+
+// Single instance by the well-known name de.kalvaro.kalvaro on the session bus, where the first one
+// answers to org.freedesktop.Application. Without a bus, by a lock in a folder.
+class DBusEinzelinstanz final : public QObject, public Einzelinstanz
+{
+    Q_OBJECT
+
+public:
+    // `eigene` is handed to the first instance when this is not the one.
+    explicit DBusEinzelinstanz(Aktivierung eigene = Aktivierung::ausUmgebung(),
+                               const QDBusConnection &sitzung = sitzungsbus(),
+                               QString sperren = sperrordner());
+    ~DBusEinzelinstanz() override;
+
+    // Waits for the bus, and for the first instance to take the request, a second at most each.
+    [[nodiscard]] bool belegen(bool leise) override;
+
+    void beiOeffnen(std::function<void()> oeffnen) override;
+
+    // Another start, or the desktop, asks for the window. Answers at once, opens from the event
+    // loop.
+    void bitten(const Aktivierung &aktivierung);
+
+private:
+    [[nodiscard]] std::optional<bool> ueberBus(bool leise);
+    [[nodiscard]] bool ueberSperre(bool leise);
+    [[nodiscard]] std::optional<bool> nameNehmen();
+    [[nodiscard]] bool ersteBitten() const;
+    void oeffnenMit(const Aktivierung &aktivierung);
+
+    const Aktivierung eigene;
+    QDBusConnection bus;
+    const QString ordner;
+    bool nameGehalten = false;
+    std::unique_ptr<Einzelinstanzsperre> sperre;
+    std::function<void()> ruf;
+    std::optional<Aktivierung> versaeumt; // asked for before there was someone to call
+};
+
+// org.freedesktop.Application, "Desktop Entry Specification" 1.5, "D-Bus Activation". The program
+// has one thing to show, so each way of being activated opens it.
+class Anwendungsdienst final : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit Anwendungsdienst(DBusEinzelinstanz *instanz);
+
+public Q_SLOTS:
+    void Activate(const QVariantMap &plattformdaten);
+    void Open(const QStringList &adressen, const QVariantMap &plattformdaten);
+    void ActivateAction(const QString &name, const QVariantList &werte,
+                        const QVariantMap &plattformdaten);
+
+private:
+    DBusEinzelinstanz *const instanz;
+};
+
+} // namespace kalvaro

@@ -1,0 +1,226 @@
+#include "platform/linux/dbusmitteilungen.h"
+
+#include "foundation/konstanten.h"
+#include "foundation/protokoll.h"
+#include "platform/linux/dbusaktivierung.h"
+
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+
+#include <algorithm>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString dienst = u"org.freedesktop.Notifications"_s;
+const QString pfad = u"/org/freedesktop/Notifications"_s;
+
+constexpr qsizetype titelLaenge = 200; // characters; no server shows more
+constexpr qsizetype inhaltLaenge = 2000;
+constexpr qsizetype hoechstensOffen = 100; // for servers that never tell what they closed
+
+// Without what XML forbids in text (servers feed the body to an XML parser), and no longer than
+// `hoechstens`.
+QString gekuerzt(const QString &text, qsizetype hoechstens)
+{
+    QString kurz = text.left(hoechstens + 1);
+    for (QChar &zeichen : kurz) {
+        const bool erlaubt = zeichen == u'\n' || zeichen == u'\t' ||
+                             (zeichen.unicode() >= 0x20 && zeichen.unicode() < 0xFFFE);
+        if (!erlaubt) {
+            zeichen = u' ';
+        }
+    }
+    if (kurz.size() > hoechstens) {
+        const bool paar = kurz.at(hoechstens - 2).isHighSurrogate();
+        kurz.truncate(hoechstens - (paar ? 2 : 1));
+        kurz += u'…';
+    }
+    return kurz;
+}
+
+QString einzeilig(QString text)
+{
+    return text.replace(u'\n', u' ').replace(u'\t', u' ');
+}
+
+void verloren(const QString &titel, const QString &inhalt, const QString &grund)
+{
+    protokoll(u"Mitteilung nicht zugestellt: %1 – %2 (%3)"_s.arg(
+        titel, einzeilig(inhalt), einzeilig(gekuerzt(grund, titelLaenge))));
+}
+
+QDBusMessage anServer(const QString &methode, const QVariantList &argumente)
+{
+    QDBusMessage ruf = QDBusMessage::createMethodCall(dienst, pfad, dienst, methode);
+    ruf.setArguments(argumente);
+    return ruf;
+}
+
+} // namespace
+
+DBusMitteilungen::DBusMitteilungen(const QDBusConnection &sitzung, int fristJeRuf)
+    : bus(sitzung)
+    , frist(fristJeRuf)
+{
+    if (!bus.isConnected()) {
+        return;
+    }
+    waechter.setConnection(bus);
+    waechter.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
+    waechter.addWatchedService(dienst);
+    connect(&waechter, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString &, const QString &, const QString &neuer) {
+                serverGewechselt(neuer);
+            });
+    signaleAbonnieren();
+}
+
+// From whoever sends them: which server a signal comes from is told by its unique name.
+void DBusMitteilungen::signaleAbonnieren()
+{
+    bus.connect({}, pfad, dienst, u"ActionInvoked"_s, this,
+                SLOT(gewaehlt(uint, QString, QDBusMessage)));
+    bus.connect({}, pfad, dienst, u"ActivationToken"_s, this,
+                SLOT(markeErhalten(uint, QString, QDBusMessage)));
+    bus.connect({}, pfad, dienst, u"NotificationClosed"_s, this,
+                SLOT(geschlossen(uint, uint, QDBusMessage)));
+}
+
+void DBusMitteilungen::mitteilen(const QString &titel, const QString &inhalt,
+                                 const std::optional<QString> &ziel)
+{
+    const Nachricht nachricht = {einzeilig(gekuerzt(titel, titelLaenge)),
+                                 gekuerzt(inhalt, inhaltLaenge), ziel};
+    if (!bus.isConnected()) {
+        verloren(nachricht.titel, nachricht.inhalt, u"kein Sitzungsbus"_s);
+        return;
+    }
+    switch (stand) {
+    case Faehigkeiten::Bekannt:
+        senden(nachricht);
+        return;
+    case Faehigkeiten::Unbekannt:
+        erfragen();
+        [[fallthrough]];
+    case Faehigkeiten::Erfragt:
+        wartende.append(nachricht);
+    }
+}
+
+void DBusMitteilungen::beiKlick(std::function<void(const QString &)> geklickt)
+{
+    klick = std::move(geklickt);
+}
+
+void DBusMitteilungen::erfragen()
+{
+    stand = Faehigkeiten::Erfragt;
+    gewechselt = false;
+    auto *antwort =
+        new QDBusPendingCallWatcher(bus.asyncCall(anServer(u"GetCapabilities"_s, {}), frist), this);
+    connect(antwort, &QDBusPendingCallWatcher::finished, this, &DBusMitteilungen::erfragt);
+}
+
+void DBusMitteilungen::erfragt(QDBusPendingCallWatcher *antwort)
+{
+    antwort->deleteLater();
+    const QDBusPendingReply<QStringList> liste = *antwort;
+    if (liste.isError() && gewechselt) {
+        erfragen();
+        return;
+    }
+    const QList<Nachricht> faellig = std::exchange(wartende, {});
+    if (liste.isError()) {
+        stand = Faehigkeiten::Unbekannt;
+        for (const Nachricht &nachricht : faellig) {
+            verloren(nachricht.titel, nachricht.inhalt, liste.error().message());
+        }
+        return;
+    }
+    stand = Faehigkeiten::Bekannt;
+    server = liste.reply().service();
+    auszeichnung = liste.value().contains(u"body-markup"_s);
+    aktionen = liste.value().contains(u"actions"_s);
+    for (const Nachricht &nachricht : faellig) {
+        senden(nachricht);
+    }
+}
+
+void DBusMitteilungen::senden(const Nachricht &nachricht)
+{
+    const bool klickbar = nachricht.ziel && aktionen;
+    const QStringList knoepfe = klickbar ? QStringList({u"default"_s, u"Öffnen"_s}) : QStringList();
+    const uchar dringlichkeit = 1; // normal
+    const QVariantMap angaben = {{u"desktop-entry"_s, KENNUNG},
+                                 {u"urgency"_s, QVariant::fromValue(dringlichkeit)}};
+    const QString inhalt = auszeichnung ? nachricht.inhalt.toHtmlEscaped() : nachricht.inhalt;
+    const uint ersetzt = 0;
+    const int anzeigedauer = -1; // as the server likes
+    const QDBusMessage ruf = anServer(u"Notify"_s, {u"kalvaro"_s, ersetzt, KENNUNG, nachricht.titel,
+                                                    inhalt, knoepfe, angaben, anzeigedauer});
+    auto *antwort = new QDBusPendingCallWatcher(bus.asyncCall(ruf, frist), this);
+    connect(antwort, &QDBusPendingCallWatcher::finished, this,
+            [this, nachricht](QDBusPendingCallWatcher *fertig) { gesendet(nachricht, fertig); });
+}
+
+void DBusMitteilungen::gesendet(const Nachricht &nachricht, QDBusPendingCallWatcher *antwort)
+{
+    antwort->deleteLater();
+    const QDBusPendingReply<uint> id = *antwort;
+    if (id.isError()) {
+        verloren(nachricht.titel, nachricht.inhalt, id.error().message());
+        return;
+    }
+    if (nachricht.ziel) {
+        gezeigt.append({id.reply().service(), id.value(), *nachricht.ziel, {}});
+        gezeigt.remove(0, std::max<qsizetype>(0, gezeigt.size() - hoechstensOffen));
+    }
+}
+
+void DBusMitteilungen::serverGewechselt(const QString &neuer)
+{
+    gewechselt = !neuer.isEmpty();
+    if (neuer != server) {
+        stand = stand == Faehigkeiten::Bekannt ? Faehigkeiten::Unbekannt : stand;
+        gezeigt.removeIf([&neuer](const Gezeigte &eine) { return eine.server != neuer; });
+    }
+}
+
+DBusMitteilungen::Gezeigte *DBusMitteilungen::finden(uint id, const QDBusMessage &signal)
+{
+    const auto ort = std::find_if(gezeigt.begin(), gezeigt.end(), [&](const Gezeigte &eine) {
+        return eine.id == id && eine.server == signal.service();
+    });
+    return ort == gezeigt.end() ? nullptr : &*ort;
+}
+
+void DBusMitteilungen::markeErhalten(uint id, const QString &marke, const QDBusMessage &signal)
+{
+    if (Gezeigte *eine = finden(id, signal)) {
+        eine->marke = Aktivierung::ausPlattformdaten({{u"activation-token"_s, marke}}).marke;
+    }
+}
+
+void DBusMitteilungen::gewaehlt(uint id, const QString &aktion, const QDBusMessage &signal)
+{
+    Gezeigte *eine = finden(id, signal);
+    if (eine == nullptr || aktion != u"default" || !klick) {
+        return;
+    }
+    const QString ziel = eine->ziel;
+    const Aktivierungsrahmen rahmen({std::exchange(eine->marke, {}), {}});
+    klick(ziel);
+}
+
+void DBusMitteilungen::geschlossen(uint id, uint /*grund*/, const QDBusMessage &signal)
+{
+    if (const Gezeigte *eine = finden(id, signal)) {
+        gezeigt.remove(eine - gezeigt.constData());
+    }
+}
+
+} // namespace kalvaro

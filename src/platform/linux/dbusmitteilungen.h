@@ -1,0 +1,83 @@
+#pragma once
+
+#include "platform/linux/dbusverbindung.h"
+#include "platform/mitteilungen.h"
+
+#include <QDBusMessage>
+#include <QDBusServiceWatcher>
+#include <QList>
+#include <QObject>
+#include <QStringList>
+
+class QDBusPendingCallWatcher;
+
+namespace kalvaro {
+
+// Notifications by org.freedesktop.Notifications, "Desktop Notifications Specification" 1.3. All
+// calls are asynchronous; the service may be missing, slow, or another one from one message to the
+// next.
+class DBusMitteilungen final : public QObject, public Mitteilungen
+{
+    Q_OBJECT
+
+public:
+    // `frist` in milliseconds bounds each call; negative: the default of the bus, 25 s.
+    explicit DBusMitteilungen(const QDBusConnection &sitzung = sitzungsbus(), int frist = -1);
+
+    void mitteilen(const QString &titel, const QString &inhalt,
+                   const std::optional<QString> &ziel) override;
+
+    void beiKlick(std::function<void(const QString &ziel)> geklickt) override;
+
+    // How many shown notifications a click is still awaited for.
+    [[nodiscard]] qsizetype offene() const { return gezeigt.size(); }
+
+private Q_SLOTS:
+    void gewaehlt(uint id, const QString &aktion, const QDBusMessage &signal);
+    void markeErhalten(uint id, const QString &marke, const QDBusMessage &signal);
+    void geschlossen(uint id, uint grund, const QDBusMessage &signal);
+
+private:
+    struct Nachricht
+    {
+        QString titel;
+        QString inhalt;
+        std::optional<QString> ziel;
+    };
+
+    // Ids are unique only within one run of one server.
+    struct Gezeigte
+    {
+        QString server; // unique name on the bus
+        uint id;
+        QString ziel;
+        QByteArray marke;
+    };
+
+    enum class Faehigkeiten { Unbekannt, Erfragt, Bekannt };
+
+    void signaleAbonnieren();
+    void erfragen();
+    void erfragt(QDBusPendingCallWatcher *antwort);
+    void senden(const Nachricht &nachricht);
+    void gesendet(const Nachricht &nachricht, QDBusPendingCallWatcher *antwort);
+    void serverGewechselt(const QString &neuer);
+    [[nodiscard]] Gezeigte *finden(uint id, const QDBusMessage &signal);
+
+    QDBusConnection bus;
+    const int frist;
+    QDBusServiceWatcher waechter;
+    std::function<void(const QString &)> klick;
+
+    // What is known of the server that runs now.
+    Faehigkeiten stand = Faehigkeiten::Unbekannt;
+    QString server;
+    bool auszeichnung = false; // it reads markup in the body
+    bool aktionen = false;
+    bool gewechselt = false; // another one has come since we asked
+
+    QList<Nachricht> wartende; // until the capabilities are known
+    QList<Gezeigte> gezeigt;   // the oldest first
+};
+
+} // namespace kalvaro

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QString>
+
+#include <chrono>
+
+namespace kalvaro {
+
+// Where the message buses listen, as the "D-Bus Specification" 0.38 writes server addresses; empty
+// when there is none. An address that would only start a bus ("autolaunch:") counts as none.
+[[nodiscard]] QString sitzungsbusAdresse();
+[[nodiscard]] QString systembusAdresse();
+
+// Whether something that speaks D-Bus answers there within `frist`. Transports other than Unix
+// sockets are taken at their word.
+[[nodiscard]] bool busAntwortet(const QString &adresse,
+                                std::chrono::milliseconds frist = std::chrono::seconds(2));
+
+// Settles which session bus this process uses: the one that is there and answers, or none. Without
+// one it sets DBUS_SESSION_BUS_ADDRESS to an address that leads nowhere ("disabled:"), so that
+// neither Qt nor libdbus starts a bus or waits for a dead one. To be called before a
+// QGuiApplication exists, because its platform plug-ins look for the bus too.
+void sitzungsbusFestlegen();
+
+// The session bus; not connected when there is none. Settles it first where that has not happened.
+[[nodiscard]] QDBusConnection sitzungsbus();
+
+} // namespace kalvaro

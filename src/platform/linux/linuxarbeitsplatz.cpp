@@ -1,0 +1,185 @@
+#include "platform/linux/linuxarbeitsplatz.h"
+
+#include "platform/buendel.h"
+#include "platform/linux/loesen.h"
+#include "platform/linux/startfehler.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QSocketNotifier>
+#include <QUrl>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <unistd.h>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Rueckruf = std::function<void(std::optional<QString>)>;
+
+void melden(QObject *besitzer, const Rueckruf &fertig, const std::optional<QString> &fehler)
+{
+    QMetaObject::invokeMethod(
+        besitzer, [fertig, fehler] { fertig(fehler); }, Qt::QueuedConnection);
+}
+
+// Waits for word of a program that is being started. Lives as a child of its owner.
+class Startwacht final : public QObject
+{
+public:
+    Startwacht(int meldung, QString datei, QObject *besitzer, Rueckruf ruf)
+        : QObject(besitzer)
+        , fd(meldung)
+        , programm(std::move(datei))
+        , fertig(std::move(ruf))
+        , horcher(meldung, QSocketNotifier::Read)
+    {
+        connect(&horcher, &QSocketNotifier::activated, this, &Startwacht::lesen);
+    }
+
+    ~Startwacht() override
+    {
+        horcher.setEnabled(false);
+        ::close(fd);
+    }
+
+    Startwacht(const Startwacht &) = delete;
+    Startwacht &operator=(const Startwacht &) = delete;
+
+private:
+    void lesen()
+    {
+        int fehler = 0;
+        const ssize_t anzahl = ::read(fd, &fehler, sizeof fehler);
+        if (anzahl < 0 && errno == EINTR) {
+            return;
+        }
+        horcher.setEnabled(false);
+        const bool gescheitert = anzahl == sizeof fehler;
+        melden(parent(), fertig,
+               gescheitert ? std::optional(grund(fehler)) : std::optional<QString>());
+        deleteLater();
+    }
+
+    // The program was there a moment ago: what the system misses then is what runs it.
+    [[nodiscard]] QString grund(int fehler) const
+    {
+        return fehler == ENOENT && QFileInfo::exists(programm)
+                   ? u"Zu „%1“ fehlt das Programm, das es ausführt."_s.arg(programm)
+                   : startfehlertext(fehler, programm);
+    }
+
+    const int fd;
+    const QString programm;
+    const Rueckruf fertig;
+    QSocketNotifier horcher;
+};
+
+// The path with all links resolved, or the errno that tells why there is none.
+tl::expected<QString, int> aufgeloest(const QString &pfad)
+{
+    const std::unique_ptr<char, void (*)(void *)> ziel(
+        ::realpath(QFile::encodeName(pfad).constData(), nullptr), std::free);
+    if (!ziel) {
+        return tl::unexpected(errno);
+    }
+    return QFile::decodeName(ziel.get());
+}
+
+// The name of the program that a bundle wants run, or why it tells none.
+tl::expected<QString, QString> programmname(const QString &buendel)
+{
+    const QString info = infodatei(buendel);
+    const auto ort = aufgeloest(info);
+    if (!ort && ort.error() != EACCES) {
+        return tl::unexpected(startfehlertext(ort.error(), info));
+    }
+    const auto name = infotext(buendel, u"CFBundleExecutable");
+    if (!name || name->isEmpty()) {
+        return tl::unexpected(u"„%1“ ist nicht lesbar oder nennt kein Programm."_s.arg(info));
+    }
+    return *name;
+}
+
+// The executable of a bundle, or why there is none. It must lie in "Contents/MacOS", links
+// resolved: a bundle does not start other people's programs.
+tl::expected<QString, QString> programmVon(const QString &buendel)
+{
+    const auto paket = aufgeloest(buendel);
+    if (!paket) {
+        return tl::unexpected(startfehlertext(paket.error(), buendel));
+    }
+    const auto name = programmname(*paket);
+    if (!name) {
+        return tl::unexpected(name.error());
+    }
+    const QString ordner = *paket + u"/Contents/MacOS/"_s;
+    const auto programm = aufgeloest(ordner + *name);
+    if (!programm) {
+        return tl::unexpected(startfehlertext(programm.error(), ordner + *name));
+    }
+    const auto darin = aufgeloest(ordner);
+    if (!darin || !programm->startsWith(*darin + u'/')) {
+        return tl::unexpected(u"„%1“ liegt außerhalb von „%2“."_s.arg(*programm, *paket));
+    }
+    return *programm;
+}
+
+// Our environment without what concerns only this program: how its window comes to the front, how
+// Qt and we ourselves are set up, and where we were started.
+QList<QByteArray> umgebung()
+{
+    static constexpr std::array unsere = {
+        "DESKTOP_STARTUP_ID=", "XDG_ACTIVATION_TOKEN=", "QT_", "KALVARO_", "PWD=", "OLDPWD="};
+    QList<QByteArray> liste;
+    for (char **eintrag = environ; *eintrag != nullptr; ++eintrag) {
+        const QByteArrayView text(*eintrag);
+        if (std::none_of(unsere.begin(), unsere.end(),
+                         [&text](const char *anfang) { return text.startsWith(anfang); })) {
+            liste.append(text.toByteArray());
+        }
+    }
+    return liste;
+}
+
+} // namespace
+
+void LinuxArbeitsplatz::starten(const QString &buendel, QObject *besitzer, Rueckruf fertig)
+{
+    const auto programm = programmVon(buendel);
+    if (!programm) {
+        melden(besitzer, fertig, programm.error());
+        return;
+    }
+    const auto meldung = losgeloestStarten(
+        {QFile::encodeName(*programm), umgebung(), QFile::encodeName(QDir::homePath())});
+    if (!meldung) {
+        melden(besitzer, fertig, startfehlertext(meldung.error(), *programm));
+        return;
+    }
+    new Startwacht(*meldung, *programm, besitzer, std::move(fertig));
+}
+
+void LinuxArbeitsplatz::oeffnen(const QUrl &adresse)
+{
+    if (adresse.isValid() && (adresse.scheme() == u"http" || adresse.scheme() == u"https")) {
+        // Queued: finding the browser can take a moment, and the click is to be over by then.
+        QMetaObject::invokeMethod(
+            qApp, [adresse] { QDesktopServices::openUrl(adresse); }, Qt::QueuedConnection);
+    }
+}
+
+void LinuxArbeitsplatz::auftreten(Auftritt /*auftritt*/)
+{
+}
+
+} // namespace kalvaro

@@ -1,0 +1,115 @@
+#include "platform/linux/logindwache.h"
+
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QUuid>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The path of the bus's socket; empty when it has none.
+QString socketpfad(const QString &adresse)
+{
+    const qsizetype anfang = adresse.indexOf(u"unix:path="_s);
+    if (anfang < 0) {
+        return {};
+    }
+    const QString rest = adresse.mid(anfang + 10);
+    const qsizetype ende = rest.indexOf(QRegularExpression(u"[,;]"_s));
+    return QString::fromUtf8(QByteArray::fromPercentEncoding(rest.left(ende).toUtf8()));
+}
+
+} // namespace
+
+Logindwache::Logindwache(Uhr &zeit, std::function<void()> aufgewacht, QString busadresse)
+    : uhr(zeit)
+    , ruf(std::move(aufgewacht))
+    , adresse(std::move(busadresse))
+    , name(u"logind-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces))
+{
+    connect(&ordner, &QFileSystemWatcher::directoryChanged, this, &Logindwache::neuVersuchen);
+    verbinden();
+}
+
+Logindwache::~Logindwache()
+{
+    QDBusConnection::disconnectFromBus(name);
+}
+
+void Logindwache::neuVersuchen()
+{
+    versuche = 0;
+    verbinden();
+}
+
+void Logindwache::verbinden()
+{
+    naechsterVersuch.reset();
+    if (!verbunden) {
+        verbunden = angeschlossen();
+        ordnerBeobachten();
+    }
+    if (!verbunden && QFileInfo::exists(socketpfad(adresse))) {
+        spaeterWieder();
+    }
+}
+
+bool Logindwache::angeschlossen()
+{
+    if (!busAntwortet(adresse, std::chrono::milliseconds(200))) {
+        return false;
+    }
+    QDBusConnection bus = QDBusConnection::connectToBus(adresse, name);
+    // By the service's name: signals of other senders do not count, and it may start later.
+    return bus.isConnected() &&
+           bus.connect(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
+                       u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, this,
+                       SLOT(schlafWechselt(bool))) &&
+           bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
+                       u"Disconnected"_s, this, SLOT(getrennt()));
+}
+
+// Watches the folder that the socket will appear in, or the nearest one above it that exists.
+void Logindwache::ordnerBeobachten()
+{
+    const QStringList bisher = ordner.directories();
+    QString naechster = verbunden ? QString() : QFileInfo(socketpfad(adresse)).path();
+    while (naechster.startsWith(u'/') && naechster.size() > 1 && !QFileInfo(naechster).isDir()) {
+        naechster = QFileInfo(naechster).path();
+    }
+    if (!bisher.isEmpty() && bisher != QStringList(naechster)) {
+        ordner.removePaths(bisher);
+    }
+    if (naechster.startsWith(u'/')) {
+        ordner.addPath(naechster);
+    }
+}
+
+// A socket that does not answer belongs to a bus that is just starting, or is left of a dead one.
+void Logindwache::spaeterWieder()
+{
+    constexpr int hoechstens = 12;
+    constexpr Sekunden abstand{5};
+    if (versuche++ < hoechstens) {
+        naechsterVersuch = uhr.nach(abstand, [this] { verbinden(); });
+    }
+}
+
+void Logindwache::schlafWechselt(bool beginnt)
+{
+    if (!beginnt) {
+        ruf();
+    }
+}
+
+void Logindwache::getrennt()
+{
+    QDBusConnection::disconnectFromBus(name);
+    verbunden = false;
+    neuVersuchen();
+}
+
+} // namespace kalvaro

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "foundation/uhr.h"
+#include "platform/linux/dbusverbindung.h"
+
+#include <QFileSystemWatcher>
+#include <QObject>
+
+#include <functional>
+
+namespace kalvaro {
+
+// Tells when the computer wakes from sleep: PrepareForSleep(false) of
+// org.freedesktop.login1.Manager (org.freedesktop.login1(5)) on the system bus. logind and the bus
+// may come later, and go.
+class Logindwache final : public QObject
+{
+    Q_OBJECT
+
+public:
+    // `adresse` is that of the system bus.
+    Logindwache(Uhr &uhr, std::function<void()> aufgewacht, QString adresse = systembusAdresse());
+    ~Logindwache() override;
+    Logindwache(const Logindwache &) = delete;
+    Logindwache &operator=(const Logindwache &) = delete;
+
+private Q_SLOTS:
+    void schlafWechselt(bool beginnt);
+    void getrennt();
+
+private:
+    void neuVersuchen();
+    void verbinden();
+    [[nodiscard]] bool angeschlossen();
+    void ordnerBeobachten();
+    void spaeterWieder();
+
+    Uhr &uhr;
+    const std::function<void()> ruf;
+    const QString adresse;
+    const QString name; // of the connection, within Qt
+    QFileSystemWatcher ordner;
+    Weckruf naechsterVersuch;
+    int versuche = 0; // since the folder last changed
+    bool verbunden = false;
+};
+
+} // namespace kalvaro

@@ -1,0 +1,77 @@
+#include "platform/linux/signale.h"
+
+#include <QSocketNotifier>
+
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+namespace kalvaro {
+
+namespace {
+
+constexpr std::array behandelte{SIGTERM, SIGINT, SIGHUP};
+
+// A pipe to oneself: all that a signal handler may do is write a byte.
+std::array<int, 2> rohr{-1, -1};
+
+void weckeSchleife(int)
+{
+    const char zeichen = 0;
+    [[maybe_unused]] const auto geschrieben = ::write(rohr[1], &zeichen, 1);
+}
+
+void sofortEnden(int)
+{
+    ::_exit(0);
+}
+
+void behandeln(int nummer, void (*wie)(int))
+{
+    struct sigaction tat = {};
+    tat.sa_handler = wie;
+    tat.sa_flags = SA_RESTART;
+    ::sigaction(nummer, &tat, nullptr);
+}
+
+} // namespace
+
+Signale::Signale(std::function<void()> ende)
+{
+    if (::pipe2(rohr.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+        return;
+    }
+    hoerer = new QSocketNotifier(rohr[0], QSocketNotifier::Read, this);
+    connect(hoerer, &QSocketNotifier::activated, this, [ruf = std::move(ende)] {
+        std::array<char, 16> verworfen{};
+        [[maybe_unused]] const auto gelesen = ::read(rohr[0], verworfen.data(), verworfen.size());
+        ruf();
+    });
+    for (const int nummer : behandelte) {
+        behandeln(nummer, weckeSchleife);
+    }
+}
+
+Signale::~Signale()
+{
+    for (const int nummer : behandelte) {
+        behandeln(nummer, SIG_DFL);
+    }
+    delete hoerer;
+    ::close(rohr[0]);
+    ::close(rohr[1]);
+    rohr = {-1, -1};
+}
+
+void endeErzwingen(int millisekunden)
+{
+    behandeln(SIGALRM, sofortEnden);
+    itimerval frist = {};
+    frist.it_value.tv_sec = millisekunden / 1000;
+    frist.it_value.tv_usec = millisekunden % 1000 * 1000;
+    ::setitimer(ITIMER_REAL, &frist, nullptr);
+}
+
+} // namespace kalvaro

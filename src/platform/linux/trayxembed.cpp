@@ -1,0 +1,101 @@
+#include "platform/linux/trayxembed.h"
+
+#include <QGuiApplication>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <xcb/xcb.h>
+
+namespace kalvaro {
+
+namespace {
+
+constexpr uint32_t nichts = 0; // None, of windows and of atoms
+
+template<typename Antwort>
+using Gelesen = std::unique_ptr<Antwort, void (*)(void *)>;
+
+template<typename Antwort>
+Gelesen<Antwort> gelesen(Antwort *antwort)
+{
+    return {antwort, std::free};
+}
+
+} // namespace
+
+XEmbedtray::XEmbedtray()
+{
+    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr || QGuiApplication::platformName() != u"xcb") {
+        return; // the offscreen platform offers the interface too, without a connection
+    }
+    x = x11->connection();
+    char *rechner = nullptr;
+    int anzeige = 0;
+    int schirm = 0;
+    if (xcb_parse_display(nullptr, &rechner, &anzeige, &schirm) != 0) { // $DISPLAY
+        std::free(rechner);
+    }
+    auswahl = atom(("_NET_SYSTEM_TRAY_S" + QByteArray::number(schirm)).constData());
+    manager = atom("MANAGER");
+    // Qt itself listens on the root window for the message that announces a manager.
+    qGuiApp->installNativeEventFilter(this);
+}
+
+XEmbedtray::~XEmbedtray() = default; // removes the filter
+
+uint32_t XEmbedtray::atom(const char *name) const
+{
+    const auto frage = xcb_intern_atom(x, 0, static_cast<uint16_t>(std::strlen(name)), name);
+    const auto antwort = gelesen(xcb_intern_atom_reply(x, frage, nullptr));
+    return antwort ? antwort->atom : nichts;
+}
+
+uint32_t XEmbedtray::besitzer() const
+{
+    if (x == nullptr) {
+        return nichts;
+    }
+    const auto antwort =
+        gelesen(xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, auswahl), nullptr));
+    return antwort ? antwort->owner : nichts;
+}
+
+bool XEmbedtray::vorhanden() const
+{
+    return besitzer() != nichts;
+}
+
+std::optional<QColor> XEmbedtray::schriftfarbe() const
+{
+    constexpr uint32_t worte = 3; // red, green and blue of the text, 16 bits each
+    const uint32_t fenster = besitzer();
+    if (fenster == nichts) {
+        return {};
+    }
+    const auto frage = xcb_get_property(x, 0, fenster, atom("_NET_SYSTEM_TRAY_COLORS"),
+                                        XCB_ATOM_CARDINAL, 0, worte);
+    const auto antwort = gelesen(xcb_get_property_reply(x, frage, nullptr));
+    if (!antwort || antwort->format != 32 || antwort->value_len < worte) {
+        return {};
+    }
+    const auto *werte = static_cast<const uint32_t *>(xcb_get_property_value(antwort.get()));
+    const auto anteil = [werte](int i) { return static_cast<int>(werte[i] >> 8U & 0xFFU); };
+    return QColor(anteil(0), anteil(1), anteil(2));
+}
+
+bool XEmbedtray::nativeEventFilter(const QByteArray &art, void *ereignis, qintptr * /*ergebnis*/)
+{
+    if (art != "xcb_generic_event_t" || !ruf) {
+        return false;
+    }
+    const auto *nachricht = static_cast<const xcb_client_message_event_t *>(ereignis);
+    if ((nachricht->response_type & 0x7FU) == XCB_CLIENT_MESSAGE && nachricht->type == manager &&
+        nachricht->data.data32[1] == auswahl) {
+        ruf();
+    }
+    return false;
+}
+
+} // namespace kalvaro

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QColor>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+struct xcb_connection_t;
+
+namespace kalvaro {
+
+// The tray of an X11 desktop, "System Tray Protocol Specification" 0.3: whoever owns the selection
+// _NET_SYSTEM_TRAY_Sn. On other platforms there never is one. Needs a QGuiApplication.
+class XEmbedtray final : public QAbstractNativeEventFilter
+{
+public:
+    XEmbedtray();
+    ~XEmbedtray() override;
+    XEmbedtray(const XEmbedtray &) = delete;
+    XEmbedtray &operator=(const XEmbedtray &) = delete;
+
+    [[nodiscard]] bool vorhanden() const;
+
+    // What the panel draws its text in, where it says so (_NET_SYSTEM_TRAY_COLORS, which panels
+    // based on GTK set).
+    [[nodiscard]] std::optional<QColor> schriftfarbe() const;
+
+    // `erscheint` is called whenever a tray takes the selection.
+    void beiErscheinen(std::function<void()> erscheint) { ruf = std::move(erscheint); }
+
+    bool nativeEventFilter(const QByteArray &art, void *ereignis, qintptr *ergebnis) override;
+
+private:
+    [[nodiscard]] uint32_t atom(const char *name) const;
+    [[nodiscard]] uint32_t besitzer() const;
+
+    xcb_connection_t *x = nullptr;
+    uint32_t auswahl = 0; // atom of the selection
+    uint32_t manager = 0; // atom "MANAGER" of the ICCCM
+    std::function<void()> ruf;
+};
+
+} // namespace kalvaro

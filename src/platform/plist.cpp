@@ -1,0 +1,191 @@
+#include "platform/plist.h"
+
+#include <QStringDecoder>
+#include <QXmlStreamReader>
+
+namespace kalvaro {
+
+namespace {
+
+// The binary form: "bplist00", the objects, a table of their offsets, and 32 bytes that tell where
+// and how wide everything is. Objects refer to each other by their number.
+class Binaerplist
+{
+public:
+    explicit Binaerplist(QByteArrayView bytes)
+        : inhalt(bytes)
+    {
+    }
+
+    // False when the closing 32 bytes contradict the size of the file.
+    bool oeffnen()
+    {
+        const auto groesse = static_cast<quint64>(inhalt.size());
+        if (groesse < kopfLaenge + endeLaenge) {
+            return false;
+        }
+        const quint64 ende = groesse - endeLaenge;
+        ortBreite = zahl(ende + 6, 1).value_or(0);
+        nummerBreite = zahl(ende + 7, 1).value_or(0);
+        anzahl = zahl(ende + 8, 8).value_or(0);
+        wurzel = zahl(ende + 16, 8).value_or(0);
+        tabelle = zahl(ende + 24, 8).value_or(0);
+        return ortBreite >= 1 && ortBreite <= 8 && nummerBreite >= 1 && nummerBreite <= 8 &&
+               tabelle <= ende && anzahl <= (ende - tabelle) / ortBreite;
+    }
+
+    [[nodiscard]] std::optional<QString> text(QStringView schluessel) const
+    {
+        const auto verzeichnis = objekt(wurzel);
+        if (!verzeichnis || verzeichnis->art != Art::Verzeichnis ||
+            verzeichnis->anzahl > verzeichnis->platz / (2 * nummerBreite)) {
+            return {};
+        }
+        for (quint64 i = 0; i < verzeichnis->anzahl; ++i) {
+            if (istText(nummer(*verzeichnis, i), schluessel)) {
+                return text(nummer(*verzeichnis, verzeichnis->anzahl + i));
+            }
+        }
+        return {};
+    }
+
+private:
+    static constexpr quint64 kopfLaenge = 8;
+    static constexpr quint64 endeLaenge = 32;
+
+    enum class Art : quint8 { Ascii = 0x5, Utf16 = 0x6, Verzeichnis = 0xD };
+
+    struct Objekt
+    {
+        Art art;
+        quint64 anzahl; // of characters, or of pairs
+        quint64 ort;    // where its content begins
+        quint64 platz;  // bytes from there to the end of the file
+    };
+
+    // The big-endian number of `breite` (1 to 8) bytes at `ort`.
+    [[nodiscard]] std::optional<quint64> zahl(quint64 ort, quint64 breite) const
+    {
+        const auto groesse = static_cast<quint64>(inhalt.size());
+        if (ort > groesse || breite > groesse - ort) {
+            return {};
+        }
+        quint64 wert = 0;
+        for (const char c : stueck(ort, breite)) {
+            wert = wert << 8U | static_cast<quint8>(c);
+        }
+        return wert;
+    }
+
+    [[nodiscard]] QByteArrayView stueck(quint64 ort, quint64 laenge) const
+    {
+        return inhalt.sliced(static_cast<qsizetype>(ort), static_cast<qsizetype>(laenge));
+    }
+
+    [[nodiscard]] std::optional<Objekt> objekt(std::optional<quint64> nr) const
+    {
+        if (!nr || *nr >= anzahl) {
+            return {};
+        }
+        auto ort = zahl(tabelle + *nr * ortBreite, ortBreite);
+        const auto kopf = ort ? zahl(*ort, 1) : std::nullopt;
+        if (!kopf) {
+            return {};
+        }
+        quint64 hier = *ort + 1;
+        auto menge = std::optional<quint64>(*kopf & 0xFU);
+        if (menge == 0xFU) { // the count follows as an integer of 1, 2, 4 or 8 bytes
+            const auto marke = zahl(hier, 1);
+            if (!marke || *marke < 0x10 || *marke > 0x13) {
+                return {};
+            }
+            const quint64 breite = 1ULL << (*marke & 0xFU);
+            menge = zahl(hier + 1, breite);
+            hier += 1 + breite;
+        }
+        if (!menge) {
+            return {};
+        }
+        const auto groesse = static_cast<quint64>(inhalt.size());
+        return Objekt{static_cast<Art>(*kopf >> 4U), *menge, hier, groesse - hier};
+    }
+
+    // The object number that stands at place `i` in a dictionary: first all keys, then all values.
+    [[nodiscard]] std::optional<quint64> nummer(const Objekt &verzeichnis, quint64 i) const
+    {
+        return zahl(verzeichnis.ort + i * nummerBreite, nummerBreite);
+    }
+
+    // Decodes nothing that has another length, however many keys share one giant text.
+    [[nodiscard]] bool istText(std::optional<quint64> nr, QStringView gesucht) const
+    {
+        const auto was = objekt(nr);
+        return was && was->anzahl == static_cast<quint64>(gesucht.size()) && text(nr) == gesucht;
+    }
+
+    [[nodiscard]] std::optional<QString> text(std::optional<quint64> nr) const
+    {
+        const auto was = objekt(nr);
+        if (was && was->art == Art::Ascii && was->anzahl <= was->platz) {
+            return QString::fromLatin1(stueck(was->ort, was->anzahl));
+        }
+        if (was && was->art == Art::Utf16 && was->anzahl <= was->platz / 2) {
+            return QString(
+                QStringDecoder(QStringDecoder::Utf16BE)(stueck(was->ort, was->anzahl * 2)));
+        }
+        return {};
+    }
+
+    const QByteArrayView inhalt;
+    quint64 ortBreite = 0;    // bytes of an offset
+    quint64 nummerBreite = 0; // bytes of an object number
+    quint64 anzahl = 0;       // of objects
+    quint64 wurzel = 0;       // number of the top-level object
+    quint64 tabelle = 0;      // where the offsets stand
+};
+
+std::optional<QString> ausXml(const QByteArray &inhalt, QStringView schluessel)
+{
+    // The reader compares each attribute of a tag with all others. Property lists have none.
+    constexpr qsizetype meisteAttribute = 1000;
+    if (inhalt.count('=') > meisteAttribute) {
+        return {};
+    }
+    QXmlStreamReader xml(inhalt);
+    if (!xml.readNextStartElement() || xml.name() != u"plist" || !xml.readNextStartElement() ||
+        xml.name() != u"dict") {
+        return {};
+    }
+    std::optional<QString> fund;
+    while (xml.readNextStartElement()) {
+        if (xml.name() != u"key") {
+            return {};
+        }
+        const bool gesucht = xml.readElementText() == schluessel;
+        if (!xml.readNextStartElement()) {
+            return {};
+        }
+        if (gesucht && xml.name() == u"string") {
+            fund = xml.readElementText();
+        } else {
+            xml.skipCurrentElement();
+        }
+    }
+    while (!xml.atEnd()) { // damage behind the value counts too
+        xml.readNext();
+    }
+    return xml.hasError() ? std::nullopt : fund;
+}
+
+} // namespace
+
+std::optional<QString> plistText(const QByteArray &inhalt, QStringView schluessel)
+{
+    if (!inhalt.startsWith("bplist")) {
+        return ausXml(inhalt, schluessel);
+    }
+    Binaerplist liste(inhalt);
+    return liste.oeffnen() ? liste.text(schluessel) : std::nullopt;
+}
+
+} // namespace kalvaro

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QImage>
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <functional>
+
+namespace kalvaro {
+
+// The value that tells ctest that a test was skipped.
+inline constexpr int uebersprungen = 77;
+
+// The first of `programme` that is not installed; empty when all are.
+[[nodiscard]] QString fehlendes(const QStringList &programme);
+
+// Waits until `bedingung` holds, `geduld` milliseconds at most; false when it never does. Unlike
+// QTRY_VERIFY, counts the time that the condition itself takes.
+[[nodiscard]] bool bald(const std::function<bool()> &bedingung, int geduld = 20000);
+
+// A program with its standard input and output. Killed with this object.
+class Programm
+{
+public:
+    Programm(const QString &datei, const QStringList &argumente,
+             const QProcessEnvironment &umgebung);
+    ~Programm();
+    Programm(const Programm &) = delete;
+    Programm &operator=(const Programm &) = delete;
+
+    void schreiben(const QString &zeile);
+    [[nodiscard]] QStringList zeilen();
+    [[nodiscard]] bool laeuft() const { return prozess.state() != QProcess::NotRunning; }
+    void beenden();
+
+private:
+    QProcess prozess;
+    QByteArray gelesen;
+};
+
+// An X11 display of the test's own: Xvfb. Ends with this object.
+class Anzeige
+{
+public:
+    Anzeige();
+    ~Anzeige();
+    Anzeige(const Anzeige &) = delete;
+    Anzeige &operator=(const Anzeige &) = delete;
+
+    // The environment of programs that run on it, without any desktop's traces.
+    [[nodiscard]] QProcessEnvironment umgebung(const QString &busadresse) const;
+
+    // Runs a tool to its end.
+    void ausfuehren(const QString &werkzeug, const QStringList &argumente) const;
+
+    void klicken(QPoint wo, int knopf) const;
+
+    // What is to be seen.
+    [[nodiscard]] QImage bild() const;
+
+private:
+    QTemporaryDir ablage;
+    QProcess server;
+    QString wo;
+};
+
+} // namespace kalvaro

@@ -1,0 +1,135 @@
+#include "desktop/e2e/anzeige.h"
+#include "desktop/testbus.h"
+#include "doubles/datenordner.h"
+#include "platform/linux/dbusmitteilungen.h"
+
+#include <QDBusConnectionInterface>
+#include <QFile>
+#include <QTest>
+
+#include <memory>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+// Notifications on a server that is in use out there, with real clicks.
+class TestDunst : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void einKlickOeffnetDasZiel();
+    void einNeuGestarteterServerZeigtDieNaechste();
+
+private:
+    void serverStarten();
+    [[nodiscard]] QRect fenster() const;
+    void zeigen(const QString &inhalt);
+
+    Datenordner daten;
+    Anzeige anzeige;
+    QTemporaryDir ablage;
+    std::unique_ptr<Testbus> bus;
+    std::unique_ptr<Programm> server;
+    std::unique_ptr<DBusMitteilungen> mitteilungen;
+    QStringList klicks;
+};
+
+void TestDunst::initTestCase()
+{
+    QFile einstellung(ablage.filePath(u"dunstrc"_s));
+    QVERIFY(einstellung.open(QIODevice::WriteOnly));
+    einstellung.write("[global]\norigin = top-left\noffset = 20x20\nwidth = 300\nmonitor = 0\n"
+                      "mouse_left_click = do_action, close_current\nmarkup = full\n"
+                      "[urgency_normal]\nbackground = \"#0000ff\"\nforeground = \"#ffffff\"\n"
+                      "frame_color = \"#0000ff\"\ntimeout = 0\n");
+}
+
+void TestDunst::init()
+{
+    daten.leeren();
+    klicks.clear();
+    bus = std::make_unique<Testbus>();
+    mitteilungen = std::make_unique<DBusMitteilungen>(bus->verbindung());
+    mitteilungen->beiKlick([this](const QString &ziel) { klicks.append(ziel); });
+    serverStarten();
+}
+
+void TestDunst::cleanup()
+{
+    mitteilungen.reset();
+    server.reset();
+    bus.reset();
+}
+
+void TestDunst::serverStarten()
+{
+    server.reset();
+    server = std::make_unique<Programm>(u"dunst"_s,
+                                        QStringList({u"-conf"_s, ablage.filePath(u"dunstrc"_s)}),
+                                        anzeige.umgebung(bus->adresse()));
+    const QDBusConnection frage = bus->verbindung();
+    QTRY_VERIFY_WITH_TIMEOUT(
+        frage.interface()->isServiceRegistered(u"org.freedesktop.Notifications"_s), 20000);
+}
+
+// Where the notification shows: all that is blue.
+QRect TestDunst::fenster() const
+{
+    const QImage bild = anzeige.bild();
+    QRect wo;
+    for (int y = 0; y < bild.height(); ++y) {
+        for (int x = 0; x < bild.width(); ++x) {
+            if (bild.pixel(x, y) == qRgb(0, 0, 255)) {
+                wo |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return wo;
+}
+
+void TestDunst::zeigen(const QString &inhalt)
+{
+    mitteilungen->mitteilen(u"Neue <b>Version</b>"_s, inhalt, u"https://x.example/"_s);
+    QTRY_COMPARE(mitteilungen->offene(), 1);
+    QVERIFY(bald([this] { return !fenster().isEmpty(); }));
+}
+
+void TestDunst::einKlickOeffnetDasZiel()
+{
+    zeigen(u"Hier <i>klicken</i> & laden"_s);
+    anzeige.klicken(fenster().center(), 1);
+    QTRY_COMPARE(klicks, QStringList(u"https://x.example/"_s));
+    QVERIFY(bald([this] { return fenster().isEmpty(); }));
+    QTRY_COMPARE(mitteilungen->offene(), 0);
+    QVERIFY(daten.protokollzeilen().isEmpty());
+}
+
+void TestDunst::einNeuGestarteterServerZeigtDieNaechste()
+{
+    zeigen(u"vorher"_s);
+    serverStarten();
+    QTRY_COMPARE(mitteilungen->offene(), 0);
+    zeigen(u"nachher"_s);
+    anzeige.klicken(fenster().center(), 1);
+    QTRY_COMPARE(klicks, QStringList(u"https://x.example/"_s));
+}
+
+int main(int argc, char *argv[])
+{
+    const QString fehlt =
+        fehlendes({u"Xvfb"_s, u"dbus-daemon"_s, u"dunst"_s, u"xdotool"_s, u"import"_s});
+    if (!fehlt.isEmpty()) {
+        qWarning("skipped: needs %s", qPrintable(fehlt));
+        return uebersprungen;
+    }
+    const QCoreApplication programm(argc, argv);
+    TestDunst test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_dunst.moc"

@@ -1,0 +1,220 @@
+#include "desktop/e2e/anzeige.h"
+#include "desktop/statushost.h"
+#include "desktop/testbus.h"
+
+#include <QDir>
+#include <QTest>
+
+#include <algorithm>
+#include <memory>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+// The item in the tray of a display of our own. Each test is a process of its own that has the
+// item, because Qt decides once per process what kind of tray there is.
+class TestStatusobjekt : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void hostVonAnfangAn();
+    void hostErscheintSpaeter();
+    void nurDerWaechterGenuegtNicht();
+    void hostStartetNeu();
+    void hostKommtNie();
+    void symbolAlsMaskeInAllenGroessen();
+    void symbolAusDemThema();
+    void hinweisIstText();
+    void menueUeberDenBus();
+    void einKlickOeffnetDasMenue();
+
+private:
+    void programmStarten();
+    void befehl(const QString &zeile);
+
+    Anzeige anzeige;
+    std::unique_ptr<Testbus> bus;
+    std::unique_ptr<Statushost> host;
+    std::unique_ptr<Programm> programm;
+    QProcessEnvironment umgebung;
+};
+
+void TestStatusobjekt::init()
+{
+    bus = std::make_unique<Testbus>();
+    umgebung = anzeige.umgebung(bus->adresse());
+}
+
+void TestStatusobjekt::cleanup()
+{
+    programm.reset();
+    host.reset();
+    bus.reset();
+}
+
+void TestStatusobjekt::programmStarten()
+{
+    programm = std::make_unique<Programm>(QStringLiteral(PROBE), QStringList(), umgebung);
+    QTRY_VERIFY_WITH_TIMEOUT(!programm->zeilen().isEmpty(), 20000);
+}
+
+void TestStatusobjekt::befehl(const QString &zeile)
+{
+    const qsizetype bisher = programm->zeilen().count(u"getan"_s);
+    programm->schreiben(zeile);
+    QTRY_COMPARE(programm->zeilen().count(u"getan"_s), bisher + 1);
+}
+
+void TestStatusobjekt::hostVonAnfangAn()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    QCOMPARE(host->eigenschaft(u"Status"_s).toString(), u"Active"_s);
+    QCOMPARE(host->eigenschaft(u"Category"_s).toString(), u"ApplicationStatus"_s);
+}
+
+void TestStatusobjekt::hostErscheintSpaeter()
+{
+    programmStarten();
+    host = std::make_unique<Statushost>(bus->verbindung());
+    QTRY_COMPARE(host->elemente().size(), 1);
+}
+
+void TestStatusobjekt::nurDerWaechterGenuegtNicht()
+{
+    host = std::make_unique<Statushost>(bus->verbindung(), false);
+    programmStarten();
+    befehl(u"hinweis noch nicht"_s);
+    QVERIFY(host->elemente().isEmpty());
+    host->hostAnmelden();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    QCOMPARE(host->hinweis(), u"noch nicht"_s);
+}
+
+void TestStatusobjekt::hostStartetNeu()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    host.reset();
+    befehl(u"hinweis inzwischen"_s);
+    host = std::make_unique<Statushost>(bus->verbindung());
+    QTRY_COMPARE(host->elemente().size(), 1);
+    QCOMPARE(host->hinweis(), u"inzwischen"_s);
+}
+
+void TestStatusobjekt::hostKommtNie()
+{
+    programmStarten();
+    befehl(u"symbol icloud.slash"_s);
+    befehl(u"hinweis niemand sieht es"_s);
+    QVERIFY(programm->laeuft());
+}
+
+void TestStatusobjekt::symbolAlsMaskeInAllenGroessen()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    QCOMPARE(host->eigenschaft(u"IconName"_s).toString(), QString());
+    const QList<Pixmap> pixmaps = host->pixmaps();
+    QList<int> groessen;
+    for (const Pixmap &eine : pixmaps) {
+        groessen.append(eine.breite);
+        QCOMPARE(eine.hoehe, eine.breite);
+        QCOMPARE(eine.bytes.size(), qsizetype(4) * eine.breite * eine.hoehe);
+        int gedeckt = 0;
+        for (qsizetype i = 0; i < eine.bytes.size(); i += 4) {
+            if (static_cast<uchar>(eine.bytes[i]) > 0x80) { // a mask: black wherever it covers
+                QCOMPARE(eine.bytes.mid(i + 1, 3), QByteArray("\0\0\0", 3));
+                ++gedeckt;
+            }
+        }
+        QVERIFY(gedeckt > eine.breite);
+    }
+    std::sort(groessen.begin(), groessen.end());
+    QCOMPARE(groessen, QList<int>({22, 24, 32, 44, 48, 64}));
+    befehl(u"symbol icloud.slash"_s);
+    QTRY_VERIFY(host->pixmaps().value(0).bytes != pixmaps.value(0).bytes);
+}
+
+void TestStatusobjekt::symbolAusDemThema()
+{
+    const QString name = u"de.kalvaro.kalvaro-icloud-symbolic"_s;
+    const QString thema = umgebung.value(u"XDG_DATA_HOME"_s) + u"/icons/hicolor"_s;
+    QVERIFY(QDir().mkpath(thema + u"/scalable/status"_s));
+    QVERIFY(QFile::copy(u"/usr/share/icons/hicolor/index.theme"_s, thema + u"/index.theme"_s) ||
+            QFile::exists(thema + u"/index.theme"_s));
+    QFile::copy(QStringLiteral(SYMBOLE) + u"/icloud.svg"_s,
+                thema + u"/scalable/status/"_s + name + u".svg"_s);
+    // The program's own icon is no symbol, though names are matched up to a dash.
+    QFile::copy(QStringLiteral(SYMBOLE) + u"/icloud.svg"_s,
+                thema + u"/scalable/status/de.kalvaro.kalvaro.svg"_s);
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    QCOMPARE(host->eigenschaft(u"IconName"_s).toString(), name);
+    QVERIFY(!host->pixmaps().isEmpty()); // for hosts that do not find it
+    befehl(u"symbol icloud.slash"_s);
+    QTRY_COMPARE(host->eigenschaft(u"IconName"_s).toString(), QString());
+    QVERIFY(QDir(umgebung.value(u"XDG_DATA_HOME"_s) + u"/icons"_s).removeRecursively());
+}
+
+void TestStatusobjekt::hinweisIstText()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    befehl(u"hinweis kalvaro – <b>fett</b> &amp; mehr"_s);
+    QTRY_COMPARE(host->hinweis(), u"kalvaro – <b>fett</b> &amp; mehr"_s);
+    befehl(u"hinweis "_s + u"😀"_s.repeated(600));
+    QTRY_COMPARE(host->hinweis(), u"😀"_s.repeated(250));
+}
+
+void TestStatusobjekt::menueUeberDenBus()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    host->menueOeffnen();
+    QTRY_VERIFY(programm->zeilen().contains(u"oeffnet"_s));
+    QTRY_COMPARE(host->menue().size(), 4);
+    QCOMPARE(host->menue().at(0).angaben.value(u"label"_s).toString(), u"kopf"_s);
+    QCOMPARE(host->menue().at(0).angaben.value(u"enabled"_s, true).toBool(), false);
+    QCOMPARE(host->menue().at(1).angaben.value(u"type"_s).toString(), u"separator"_s);
+    QTRY_COMPARE(host->menue().at(3).angaben.value(u"toggle-state"_s).toInt(), 1);
+    host->menueOeffnen();
+    QTRY_COMPARE(host->menue().at(3).angaben.value(u"toggle-state"_s).toInt(), 0);
+    befehl(u"zeile jetzt anders"_s);
+    QTRY_COMPARE(host->menue().at(0).angaben.value(u"label"_s).toString(), u"jetzt anders"_s);
+    host->menueKlicken(host->menue().at(2).id);
+    QTRY_VERIFY(programm->zeilen().contains(u"eins"_s));
+}
+
+void TestStatusobjekt::einKlickOeffnetDasMenue()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    host->klicken();
+    QTRY_VERIFY(programm->zeilen().contains(u"oeffnet"_s));
+}
+
+int main(int argc, char *argv[])
+{
+    const QString fehlt = fehlendes({u"Xvfb"_s, u"dbus-daemon"_s});
+    if (!fehlt.isEmpty()) {
+        qWarning("skipped: needs %s", qPrintable(fehlt));
+        return uebersprungen;
+    }
+    const QCoreApplication programm(argc, argv);
+    TestStatusobjekt test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_statusobjekt.moc"

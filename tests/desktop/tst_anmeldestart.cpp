@@ -1,0 +1,258 @@
+#include "doubles/datenordner.h"
+#include "platform/launchagent.h"
+#include "platform/linux/xdganmeldestart.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cstdlib>
+#include <memory>
+#include <plist/plist.h>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Liste = std::unique_ptr<void, void (*)(plist_t)>;
+
+Liste lesen(const QByteArray &bytes)
+{
+    plist_t wurzel = nullptr;
+    plist_from_xml(bytes.constData(), static_cast<uint32_t>(bytes.size()), &wurzel);
+    return {wurzel, plist_free};
+}
+
+QString text(plist_t knoten)
+{
+    char *wert = nullptr;
+    plist_get_string_val(knoten, &wert);
+    const QString kopie = QString::fromUtf8(wert);
+    std::free(wert);
+    return kopie;
+}
+
+QByteArray inhalt(const QString &pfad)
+{
+    QFile datei(pfad);
+    return datei.open(QIODevice::ReadOnly) ? datei.readAll() : QByteArray();
+}
+
+void anlegen(const QString &pfad, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(pfad).path());
+    QFile datei(pfad);
+    QVERIFY(datei.open(QIODevice::WriteOnly));
+    datei.write(bytes);
+}
+
+} // namespace
+
+class TestAnmeldestart : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        daten.leeren();
+        ordner = std::make_unique<QTemporaryDir>();
+        for (const char *name : {"APPIMAGE", "APPDIR", "XDG_CONFIG_HOME"}) {
+            qunsetenv(name);
+        }
+    }
+
+    void schaltetAnUndAus();
+    void zweimalAnSchreibtDasselbe();
+    void ausOhneDateiIstKeinFehler();
+    void jedeDateiAmOrtGilt();
+    void unbeschreibbarerOrdnerZeigtSichAlsAus();
+    void schreibtDenEintragZeileFuerZeile();
+    void ordnerFolgtDerUmgebung();
+    void einAppImageNenntSichSelbst();
+    void einFremdesAppImageZaehltNicht();
+    void dieSitzungStartetGenauDenPfad_data();
+    void dieSitzungStartetGenauDenPfad();
+    void agentLiestSichByteFuerByte();
+    void agentOhneBekanntenPfad();
+
+private:
+    [[nodiscard]] QString pfad(const QString &name) const { return ordner->filePath(name); }
+
+    Datenordner daten;
+    std::unique_ptr<QTemporaryDir> ordner;
+};
+
+void TestAnmeldestart::schaltetAnUndAus()
+{
+    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"fehlt/noch/autostart"_s));
+    QVERIFY(!start.an());
+    start.setzen(true);
+    QVERIFY(start.an());
+    QVERIFY(QFile::exists(pfad(u"fehlt/noch/autostart/de.kalvaro.kalvaro.desktop"_s)));
+    start.setzen(false);
+    QVERIFY(!start.an());
+    QCOMPARE(daten.protokollzeilen(),
+             QStringList({u"Start beim Anmelden: an"_s, u"Start beim Anmelden: aus"_s}));
+}
+
+void TestAnmeldestart::zweimalAnSchreibtDasselbe()
+{
+    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
+    start.setzen(true);
+    const QByteArray erst = inhalt(pfad(u"a/de.kalvaro.kalvaro.desktop"_s));
+    start.setzen(true);
+    QVERIFY(!erst.isEmpty());
+    QCOMPARE(inhalt(pfad(u"a/de.kalvaro.kalvaro.desktop"_s)), erst);
+    QCOMPARE(QDir(pfad(u"a"_s)).entryList(QDir::Files).size(), 1);
+}
+
+void TestAnmeldestart::ausOhneDateiIstKeinFehler()
+{
+    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
+    start.setzen(false);
+    QCOMPARE(daten.protokollzeilen(), QStringList(u"Start beim Anmelden: aus"_s));
+}
+
+void TestAnmeldestart::jedeDateiAmOrtGilt()
+{
+    anlegen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s), "von Hand\n");
+    QVERIFY(XdgAnmeldestart(u"/opt/kalvaro"_s, pfad(u"a"_s)).an());
+    anlegen(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s), "");
+    QVERIFY(LaunchAgent(QString(), ordner->path()).an());
+}
+
+void TestAnmeldestart::unbeschreibbarerOrdnerZeigtSichAlsAus()
+{
+    anlegen(pfad(u"a"_s), "a file where the folder should be");
+    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
+    start.setzen(true);
+    QVERIFY(!start.an());
+    QCOMPARE(daten.protokollzeilen(), QStringList(u"Start beim Anmelden: an"_s));
+}
+
+void TestAnmeldestart::schreibtDenEintragZeileFuerZeile()
+{
+    XdgAnmeldestart(u"/opt/mein \"Pro`gr$amm\\100"_s, pfad(u"a"_s)).setzen(true);
+    QCOMPARE(QString::fromUtf8(inhalt(pfad(u"a/de.kalvaro.kalvaro.desktop"_s))),
+             u"[Desktop Entry]\n"
+             "Type=Application\n"
+             "Version=1.5\n"
+             "Name=kalvaro\n"
+             "Comment=Hält die rekordbox-Bibliothek mit der Cloud im Gleichstand\n"
+             "Icon=de.kalvaro.kalvaro\n"
+             "Exec=\"/opt/mein \\\\\"Pro\\\\`gr\\\\$amm\\\\\\\\100\" --hintergrund\n"
+             "Terminal=false\n"
+             "StartupNotify=false\n"_s);
+}
+
+void TestAnmeldestart::ordnerFolgtDerUmgebung()
+{
+    QCOMPARE(autostartordner(), QDir::homePath() + u"/.config/autostart"_s);
+    qputenv("XDG_CONFIG_HOME", "relativ");
+    QCOMPARE(autostartordner(), QDir::homePath() + u"/.config/autostart"_s);
+    qputenv("XDG_CONFIG_HOME", "/anderswo");
+    QCOMPARE(autostartordner(), u"/anderswo/autostart"_s);
+}
+
+void TestAnmeldestart::einAppImageNenntSichSelbst()
+{
+    qputenv("APPIMAGE", "/home/ich/kalvaro.AppImage");
+    qputenv("APPDIR", "/tmp/.mount_kalvar");
+    QCOMPARE(startprogramm(u"/tmp/.mount_kalvar/usr/bin/kalvaro"_s),
+             u"/home/ich/kalvaro.AppImage"_s);
+}
+
+void TestAnmeldestart::einFremdesAppImageZaehltNicht()
+{
+    qputenv("APPIMAGE", "/home/ich/Terminal.AppImage");
+    qputenv("APPDIR", "/tmp/.mount_Termin");
+    QCOMPARE(startprogramm(u"/usr/bin/kalvaro"_s), u"/usr/bin/kalvaro"_s);
+    QCOMPARE(startprogramm(u"/tmp/.mount_Termin2/kalvaro"_s), u"/tmp/.mount_Termin2/kalvaro"_s);
+}
+
+void TestAnmeldestart::dieSitzungStartetGenauDenPfad_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("plain") << u"kalvaro"_s;
+    QTest::newRow("blanks") << u"meine  Programme/kal varo"_s;
+    QTest::newRow("quotes") << u"der \"gute\" 'Ordner'/kalvaro"_s;
+    QTest::newRow("percent") << u"100% %f %%/kalvaro"_s;
+    QTest::newRow("dollar") << u"$HOME ${x}/kalvaro"_s;
+    QTest::newRow("backslash") << u"a\\b\\\\c\\n/kalvaro\\"_s;
+    QTest::newRow("backtick") << u"`id`/kalvaro"_s;
+    QTest::newRow("equal sign") << u"a=b/kal=va\"ro"_s;
+    QTest::newRow("tab and line feed") << u"a\tb\nc/kalvaro"_s;
+    QTest::newRow("shell characters") << u"~;&|<>*?#()[]!/kalvaro"_s;
+    QTest::newRow("umlauts") << u"Müßiggang „x“/kalvaro"_s;
+}
+
+// GLib is what most sessions read autostart entries with.
+void TestAnmeldestart::dieSitzungStartetGenauDenPfad()
+{
+    const QString gio = QStandardPaths::findExecutable(u"gio"_s);
+    if (gio.isEmpty()) {
+        QSKIP("needs gio (libglib2.0-bin)");
+    }
+    QFETCH(QString, name);
+    const QString programm = pfad(name);
+    const QString zeuge = pfad(u"zeuge"_s);
+    anlegen(programm, "#!/bin/sh\nprintf '%s\\0' \"$0\" \"$@\" > \"$ZEUGE.neu\"\n"
+                      "mv \"$ZEUGE.neu\" \"$ZEUGE\"\n");
+    QVERIFY(
+        QFile::setPermissions(programm, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    XdgAnmeldestart(programm, pfad(u"autostart"_s)).setzen(true);
+
+    QProcess sitzung;
+    auto umgebung = QProcessEnvironment::systemEnvironment();
+    umgebung.insert(u"ZEUGE"_s, zeuge);
+    umgebung.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"disabled:"_s);
+    sitzung.setProcessEnvironment(umgebung);
+    sitzung.start(gio, {u"launch"_s, pfad(u"autostart/de.kalvaro.kalvaro.desktop"_s)});
+    QVERIFY(sitzung.waitForFinished());
+    QCOMPARE(sitzung.exitCode(), 0);
+    QTRY_VERIFY(QFile::exists(zeuge));
+    QCOMPARE(inhalt(zeuge), QFile::encodeName(programm) + '\0' + "--hintergrund" + '\0');
+}
+
+void TestAnmeldestart::agentLiestSichByteFuerByte()
+{
+    LaunchAgent agent(u"/Users/ich/Böse <Apps> & \"mehr\"/kalvaro"_s, ordner->path());
+    agent.setzen(true);
+    QVERIFY(agent.an());
+    const QByteArray bytes = inhalt(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s));
+    const Liste liste = lesen(bytes);
+    QVERIFY(liste);
+    QCOMPARE(plist_get_node_type(liste.get()), PLIST_DICT);
+    QCOMPARE(plist_dict_get_size(liste.get()), 5U);
+    QCOMPARE(text(plist_dict_get_item(liste.get(), "Label")), u"de.kalvaro.kalvaro"_s);
+    const plist_t argumente = plist_dict_get_item(liste.get(), "ProgramArguments");
+    QCOMPARE(plist_array_get_size(argumente), 2U);
+    QCOMPARE(text(plist_array_get_item(argumente, 0)),
+             u"/Users/ich/Böse <Apps> & \"mehr\"/kalvaro"_s);
+    QCOMPARE(text(plist_array_get_item(argumente, 1)), u"--hintergrund"_s);
+    QVERIFY(plist_bool_val_is_true(plist_dict_get_item(liste.get(), "RunAtLoad")));
+    QCOMPARE(text(plist_dict_get_item(liste.get(), "ProcessType")), u"Interactive"_s);
+    QCOMPARE(text(plist_dict_get_item(liste.get(), "LimitLoadToSessionType")), u"Aqua"_s);
+
+    char *xml = nullptr;
+    uint32_t laenge = 0;
+    plist_to_xml(liste.get(), &xml, &laenge);
+    QCOMPARE(bytes, QByteArray(xml, static_cast<qsizetype>(laenge)));
+    plist_to_xml_free(xml);
+}
+
+void TestAnmeldestart::agentOhneBekanntenPfad()
+{
+    LaunchAgent(QString(), ordner->path()).setzen(true);
+    const Liste liste = lesen(inhalt(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s)));
+    QCOMPARE(text(plist_array_get_item(plist_dict_get_item(liste.get(), "ProgramArguments"), 0)),
+             u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s);
+}
+
+QTEST_GUILESS_MAIN(TestAnmeldestart)
+#include "tst_anmeldestart.moc"

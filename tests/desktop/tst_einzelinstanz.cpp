@@ -1,0 +1,349 @@
+#include "desktop/testbus.h"
+#include "doubles/datenordner.h"
+#include "platform/linux/dbusverbindung.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QStandardPaths>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+#include <sys/stat.h>
+#include <vector>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// One start of the program.
+class Start
+{
+public:
+    Start(const QProcessEnvironment &umgebung, const QStringList &argumente)
+    {
+        programm.setProcessEnvironment(umgebung);
+        programm.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        anTestBinden(programm);
+        programm.start(QStringLiteral(PROBE), argumente);
+    }
+
+    ~Start()
+    {
+        programm.closeWriteChannel();
+        programm.waitForFinished();
+    }
+
+    Start(const Start &) = delete;
+    Start &operator=(const Start &) = delete;
+
+    [[nodiscard]] QStringList zeilen()
+    {
+        gelesen += programm.readAllStandardOutput();
+        return QString::fromUtf8(gelesen).split(u'\n', Qt::SkipEmptyParts);
+    }
+
+    [[nodiscard]] bool zuEnde() const { return programm.state() == QProcess::NotRunning; }
+    [[nodiscard]] int ergebnis() const { return programm.exitCode(); }
+    void schreiben() { programm.write("los\n"); }
+    void signal(int nummer) { ::kill(static_cast<pid_t>(programm.processId()), nummer); }
+
+private:
+    QProcess programm;
+    QByteArray gelesen;
+};
+
+} // namespace
+
+class TestEinzelinstanz : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void derZweiteLaesstDenErstenOeffnen_data() { wege(); }
+    void derZweiteLaesstDenErstenOeffnen();
+    void leiseEndetOhneZuOeffnen_data() { wege(); }
+    void leiseEndetOhneZuOeffnen();
+    void nachAbsturzIstDerNaechsteDerErste_data() { wege(); }
+    void nachAbsturzIstDerNaechsteDerErste();
+    void vieleZugleichErgebenEinen_data() { wege(); }
+    void vieleZugleichErgebenEinen();
+    void eineFrueheBitteGehtNichtVerloren_data() { wege(); }
+    void eineFrueheBitteGehtNichtVerloren();
+    void einErsterDerHaengtHaeltDenZweitenNichtAuf_data() { wege(); }
+    void einErsterDerHaengtHaeltDenZweitenNichtAuf();
+
+    void derDesktopOeffnet_data();
+    void derDesktopOeffnet();
+    void gapplicationOeffnet();
+    void einTokenOhneMassGiltNicht();
+    void ohneLaufzeitordnerLiegtDieSperreBeiDenDaten();
+    void einLangerPfadGenuegt();
+    void ohneBeschreibbarenOrdnerLaeuftEsTrotzdem();
+    void einHaengenderBusHaeltNichtAuf();
+    void einBusWirdNieGestartet();
+
+private:
+    static void wege();
+    [[nodiscard]] std::unique_ptr<Start> start(const QStringList &argumente = {},
+                                               const QByteArray &marke = {},
+                                               const QByteArray &kennung = {}) const;
+    [[nodiscard]] int rufen(const QString &programm, const QStringList &argumente) const;
+    void ohneBus();
+
+    Datenordner daten;
+    std::unique_ptr<Testbus> bus;
+    std::unique_ptr<QTemporaryDir> laufzeit;
+    QProcessEnvironment umgebung;
+};
+
+void TestEinzelinstanz::initTestCase()
+{
+    if (!Testbus::vorhanden()) {
+        QSKIP("needs dbus-daemon");
+    }
+}
+
+void TestEinzelinstanz::init()
+{
+    daten.leeren();
+    bus = std::make_unique<Testbus>();
+    laufzeit = std::make_unique<QTemporaryDir>();
+    umgebung = QProcessEnvironment::systemEnvironment();
+    umgebung.insert(u"XDG_RUNTIME_DIR"_s, laufzeit->path());
+    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus->adresse());
+    if (QLatin1String(QTest::currentDataTag()) == "without a bus"_L1) {
+        ohneBus();
+    }
+}
+
+void TestEinzelinstanz::wege()
+{
+    QTest::addColumn<bool>("leer");
+    QTest::newRow("over the bus") << true;
+    QTest::newRow("without a bus") << true;
+}
+
+void TestEinzelinstanz::ohneBus()
+{
+    umgebung.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
+}
+
+std::unique_ptr<Start> TestEinzelinstanz::start(const QStringList &argumente,
+                                                const QByteArray &marke,
+                                                const QByteArray &kennung) const
+{
+    QProcessEnvironment mit = umgebung;
+    mit.insert(u"XDG_ACTIVATION_TOKEN"_s, QString::fromUtf8(marke));
+    mit.insert(u"DESKTOP_STARTUP_ID"_s, QString::fromUtf8(kennung));
+    return std::make_unique<Start>(mit, argumente);
+}
+
+int TestEinzelinstanz::rufen(const QString &programm, const QStringList &argumente) const
+{
+    QProcess werkzeug;
+    werkzeug.setProcessEnvironment(umgebung);
+    werkzeug.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    werkzeug.start(programm, argumente);
+    werkzeug.waitForFinished();
+    return werkzeug.exitCode();
+}
+
+void TestEinzelinstanz::derZweiteLaesstDenErstenOeffnen()
+{
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    const auto zweiter = start({}, "marke-1", "kennung_TIME7");
+    QTRY_VERIFY(zweiter->zuEnde());
+    QCOMPARE(zweiter->zeilen(), QStringList(u"zweite"_s));
+    QCOMPARE(zweiter->ergebnis(), 0);
+    QTRY_COMPARE(erster->zeilen(), QStringList({u"erste"_s, u"oeffnen marke-1 kennung_TIME7"_s}));
+    const auto dritter = start();
+    QTRY_VERIFY(dritter->zuEnde());
+    QTRY_COMPARE(erster->zeilen().value(2), u"oeffnen  "_s); // the earlier token is gone again
+}
+
+void TestEinzelinstanz::leiseEndetOhneZuOeffnen()
+{
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen().size(), 1);
+    const auto leiser = start({u"--leise"_s}, "leise");
+    QTRY_VERIFY(leiser->zuEnde());
+    QCOMPARE(leiser->zeilen(), QStringList(u"zweite"_s));
+    QCOMPARE(leiser->ergebnis(), 0);
+    const auto lauter = start({}, "laut");
+    QTRY_COMPARE(erster->zeilen(), QStringList({u"erste"_s, u"oeffnen laut "_s}));
+}
+
+void TestEinzelinstanz::nachAbsturzIstDerNaechsteDerErste()
+{
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    erster->signal(SIGKILL);
+    QTRY_VERIFY(erster->zuEnde());
+    const auto naechster = start();
+    QTRY_COMPARE(naechster->zeilen(), QStringList(u"erste"_s));
+    const auto zweiter = start({}, "x");
+    QTRY_COMPARE(naechster->zeilen().value(1), u"oeffnen x "_s);
+}
+
+void TestEinzelinstanz::vieleZugleichErgebenEinen()
+{
+    std::vector<std::unique_ptr<Start>> starts;
+    for (int i = 0; i < 8; ++i) {
+        starts.push_back(start({u"--leise"_s}));
+    }
+    QStringList worte;
+    for (const auto &einer : starts) {
+        QTRY_VERIFY(!einer->zeilen().isEmpty());
+        worte += einer->zeilen().first();
+    }
+    QCOMPARE(worte.count(u"erste"_s), 1);
+    QCOMPARE(worte.count(u"zweite"_s), 7);
+}
+
+void TestEinzelinstanz::eineFrueheBitteGehtNichtVerloren()
+{
+    const auto erster = start({u"--spaet"_s});
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    const auto zweiter = start({}, "frueh");
+    QTRY_VERIFY(zweiter->zuEnde());
+    erster->schreiben();
+    QTRY_COMPARE(erster->zeilen(), QStringList({u"erste"_s, u"oeffnen frueh "_s}));
+}
+
+void TestEinzelinstanz::einErsterDerHaengtHaeltDenZweitenNichtAuf()
+{
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    erster->signal(SIGSTOP);
+    QElapsedTimer dauer;
+    dauer.start();
+    const auto zweiter = start({}, "spaet");
+    QTRY_VERIFY(zweiter->zuEnde());
+    QVERIFY(dauer.elapsed() < 4000);
+    QCOMPARE(zweiter->zeilen(), QStringList(u"zweite"_s));
+    erster->signal(SIGCONT);
+    QTRY_COMPARE(erster->zeilen().value(1), u"oeffnen spaet "_s);
+}
+
+void TestEinzelinstanz::derDesktopOeffnet_data()
+{
+    QTest::addColumn<QStringList>("ruf");
+    const QString daten1 = u"{'activation-token': <'t'>, 'desktop-startup-id': <'s'>}"_s;
+    QTest::newRow("Activate") << QStringList({u"Activate"_s, daten1});
+    QTest::newRow("Open") << QStringList({u"Open"_s, u"['file:///x']"_s, daten1});
+    QTest::newRow("ActivateAction")
+        << QStringList({u"ActivateAction"_s, u"etwas"_s, u"[<'wert'>]"_s, daten1});
+}
+
+void TestEinzelinstanz::derDesktopOeffnet()
+{
+    if (QStandardPaths::findExecutable(u"gdbus"_s).isEmpty()) {
+        QSKIP("needs gdbus (libglib2.0-bin)");
+    }
+    QFETCH(QStringList, ruf);
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    ruf[0].prepend(u"org.freedesktop.Application."_s);
+    const QStringList ziel = {
+        u"call"_s,          u"--session"_s,           u"--dest"_s,  u"de.kalvaro.kalvaro"_s,
+        u"--object-path"_s, u"/de/kalvaro/kalvaro"_s, u"--method"_s};
+    QCOMPARE(rufen(u"gdbus"_s, ziel + ruf), 0);
+    QTRY_COMPARE(erster->zeilen().value(1), u"oeffnen t s"_s);
+}
+
+void TestEinzelinstanz::gapplicationOeffnet()
+{
+    if (QStandardPaths::findExecutable(u"gapplication"_s).isEmpty()) {
+        QSKIP("needs gapplication (libglib2.0-bin)");
+    }
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    QCOMPARE(rufen(u"gapplication"_s, {u"launch"_s, u"de.kalvaro.kalvaro"_s}), 0);
+    QTRY_COMPARE(erster->zeilen().size(), 2);
+}
+
+void TestEinzelinstanz::einTokenOhneMassGiltNicht()
+{
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    const auto zweiter = start({}, QByteArray(5000, 'x'));
+    QTRY_COMPARE(erster->zeilen().value(1), u"oeffnen  "_s);
+}
+
+void TestEinzelinstanz::ohneLaufzeitordnerLiegtDieSperreBeiDenDaten()
+{
+    ohneBus();
+    umgebung.remove(u"XDG_RUNTIME_DIR"_s);
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    QVERIFY(QDir(qEnvironmentVariable("XDG_DATA_HOME") + u"/kalvaro"_s)
+                .exists(u"de.kalvaro.kalvaro.lock"_s));
+    const auto zweiter = start({}, "m");
+    QTRY_COMPARE(erster->zeilen().value(1), u"oeffnen m "_s);
+}
+
+void TestEinzelinstanz::einLangerPfadGenuegt()
+{
+    ohneBus();
+    const QString lang = laufzeit->filePath(QString(200, u'x'));
+    QVERIFY(QDir().mkpath(lang));
+    umgebung.insert(u"XDG_RUNTIME_DIR"_s, lang);
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    const auto zweiter = start({}, "m");
+    QTRY_COMPARE(erster->zeilen().value(1), u"oeffnen m "_s);
+    struct stat art = {};
+    QCOMPARE(::stat(QFile::encodeName(lang + u"/de.kalvaro.kalvaro.socket"_s).constData(), &art),
+             0);
+    QCOMPARE(art.st_mode & 0777U, 0700U);
+}
+
+void TestEinzelinstanz::ohneBeschreibbarenOrdnerLaeuftEsTrotzdem()
+{
+    ohneBus();
+    umgebung.remove(u"XDG_RUNTIME_DIR"_s);
+    umgebung.insert(u"XDG_DATA_HOME"_s, u"/proc/hier/nicht"_s);
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+}
+
+void TestEinzelinstanz::einHaengenderBusHaeltNichtAuf()
+{
+    bus->anhalten();
+    QElapsedTimer dauer;
+    dauer.start();
+    QVERIFY(!busAntwortet(bus->adresse(), std::chrono::milliseconds(50)));
+    QVERIFY(dauer.elapsed() < 2000);
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    QVERIFY(QFile::exists(laufzeit->filePath(u"de.kalvaro.kalvaro.lock"_s)));
+    bus->fortsetzen();
+    QVERIFY(busAntwortet(bus->adresse()));
+}
+
+// With a display and no bus, libdbus would have dbus-launch start one.
+void TestEinzelinstanz::einBusWirdNieGestartet()
+{
+    ohneBus();
+    const QString falle = laufzeit->filePath(u"dbus-launch"_s);
+    QFile datei(falle);
+    QVERIFY(datei.open(QIODevice::WriteOnly));
+    datei.write("#!/bin/sh\ntouch \"$0.gerufen\"\n");
+    datei.close();
+    QVERIFY(datei.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    umgebung.insert(u"PATH"_s, laufzeit->path() + u':' + umgebung.value(u"PATH"_s));
+    umgebung.insert(u"DISPLAY"_s, u":4711"_s);
+    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"autolaunch:"_s);
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    QVERIFY(!QFile::exists(falle + u".gerufen"_s));
+}
+
+QTEST_GUILESS_MAIN(TestEinzelinstanz)
+#include "tst_einzelinstanz.moc"

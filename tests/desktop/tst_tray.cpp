@@ -1,0 +1,180 @@
+#include "desktop/statushost.h"
+#include "desktop/testbus.h"
+#include "doubles/testuhr.h"
+#include "platform/linux/traysymbol.h"
+#include "platform/linux/traywache.h"
+#include "ui/symbole.h"
+
+#include <QDBusConnectionInterface>
+#include <QIcon>
+#include <QImage>
+#include <QPixmap>
+#include <QTest>
+
+#include <memory>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+class TestTray : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void einHostVonAnfangAnWirdGefunden();
+    void einHostNachDreissigSekundenWirdGefunden();
+    void einHostWirdNurEinmalGemeldet();
+    void einWaechterOhneObjektWirdNochmalsGefragt();
+    void einWaechterDerNieAntwortetWirdInRuheGelassen();
+    void ohneHostUndOhneBusWartetNichts();
+    void dasSymbolIstScharf_data();
+    void dasSymbolIstScharf();
+    void einUnbekanntesSymbolIstLeer();
+
+private:
+    void wachen();
+
+    Testuhr uhr;
+    std::unique_ptr<Testbus> bus;
+    std::unique_ptr<XEmbedtray> xembed;
+    std::unique_ptr<Statushost> host;
+    std::unique_ptr<Traywache> wache;
+    QList<Trayart> gefunden;
+};
+
+void TestTray::init()
+{
+    gefunden.clear();
+    xembed = std::make_unique<XEmbedtray>();
+    if (Testbus::vorhanden()) {
+        bus = std::make_unique<Testbus>();
+    }
+}
+
+void TestTray::cleanup()
+{
+    wache.reset();
+    host.reset();
+    bus.reset();
+}
+
+void TestTray::wachen()
+{
+    if (!bus) {
+        QSKIP("needs dbus-daemon");
+    }
+    wache = std::make_unique<Traywache>(uhr, bus->verbindung(), *xembed,
+                                        [this](Trayart art) { gefunden.append(art); });
+}
+
+void TestTray::einHostVonAnfangAnWirdGefunden()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    wachen();
+    QTRY_COMPARE(gefunden, QList<Trayart>({Trayart::StatusNotifier}));
+}
+
+void TestTray::einHostNachDreissigSekundenWirdGefunden()
+{
+    wachen();
+    uhr.vor(Sekunden(30));
+    QVERIFY(gefunden.isEmpty());
+    host = std::make_unique<Statushost>(bus->verbindung());
+    QTRY_COMPARE(gefunden, QList<Trayart>({Trayart::StatusNotifier}));
+}
+
+void TestTray::einHostWirdNurEinmalGemeldet()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    wachen();
+    QTRY_COMPARE(gefunden.size(), 1);
+    host->hostAnmelden();
+    host.reset();
+    host = std::make_unique<Statushost>(bus->verbindung());
+    const QDBusConnection frage = bus->verbindung();
+    QTRY_VERIFY(frage.interface()->isServiceRegistered(u"org.kde.StatusNotifierWatcher"_s));
+    uhr.vor(Sekunden(10));
+    QCOMPARE(gefunden.size(), 1);
+}
+
+void TestTray::einWaechterOhneObjektWirdNochmalsGefragt()
+{
+    QDBusConnection frueh = bus->verbindung();
+    QVERIFY(frueh.registerService(u"org.kde.StatusNotifierWatcher"_s));
+    wachen();
+    QTRY_COMPARE(uhr.offen(), 1);
+    QVERIFY(frueh.unregisterService(u"org.kde.StatusNotifierWatcher"_s));
+    host = std::make_unique<Statushost>(frueh);
+    uhr.vor(Sekunden(1));
+    QTRY_COMPARE(gefunden, QList<Trayart>({Trayart::StatusNotifier}));
+}
+
+void TestTray::einWaechterDerNieAntwortetWirdInRuheGelassen()
+{
+    QDBusConnection leer = bus->verbindung();
+    QVERIFY(leer.registerService(u"org.kde.StatusNotifierWatcher"_s));
+    wachen();
+    for (int i = 0; i < 4; ++i) {
+        QTRY_COMPARE(uhr.offen(), 1);
+        uhr.vor(Sekunden(1));
+    }
+    QTRY_COMPARE(uhr.offen(), 0);
+    QVERIFY(gefunden.isEmpty());
+}
+
+void TestTray::ohneHostUndOhneBusWartetNichts()
+{
+    const Traywache ohne(uhr, QDBusConnection(u"gibt es nicht"_s), *xembed,
+                         [this](Trayart art) { gefunden.append(art); });
+    QCOMPARE(uhr.offen(), 0);
+    uhr.vor(Sekunden(60));
+    QVERIFY(gefunden.isEmpty());
+}
+
+void TestTray::dasSymbolIstScharf_data()
+{
+    QTest::addColumn<int>("groesse");
+    QTest::addColumn<double>("faktor");
+    for (const int groesse : {22, 24, 32, 48, 64}) {
+        for (const double faktor : {1.0, 2.0}) {
+            QTest::addRow("%d at %gx", groesse, faktor) << groesse << faktor;
+        }
+    }
+}
+
+void TestTray::dasSymbolIstScharf()
+{
+    QFETCH(int, groesse);
+    QFETCH(double, faktor);
+    const QColor farbe(0x12, 0x34, 0x56);
+    const QIcon symbol = traysymbol(u"exclamationmark.icloud.fill"_s, farbe, {});
+    const QPixmap bild = symbol.pixmap(QSize(groesse, groesse), faktor);
+    QCOMPARE(bild.size(), QSize(groesse, groesse) * faktor);
+    QCOMPARE(bild.devicePixelRatio(), faktor);
+    const QImage pixel = bild.toImage().convertToFormat(QImage::Format_ARGB32);
+    QCOMPARE(pixel, symbolbild(u"exclamationmark.icloud.fill"_s, groesse, farbe, faktor)
+                        .toImage()
+                        .convertToFormat(QImage::Format_ARGB32));
+    int deckend = 0;
+    for (int y = 0; y < pixel.height(); ++y) {
+        for (int x = 0; x < pixel.width(); ++x) {
+            if (qAlpha(pixel.pixel(x, y)) == 255) {
+                QCOMPARE(pixel.pixel(x, y), farbe.rgba());
+                ++deckend;
+            }
+        }
+    }
+    QVERIFY(deckend > 0);
+}
+
+void TestTray::einUnbekanntesSymbolIstLeer()
+{
+    QVERIFY(traysymbol(u"gibt.es.nicht"_s, Qt::black, {}).pixmap(22, 22).isNull());
+    QCOMPARE(symbolImThema(u"gibt.es.nicht"_s), QString());
+}
+
+QTEST_MAIN(TestTray)
+#include "tst_tray.moc"

@@ -1,0 +1,83 @@
+#include "platform/linux/linuxarbeitsplatz.h"
+
+#include <QDesktopServices>
+#include <QTest>
+#include <QUrl>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+// Stands in for the browser.
+class Browser : public QObject
+{
+    Q_OBJECT
+
+public:
+    Browser()
+    {
+        for (const QString &schema : schemata) {
+            QDesktopServices::setUrlHandler(schema, this, "oeffnen");
+        }
+    }
+
+    ~Browser() override
+    {
+        for (const QString &schema : schemata) {
+            QDesktopServices::unsetUrlHandler(schema);
+        }
+    }
+
+    Browser(const Browser &) = delete;
+    Browser &operator=(const Browser &) = delete;
+
+    Q_INVOKABLE void oeffnen(const QUrl &url) { adressen.append(url); }
+
+    QList<QUrl> adressen;
+
+private:
+    const QStringList schemata{u"http"_s, u"https"_s, u"file"_s, u"mailto"_s, u"javascript"_s};
+};
+
+class TstOeffnen : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void oeffnet_data();
+    void oeffnet();
+};
+
+void TstOeffnen::oeffnet_data()
+{
+    QTest::addColumn<QUrl>("adresse");
+    QTest::addColumn<bool>("geoeffnet");
+    const auto fall = [](const char *adresse, bool geoeffnet) {
+        QTest::newRow(adresse) << QUrl(QString::fromUtf8(adresse)) << geoeffnet;
+    };
+    fall("https://example.org/a?b=c&d#e", true);
+    fall("http://example.org", true);
+    fall("HTTPS://example.org", true);
+    fall("", false);
+    fall("example.org", false);
+    fall("file:///etc/passwd", false);
+    fall("mailto:a@example.org", false);
+    fall("javascript:alert(1)", false);
+    fall("https://[kaputt", false);
+}
+
+void TstOeffnen::oeffnet()
+{
+    QFETCH(const QUrl, adresse);
+    QFETCH(const bool, geoeffnet);
+    const Browser browser;
+    const QUrl letzte(u"https://example.org/letzte"_s);
+    LinuxArbeitsplatz arbeitsplatz;
+    arbeitsplatz.oeffnen(adresse);
+    arbeitsplatz.oeffnen(letzte);
+    QCOMPARE(browser.adressen, QList<QUrl>()); // not before the click is over
+    QTRY_VERIFY(browser.adressen.contains(letzte));
+    QCOMPARE(browser.adressen, geoeffnet ? QList<QUrl>({adresse, letzte}) : QList<QUrl>{letzte});
+}
+
+QTEST_GUILESS_MAIN(TstOeffnen)
+#include "tst_oeffnen.moc"
