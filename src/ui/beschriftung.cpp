@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTextLayout>
 
 #include <cmath>
@@ -18,6 +19,30 @@ namespace {
 constexpr qsizetype meisteZeichen = 4000;
 constexpr qsizetype meisteHinweiszeichen = 2000;
 constexpr int meisteZeilen = 12;
+
+// `inhalt` with blanks that no line may break at: before a unit, and between two middle dots, so
+// that what belongs together moves to the next line together.
+QString zusammengehalten(QString inhalt)
+{
+    static const QRegularExpression vorEinheit(u"(?<=\\d) (?=(?:s|GB)\\b)"_s);
+    static const QString punkt = u"   ·   "_s;
+    inhalt.replace(vorEinheit, QString(QChar::Nbsp));
+    if (inhalt.contains(punkt)) {
+        QStringList stuecke = inhalt.split(punkt);
+        for (QString &stueck : stuecke) {
+            stueck.replace(u' ', QChar::Nbsp);
+        }
+        inhalt = stuecke.join(QString(3, QChar::Nbsp) + u"·   "_s);
+    }
+    return inhalt;
+}
+
+// A line without the middle dot that would have parted it from the next one.
+QString ohnePunkt(const QString &zeile)
+{
+    const QString kurz = zeile.trimmed();
+    return kurz.endsWith(u'·') ? kurz.chopped(1).trimmed() : zeile;
+}
 
 } // namespace
 
@@ -111,28 +136,50 @@ double Beschriftung::zeilenabstand() const
     return std::max(zeilenhoehe, QFontMetricsF(font()).height());
 }
 
+// Sizes come in steps on most screens, so the width is measured again for each.
 QFont Beschriftung::satzschrift(const QString &inhalt, double breite) const
 {
-    QFont schrift = font();
-    const double noetig = QFontMetricsF(schrift).horizontalAdvance(inhalt);
-    if (noetig > breite && noetig * schrumpfen <= breite) {
-        // A hair less, so that rounding does not break the line after all.
-        schrift.setPointSizeF(schrift.pointSizeF() * breite / noetig * 0.998);
+    constexpr double schritt = 0.01;
+    const double noetig = QFontMetricsF(font()).horizontalAdvance(inhalt);
+    if (noetig <= breite) {
+        return font();
     }
-    return schrift;
+    QFont schrift = font();
+    if (schrumpfen < 1) {
+        // Letters a hair closer together are less conspicuous than smaller ones.
+        for (const double laufweite : {99.0, 98.0, 97.0, 96.0}) {
+            schrift.setLetterSpacing(QFont::PercentageSpacing, laufweite);
+            if (QFontMetricsF(schrift).horizontalAdvance(inhalt) <= breite) {
+                return schrift;
+            }
+        }
+        schrift = font();
+    }
+    for (double f = breite / noetig; f >= schrumpfen; f -= schritt) {
+        schrift.setPointSizeF(font().pointSizeF() * f);
+        if (QFontMetricsF(schrift).horizontalAdvance(inhalt) <= breite) {
+            return schrift;
+        }
+    }
+    return font();
+}
+
+// The text as it goes into lines.
+QString Beschriftung::satztext() const
+{
+    QString inhalt = text().left(meisteZeichen);
+    inhalt.replace(u"\r\n"_s, u"\n"_s);
+    if (!umbruch) {
+        return inhalt.replace(u'\n', u' ');
+    }
+    return zusammengehalten(inhalt.replace(u'\n', QChar::LineSeparator));
 }
 
 // Breaks the text into lines of at most `breite`.
 Beschriftung::Satz Beschriftung::setzen(double breite) const
 {
     Satz satz;
-    QString inhalt = text().left(meisteZeichen);
-    inhalt.replace(u"\r\n"_s, u"\n"_s);
-    if (umbruch) {
-        inhalt.replace(u'\n', QChar::LineSeparator);
-    } else {
-        inhalt.replace(u'\n', u' ');
-    }
+    const QString inhalt = satztext();
     satz.gekuerzt = text().size() > meisteZeichen;
 
     satz.schrift = satzschrift(inhalt, breite);
@@ -154,7 +201,8 @@ Beschriftung::Satz Beschriftung::setzen(double breite) const
                              Qt::ElideRight, breite);
             satz.gekuerzt = true;
         }
-        satz.zeilen.append(stueck.remove(QChar::LineSeparator));
+        stueck.remove(QChar::LineSeparator);
+        satz.zeilen.append(mehr && !letzte ? ohnePunkt(stueck) : stueck);
         satz.breite = std::max(satz.breite, std::min(zeile.naturalTextWidth(), breite));
         if (letzte) {
             break;
@@ -189,15 +237,14 @@ void Beschriftung::changeEvent(QEvent *event)
 
 void Beschriftung::paintEvent(QPaintEvent *)
 {
-    constexpr double lesbarerKontrast = 4.5;
-    constexpr double grosserKontrast = 3;
     constexpr int grosseSchrift = 17;
 
     QPainter maler(this);
     QColor stift = farbe();
     if (grund.isValid()) {
         const bool gross = QFontInfo(font()).pixelSize() >= grosseSchrift;
-        stift = Farbe::lesbar(stift, grund, gross ? grosserKontrast : lesbarerKontrast);
+        stift =
+            Farbe::lesbar(stift, grund, gross ? Farbe::grosserKontrast : Farbe::lesbarerKontrast);
     }
     maler.setPen(stift);
     const double breite = umbruch ? std::min(width(), *umbruch) : width();
@@ -231,7 +278,7 @@ QString alsHinweis(const QString &inhalt)
 {
     const bool lang = inhalt.size() > meisteHinweiszeichen;
     const QString kurz = inhalt.left(meisteHinweiszeichen) + (lang ? u"…"_s : QString());
-    return Qt::convertFromPlainText(kurz);
+    return u"<p style='white-space:pre-wrap'>"_s + kurz.toHtmlEscaped() + u"</p>"_s;
 }
 
 } // namespace kalvaro

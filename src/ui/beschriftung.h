@@ -26,13 +26,15 @@ public:
     void setFarbe(Farbton ton);
     [[nodiscard]] QColor farbe() const;
 
-    // Wraps lines, at most `breite` wide, into at most `zeilen` lines.
+    // Wraps lines, at most `breite` wide, into at most `zeilen` lines. A number stays with its unit
+    // and what stands between two middle dots stays together.
     void setUmbruch(int breite, int zeilen);
 
     // The distance of lines in logical pixels; 0 for that of the font.
     void setZeilenhoehe(double hoehe);
 
-    // Lets the font shrink to `faktor` of its size where that saves a second line.
+    // Lets the text close up a little, then the font shrink to `faktor` of its size where that
+    // saves a second line.
     void setSchrumpfen(double faktor);
 
     // The opaque colour behind the label, where its text must stay readable on it.
@@ -57,6 +59,7 @@ private:
         bool gekuerzt = false;
     };
 
+    [[nodiscard]] QString satztext() const;
     [[nodiscard]] Satz setzen(double breite) const;
     [[nodiscard]] QFont satzschrift(const QString &inhalt, double breite) const;
     [[nodiscard]] double zeilenabstand() const;

@@ -96,9 +96,15 @@ QColor flaeche(const QPalette &palette)
     return palette.color(QPalette::Base);
 }
 
+// Many desktops have a Midlight that cannot be told from the card.
 QColor haarlinie(const QPalette &palette)
 {
-    return palette.color(QPalette::Midlight);
+    constexpr double sichtbar = 1.15;
+    constexpr double anteil = 0.11;
+    const QColor linie = palette.color(QPalette::Midlight);
+    return kontrast(linie, flaeche(palette)) >= sichtbar
+               ? linie
+               : mischen(flaeche(palette), schrift(palette), anteil);
 }
 
 QColor schrift(const QPalette &palette)
@@ -108,7 +114,8 @@ QColor schrift(const QPalette &palette)
 
 QColor sekundaer(const QPalette &palette)
 {
-    return palette.color(QPalette::PlaceholderText);
+    // Opaque: most desktops have a translucent one, which cannot be measured against a ground.
+    return ueber(palette.color(QPalette::PlaceholderText), flaeche(palette));
 }
 
 QColor tertiaer(const QPalette &palette)
@@ -128,7 +135,8 @@ QColor akzentSchrift(const QPalette &palette)
 
 QColor verweis(const QPalette &palette)
 {
-    return palette.color(QPalette::Link);
+    // A dark desktop may well have kept the dark blue of a light one.
+    return lesbar(palette.color(QPalette::Link), fenster(palette), lesbarerKontrast);
 }
 
 QColor durchsichtig(const QPalette &)

@@ -47,6 +47,10 @@ namespace Farbe {
 // `oben`, with its alpha, laid over the opaque colour `unten`.
 [[nodiscard]] QColor ueber(const QColor &oben, const QColor &unten);
 
+// What texts need on their ground, and what those of 17 pixels and more need.
+constexpr double lesbarerKontrast = 4.5;
+constexpr double grosserKontrast = 3;
+
 // Contrast of two opaque colours from 1 to 21 (WCAG 2.1, "contrast ratio").
 [[nodiscard]] double kontrast(const QColor &a, const QColor &b);
 

@@ -9,7 +9,9 @@ using namespace Qt::StringLiterals;
 
 QMessageBox *hinweisfenster(const QString &meldung, const QString &erklaerung, QWidget *parent)
 {
-    QWidget *const sichtbar = parent != nullptr && parent->isVisible() ? parent : nullptr;
+    // Desktops hide the dialogues of a minimised window with it.
+    const bool gesehen = parent != nullptr && parent->isVisible() && !parent->isMinimized();
+    QWidget *const sichtbar = gesehen ? parent : nullptr;
     auto *const fenster = new QMessageBox(sichtbar);
     fenster->setAttribute(Qt::WA_DeleteOnClose);
     fenster->setWindowTitle(u"kalvaro"_s);

@@ -8,7 +8,7 @@ class QWidget;
 namespace kalvaro {
 
 // A modal alert with one confirming button that shows both texts literally. Not shown yet: call
-// open(). Deletes itself when it is closed. Centred on `parent` where that is visible.
+// open(). Deletes itself when it is closed. Belongs to `parent` where that can be seen.
 [[nodiscard]] QMessageBox *hinweisfenster(const QString &meldung, const QString &erklaerung,
                                           QWidget *parent = nullptr);
 

@@ -72,6 +72,15 @@ void Karte::schattenMalen(QPainter &maler, const QRectF &flaeche)
     }
 }
 
+void Karte::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        wechsel.stop(); // towards a colour of the former appearance
+        update();
+    }
+}
+
 void Karte::paintEvent(QPaintEvent *)
 {
     const bool laufend = wechsel.state() == QAbstractAnimation::Running;

@@ -29,6 +29,7 @@ public:
     static void schattenMalen(QPainter &maler, const QRectF &flaeche);
 
 protected:
+    void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -37,9 +37,16 @@ QString knopftext(const QString &titel)
     return QString(titel).replace(u'&', u"&&"_s);
 }
 
-Verweis::Verweis(const QString &titel, QWidget *parent)
-    : Tastaturknopf(knopftext(titel), parent)
+void titelSetzen(QAbstractButton &knopf, const QString &titel)
 {
+    knopf.setText(knopftext(titel));
+    knopf.setAccessibleName(titel);
+}
+
+Verweis::Verweis(const QString &titel, QWidget *parent)
+    : Tastaturknopf(parent)
+{
+    titelSetzen(*this, titel);
     setFlat(true);
     setAutoDefault(false);
     setFont(systemschrift(12.5));
@@ -80,8 +87,9 @@ void Verweis::keyPressEvent(QKeyEvent *event)
 }
 
 Startknopf::Startknopf(const QString &titel, QWidget *parent)
-    : Tastaturknopf(knopftext(titel), parent)
+    : Tastaturknopf(parent)
 {
+    titelSetzen(*this, titel);
     setFont(systemschrift(13.5, QFont::DemiBold));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setCursor(Qt::PointingHandCursor);
@@ -127,8 +135,10 @@ void Startknopf::paintEvent(QPaintEvent *)
 }
 
 Haken::Haken(const QString &titel, QWidget *parent)
-    : Tastaturknopf(knopftext(titel), parent)
+    : Tastaturknopf(parent)
 {
+    setText(knopftext(titel));
+    setAccessibleName(QString(titel).replace(u'\n', u' '));
     setFont(systemschrift(13));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }

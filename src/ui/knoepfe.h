@@ -44,6 +44,9 @@ private:
 // A text as a button's title: "&" would mark a shortcut, so it is doubled.
 [[nodiscard]] QString knopftext(const QString &titel);
 
+// Gives a button its title and, literally, its accessible name.
+void titelSetzen(QAbstractButton &knopf, const QString &titel);
+
 // A button that looks like a link.
 class Verweis : public Tastaturknopf<QPushButton>
 {

@@ -1,10 +1,13 @@
 #include "ui/stil.h"
 
 #include "ui/farbe.h"
+#include "ui/stilfelder.h"
 
+#include <QAbstractScrollArea>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleOptionButton>
+#include <QStyleOptionComboBox>
 
 namespace kalvaro {
 
@@ -41,6 +44,12 @@ void knopfMalen(QPainter &maler, const QStyleOption &option)
                           knopfradius);
 }
 
+// The frame of a list, a tree or a text area; not that of a pop-up list, which is a window.
+bool istListe(const QWidget *widget)
+{
+    return qobject_cast<const QAbstractScrollArea *>(widget) != nullptr;
+}
+
 } // namespace
 
 Stil::Stil()
@@ -60,6 +69,20 @@ void Stil::drawPrimitive(PrimitiveElement element, const QStyleOption *option, Q
         break;
     case PE_PanelButtonCommand:
         knopfMalen(*maler, *option);
+        break;
+    case PE_PanelLineEdit:
+    case PE_FrameLineEdit:
+        feldMalen(*maler, *option);
+        break;
+    case PE_Frame:
+        if (istListe(widget)) {
+            listeMalen(*maler, *option);
+        } else {
+            QProxyStyle::drawPrimitive(element, option, maler, widget);
+        }
+        break;
+    case PE_IndicatorBranch:
+        klappzeichenMalen(*maler, *option);
         break;
     case PE_FrameFocusRect:
         fokusMalen(*maler, option->rect, knopfradius, option->palette);
@@ -83,6 +106,44 @@ void Stil::drawControl(ControlElement element, const QStyleOption *option, QPain
     QProxyStyle::drawControl(element, option, maler, widget);
 }
 
+void Stil::drawComplexControl(ComplexControl element, const QStyleOptionComplex *option,
+                              QPainter *maler, const QWidget *widget) const
+{
+    maler->save();
+    const auto *const auswahl = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+    const auto *const balken = qstyleoption_cast<const QStyleOptionSlider *>(option);
+    if (element == CC_ComboBox && auswahl != nullptr && !auswahl->editable) {
+        auswahlMalen(*maler, *auswahl);
+    } else if (element == CC_ScrollBar && balken != nullptr) {
+        rollbalkenMalen(*maler, *balken);
+    } else {
+        QProxyStyle::drawComplexControl(element, option, maler, widget);
+    }
+    maler->restore();
+}
+
+QRect Stil::subControlRect(ComplexControl element, const QStyleOptionComplex *option,
+                           SubControl stueck, const QWidget *widget) const
+{
+    const auto *const auswahl = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+    const auto *const balken = qstyleoption_cast<const QStyleOptionSlider *>(option);
+    if (element == CC_ComboBox && stueck == SC_ComboBoxEditField && auswahl != nullptr) {
+        return auswahltext(*auswahl);
+    }
+    if (element == CC_ScrollBar && balken != nullptr) {
+        return rollbalkenstueck(*balken, stueck);
+    }
+    return QProxyStyle::subControlRect(element, option, stueck, widget);
+}
+
+QRect Stil::subElementRect(SubElement element, const QStyleOption *option,
+                           const QWidget *widget) const
+{
+    constexpr int textrand = 7; // besides the frame and the margin that a line edit has by itself
+    const QRect platz = QProxyStyle::subElementRect(element, option, widget);
+    return element == SE_LineEditContents ? platz.adjusted(textrand, 0, -textrand, 0) : platz;
+}
+
 int Stil::pixelMetric(PixelMetric mass, const QStyleOption *option, const QWidget *widget) const
 {
     switch (mass) {
@@ -93,6 +154,10 @@ int Stil::pixelMetric(PixelMetric mass, const QStyleOption *option, const QWidge
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
         return 0;
+    case PM_ScrollBarExtent:
+        return rollbreite;
+    case PM_DefaultFrameWidth:
+        return istListe(widget) ? listenrand : QProxyStyle::pixelMetric(mass, option, widget);
     default:
         return QProxyStyle::pixelMetric(mass, option, widget);
     }

@@ -4,7 +4,8 @@
 
 namespace kalvaro {
 
-// Draws buttons and check boxes in our own manner, for a desktop that has no style of its own.
+// Draws buttons, check boxes, fields and lists in our own manner, for a desktop that has no style
+// of its own.
 class Stil final : public QProxyStyle
 {
     Q_OBJECT
@@ -16,6 +17,12 @@ public:
                        const QWidget *widget) const override;
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *maler,
                      const QWidget *widget) const override;
+    void drawComplexControl(ComplexControl element, const QStyleOptionComplex *option,
+                            QPainter *maler, const QWidget *widget) const override;
+    [[nodiscard]] QRect subControlRect(ComplexControl element, const QStyleOptionComplex *option,
+                                       SubControl stueck, const QWidget *widget) const override;
+    [[nodiscard]] QRect subElementRect(SubElement element, const QStyleOption *option,
+                                       const QWidget *widget) const override;
     [[nodiscard]] int pixelMetric(PixelMetric mass, const QStyleOption *option,
                                   const QWidget *widget) const override;
     [[nodiscard]] QSize sizeFromContents(ContentsType art, const QStyleOption *option,

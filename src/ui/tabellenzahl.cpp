@@ -43,13 +43,34 @@ QSize Tabellenzahl::sizeHint() const
             static_cast<int>(std::ceil(mass.height()))};
 }
 
+// Sizes come in steps on most screens, so the width is measured again for each.
+double Tabellenzahl::passend() const
+{
+    constexpr double kleinstes = 0.5;
+    constexpr double schritt = 0.02;
+    const double noetig = gesamtbreite(text(), QFontMetricsF(font()));
+    QFont schrift = font();
+    double anteil = std::min(1.0, width() / std::max(noetig, 1.0));
+    while (anteil > kleinstes) {
+        schrift.setPointSizeF(font().pointSizeF() * anteil);
+        if (gesamtbreite(text(), QFontMetricsF(schrift)) <= width()) {
+            return anteil;
+        }
+        anteil -= schritt;
+    }
+    return kleinstes;
+}
+
 void Tabellenzahl::paintEvent(QPaintEvent *)
 {
-    QFont schrift = font();
-    const double noetig = gesamtbreite(text(), QFontMetricsF(schrift));
-    if (noetig > width()) {
-        schrift.setPointSizeF(schrift.pointSizeF() * std::max(width() / noetig, 0.5));
+    double anteil = passend();
+    if (reihe != nullptr) {
+        for (const Tabellenzahl *nachbar : *reihe) {
+            anteil = std::min(anteil, nachbar->passend());
+        }
     }
+    QFont schrift = font();
+    schrift.setPointSizeF(schrift.pointSizeF() * anteil);
     const QFontMetricsF mass(schrift);
     QPainter maler(this);
     maler.setFont(schrift);

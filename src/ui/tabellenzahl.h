@@ -13,10 +13,20 @@ class Tabellenzahl : public Beschriftung
 public:
     explicit Tabellenzahl(const QString &inhalt = {}, QWidget *parent = nullptr);
 
+    // Figures that stand side by side: all of them shrink as far as the widest must. The list must
+    // live as long as the figure is painted.
+    void setReihe(const QList<Tabellenzahl *> *nachbarn) { reihe = nachbarn; }
+
+    // The proportion of its size at which the figure fits into its place, from 0.5 to 1.
+    [[nodiscard]] double passend() const;
+
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    const QList<Tabellenzahl *> *reihe = nullptr;
 };
 
 } // namespace kalvaro

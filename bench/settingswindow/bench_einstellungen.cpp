@@ -1,0 +1,194 @@
+// Measures the settings sheet with libraries of 1,000, 10,000 and 100,000 playlists: the answer to
+// a usable sheet, checking a folder that holds everything, filtering, scrolling, memory. Prints one
+// line each and, for the largest, the growth from the smallest: 100 means in proportion.
+#include "doubles/datenordner.h"
+#include "doubles/fakeanmeldestart.h"
+#include "doubles/scripttransport.h"
+#include "foundation/einstellungen.h"
+#include "settingswindow/baumansicht.h"
+#include "settingswindow/einstellungenfenster.h"
+#include "settingswindow/playlistenmodell.h"
+#include "ui/erscheinung.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLineEdit>
+#include <QScrollBar>
+
+#include <cstdio>
+
+#include <malloc.h>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int jeOrdner = 100;
+
+QByteArray bibliothek(int anzahl)
+{
+    QJsonArray liste{QJsonObject{{u"id"_s, u"alles"_s},
+                                 {u"uuid"_s, u"u-alles"_s},
+                                 {u"name"_s, u"Alles"_s},
+                                 {u"ordner"_s, true},
+                                 {u"eltern"_s, u"root"_s}}};
+    for (int i = 0; i < anzahl; ++i) {
+        const int nummer = i / jeOrdner;
+        const QString eltern = u"o%1"_s.arg(nummer);
+        if (i % jeOrdner == 0) {
+            liste.append(QJsonObject{{u"id"_s, eltern},
+                                     {u"uuid"_s, u"0412871e-64cf-b103-9bf8-%1"_s.arg(nummer)},
+                                     {u"name"_s, u"Ordner %1"_s.arg(nummer)},
+                                     {u"ordner"_s, true},
+                                     {u"titel"_s, 0},
+                                     {u"eltern"_s, u"alles"_s},
+                                     {u"seq"_s, nummer}});
+        }
+        liste.append(QJsonObject{{u"id"_s, QString::number(3'000'000 + i)},
+                                 {u"uuid"_s, u"6e73e372-e233-8aca-16b1-%1"_s.arg(i, 12)},
+                                 {u"name"_s, u"Playliste für Übung %1"_s.arg(i)},
+                                 {u"ordner"_s, false},
+                                 {u"titel"_s, i % 500},
+                                 {u"eltern"_s, eltern},
+                                 {u"seq"_s, i % jeOrdner}});
+    }
+    return QJsonDocument(QJsonObject{{u"playlisten"_s, liste}, {u"lokal"_s, QJsonArray{}}})
+        .toJson(QJsonDocument::Compact);
+}
+
+size_t belegt()
+{
+    malloc_trim(0);
+    return mallinfo2().uordblks + mallinfo2().hblkhd;
+}
+
+struct Messung
+{
+    double lesen = 0;      // bytes of the answer to JSON, ms
+    double bauen = 0;      // JSON to nodes, ms
+    double sichtbar = 0;   // answer to the sheet drawn, with both above, ms
+    double haken = 0;      // the root with its summary, and drawn, ms
+    double hakenOffen = 0; // the same with every folder open, ms
+    double taste = 0;      // the slowest keystroke of a filter, with drawing, ms
+    double aufklappen = 0; // all folders, with drawing, ms
+    double rollen = 0;     // one page, with drawing, ms
+    double bytes = 0;      // per playlist
+};
+
+template<typename Werk>
+double dauer(const Werk &werk)
+{
+    QElapsedTimer uhr;
+    uhr.start();
+    werk();
+    return double(uhr.nsecsElapsed()) / 1e6;
+}
+
+void zeichnen(EinstellungenFenster &fenster)
+{
+    QCoreApplication::processEvents();
+    fenster.repaint();
+    QCoreApplication::processEvents();
+}
+
+void bedienen(EinstellungenFenster &fenster, Messung &m)
+{
+    auto &baum = *fenster.findChild<Baumansicht *>();
+    auto &suchfeld = *fenster.findChild<QLineEdit *>(u"suchfeld"_s);
+    const auto anhaken = [&](Qt::CheckState zustand) {
+        return dauer([&] {
+            baum.modell().setData(baum.modell().index(0, 0), zustand, Qt::CheckStateRole);
+            zeichnen(fenster);
+        });
+    };
+    m.haken = anhaken(Qt::Checked);
+    m.aufklappen = dauer([&] {
+        baum.alleAufklappen();
+        zeichnen(fenster);
+    });
+    m.hakenOffen = anhaken(Qt::Unchecked);
+    baum.verticalScrollBar()->setValue(baum.verticalScrollBar()->maximum() / 2);
+    constexpr int seiten = 50;
+    m.rollen = dauer([&] {
+                   for (int i = 0; i < seiten; ++i) {
+                       baum.verticalScrollBar()->triggerAction(QScrollBar::SliderPageStepAdd);
+                       zeichnen(fenster);
+                   }
+               }) /
+               seiten;
+    for (const QString &wort : {u"u"_s, u"ub"_s, u"ubu"_s, u"ubun"_s, u"ubung 9"_s, u""_s}) {
+        m.taste = std::max(m.taste, dauer([&] {
+                               suchfeld.setText(wort);
+                               zeichnen(fenster);
+                           }));
+    }
+}
+
+Messung messen(int anzahl)
+{
+    const QByteArray daten = bibliothek(anzahl);
+    Messung m;
+    {
+        QJsonObject antwort;
+        m.lesen = dauer([&] { antwort = QJsonDocument::fromJson(daten).object(); });
+        m.bauen = dauer([&] { (void)baumAus(antwort); });
+    }
+    Scripttransport weg;
+    Zentrale zentrale(Konto{u"D"_s, u"d"_s, {}, {u"http://cloud"_s}}, weg);
+    Einstellungen einst;
+    FakeAnmeldestart anmeldestart;
+    EinstellungenFenster fenster({zentrale, einst, anmeldestart, {}, {}}, nullptr);
+    fenster.open();
+    weg.dann(Scripttransport::antwort(200, "{}"));
+    fenster.laden();
+    while (weg.haengend() == 0) {
+        QCoreApplication::processEvents();
+    }
+    const size_t vorher = belegt();
+    m.sichtbar = dauer([&] {
+        weg.beantworten(Scripttransport::antwort(200, daten));
+        while (!fenster.findChild<QLineEdit *>(u"suchfeld"_s)->isEnabled()) {
+            QCoreApplication::processEvents();
+        }
+        zeichnen(fenster);
+    });
+    m.bytes = double(belegt() - vorher) / anzahl;
+    bedienen(fenster, m);
+    return m;
+}
+
+void drucken(int anzahl, const Messung &m)
+{
+    std::printf("%7d playlists: parse %.1f ms, build %.1f ms, answer to sheet %.1f ms, check root "
+                "%.1f ms (all open %.1f ms), keystroke %.1f ms, open all %.1f ms, page %.2f ms, "
+                "%.0f bytes each\n",
+                anzahl, m.lesen, m.bauen, m.sichtbar, m.haken, m.hakenOffen, m.taste, m.aufklappen,
+                m.rollen, m.bytes);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication programm(argc, argv);
+    const Datenordner ordner;
+    erscheinungEinrichten(programm);
+    (void)messen(1'000); // warms fonts and code up
+
+    const Messung klein = messen(1'000);
+    drucken(1'000, klein);
+    drucken(10'000, messen(10'000));
+    const Messung gross = messen(100'000);
+    drucken(100'000, gross);
+    std::printf("growth 1,000 to 100,000: build x%.0f, memory per playlist x%.2f\n",
+                gross.bauen / klein.bauen, gross.bytes / klein.bytes);
+    std::printf(
+        "share of the budget at 100,000: answer to sheet %.2f of 350 ms, check root %.2f of "
+        "50 ms\n",
+        gross.sichtbar / 350, gross.haken / 50);
+    return 0;
+}

@@ -1,0 +1,237 @@
+#include "settingswindow/baumansicht.h"
+
+#include "settingswindow/baumzugang.h"
+#include "settingswindow/playlistenmodell.h"
+#include "settingswindow/playlistenzeile.h"
+#include "ui/farbe.h"
+#include "ui/schrift.h"
+
+#include <QAccessible>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int einzug = 20;
+constexpr int mindestbreite = 180; // of a row, however deep it stands
+
+int ebene(QModelIndex index)
+{
+    int tiefe = 0;
+    for (index = index.parent(); index.isValid(); index = index.parent()) {
+        ++tiefe;
+    }
+    return tiefe;
+}
+
+} // namespace
+
+Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
+    : QTreeView(parent)
+    , daten(modell)
+{
+    baumzugangAnmelden();
+    setModel(&daten);
+    setItemDelegate(new Playlistenzeile(this));
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setIndentation(qRound(einzug * schriftfaktor()));
+    setEditTriggers(NoEditTriggers);
+    setSelectionMode(NoSelection);
+    setExpandsOnDoubleClick(false);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollMode(ScrollPerPixel);
+    connect(this, &QTreeView::expanded, this, [this](const QModelIndex &index) {
+        const int tiefe = ebene(index);
+        if (tiefe > tiefste) {
+            tiefste = tiefe;
+            breiteAnpassen();
+        }
+        zustandMelden(index, true);
+    });
+    connect(this, &QTreeView::collapsed, this,
+            [this](const QModelIndex &index) { zustandMelden(index, true); });
+}
+
+void Baumansicht::filtern(const QString &suchwort)
+{
+    const bool vorher = daten.gefiltert();
+    const int zeile = aktuelle();
+    if (!vorher) {
+        merken();
+    }
+    daten.filtern(suchwort);
+    if (daten.gefiltert()) {
+        tiefste = 0;
+        breiteAnpassen();
+        expandAll();
+        zeigen(zeile);
+    } else if (vorher) {
+        wiederherstellen(zeile);
+    }
+}
+
+int Baumansicht::aktuelle() const
+{
+    return currentIndex().isValid() ? PlaylistenModell::stelle(currentIndex()) : -1;
+}
+
+void Baumansicht::zeigen(int zeile)
+{
+    const QModelIndex ort = daten.zuStelle(zeile);
+    if (ort.isValid()) {
+        setCurrentIndex(ort);
+    }
+}
+
+void Baumansicht::merken()
+{
+    offene.clear();
+    rollstand = verticalScrollBar()->value();
+    vorherige = aktuelle();
+    for (int i = 0; i < std::ssize(daten.alle()); ++i) {
+        if (isExpanded(daten.zuStelle(i))) {
+            offene.push_back(i);
+        }
+    }
+}
+
+void Baumansicht::wiederherstellen(int zeile)
+{
+    tiefste = 0;
+    breiteAnpassen();
+    for (const int stelle : offene) {
+        expand(daten.zuStelle(stelle));
+    }
+    executeDelayedItemsLayout();
+    zeigen(zeile);
+    if (zeile < 0 || zeile == vorherige) {
+        verticalScrollBar()->setValue(rollstand);
+    }
+}
+
+void Baumansicht::alleAufklappen()
+{
+    expandAll();
+    if (currentIndex().isValid()) {
+        scrollTo(currentIndex());
+    }
+}
+
+void Baumansicht::alleZuklappen()
+{
+    QModelIndex oberster = currentIndex();
+    while (oberster.parent().isValid()) {
+        oberster = oberster.parent();
+    }
+    collapseAll();
+    if (oberster.isValid()) {
+        setCurrentIndex(oberster);
+    }
+    tiefste = 0;
+    breiteAnpassen();
+}
+
+void Baumansicht::zeileWaehlen()
+{
+    if (!currentIndex().isValid()) {
+        setCurrentIndex(daten.index(0, 0));
+    }
+}
+
+// Rows far to the right keep a readable width; the tree then scrolls sideways.
+void Baumansicht::breiteAnpassen()
+{
+    header()->setMinimumSectionSize(indentation() * (tiefste + 2) + mindestbreite);
+}
+
+// The tree view's own version goes sideways to the column's beginning, where a deep row is not.
+void Baumansicht::scrollTo(const QModelIndex &index, ScrollHint art)
+{
+    const int vorher = horizontalScrollBar()->value();
+    QTreeView::scrollTo(index, art);
+    const int links = indentation() * ebene(index);
+    const int rechts = links + indentation() + mindestbreite;
+    const int stand = std::max(std::min(vorher, links), rechts - viewport()->width());
+    horizontalScrollBar()->setValue(stand);
+}
+
+void Baumansicht::keyboardSearch(const QString &zeichen)
+{
+    if (!zeichen.trimmed().isEmpty()) {
+        Q_EMIT getippt(zeichen);
+    }
+}
+
+// The tree view's own version names rows to assistive technology by their number on screen, which
+// Baumzugang does not know.
+void Baumansicht::currentChanged(const QModelIndex &neu, const QModelIndex &alt)
+{
+    QAbstractItemView::currentChanged(neu, alt); // NOLINT(bugprone-parent-virtual-call)
+    if (QAccessible::isActive() && neu.isValid() && hasFocus()) {
+        if (QAccessibleInterface *const zeile = zeilenzugang(*this, neu)) {
+            QAccessibleEvent ereignis(zeile, QAccessible::Focus);
+            QAccessible::updateAccessibility(&ereignis);
+        }
+    }
+}
+
+// A check changes no size. The tree view's own version would search its rows for every range, and
+// checking a folder announces one for each folder in it.
+void Baumansicht::dataChanged(const QModelIndex &erster, const QModelIndex &letzter,
+                              const QList<int> &rollen)
+{
+    if (rollen != QList<int>{Qt::CheckStateRole}) {
+        QTreeView::dataChanged(erster, letzter, rollen);
+        return;
+    }
+    viewport()->update();
+    if (erster == letzter) {
+        zustandMelden(erster, false);
+    }
+}
+
+// Tells assistive technology that a row was opened or closed, or checked or unchecked.
+void Baumansicht::zustandMelden(const QModelIndex &index, bool aufgeklappt)
+{
+    if (!QAccessible::isActive()) {
+        return;
+    }
+    if (QAccessibleInterface *const zeile = zeilenzugang(*this, index)) {
+        QAccessible::State geaendert;
+        geaendert.expanded = aufgeklappt;
+        geaendert.checked = !aufgeklappt;
+        QAccessibleStateChangeEvent ereignis(zeile, geaendert);
+        QAccessible::updateAccessibility(&ereignis);
+    }
+}
+
+void Baumansicht::contextMenuEvent(QContextMenuEvent *event)
+{
+    auto *const menue = new QMenu(this);
+    menue->setObjectName(u"baummenue"_s);
+    menue->setAttribute(Qt::WA_DeleteOnClose);
+    menue->addAction(u"Alle aufklappen"_s, this, &Baumansicht::alleAufklappen);
+    menue->addAction(u"Alle zuklappen"_s, this, &Baumansicht::alleZuklappen);
+    menue->popup(event->globalPos());
+}
+
+void Baumansicht::paintEvent(QPaintEvent *event)
+{
+    QTreeView::paintEvent(event);
+    if (daten.gefiltert() && !daten.hasChildren()) {
+        QPainter maler(viewport());
+        maler.setFont(systemschrift(13));
+        maler.setPen(Farbe::sekundaer(palette()));
+        maler.drawText(viewport()->rect(), Qt::AlignCenter, u"Nichts gefunden"_s);
+    }
+}
+
+} // namespace kalvaro

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QTreeView>
+
+#include <vector>
+
+namespace kalvaro {
+
+class PlaylistenModell;
+
+// The tree of playlists on screen. Expanded folders and the scroll position survive every check;
+// while a filter holds, the folders on the way are open, and what was open before comes back when
+// it ends.
+class Baumansicht final : public QTreeView
+{
+    Q_OBJECT
+
+public:
+    // `modell` must outlive this object.
+    explicit Baumansicht(PlaylistenModell &modell, QWidget *parent = nullptr);
+
+    [[nodiscard]] PlaylistenModell &modell() const { return daten; }
+
+    void filtern(const QString &suchwort);
+    void alleAufklappen();
+    void alleZuklappen();
+
+    // Makes the first row the current one where there is none.
+    void zeileWaehlen();
+
+    void scrollTo(const QModelIndex &index, ScrollHint art = EnsureVisible) override;
+
+Q_SIGNALS:
+    // Letters were typed here that want to be searched for.
+    void getippt(const QString &zeichen);
+
+protected:
+    void keyboardSearch(const QString &zeichen) override;
+    void currentChanged(const QModelIndex &neu, const QModelIndex &alt) override;
+    void dataChanged(const QModelIndex &erster, const QModelIndex &letzter,
+                     const QList<int> &rollen) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    [[nodiscard]] int aktuelle() const; // place of the current row; -1: none
+    void zeigen(int zeile);
+    void merken();
+    void wiederherstellen(int zeile);
+    void breiteAnpassen();
+    void zustandMelden(const QModelIndex &index, bool aufgeklappt);
+
+    PlaylistenModell &daten;
+    int tiefste = 0; // level of the deepest folder that was opened
+
+    // How the tree stood before the filter.
+    std::vector<int> offene; // places of the open folders
+    int rollstand = 0;
+    int vorherige = -1; // place of the current row
+};
+
+} // namespace kalvaro

@@ -1,0 +1,219 @@
+#include "settingswindow/baumzugang.h"
+
+#include "settingswindow/baumansicht.h"
+#include "settingswindow/playlistenmodell.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QHash>
+#include <QPointer>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The tree: its rows on the top level are its children.
+class Baumzugang final : public QAccessibleWidget
+{
+public:
+    explicit Baumzugang(Baumansicht *ansicht)
+        : QAccessibleWidget(ansicht, QAccessible::Tree)
+    {
+    }
+    Baumzugang(const Baumzugang &) = delete;
+    Baumzugang &operator=(const Baumzugang &) = delete;
+    ~Baumzugang() override
+    {
+        for (const QAccessible::Id zugang : std::as_const(zeilen)) {
+            QAccessible::deleteAccessibleInterface(zugang);
+        }
+    }
+
+    [[nodiscard]] Baumansicht *ansicht() const { return static_cast<Baumansicht *>(widget()); }
+
+    // The description of the row, made when first asked for.
+    [[nodiscard]] QAccessibleInterface *zeile(const QModelIndex &index);
+
+    [[nodiscard]] int childCount() const override { return ansicht()->modell().rowCount(); }
+    [[nodiscard]] QAccessibleInterface *child(int nummer) const override
+    {
+        return const_cast<Baumzugang *>(this)->zeile(ansicht()->modell().index(nummer, 0));
+    }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface *kind) const override;
+    [[nodiscard]] QAccessibleInterface *childAt(int x, int y) const override
+    {
+        QWidget *const flaeche = ansicht()->viewport();
+        const QPoint ort = flaeche->mapFromGlobal(QPoint(x, y));
+        return flaeche->rect().contains(ort)
+                   ? const_cast<Baumzugang *>(this)->zeile(ansicht()->indexAt(ort))
+                   : nullptr;
+    }
+    [[nodiscard]] QAccessibleInterface *focusChild() const override
+    {
+        return ansicht()->hasFocus()
+                   ? const_cast<Baumzugang *>(this)->zeile(ansicht()->currentIndex())
+                   : nullptr;
+    }
+
+private:
+    QHash<int, QAccessible::Id> zeilen; // by place of the node
+};
+
+// A row. It names its node by place, so it survives filters and comes back to life after them.
+class Zeilenzugang final : public QAccessibleInterface, public QAccessibleActionInterface
+{
+public:
+    Zeilenzugang(Baumzugang &oben, int knoten)
+        : baum(oben)
+        , wo(oben.ansicht())
+        , stelle(knoten)
+    {
+    }
+
+    [[nodiscard]] int platz() const { return stelle; }
+
+    [[nodiscard]] bool isValid() const override { return wo && index().isValid(); }
+    [[nodiscard]] QObject *object() const override { return nullptr; }
+    [[nodiscard]] QWindow *window() const override { return wo ? baum.window() : nullptr; }
+    [[nodiscard]] QAccessible::Role role() const override { return QAccessible::TreeItem; }
+    [[nodiscard]] QAccessibleInterface *childAt(int, int) const override { return nullptr; }
+    void setText(QAccessible::Text, const QString &) override {}
+
+    [[nodiscard]] QString text(QAccessible::Text art) const override
+    {
+        return isValid() && art == QAccessible::Name ? index().data().toString() : QString();
+    }
+    [[nodiscard]] QRect rect() const override
+    {
+        if (!isValid()) {
+            return {};
+        }
+        QWidget *const flaeche = wo->viewport();
+        const QRect sichtbar = wo->visualRect(index()) & flaeche->rect();
+        return sichtbar.isEmpty()
+                   ? QRect()
+                   : QRect(flaeche->mapToGlobal(sichtbar.topLeft()), sichtbar.size());
+    }
+    [[nodiscard]] QAccessibleInterface *parent() const override
+    {
+        const QModelIndex oben = index().parent();
+        return oben.isValid() ? baum.zeile(oben) : &baum;
+    }
+    [[nodiscard]] int childCount() const override
+    {
+        return isValid() && wo->isExpanded(index()) ? wo->modell().rowCount(index()) : 0;
+    }
+    [[nodiscard]] QAccessibleInterface *child(int nummer) const override
+    {
+        return nummer < childCount() ? baum.zeile(wo->modell().index(nummer, 0, index())) : nullptr;
+    }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface *kind) const override
+    {
+        const auto *const zeile = dynamic_cast<const Zeilenzugang *>(kind);
+        return zeile != nullptr && zeile->isValid() && zeile->index().parent() == index()
+                   ? zeile->index().row()
+                   : -1;
+    }
+    [[nodiscard]] QAccessible::State state() const override;
+
+    void *interface_cast(QAccessible::InterfaceType art) override
+    {
+        return art == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface *>(this)
+                                                   : nullptr;
+    }
+    [[nodiscard]] QStringList actionNames() const override
+    {
+        return {toggleAction(), setFocusAction()};
+    }
+    void doAction(const QString &aktion) override
+    {
+        if (!isValid() || !wo->isEnabled()) {
+            return;
+        }
+        if (aktion == toggleAction()) {
+            const bool an = index().data(Qt::CheckStateRole).toInt() == Qt::Checked;
+            wo->modell().setData(index(), an ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+        } else if (aktion == setFocusAction()) {
+            wo->setFocus();
+            wo->setCurrentIndex(index());
+        }
+    }
+    [[nodiscard]] QStringList keyBindingsForAction(const QString &) const override { return {}; }
+
+private:
+    [[nodiscard]] QModelIndex index() const { return wo->modell().zuStelle(stelle); }
+
+    Baumzugang &baum; // owns this one
+    const QPointer<Baumansicht> wo;
+    const int stelle;
+};
+
+QAccessible::State Zeilenzugang::state() const
+{
+    QAccessible::State zustand;
+    zustand.invalid = !isValid();
+    if (zustand.invalid) {
+        return zustand;
+    }
+    zustand.disabled = !wo->isEnabled();
+    zustand.focusable = true;
+    zustand.focused = wo->hasFocus() && wo->currentIndex() == index();
+    zustand.checkable = true;
+    zustand.checked = index().data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    zustand.expandable = wo->modell().hasChildren(index());
+    zustand.expanded = zustand.expandable && wo->isExpanded(index());
+    zustand.collapsed = zustand.expandable && !zustand.expanded;
+    zustand.invisible = !wo->isVisible();
+    zustand.offscreen = rect().isEmpty();
+    return zustand;
+}
+
+QAccessibleInterface *Baumzugang::zeile(const QModelIndex &index)
+{
+    if (!index.isValid()) {
+        return nullptr;
+    }
+    const int stelle = PlaylistenModell::stelle(index);
+    const auto schon = zeilen.constFind(stelle);
+    if (schon != zeilen.constEnd()) {
+        return QAccessible::accessibleInterface(*schon);
+    }
+    auto *const neu = new Zeilenzugang(*this, stelle);
+    zeilen.insert(stelle, QAccessible::registerAccessibleInterface(neu));
+    return neu;
+}
+
+int Baumzugang::indexOfChild(const QAccessibleInterface *kind) const
+{
+    const auto *const zeile = dynamic_cast<const Zeilenzugang *>(kind);
+    if (zeile == nullptr || !zeile->isValid()) {
+        return -1;
+    }
+    const QModelIndex index = ansicht()->modell().zuStelle(zeile->platz());
+    return index.parent().isValid() ? -1 : index.row();
+}
+
+QAccessibleInterface *zugangFuer(const QString &klasse, QObject *objekt)
+{
+    if (klasse != u"kalvaro::Baumansicht" || objekt == nullptr) {
+        return nullptr;
+    }
+    return new Baumzugang(static_cast<Baumansicht *>(objekt));
+}
+
+} // namespace
+
+void baumzugangAnmelden()
+{
+    QAccessible::installFactory(zugangFuer);
+}
+
+QAccessibleInterface *zeilenzugang(Baumansicht &ansicht, const QModelIndex &index)
+{
+    auto *const baum = dynamic_cast<Baumzugang *>(QAccessible::queryAccessibleInterface(&ansicht));
+    return baum != nullptr ? baum->zeile(index) : nullptr;
+}
+
+} // namespace kalvaro

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "rekordbox/installation.h"
+#include "server/zentrale.h"
+#include "ui/farbe.h"
+
+#include <QDialog>
+#include <QPointer>
+#include <QSet>
+
+class QComboBox;
+class QLineEdit;
+class QPushButton;
+
+namespace kalvaro {
+
+class Anmeldestart;
+class Baumansicht;
+class Beschriftung;
+class Einstellungen;
+class Haken;
+class PlaylistenModell;
+
+// The settings sheet: which playlists the server copies onto this Mac, which rekordbox is started,
+// and the start options. Made anew for each opening: open() shows it on its parent window, then
+// laden() fetches the playlists. It ends with 1 (saved) or 0; closing it means "Abbrechen".
+//
+// Saving keeps the start options at once and asks the server only where the choice of playlists
+// changed; when the server refuses, the sheet stays open and the options stay kept.
+class EinstellungenFenster final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    struct Umfeld
+    {
+        Zentrale &zentrale;
+        Einstellungen &einst;
+        Anmeldestart &anmeldestart;
+        QList<Installation> installationen; // newest first
+        QString betrieb;                    // the server's mode as last heard; "": not heard yet
+    };
+
+    // What `umfeld` refers to must outlive the sheet.
+    EinstellungenFenster(Umfeld umfeld, QWidget *eltern);
+
+    // Fetches the tree of playlists. Does nothing while that is under way or after it succeeded.
+    void laden();
+
+    // Rewrites the line below the tree.
+    void zusammenfassen();
+
+    // Keeps the options, transfers the choice of playlists if it changed, and ends with 1.
+    void sichern();
+
+    // Ends with 0. A transfer under way is not waited for.
+    void abbrechen();
+
+    void reject() override { abbrechen(); }
+    void done(int ergebnis) override;
+
+private:
+    enum class Zustand { Neu, Laedt, Geladen, Ladefehler, Sichert, Beendet };
+
+    void aufbauen();
+    [[nodiscard]] QWidget *versionszeile();
+    [[nodiscard]] QWidget *optionen();
+    [[nodiscard]] QWidget *listenkopf();
+    [[nodiscard]] QWidget *tastenzeile();
+    void baumAufbauen();
+    void tabfolge();
+
+    void geladen(const Zentrale::Antwort &antwort);
+    void optionenSichern();
+    void uebertragen(const QStringList &uuids);
+    void uebertragen(const Zentrale::Antwort &antwort, qsizetype anzahl);
+    void melden(const QString &meldung, Farbton farbe);
+    void eingabenSperren(bool sperren);
+    bool eventFilter(QObject *objekt, QEvent *event) override;
+
+    const Umfeld umfeld;
+    Zustand zustand = Zustand::Neu;
+    QSet<QString> vorher; // the choice as loaded
+
+    PlaylistenModell *const modell;
+    QWidget *const eingaben; // everything but the buttons and the line above them
+    QComboBox *const popVersion;
+    Haken *const cbAuto;
+    Haken *const cbAnmeldung;
+    QLineEdit *const suchfeld;
+    Baumansicht *const baum;
+    Beschriftung *const lblInfo;
+    QPushButton *const knAbbrechen;
+    QPushButton *const knSichern;
+    QPointer<QWidget> vorSperre; // had the keyboard when the inputs were locked
+};
+
+} // namespace kalvaro

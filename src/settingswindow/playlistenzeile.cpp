@@ -1,0 +1,167 @@
+#include "settingswindow/playlistenzeile.h"
+
+#include "settingswindow/playlistenmodell.h"
+#include "ui/beschriftung.h"
+#include "ui/farbe.h"
+#include "ui/schrift.h"
+#include "ui/stil.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include <cmath>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double schriftgroesse = 13;
+constexpr int zeilenhoehe = 26;
+constexpr int kaestchen = 16;
+constexpr int kastenAbstand = 7; // between the box and the title
+constexpr int rand = 4;          // on either side of the row
+
+// More than a row can show; names may be megabytes long.
+constexpr qsizetype meisteZeichen = 500;
+
+// The name in one line: what would break it or move the pen becomes a blank.
+QString einzeilig(const QString &name)
+{
+    QString zeile = name.left(meisteZeichen);
+    for (QChar &zeichen : zeile) {
+        const QChar::Category art = zeichen.category();
+        if (art == QChar::Other_Control || art == QChar::Separator_Line ||
+            art == QChar::Separator_Paragraph) {
+            zeichen = u' ';
+        }
+    }
+    return zeile;
+}
+
+} // namespace
+
+Playlistenzeile::Playlistenzeile(QObject *parent)
+    : QStyledItemDelegate(parent)
+    , normal(systemschrift(schriftgroesse))
+    , fett(systemschrift(schriftgroesse, QFont::DemiBold))
+{
+}
+
+const QFont &Playlistenzeile::schriftFuer(const QModelIndex &index) const
+{
+    return index.data(PlaylistenModell::OrdnerRolle).toBool() ? fett : normal;
+}
+
+Playlistenzeile::Satz Playlistenzeile::setzen(const QRect &zeile, const QModelIndex &index) const
+{
+    const QFontMetricsF mass(schriftFuer(index));
+    const QFontMetricsF zahlmass(normal);
+    const QString ganz = einzeilig(index.data(PlaylistenModell::NameRolle).toString());
+
+    Satz satz;
+    satz.anzahl = index.data(PlaylistenModell::AnzahlRolle).toString();
+    satz.kasten =
+        QRectF(zeile.left() + rand, zeile.top() + std::floor((zeile.height() - kaestchen) / 2.0),
+               kaestchen, kaestchen);
+    const double links = satz.kasten.right() + kastenAbstand;
+    const double anzahlBreite = std::ceil(zahlmass.horizontalAdvance(satz.anzahl));
+    const double luecke = satz.anzahl.isEmpty() ? 0 : zahlmass.horizontalAdvance(u"   "_s);
+    const double platz = std::max(0.0, zeile.right() + 1 - rand - anzahlBreite - luecke - links);
+    satz.name = mass.elidedText(ganz, Qt::ElideRight, platz);
+    satz.gekuerzt = satz.name != ganz;
+    const double breite = std::min(platz, std::ceil(mass.horizontalAdvance(satz.name)));
+    satz.nameOrt = QRectF(links, zeile.top(), breite, zeile.height());
+    satz.anzahlOrt = QRectF(links + breite + luecke, zeile.top(), anzahlBreite, zeile.height());
+    return satz;
+}
+
+void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
+                            const QModelIndex &index) const
+{
+    constexpr int flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine;
+    const bool gesperrt = !option.state.testFlag(QStyle::State_Enabled);
+    const Satz satz = setzen(option.rect, index);
+    maler->save();
+    kaestchenMalen(*maler, satz.kasten, option.palette,
+                   index.data(Qt::CheckStateRole).toInt() == Qt::Checked, gesperrt);
+    maler->restore();
+    maler->save();
+    maler->setFont(schriftFuer(index));
+    maler->setPen(gesperrt ? Farbe::tertiaer(option.palette) : Farbe::schrift(option.palette));
+    maler->drawText(satz.nameOrt, flags, satz.name);
+    maler->setFont(normal);
+    maler->setPen(gesperrt ? Farbe::tertiaer(option.palette) : Farbe::sekundaer(option.palette));
+    maler->drawText(satz.anzahlOrt, flags, satz.anzahl);
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        constexpr double radius = 6;
+        fokusMalen(*maler, satz.kasten.adjusted(-2, -2, 2, 2), radius, option.palette);
+    }
+    maler->restore();
+}
+
+QSize Playlistenzeile::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
+{
+    const int hoehe = static_cast<int>(std::ceil(QFontMetricsF(fett).height())) + 8;
+    const int breite = 180; // names are cut, so no row asks for more
+    return {breite, std::max(qRound(zeilenhoehe * schriftfaktor()), hoehe)};
+}
+
+QRect Playlistenzeile::tastflaeche(const QRect &zeile, const QModelIndex &index) const
+{
+    const Satz satz = setzen(zeile, index);
+    const double rechts = std::max(satz.nameOrt.right(), satz.anzahlOrt.right());
+    return QRectF(satz.kasten.left() - rand, zeile.top(), rechts - satz.kasten.left() + 2 * rand,
+                  zeile.height())
+        .toAlignedRect();
+}
+
+bool Playlistenzeile::editorEvent(QEvent *event, QAbstractItemModel *modell,
+                                  const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonRelease: {
+        const auto *const maus = static_cast<QMouseEvent *>(event);
+        if (maus->button() != Qt::LeftButton ||
+            !tastflaeche(option.rect, index).contains(maus->position().toPoint())) {
+            return false;
+        }
+        if (event->type() != QEvent::MouseButtonRelease) {
+            return true;
+        }
+        break;
+    }
+    case QEvent::KeyPress: {
+        const int taste = static_cast<QKeyEvent *>(event)->key();
+        if (taste != Qt::Key_Space && taste != Qt::Key_Select) {
+            return false;
+        }
+        break;
+    }
+    default:
+        return false;
+    }
+    const bool an = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    return modell->setData(index, an ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+}
+
+bool Playlistenzeile::helpEvent(QHelpEvent *event, QAbstractItemView *ansicht,
+                                const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    if (event->type() != QEvent::ToolTip || !index.isValid() ||
+        !setzen(option.rect, index).gekuerzt) {
+        QToolTip::hideText();
+        return false;
+    }
+    QToolTip::showText(event->globalPos(), alsHinweis(index.data(Qt::DisplayRole).toString()),
+                       ansicht->viewport(), option.rect);
+    return true;
+}
+
+} // namespace kalvaro

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QStyle>
+
+class QStyleOptionComboBox;
+class QStyleOptionSlider;
+
+// The parts that Stil draws of fields and lists.
+namespace kalvaro {
+
+// The field of a line edit.
+void feldMalen(QPainter &maler, const QStyleOption &option);
+
+// A pop-up button without its text.
+void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option);
+
+// Where the text of a pop-up button stands.
+[[nodiscard]] QRect auswahltext(const QStyleOptionComboBox &option);
+
+// The rounded ground of a list or tree; its content keeps `listenrand` away from the edge.
+inline constexpr int listenrand = 6;
+void listeMalen(QPainter &maler, const QStyleOption &option);
+
+// The small triangle before a row that has others below it.
+void klappzeichenMalen(QPainter &maler, const QStyleOption &option);
+
+// A scroll bar that is only its thumb.
+inline constexpr int rollbreite = 12;
+void rollbalkenMalen(QPainter &maler, const QStyleOptionSlider &option);
+[[nodiscard]] QRect rollbalkenstueck(const QStyleOptionSlider &option, QStyle::SubControl stueck);
+
+} // namespace kalvaro

@@ -1,0 +1,436 @@
+#include "antworten.h"
+#include "settingswindow/baumansicht.h"
+#include "settingswindow/playlistenmodell.h"
+#include "settingswindow/playlistenzeile.h"
+#include "ui/erscheinung.h"
+#include "ui/stil.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QMenu>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolTip>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+class TstBaumansicht : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void klickAufDenKastenHaktAn();
+    void klickAufDenTitelHaktAn();
+    void klickDanebenHaktNichtAn();
+    void rechteTasteHaktNichtAn();
+    void doppelklickKlapptNicht();
+    void leertasteHaktAn();
+    void pfeiltastenKlappen();
+    void gesperrteAnsichtHaktNicht();
+
+    void hakenLaesstAufgeklapptesUndRollstand();
+    void filterKlapptAufUndStelltWiederHer();
+    void filterBehaeltDieAktuelleZeile();
+    void gefundenesBleibtNachDemFilterZuSehen();
+    void nichtsGefunden();
+    void buchstabenWollenGesuchtWerden();
+    void kontextmenue();
+    void alleZuklappenBehaeltDieZeile();
+    void tiefeKetteAufklappen();
+
+    void langerNameBehaeltDieZahl();
+    void nameStehtInEinerZeile();
+    void hinweisNurWoGekuerzt();
+    void zeilenhoehe();
+
+    void vorgelesenWirdJedeZeile();
+    void vorlesehilfeHaktAn();
+    void vorlesehilfeUeberlebtDenFilter();
+
+private:
+    [[nodiscard]] QModelIndex zeile(const QString &name) const;
+    [[nodiscard]] bool an(const QString &name) const
+    {
+        return zeile(name).data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    }
+    [[nodiscard]] QRect titel(const QString &name) const
+    {
+        const auto *const maler = qobject_cast<Playlistenzeile *>(ansicht->itemDelegate());
+        return maler->tastflaeche(ansicht->visualRect(zeile(name)), zeile(name));
+    }
+    [[nodiscard]] QPoint kasten(const QString &name) const
+    {
+        return QPoint(titel(name).left() + 12, titel(name).center().y());
+    }
+    void klicken(const QPoint &ort, Qt::MouseButton taste = Qt::LeftButton) const
+    {
+        QTest::mouseClick(ansicht->viewport(), taste, {}, ort);
+    }
+
+    std::unique_ptr<PlaylistenModell> modell;
+    std::unique_ptr<Baumansicht> ansicht;
+};
+
+void TstBaumansicht::initTestCase()
+{
+    erscheinungEinrichten(*qApp);
+}
+
+void TstBaumansicht::init()
+{
+    ansicht.reset();
+    modell = std::make_unique<PlaylistenModell>();
+    ansicht = std::make_unique<Baumansicht>(*modell);
+    modell->setKnoten(baumAus(antwort(beispiel())));
+    ansicht->resize(436, 280);
+    ansicht->expandAll();
+    ansicht->show();
+    ansicht->setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(ansicht.get()));
+}
+
+QModelIndex TstBaumansicht::zeile(const QString &name) const
+{
+    for (int i = 0; i < std::ssize(modell->alle()); ++i) {
+        if (modell->alle()[size_t(i)].name == name) {
+            return modell->zuStelle(i);
+        }
+    }
+    return {};
+}
+
+void TstBaumansicht::klickAufDenKastenHaktAn()
+{
+    klicken(kasten(u"N5"_s));
+    QVERIFY(an(u"N5"_s));
+    QVERIFY(!an(u"N4"_s));
+    klicken(kasten(u"N5"_s));
+    QVERIFY(!an(u"N5"_s));
+}
+
+void TstBaumansicht::klickAufDenTitelHaktAn()
+{
+    klicken(QPoint(titel(u"N2"_s).right() - 6, titel(u"N2"_s).center().y()));
+    QVERIFY(an(u"N2"_s));
+}
+
+void TstBaumansicht::klickDanebenHaktNichtAn()
+{
+    klicken(QPoint(400, titel(u"N2"_s).center().y()));
+    QVERIFY(!an(u"N2"_s));
+    QCOMPARE(ansicht->currentIndex(), zeile(u"N2"_s));
+
+    // Pressed on the box, released beside it.
+    QTest::mousePress(ansicht->viewport(), Qt::LeftButton, {}, kasten(u"N2"_s));
+    QTest::mouseRelease(ansicht->viewport(), Qt::LeftButton, {},
+                        QPoint(400, titel(u"N2"_s).center().y()));
+    QVERIFY(!an(u"N2"_s));
+}
+
+void TstBaumansicht::rechteTasteHaktNichtAn()
+{
+    klicken(kasten(u"N2"_s), Qt::RightButton);
+    QVERIFY(!an(u"N2"_s));
+}
+
+void TstBaumansicht::doppelklickKlapptNicht()
+{
+    const QPoint ort = kasten(u"N1"_s);
+    QTest::mouseClick(ansicht->viewport(), Qt::LeftButton, {}, ort);
+    QTest::mouseDClick(ansicht->viewport(), Qt::LeftButton, {}, ort);
+    QVERIFY(ansicht->isExpanded(zeile(u"N1"_s)));
+}
+
+void TstBaumansicht::leertasteHaktAn()
+{
+    ansicht->setCurrentIndex(zeile(u"N1"_s));
+    QTest::keyClick(ansicht.get(), Qt::Key_Space);
+    QVERIFY(an(u"N1"_s) && an(u"N2"_s) && an(u"N5"_s) && !an(u"N6"_s));
+    QTest::keyClick(ansicht.get(), Qt::Key_Down);
+    QTest::keyClick(ansicht.get(), Qt::Key_Space);
+    QVERIFY(!an(u"N1"_s) && !an(u"N2"_s) && an(u"N3"_s));
+}
+
+void TstBaumansicht::pfeiltastenKlappen()
+{
+    ansicht->setCurrentIndex(zeile(u"N1"_s));
+    QTest::keyClick(ansicht.get(), Qt::Key_Left);
+    QVERIFY(!ansicht->isExpanded(zeile(u"N1"_s)));
+    QTest::keyClick(ansicht.get(), Qt::Key_Right);
+    QVERIFY(ansicht->isExpanded(zeile(u"N1"_s)));
+}
+
+void TstBaumansicht::gesperrteAnsichtHaktNicht()
+{
+    const QPoint ort = kasten(u"N2"_s);
+    ansicht->setEnabled(false);
+    klicken(ort);
+    QTest::keyClick(ansicht.get(), Qt::Key_Space);
+    QVERIFY(!an(u"N2"_s));
+}
+
+void TstBaumansicht::hakenLaesstAufgeklapptesUndRollstand()
+{
+    QJsonArray liste;
+    for (int i = 0; i < 40; ++i) {
+        const QString id = QString::number(i);
+        liste.append(ordner(id, u""_s));
+        liste.append(eintrag(id + u"k"_s, id));
+    }
+    modell->setKnoten(baumAus(antwort(liste)));
+    for (int i = 0; i < 40; i += 2) {
+        ansicht->expand(modell->index(i, 0));
+    }
+    QCoreApplication::processEvents(); // lays the rows out
+    ansicht->verticalScrollBar()->setValue(333);
+
+    klicken(kasten(u"N14"_s));
+    QVERIFY(an(u"N14k"_s));
+    klicken(kasten(u"N14k"_s));
+    QVERIFY(!an(u"N14"_s));
+    QCoreApplication::processEvents();
+    QCOMPARE(ansicht->verticalScrollBar()->value(), 333);
+    for (int i = 0; i < 40; ++i) {
+        QCOMPARE(ansicht->isExpanded(modell->index(i, 0)), i % 2 == 0);
+    }
+}
+
+void TstBaumansicht::filterKlapptAufUndStelltWiederHer()
+{
+    ansicht->collapseAll();
+    ansicht->expand(zeile(u"N1"_s));
+    ansicht->filtern(u"n5"_s);
+    QVERIFY(ansicht->isExpanded(zeile(u"N4"_s)));
+    QVERIFY(ansicht->visualRect(zeile(u"N5"_s)).isValid());
+    ansicht->filtern(u"n"_s);
+    QVERIFY(ansicht->isExpanded(zeile(u"N4"_s)));
+    ansicht->filtern({});
+    QVERIFY(ansicht->isExpanded(zeile(u"N1"_s)));
+    QVERIFY(!ansicht->isExpanded(zeile(u"N4"_s)));
+}
+
+void TstBaumansicht::filterBehaeltDieAktuelleZeile()
+{
+    ansicht->setCurrentIndex(zeile(u"N5"_s));
+    ansicht->filtern(u"n5"_s);
+    QCOMPARE(ansicht->currentIndex(), zeile(u"N5"_s));
+    ansicht->filtern({});
+    QCOMPARE(ansicht->currentIndex(), zeile(u"N5"_s));
+}
+
+void TstBaumansicht::gefundenesBleibtNachDemFilterZuSehen()
+{
+    ansicht->collapseAll();
+    ansicht->filtern(u"n5"_s);
+    klicken(kasten(u"N5"_s));
+    ansicht->filtern({});
+    QVERIFY(an(u"N5"_s));
+    QVERIFY(ansicht->viewport()->rect().contains(ansicht->visualRect(zeile(u"N5"_s)).center()));
+}
+
+void TstBaumansicht::nichtsGefunden()
+{
+    const QImage voll = ansicht->grab().toImage();
+    ansicht->filtern(u"gibt es nicht"_s);
+    const QImage leer = ansicht->grab().toImage();
+    QVERIFY(leer != voll);
+    modell->setKnoten({});
+    ansicht->filtern({});
+    QVERIFY(ansicht->grab().toImage() != leer); // says nothing where nothing is searched for
+}
+
+void TstBaumansicht::buchstabenWollenGesuchtWerden()
+{
+    QSignalSpy getippt(ansicht.get(), &Baumansicht::getippt);
+    ansicht->setCurrentIndex(zeile(u"N1"_s));
+    QTest::keyClicks(ansicht.get(), u"te"_s);
+    QCOMPARE(getippt.size(), 2);
+    QCOMPARE(getippt[0][0].toString(), u"t"_s);
+    QCOMPARE(ansicht->currentIndex(), zeile(u"N1"_s));
+}
+
+void TstBaumansicht::kontextmenue()
+{
+    const auto menue = [this] {
+        QContextMenuEvent ruf(QContextMenuEvent::Mouse, QPoint(5, 5),
+                              ansicht->viewport()->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(ansicht->viewport(), &ruf);
+        return qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    };
+    QMenu *zu = menue();
+    QVERIFY(zu != nullptr);
+    QCOMPARE(zu->actions().size(), 2);
+    QCOMPARE(zu->actions()[0]->text(), u"Alle aufklappen"_s);
+    QCOMPARE(zu->actions()[1]->text(), u"Alle zuklappen"_s);
+    zu->actions()[1]->trigger();
+    QVERIFY(!ansicht->isExpanded(zeile(u"N1"_s)) && !ansicht->isExpanded(zeile(u"N4"_s)));
+    zu->close();
+
+    QMenu *auf = menue();
+    QVERIFY(auf != nullptr);
+    auf->actions()[0]->trigger();
+    QVERIFY(ansicht->isExpanded(zeile(u"N1"_s)) && ansicht->isExpanded(zeile(u"N4"_s)));
+    auf->close();
+}
+
+void TstBaumansicht::alleZuklappenBehaeltDieZeile()
+{
+    ansicht->setCurrentIndex(zeile(u"N5"_s));
+    ansicht->alleZuklappen();
+    QCOMPARE(ansicht->currentIndex(), zeile(u"N1"_s));
+}
+
+void TstBaumansicht::tiefeKetteAufklappen()
+{
+    modell->setKnoten(baumAus(antwort(kette(100'000))));
+    ansicht->alleAufklappen();
+    ansicht->setCurrentIndex(modell->zuStelle(100'000));
+    QTest::keyClick(ansicht.get(), Qt::Key_Asterisk);
+    QVERIFY(!ansicht->grab().isNull());
+    QVERIFY(ansicht->viewport()->rect().intersects(ansicht->visualRect(modell->zuStelle(100'000))));
+    QTest::keyClick(ansicht.get(), Qt::Key_Space);
+    QVERIFY(modell->alle().back().haken);
+
+    ansicht->filtern(u"blatt"_s);
+    QVERIFY(modell->zuStelle(100'000).isValid());
+    ansicht->alleZuklappen();
+    ansicht->filtern({});
+    QVERIFY(!ansicht->grab().isNull());
+}
+
+void TstBaumansicht::langerNameBehaeltDieZahl()
+{
+    const QString lang(2'000'000, u'W');
+    modell->setKnoten(
+        baumAus(antwort({eintrag(u"1"_s, u""_s, {{u"name"_s, lang}, {u"titel"_s, 76}})})));
+    const QRect ganz = titel(lang);
+    QVERIFY(ganz.right() <= ansicht->viewport()->width() + 4);
+    QVERIFY(ganz.width() > 300);
+    // The number stands at the right end: something is drawn in the secondary colour there.
+    const QImage bild = ansicht->viewport()->grab().toImage();
+    int punkte = 0;
+    for (int x = bild.width() - 24; x < bild.width(); ++x) {
+        for (int y = 0; y < 26; ++y) {
+            punkte += bild.pixelColor(x, y) != ansicht->palette().color(QPalette::Base) ? 1 : 0;
+        }
+    }
+    QVERIFY(punkte > 5);
+}
+
+void TstBaumansicht::nameStehtInEinerZeile()
+{
+    modell->setKnoten(
+        baumAus(antwort({eintrag(u"1"_s, u""_s, {{u"name"_s, u"<b>a</b>\nzwei"_s}}),
+                         eintrag(u"2"_s, u""_s, {{u"name"_s, u"<b>a</b> zwei"_s}})})));
+    const QImage bild = ansicht->viewport()->grab().toImage();
+    const QRect erste = ansicht->visualRect(modell->index(0, 0));
+    const QRect zweite = ansicht->visualRect(modell->index(1, 0));
+    QCOMPARE(erste.height(), zweite.height());
+    QCOMPARE(bild.copy(erste), bild.copy(zweite));
+}
+
+void TstBaumansicht::hinweisNurWoGekuerzt()
+{
+    const QString lang = u"<img src=x> "_s + QString(100, u'W');
+    modell->setKnoten(
+        baumAus(antwort({eintrag(u"1"_s, u""_s), eintrag(u"2"_s, u""_s, {{u"name"_s, lang}})})));
+    const auto zeigen = [this](int nummer) {
+        const QPoint ort = ansicht->visualRect(modell->index(nummer, 0)).center();
+        QHelpEvent ruf(QEvent::ToolTip, ort, ansicht->viewport()->mapToGlobal(ort));
+        QApplication::sendEvent(ansicht->viewport(), &ruf);
+        return QToolTip::text();
+    };
+    QCOMPARE(zeigen(0), u""_s);
+    QVERIFY(zeigen(1).contains(u"&lt;img src=x&gt;"_s));
+    QToolTip::hideText();
+}
+
+void TstBaumansicht::zeilenhoehe()
+{
+    QCOMPARE(ansicht->visualRect(zeile(u"N1"_s)).height(), 26);
+}
+
+void TstBaumansicht::vorgelesenWirdJedeZeile()
+{
+    QAccessibleInterface *const baum = QAccessible::queryAccessibleInterface(ansicht.get());
+    QVERIFY(baum != nullptr);
+    QCOMPARE(baum->role(), QAccessible::Tree);
+    QCOMPARE(baum->childCount(), 2);
+    QAccessibleInterface *const oben = baum->child(0);
+    QCOMPARE(oben->role(), QAccessible::TreeItem);
+    QCOMPARE(oben->text(QAccessible::Name), u"N1"_s);
+    QCOMPARE(oben->parent(), baum);
+    QCOMPARE(oben->childCount(), 3);
+    QVERIFY(oben->state().expandable && oben->state().expanded);
+    QAccessibleInterface *const liste = oben->child(1);
+    QCOMPARE(liste->text(QAccessible::Name), u"N3   10"_s);
+    QCOMPARE(liste->parent(), oben);
+    QCOMPARE(oben->indexOfChild(liste), 1);
+    QCOMPARE(baum->indexOfChild(oben), 0);
+    QCOMPARE(baum->indexOfChild(liste), -1);
+    QVERIFY(liste->state().checkable && !liste->state().checked && !liste->state().expandable);
+    QVERIFY(liste->rect().isValid());
+    QCOMPARE(baum->childAt(liste->rect().center().x(), liste->rect().center().y()), liste);
+    QVERIFY(oben->child(3) == nullptr);
+
+    ansicht->setCurrentIndex(zeile(u"N3"_s));
+    QCOMPARE(baum->focusChild(), liste);
+    QVERIFY(liste->state().focused);
+    ansicht->collapse(zeile(u"N1"_s));
+    QCOMPARE(oben->childCount(), 0);
+    QVERIFY(oben->state().collapsed);
+}
+
+void TstBaumansicht::vorlesehilfeHaktAn()
+{
+    QAccessible::setActive(true);
+    QAccessibleInterface *const baum = QAccessible::queryAccessibleInterface(ansicht.get());
+    QAccessibleInterface *const oben = baum->child(0);
+    QAccessibleActionInterface *const tun = oben->actionInterface();
+    if (tun == nullptr) {
+        QFAIL("The row offers no action");
+    }
+    QVERIFY(tun->actionNames().contains(QAccessibleActionInterface::toggleAction()));
+    tun->doAction(QAccessibleActionInterface::toggleAction());
+    QVERIFY(an(u"N1"_s) && an(u"N5"_s));
+    QVERIFY(oben->state().checked && oben->child(0)->state().checked);
+    oben->child(0)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    QVERIFY(!an(u"N1"_s) && an(u"N5"_s));
+
+    oben->child(1)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    QCOMPARE(ansicht->currentIndex(), zeile(u"N3"_s));
+    ansicht->setEnabled(false);
+    tun->doAction(QAccessibleActionInterface::toggleAction());
+    QVERIFY(!an(u"N1"_s));
+    QAccessible::setActive(false);
+}
+
+void TstBaumansicht::vorlesehilfeUeberlebtDenFilter()
+{
+    QAccessible::setActive(true);
+    QAccessibleInterface *const baum = QAccessible::queryAccessibleInterface(ansicht.get());
+    QAccessibleInterface *const sechs = baum->child(1);
+    ansicht->filtern(u"n5"_s);
+    QVERIFY(!sechs->isValid());
+    QVERIFY(sechs->state().invalid);
+    QCOMPARE(sechs->text(QAccessible::Name), u""_s);
+    sechs->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    QVERIFY(!modell->alle().back().haken);
+    QCOMPARE(baum->childCount(), 1);
+    ansicht->filtern({});
+    QVERIFY(sechs->isValid());
+    modell->setKnoten({});
+    QCOMPARE(baum->childCount(), 0);
+    QVERIFY(!sechs->isValid());
+    QAccessible::setActive(false);
+}
+
+QTEST_MAIN(TstBaumansicht)
+#include "tst_baumansicht.moc"

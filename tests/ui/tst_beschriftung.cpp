@@ -1,0 +1,291 @@
+#include "ui/beschriftung.h"
+#include "ui/erscheinung.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QPainter>
+#include <QTest>
+
+#include <memory>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::unique_ptr<Beschriftung> label(const QString &inhalt, std::optional<int> umbruch = {})
+{
+    std::unique_ptr<Beschriftung> neu(
+        beschriftung(inhalt, 12, QFont::Normal, Farbe::schrift, umbruch));
+    neu->setZeilenhoehe(20);
+    return neu;
+}
+
+// The label as it comes out at this width.
+QImage bild(Beschriftung &was, int breite)
+{
+    was.resize(breite, was.hasHeightForWidth() ? was.heightForWidth(breite) : 20);
+    return was.grab().toImage();
+}
+
+double tintenkontrast(const QImage &gezeichnet, const QColor &grund)
+{
+    double bester = 1;
+    for (int x = 0; x < gezeichnet.width(); ++x) {
+        for (int y = 0; y < gezeichnet.height(); ++y) {
+            bester = std::max(bester, Farbe::kontrast(gezeichnet.pixelColor(x, y), grund));
+        }
+    }
+    return bester;
+}
+
+} // namespace
+
+class TstBeschriftung : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QApplication::setPalette(eigenePalette(false)); }
+
+    void woertlich_data();
+    void woertlich();
+    void zeilenwechsel();
+    void ohneUmbruchNieZweiZeilen();
+    void mitUmbruchBeiDerBreite();
+    void zehnKilobyteOhneLeerzeichen();
+    void einMegabyteIstSchnell();
+    void hinweisNurWennGekuerzt();
+    void hinweisIstWoertlich();
+    void fordertKeineBreite();
+    void schrumpfen();
+    void zahlBleibtBeiDerEinheit();
+    void mittelpunkteTrennenZeilen();
+    void schriftUndFarbe();
+    void lesbarAufGrund_data();
+    void lesbarAufGrund();
+    void ansagen();
+};
+
+void TstBeschriftung::woertlich_data()
+{
+    QTest::addColumn<QString>("inhalt");
+    QTest::newRow("bold") << u"<b>fett</b>"_s;
+    QTest::newRow("image") << u"<img src=\"file:///etc/passwd\">"_s;
+    QTest::newRow("entity") << u"&amp; &lt;"_s;
+    QTest::newRow("ampersand") << u"Rock & Roll && &Soul"_s;
+    QTest::newRow("page") << u"<!DOCTYPE html><html><body>x</body></html>"_s;
+    QTest::newRow("link") << u"<a href='https://example.org'>hier</a>"_s;
+}
+
+// As wide as every sign of it, and drawn like that.
+void TstBeschriftung::woertlich()
+{
+    QFETCH(QString, inhalt);
+    const auto eines = label(inhalt);
+    QCOMPARE(eines->text(), inhalt);
+    QCOMPARE(eines->accessibleName(), inhalt);
+    QCOMPARE(eines->textFormat(), Qt::PlainText);
+    const int breite = eines->fontMetrics().horizontalAdvance(inhalt);
+    QVERIFY(qAbs(eines->sizeHint().width() - breite) <= 1);
+
+    QImage erwartet = bild(*label({}), breite + 2);
+    QPainter maler(&erwartet);
+    maler.setFont(eines->font());
+    maler.setPen(eines->farbe());
+    maler.drawText(QRect(0, 0, breite + 2, 20), Qt::AlignVCenter | Qt::TextSingleLine, inhalt);
+    maler.end();
+    QCOMPARE(bild(*eines, breite + 2), erwartet);
+}
+
+void TstBeschriftung::zeilenwechsel()
+{
+    const auto eine = label(u"eins\nzwei\r\ndrei"_s);
+    QVERIFY(!eine->hasHeightForWidth());
+    QCOMPARE(eine->sizeHint().height(), 20);
+    QCOMPARE(bild(*eine, 200), bild(*label(u"eins zwei drei"_s), 200));
+
+    const auto drei = label(u"eins\nzwei\r\ndrei"_s, 360);
+    QCOMPARE(drei->heightForWidth(360), 60);
+    QCOMPARE(drei->text(), u"eins\nzwei\r\ndrei"_s);
+}
+
+void TstBeschriftung::ohneUmbruchNieZweiZeilen()
+{
+    const auto lang = label(u"Wort "_s.repeated(80));
+    lang->resize(100, 60);
+    QCOMPARE(lang->sizeHint().height(), 20);
+    QCOMPARE(lang->heightForWidth(100), -1);
+    QVERIFY(!lang->toolTip().isEmpty());
+}
+
+void TstBeschriftung::mitUmbruchBeiDerBreite()
+{
+    const auto lang = label(u"Wort "_s.repeated(16), 200);
+    QVERIFY(lang->hasHeightForWidth());
+    QVERIFY(lang->sizeHint().width() <= 200);
+    QVERIFY(lang->heightForWidth(200) >= 40);
+    // Given more room it still wraps at its width; given less, earlier.
+    QCOMPARE(lang->heightForWidth(1000), lang->heightForWidth(200));
+    QVERIFY(lang->heightForWidth(100) > lang->heightForWidth(200));
+    QCOMPARE(label(u"kurz"_s, 200)->heightForWidth(200), 20);
+}
+
+void TstBeschriftung::zehnKilobyteOhneLeerzeichen()
+{
+    const QString inhalt(10'000, u'x');
+    const auto umbrochen = label(inhalt, 360);
+    QVERIFY(umbrochen->sizeHint().width() <= 360);
+    QVERIFY(umbrochen->minimumSizeHint().width() < 20);
+    umbrochen->resize(360, umbrochen->heightForWidth(360));
+    QCOMPARE(umbrochen->height(), 12 * 20);
+    QVERIFY(!umbrochen->toolTip().isEmpty());
+
+    const auto einzeilig = label(inhalt);
+    QVERIFY(einzeilig->minimumSizeHint().width() < 20);
+    QCOMPARE(einzeilig->sizeHint().height(), 20);
+}
+
+void TstBeschriftung::einMegabyteIstSchnell()
+{
+    for (const QString &inhalt :
+         {QString(1'000'000, u'x'), u"Wort "_s.repeated(200'000), QString(1'000'000, u'\n')}) {
+        QElapsedTimer seit;
+        seit.start();
+        const auto umbrochen = label({}, 360);
+        const auto einzeilig = label({});
+        for (int i = 0; i < 5; ++i) {
+            umbrochen->setText(inhalt);
+            einzeilig->setText(inhalt);
+        }
+        bild(*umbrochen, 360);
+        bild(*einzeilig, 360);
+        QVERIFY2(seit.elapsed() < 2000, qPrintable(QString::number(seit.elapsed())));
+        QCOMPARE(umbrochen->text().size(), inhalt.size());
+    }
+}
+
+void TstBeschriftung::hinweisNurWennGekuerzt()
+{
+    const auto eines = label(u"Ein ganzer Satz"_s);
+    bild(*eines, 300);
+    QVERIFY(eines->toolTip().isEmpty());
+    bild(*eines, 40);
+    QVERIFY(!eines->toolTip().isEmpty());
+    eines->setText(u"Ja"_s);
+    QVERIFY(eines->toolTip().isEmpty());
+}
+
+void TstBeschriftung::hinweisIstWoertlich()
+{
+    const auto eines = label(u"<b>fett</b> & <img src=x>"_s);
+    bild(*eines, 30);
+    QVERIFY(Qt::mightBeRichText(eines->toolTip()));
+    QVERIFY(eines->toolTip().contains(u"&lt;b&gt;fett&lt;/b&gt; &amp; &lt;img"_s));
+    QVERIFY(!eines->toolTip().contains(u"<img"_s));
+
+    const QString lang = alsHinweis(QString(1'000'000, u'x'));
+    QVERIFY(lang.size() < 3000);
+    QVERIFY(lang.contains(u'…'));
+}
+
+void TstBeschriftung::fordertKeineBreite()
+{
+    QVERIFY(label(u"Ein langer Satz ohne Umbruch"_s)->minimumSizeHint().width() < 20);
+    QVERIFY(label(u"Ein langer Satz mit Umbruch"_s, 360)->minimumSizeHint().width() < 20);
+}
+
+void TstBeschriftung::schrumpfen()
+{
+    const QString inhalt = u"Keine Verbindung zur Cloud – Zahlen folgen beim nächsten Abgleich."_s;
+    const auto eines = label(inhalt, 1000);
+    const int voll = eines->fontMetrics().horizontalAdvance(inhalt);
+    const int knapp = voll * 93 / 100;
+    QCOMPARE(eines->heightForWidth(knapp), 40);
+    eines->setSchrumpfen(0.9);
+    QCOMPARE(eines->heightForWidth(knapp), 20);
+    QCOMPARE(eines->heightForWidth(voll * 99 / 100), 20);
+    QVERIFY(eines->heightForWidth(voll / 2) >= 40);
+    // What was squeezed in is whole.
+    bild(*eines, knapp);
+    QVERIFY(eines->toolTip().isEmpty());
+}
+
+void TstBeschriftung::zahlBleibtBeiDerEinheit()
+{
+    const auto eines = label(u"Vergleich läuft  (12 s)"_s, 1000);
+    const int breite = eines->fontMetrics().horizontalAdvance(u"Vergleich läuft  (12 "_s);
+    QCOMPARE(bild(*eines, breite), bild(*label(u"Vergleich läuft  \n(12 s)"_s, 1000), breite));
+    const auto groesse = label(u"Es sind 214 GB frei"_s, 1000);
+    const int bis = groesse->fontMetrics().horizontalAdvance(u"Es sind 214 "_s);
+    QCOMPARE(bild(*groesse, bis), bild(*label(u"Es sind \n214 GB frei"_s, 1000), bis));
+}
+
+// A group moves to the next line whole, and no line ends with the dot.
+void TstBeschriftung::mittelpunkteTrennenZeilen()
+{
+    const auto eines = label(u"Titel: 12 Stück   ·   Frei auf dem Mac: 214 GB"_s, 1000);
+    const int breite =
+        eines->fontMetrics().horizontalAdvance(u"Titel: 12 Stück   ·   Frei auf dem "_s);
+    QCOMPARE(bild(*eines, breite),
+             bild(*label(u"Titel: 12 Stück\nFrei auf dem Mac: 214 GB"_s, 1000), breite));
+    QCOMPARE(eines->text(), u"Titel: 12 Stück   ·   Frei auf dem Mac: 214 GB"_s);
+    // With room for all of it, nothing changes.
+    QCOMPARE(eines->heightForWidth(1000), 20);
+}
+
+void TstBeschriftung::schriftUndFarbe()
+{
+    const std::unique_ptr<Beschriftung> einfach(beschriftung(u"x"_s, 13.5));
+    QCOMPARE(einfach->font().weight(), QFont::Normal);
+    QVERIFY(qAbs(einfach->font().pointSizeF() * einfach->logicalDpiY() / 72 - 13.5) < 0.05);
+    QCOMPARE(einfach->farbe(), QColor(0x1d1d1f));
+    const std::unique_ptr<Beschriftung> fett(
+        beschriftung(u"x"_s, 26, QFont::Bold, Farbe::sekundaer));
+    QCOMPARE(fett->font().weight(), QFont::Bold);
+    QCOMPARE(fett->farbe(), QColor(0x6e6e73));
+    QApplication::setPalette(eigenePalette(true));
+    QTRY_COMPARE(fett->farbe(), QColor(0xa1a1a8));
+}
+
+void TstBeschriftung::lesbarAufGrund_data()
+{
+    QTest::addColumn<double>("groesse");
+    QTest::addColumn<double>("mindestens");
+    QTest::newRow("small") << 12.0 << 4.5;
+    QTest::newRow("from 17 points on") << 17.0 << 3.0;
+}
+
+void TstBeschriftung::lesbarAufGrund()
+{
+    QFETCH(double, groesse);
+    QFETCH(double, mindestens);
+    const QColor grund(0xffe0d8);
+    const auto blass = [](const QPalette &) { return QColor(0xff8a80); };
+    const std::unique_ptr<Beschriftung> eines(
+        beschriftung(u"HHHHH"_s, groesse, QFont::Black, blass));
+    QPalette palette = QApplication::palette();
+    palette.setColor(QPalette::Window, grund);
+    eines->setPalette(palette);
+    eines->setGrund(grund);
+    eines->resize(eines->sizeHint());
+    const double erreicht = tintenkontrast(eines->grab().toImage(), grund);
+    QVERIFY2(erreicht > mindestens - 0.1, qPrintable(QString::number(erreicht)));
+    QVERIFY2(erreicht < mindestens + 1, qPrintable(QString::number(erreicht)));
+}
+
+// Screen readers are told what the accessible name becomes.
+void TstBeschriftung::ansagen()
+{
+    const auto eines = label(u"eins"_s);
+    eines->setText(u"zwei"_s);
+    QCOMPARE(eines->accessibleName(), u"zwei"_s);
+    eines->setTextLautlos(u"zwei  (1 s)"_s);
+    QCOMPARE(eines->text(), u"zwei  (1 s)"_s);
+    QCOMPARE(eines->accessibleName(), u"zwei"_s);
+    eines->setText(QString(1'000'000, u'x'));
+    QVERIFY(eines->accessibleName().size() < 5000);
+}
+
+QTEST_MAIN(TstBeschriftung)
+#include "tst_beschriftung.moc"

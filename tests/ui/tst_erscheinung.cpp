@@ -1,0 +1,189 @@
+#include "doubles/testuhr.h"
+#include "ui/beschriftung.h"
+#include "ui/erscheinung.h"
+#include "ui/karte.h"
+#include "ui/knoepfe.h"
+#include "ui/pille.h"
+#include "ui/rad.h"
+#include "ui/schrift.h"
+#include "ui/stapel.h"
+#include "ui/stil.h"
+#include "ui/symbole.h"
+#include "ui/tabellenzahl.h"
+
+#include <QApplication>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include <memory>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// One of each view.
+std::unique_ptr<QWidget> allesauf(Uhr &uhr)
+{
+    auto *const zeichen = new Zeichen(44);
+    zeichen->setzen(u"checkmark.circle.fill"_s, Farbe::systemGruen, {});
+    auto *const rad = new Rad(uhr);
+    rad->setFixedSize(44, 44);
+    auto *const pille = new Pille;
+    pille->setzen(u"Aktiv"_s, Farbe::gut, Farbe::gutWeich);
+    auto *const gesperrt = new Startknopf(u"gesperrt"_s);
+    gesperrt->setEnabled(false);
+    auto *const haken = new Haken(u"eins\nzwei"_s);
+    haken->setChecked(true);
+
+    auto grund = std::make_unique<Grund>();
+    auto *const reihe = new QVBoxLayout(grund.get());
+    for (const Farbton fuellung : {Farbton(Farbe::gutWeich), Farbton(Farbe::durchsichtig)}) {
+        auto *const karte = new Karte;
+        karte->einsetzen(
+            stapel({beschriftung(u"Titel"_s, 17, QFont::Bold, Farbe::gut),
+                    beschriftung(u"Detail"_s, 12, QFont::Normal, Farbe::sekundaer, 300)},
+                   Qt::Vertical));
+        karte->setFuellung(fuellung);
+        reihe->addWidget(karte);
+    }
+    for (QWidget *widget : std::initializer_list<QWidget *>{
+             zeichen, rad, pille, gesperrt, haken, new Startknopf(u"Start"_s), new Haken(u"aus"_s),
+             new Verweis(u"Verweis"_s), new Haarlinie(Qt::Horizontal),
+             new Tabellenzahl(u"12.345"_s), new QPushButton(u"Knopf"_s)}) {
+        reihe->addWidget(widget);
+    }
+    grund->resize(400, grund->sizeHint().height());
+    return grund;
+}
+
+} // namespace
+
+class TstErscheinung : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QApplication::setStyle(u"fusion"_s);
+        QApplication::setPalette(QPalette());
+        QApplication::setFont(grundschrift);
+    }
+
+    void ohneDesktopDieEigene_data();
+    void ohneDesktopDieEigene();
+    void paletteDesDesktopsBleibt();
+    void stilDesDesktopsBleibt();
+    void gesperrtesIstBlasser();
+    void wechselImLaufenden_data();
+    void wechselImLaufenden();
+    void schriftfaktor_data();
+    void schriftfaktor();
+    void systemschrift();
+
+private:
+    const QFont grundschrift = QApplication::font();
+};
+
+void TstErscheinung::ohneDesktopDieEigene_data()
+{
+    QTest::addColumn<bool>("dunkel");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void TstErscheinung::ohneDesktopDieEigene()
+{
+    QFETCH(bool, dunkel);
+    erscheinungEinrichten(*qApp, dunkel);
+    QVERIFY(qobject_cast<Stil *>(QApplication::style()) != nullptr);
+    QCOMPARE(QApplication::palette().color(QPalette::Window),
+             eigenePalette(dunkel).color(QPalette::Window));
+    QCOMPARE(Farbe::istDunkel(QApplication::palette()), dunkel);
+}
+
+void TstErscheinung::paletteDesDesktopsBleibt()
+{
+    QPalette fremd = QApplication::style()->standardPalette();
+    fremd.setColor(QPalette::Window, QColor(1, 2, 3));
+    QApplication::setPalette(fremd);
+    erscheinungEinrichten(*qApp);
+    QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(1, 2, 3));
+}
+
+void TstErscheinung::stilDesDesktopsBleibt()
+{
+    QVERIFY(QStyleFactory::keys().contains(u"Windows"_s));
+    QApplication::setStyle(u"windows"_s);
+    erscheinungEinrichten(*qApp);
+    QCOMPARE(QApplication::style()->name(), u"windows"_s);
+    QVERIFY(qobject_cast<Stil *>(QApplication::style()) == nullptr);
+}
+
+void TstErscheinung::gesperrtesIstBlasser()
+{
+    for (const bool dunkel : {false, true}) {
+        const QPalette p = eigenePalette(dunkel);
+        const QColor grund = p.color(QPalette::Base);
+        QVERIFY(Farbe::kontrast(p.color(QPalette::Disabled, QPalette::ButtonText), grund) <
+                Farbe::kontrast(p.color(QPalette::Active, QPalette::ButtonText), grund));
+    }
+}
+
+void TstErscheinung::wechselImLaufenden_data()
+{
+    ohneDesktopDieEigene_data();
+}
+
+// What was open while the appearance changed looks like what is built afterwards.
+void TstErscheinung::wechselImLaufenden()
+{
+    QFETCH(bool, dunkel);
+    Testuhr uhr;
+    erscheinungEinrichten(*qApp, !dunkel);
+    const auto offen = allesauf(uhr);
+    offen->show();
+    const QImage vorher = offen->grab().toImage();
+
+    QApplication::setPalette(eigenePalette(dunkel));
+    const auto neu = allesauf(uhr);
+    neu->show();
+    QTRY_COMPARE(offen->grab().toImage(), neu->grab().toImage());
+    QVERIFY(offen->grab().toImage() != vorher);
+}
+
+void TstErscheinung::schriftfaktor_data()
+{
+    QTest::addColumn<int>("pixel");
+    QTest::addColumn<double>("faktor");
+    QTest::newRow("small") << 10 << 1.0;
+    QTest::newRow("as most have it") << 13 << 1.0;
+    QTest::newRow("the largest usual one") << 15 << 1.0;
+    QTest::newRow("30 % larger") << 17 << 17 / 13.0;
+    QTest::newRow("twice as large") << 26 << 2.0;
+}
+
+void TstErscheinung::schriftfaktor()
+{
+    QFETCH(int, pixel);
+    QFont schrift = grundschrift;
+    schrift.setPixelSize(pixel);
+    QApplication::setFont(schrift);
+    QTEST(kalvaro::schriftfaktor(), "faktor");
+}
+
+void TstErscheinung::systemschrift()
+{
+    QFont gross = grundschrift;
+    gross.setPixelSize(26);
+    QCOMPARE(QFontInfo(kalvaro::systemschrift(20)).pixelSize(), 20);
+    QCOMPARE(kalvaro::systemschrift(20, QFont::Bold).weight(), QFont::Bold);
+    QApplication::setFont(gross);
+    QCOMPARE(QFontInfo(kalvaro::systemschrift(20)).pixelSize(), 40);
+}
+
+QTEST_MAIN(TstErscheinung)
+#include "tst_erscheinung.moc"

@@ -1,0 +1,263 @@
+#include "ui/erscheinung.h"
+#include "ui/farbe.h"
+
+#include <QTest>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(kalvaro::Farbton)
+
+namespace {
+
+const QPalette &hell()
+{
+    static const QPalette palette = eigenePalette(false);
+    return palette;
+}
+
+const QPalette &dunkel()
+{
+    static const QPalette palette = eigenePalette(true);
+    return palette;
+}
+
+// Everything that a card may show.
+const QList<Farbton> fuellungen{Farbe::durchsichtig, Farbe::gutWeich, Farbe::warnWeich,
+                                Farbe::kritWeich};
+
+QColor karte(Farbton fuellung, const QPalette &palette)
+{
+    return Farbe::ueber(fuellung(palette), Farbe::flaeche(palette));
+}
+
+} // namespace
+
+class TstFarbe : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void werte_data();
+    void werte();
+    void weicheBleibenGleich_data();
+    void weicheBleibenGleich();
+    void dynamisch();
+    void ueber();
+    void kontrast();
+    void lesbarLaesstWasLesbarIst();
+    void lesbarGehtNurSoWeitWieNoetig();
+    void lesbarAufMittlererFarbe();
+    void textAufKarten_data();
+    void textAufKarten();
+    void pillenAufKarten_data();
+    void pillenAufKarten();
+    void durchscheinendesSekundaer();
+    void verweisEinesDunklenDesktops();
+    void haarlinieBleibtSichtbar();
+};
+
+void TstFarbe::werte_data()
+{
+    QTest::addColumn<Farbton>("ton");
+    QTest::addColumn<QColor>("inHell");
+    QTest::addColumn<QColor>("inDunkel");
+    QTest::newRow("gut") << Farbton(Farbe::gut) << QColor(36, 138, 61) << QColor(48, 209, 88);
+    QTest::newRow("warn") << Farbton(Farbe::warn) << QColor(178, 80, 0) << QColor(255, 159, 10);
+    QTest::newRow("krit") << Farbton(Farbe::krit) << QColor(215, 0, 21) << QColor(255, 69, 58);
+    QTest::newRow("system green") << Farbton(Farbe::systemGruen) << QColor(52, 199, 89)
+                                  << QColor(48, 209, 88);
+    QTest::newRow("system orange")
+        << Farbton(Farbe::systemOrange) << QColor(255, 149, 0) << QColor(255, 159, 10);
+    QTest::newRow("system red") << Farbton(Farbe::systemRot) << QColor(255, 59, 48)
+                                << QColor(255, 69, 58);
+    QTest::newRow("window") << Farbton(Farbe::fenster) << QColor(0xf2f2f4) << QColor(0x1e1e20);
+    QTest::newRow("card") << Farbton(Farbe::flaeche) << QColor(0xffffff) << QColor(0x2a2a2d);
+    QTest::newRow("text") << Farbton(Farbe::schrift) << QColor(0x1d1d1f) << QColor(0xf2f2f4);
+    QTest::newRow("secondary") << Farbton(Farbe::sekundaer) << QColor(0x6e6e73) << QColor(0xa1a1a8);
+    QTest::newRow("hairline") << Farbton(Farbe::haarlinie) << QColor(0xe6e6ea) << QColor(0x3a3a3e);
+    QTest::newRow("accent") << Farbton(Farbe::akzent) << QColor(0x0a66d8) << QColor(0x2f7df6);
+    QTest::newRow("text on the accent")
+        << Farbton(Farbe::akzentSchrift) << QColor(Qt::white) << QColor(Qt::white);
+    QTest::newRow("link") << Farbton(Farbe::verweis) << QColor(0x0a5cc8) << QColor(0x5aa2ff);
+}
+
+void TstFarbe::werte()
+{
+    QFETCH(Farbton, ton);
+    QFETCH(QColor, inHell);
+    QFETCH(QColor, inDunkel);
+    QCOMPARE(ton(hell()).rgba(), inHell.rgba());
+    QCOMPARE(ton(dunkel()).rgba(), inDunkel.rgba());
+}
+
+void TstFarbe::weicheBleibenGleich_data()
+{
+    QTest::addColumn<Farbton>("ton");
+    QTest::addColumn<QColor>("farbe");
+    QTest::addColumn<float>("deckung");
+    QTest::newRow("gutWeich") << Farbton(Farbe::gutWeich) << QColor(52, 199, 89) << 0.14F;
+    QTest::newRow("warnWeich") << Farbton(Farbe::warnWeich) << QColor(255, 149, 0) << 0.15F;
+    QTest::newRow("kritWeich") << Farbton(Farbe::kritWeich) << QColor(255, 59, 48) << 0.13F;
+}
+
+void TstFarbe::weicheBleibenGleich()
+{
+    QFETCH(Farbton, ton);
+    QFETCH(QColor, farbe);
+    QFETCH(float, deckung);
+    QCOMPARE(ton(hell()), ton(dunkel()));
+    QCOMPARE(ton(hell()).rgb(), farbe.rgb());
+    QVERIFY(qAbs(ton(hell()).alphaF() - deckung) < 0.0001F);
+}
+
+void TstFarbe::dynamisch()
+{
+    QVERIFY(!Farbe::istDunkel(hell()));
+    QVERIFY(Farbe::istDunkel(dunkel()));
+    QCOMPARE(Farbe::dynamisch(hell(), Qt::red, Qt::blue), QColor(Qt::red));
+    QCOMPARE(Farbe::dynamisch(dunkel(), Qt::red, Qt::blue), QColor(Qt::blue));
+
+    // Neither the one nor the other: light.
+    QPalette grau(hell());
+    grau.setColor(QPalette::Window, Qt::gray);
+    grau.setColor(QPalette::WindowText, Qt::gray);
+    QCOMPARE(Farbe::dynamisch(grau, Qt::red, Qt::blue), QColor(Qt::red));
+}
+
+void TstFarbe::ueber()
+{
+    QCOMPARE(Farbe::ueber(QColor(0, 0, 0, 0), QColor(10, 20, 30)).rgba(),
+             QColor(10, 20, 30).rgba());
+    QCOMPARE(Farbe::ueber(QColor(1, 2, 3), QColor(10, 20, 30)).rgba(), QColor(1, 2, 3).rgba());
+    QColor halb(Qt::black);
+    halb.setAlphaF(0.5F);
+    const QColor grau = Farbe::ueber(halb, Qt::white);
+    QVERIFY(qAbs(grau.redF() - 0.5F) < 0.001F);
+    QCOMPARE(grau.alphaF(), 1.0F);
+}
+
+void TstFarbe::kontrast()
+{
+    QVERIFY(qAbs(Farbe::kontrast(Qt::black, Qt::white) - 21) < 0.001);
+    QVERIFY(qAbs(Farbe::kontrast(Qt::white, Qt::black) - 21) < 0.001);
+    QCOMPARE(Farbe::kontrast(Qt::red, Qt::red), 1.0);
+    // The well-known greys on either side of 4.5.
+    QVERIFY(Farbe::kontrast(QColor(0x767676), Qt::white) >= 4.5);
+    QVERIFY(Farbe::kontrast(QColor(0x777777), Qt::white) < 4.5);
+}
+
+void TstFarbe::lesbarLaesstWasLesbarIst()
+{
+    QCOMPARE(Farbe::lesbar(QColor(0x1d1d1f), Qt::white, 4.5).rgb(), QColor(0x1d1d1f).rgb());
+    QCOMPARE(Farbe::lesbar(QColor(0x767676), Qt::white, 4.5).rgb(), QColor(0x767676).rgb());
+}
+
+void TstFarbe::lesbarGehtNurSoWeitWieNoetig()
+{
+    const QColor grund = karte(Farbe::kritWeich, hell());
+    const QColor schwach = Farbe::sekundaer(hell());
+    QVERIFY(Farbe::kontrast(schwach, grund) < 4.5);
+    const QColor dunkler = Farbe::lesbar(schwach, grund, 4.5);
+    QVERIFY(Farbe::kontrast(dunkler, grund) >= 4.5);
+    QVERIFY(Farbe::kontrast(dunkler, grund) < 5.2);
+
+    // On a dark ground it becomes lighter.
+    const QColor heller = Farbe::lesbar(QColor(0x505050), Qt::black, 4.5);
+    QVERIFY(heller.lightness() > 0x50);
+    QVERIFY(Farbe::kontrast(heller, Qt::black) >= 4.5);
+}
+
+void TstFarbe::lesbarAufMittlererFarbe()
+{
+    for (int stufe = 0; stufe < 256; ++stufe) {
+        const QColor grund(stufe, stufe, stufe);
+        QVERIFY2(Farbe::kontrast(Farbe::lesbar(grund, grund, 4.5), grund) >= 4.5,
+                 qPrintable(grund.name()));
+    }
+}
+
+void TstFarbe::textAufKarten_data()
+{
+    QTest::addColumn<bool>("istDunkel");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void TstFarbe::textAufKarten()
+{
+    QFETCH(bool, istDunkel);
+    const QPalette &palette = istDunkel ? dunkel() : hell();
+    for (const Farbton fuellung : fuellungen) {
+        const QColor grund = karte(fuellung, palette);
+        const QColor zeile = Farbe::lesbar(Farbe::sekundaer(palette), grund, 4.5);
+        QVERIFY(Farbe::kontrast(zeile, grund) >= 4.5);
+        QVERIFY(Farbe::kontrast(Farbe::schrift(palette), grund) >= 4.5);
+    }
+    // Headlines need no help.
+    const QList<QPair<Farbton, Farbton>> titel{{Farbe::gut, Farbe::gutWeich},
+                                               {Farbe::warn, Farbe::warnWeich},
+                                               {Farbe::krit, Farbe::kritWeich},
+                                               {Farbe::schrift, Farbe::durchsichtig}};
+    for (const auto &[ton, fuellung] : titel) {
+        const QColor grund = karte(fuellung, palette);
+        QVERIFY2(Farbe::kontrast(ton(palette), grund) >= 3, qPrintable(grund.name()));
+    }
+    QVERIFY(Farbe::kontrast(Farbe::verweis(palette), Farbe::fenster(palette)) >= 4.5);
+    QVERIFY(Farbe::kontrast(Farbe::sekundaer(palette), Farbe::fenster(palette)) >= 4.5);
+}
+
+void TstFarbe::pillenAufKarten_data()
+{
+    textAufKarten_data();
+}
+
+void TstFarbe::pillenAufKarten()
+{
+    QFETCH(bool, istDunkel);
+    const QPalette &palette = istDunkel ? dunkel() : hell();
+    const QList<QPair<Farbton, Farbton>> pillen{{Farbe::gut, Farbe::gutWeich},
+                                                {Farbe::warn, Farbe::warnWeich}};
+    for (const Farbton fuellung : fuellungen) {
+        for (const auto &[ton, weich] : pillen) {
+            const QColor grund = Farbe::ueber(weich(palette), karte(fuellung, palette));
+            QVERIFY(Farbe::kontrast(Farbe::lesbar(ton(palette), grund, 4.5), grund) >= 4.5);
+        }
+    }
+}
+
+// Most desktops have a placeholder text that is a translucent text colour.
+void TstFarbe::durchscheinendesSekundaer()
+{
+    for (QPalette palette : {hell(), dunkel()}) {
+        QColor halb = palette.color(QPalette::WindowText);
+        halb.setAlpha(128);
+        palette.setColor(QPalette::PlaceholderText, halb);
+        const QColor sekundaer = Farbe::sekundaer(palette);
+        QCOMPARE(sekundaer.alpha(), 255);
+        QVERIFY(Farbe::kontrast(sekundaer, Farbe::flaeche(palette)) <
+                Farbe::kontrast(Farbe::schrift(palette), Farbe::flaeche(palette)) / 2);
+        QVERIFY(Farbe::kontrast(Farbe::tertiaer(palette), Farbe::flaeche(palette)) <
+                Farbe::kontrast(sekundaer, Farbe::flaeche(palette)));
+    }
+}
+
+void TstFarbe::verweisEinesDunklenDesktops()
+{
+    QPalette palette = dunkel();
+    palette.setColor(QPalette::Link, QColor(0, 0, 255));
+    QVERIFY(Farbe::kontrast(QColor(0, 0, 255), Farbe::fenster(palette)) < 2.5);
+    QVERIFY(Farbe::kontrast(Farbe::verweis(palette), Farbe::fenster(palette)) >= 4.5);
+}
+
+void TstFarbe::haarlinieBleibtSichtbar()
+{
+    for (QPalette palette : {hell(), dunkel()}) {
+        palette.setColor(QPalette::Midlight, palette.color(QPalette::Base));
+        QVERIFY(Farbe::kontrast(Farbe::haarlinie(palette), Farbe::flaeche(palette)) > 1.15);
+        QVERIFY(Farbe::kontrast(Farbe::haarlinie(palette), Farbe::flaeche(palette)) < 2);
+    }
+}
+
+QTEST_MAIN(TstFarbe)
+#include "tst_farbe.moc"

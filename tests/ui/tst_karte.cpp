@@ -1,0 +1,272 @@
+#include "ui/erscheinung.h"
+#include "ui/karte.h"
+
+#include <QApplication>
+#include <QLayout>
+#include <QProxyStyle>
+#include <QTest>
+
+#include <cmath>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QRect platz(30, 30, 200, 100); // of the card on its ground
+
+// A system that asks for less motion.
+class Stillstil final : public QProxyStyle
+{
+public:
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *mehr) const override
+    {
+        return hint == SH_Widget_Animation_Duration
+                   ? 0
+                   : QProxyStyle::styleHint(hint, option, widget, mehr);
+    }
+};
+
+// A card that lies on a ground.
+struct Probe
+{
+    Grund grund;
+    Karte karte{&grund};
+
+    Probe()
+    {
+        grund.resize(260, 160);
+        karte.setGeometry(platz);
+    }
+
+    [[nodiscard]] QImage bild() { return grund.grab().toImage(); }
+    [[nodiscard]] QColor mitte() { return bild().pixelColor(platz.center()); }
+};
+
+// The share of the pixel's area that lies within a circle around (mitte, mitte).
+double imKreis(int x, int y, double mitte, double radius)
+{
+    constexpr int proben = 16;
+    int drin = 0;
+    for (int i = 0; i < proben * proben; ++i) {
+        const double dx = x + (i % proben + 0.5) / proben - mitte;
+        const double dy = y + (double(i / proben) + 0.5) / proben - mitte;
+        drin += dx * dx + dy * dy <= radius * radius ? 1 : 0;
+    }
+    return double(drin) / (proben * proben);
+}
+
+} // namespace
+
+class TstKarte : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QApplication::setStyle(u"fusion"_s); }
+    void init() { QApplication::setPalette(eigenePalette(false)); }
+    void cleanup() { QApplication::setStyle(u"fusion"_s); }
+
+    void radius();
+    void schatten_data();
+    void schatten();
+    void schattenNurSichtbarerKarten();
+    void fuellung_data();
+    void fuellung();
+    void ohneFuellung();
+    void einsetzen_data();
+    void einsetzen();
+    void wechselLaeuftUndEndet();
+    void wechselZurueckMittendrin();
+    void wechselVerborgen();
+    void wechselBeiWenigerBewegung();
+    void erscheinungMittenImWechsel();
+    void grundFolgtDerErscheinung();
+    void haarlinie();
+};
+
+// Red card on white: the red share of each pixel at the corner tells its coverage.
+void TstKarte::radius()
+{
+    QPalette palette = eigenePalette(false);
+    palette.setColor(QPalette::Window, Qt::white);
+    palette.setColor(QPalette::Base, Qt::red);
+    Karte karte;
+    karte.setPalette(palette);
+    karte.setAutoFillBackground(true);
+    karte.resize(80, 60);
+    const QImage bild = karte.grab().toImage();
+    for (int x = 0; x < 14; ++x) {
+        for (int y = 0; y < 14; ++y) {
+            const double deckung = 1 - bild.pixelColor(x, y).greenF();
+            QVERIFY2(std::abs(deckung - imKreis(x, y, 14, 14)) < 0.12,
+                     qPrintable(u"%1, %2"_s.arg(x).arg(y)));
+        }
+    }
+    QCOMPARE(bild.pixelColor(14, 0), QColor(Qt::red));
+    QCOMPARE(bild.pixelColor(0, 14), QColor(Qt::red));
+}
+
+void TstKarte::schatten_data()
+{
+    QTest::addColumn<QPoint>("ort");
+    QTest::addColumn<double>("abstand"); // from the edge of the shadow, which falls one down
+    const int x = platz.center().x();
+    for (const int ring : {0, 1, 2, 4, 6}) {
+        QTest::addRow("below %d", ring) << QPoint(x, platz.bottom() + 1 + ring) << ring + 0.5 - 1;
+        QTest::addRow("above %d", ring) << QPoint(x, platz.top() - 1 - ring) << ring + 0.5 + 1;
+        QTest::addRow("right %d", ring)
+            << QPoint(platz.right() + 1 + ring, platz.center().y()) << ring + 0.5;
+    }
+    QTest::newRow("far away") << QPoint(2, 2) << 30.0;
+}
+
+// Black at 0.08, blurred by 3.
+void TstKarte::schatten()
+{
+    QFETCH(QPoint, ort);
+    QFETCH(double, abstand);
+    QPalette palette = eigenePalette(false);
+    palette.setColor(QPalette::Window, Qt::white);
+    QApplication::setPalette(palette);
+    Probe probe;
+    const double deckung = 0.08 * 0.5 * std::erfc(abstand / (3 * std::sqrt(2.0)));
+    const QColor farbe = probe.bild().pixelColor(ort);
+    QVERIFY2(std::abs(farbe.red() - 255 * (1 - deckung)) < 1.2, qPrintable(farbe.name()));
+    QCOMPARE(farbe.red(), farbe.green());
+    QCOMPARE(farbe.red(), farbe.blue());
+}
+
+void TstKarte::schattenNurSichtbarerKarten()
+{
+    Probe probe;
+    probe.karte.hide();
+    const QPoint darunter(platz.center().x(), platz.bottom() + 1);
+    QCOMPARE(probe.bild().pixelColor(darunter), Farbe::fenster(QApplication::palette()));
+}
+
+void TstKarte::fuellung_data()
+{
+    QTest::addColumn<bool>("dunkel");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void TstKarte::fuellung()
+{
+    QFETCH(bool, dunkel);
+    const QPalette palette = eigenePalette(dunkel);
+    QApplication::setPalette(palette);
+    Probe probe;
+    for (const Farbton ton :
+         {Farbton(Farbe::gutWeich), Farbton(Farbe::warnWeich), Farbton(Farbe::kritWeich)}) {
+        probe.karte.setFuellung(ton);
+        QVERIFY(probe.karte.fuellung() == ton);
+        const QColor erwartet = Farbe::ueber(ton(palette), Farbe::flaeche(palette));
+        QCOMPARE(probe.karte.grundfarbe().rgb(), erwartet.rgb());
+        QCOMPARE(probe.mitte().rgb(), erwartet.rgb());
+    }
+}
+
+void TstKarte::ohneFuellung()
+{
+    Probe probe;
+    QVERIFY(probe.karte.fuellung() == Farbton(Farbe::durchsichtig));
+    QCOMPARE(probe.mitte(), Farbe::flaeche(QApplication::palette()));
+}
+
+void TstKarte::einsetzen_data()
+{
+    QTest::addColumn<QList<int>>("raender");
+    QTest::addColumn<QRect>("erwartet");
+    QTest::newRow("as usual") << QList<int>{} << QRect(18, 16, 164, 68);
+    QTest::newRow("given") << QList<int>{5, 7} << QRect(5, 7, 190, 86);
+}
+
+void TstKarte::einsetzen()
+{
+    QFETCH(QList<int>, raender);
+    Karte karte;
+    auto *const inhalt = new QWidget;
+    if (raender.isEmpty()) {
+        karte.einsetzen(inhalt);
+    } else {
+        karte.einsetzen(inhalt, raender[0], raender[1]);
+    }
+    karte.resize(200, 100);
+    karte.layout()->activate();
+    QCOMPARE(inhalt->parentWidget(), &karte);
+    QTEST(inhalt->geometry(), "erwartet");
+}
+
+void TstKarte::wechselLaeuftUndEndet()
+{
+    Probe probe;
+    probe.grund.show();
+    const QColor vorher = probe.mitte();
+    probe.karte.setFuellung(Farbe::kritWeich);
+    QCOMPARE(probe.mitte().rgb(), vorher.rgb()); // no jump
+    QTRY_COMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
+    QVERIFY(probe.mitte() != vorher);
+}
+
+void TstKarte::wechselZurueckMittendrin()
+{
+    Probe probe;
+    probe.grund.show();
+    const QColor vorher = probe.mitte();
+    probe.karte.setFuellung(Farbe::kritWeich);
+    QTRY_VERIFY(probe.mitte().rgb() != vorher.rgb());
+    probe.karte.setFuellung(Farbe::durchsichtig);
+    QTRY_COMPARE(probe.mitte().rgb(), vorher.rgb());
+}
+
+void TstKarte::wechselVerborgen()
+{
+    Probe probe;
+    probe.karte.setFuellung(Farbe::kritWeich);
+    QCOMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
+}
+
+void TstKarte::wechselBeiWenigerBewegung()
+{
+    QApplication::setStyle(new Stillstil);
+    Probe probe;
+    probe.grund.show();
+    probe.karte.setFuellung(Farbe::kritWeich);
+    QCOMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
+}
+
+// It once ended on the colour of the appearance in which it had begun.
+void TstKarte::erscheinungMittenImWechsel()
+{
+    Probe probe;
+    probe.grund.show();
+    probe.karte.setFuellung(Farbe::kritWeich);
+    QApplication::setPalette(eigenePalette(true));
+    QTRY_COMPARE(probe.karte.palette().color(QPalette::Base), QColor(0x2a2a2d));
+    QCOMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
+}
+
+void TstKarte::grundFolgtDerErscheinung()
+{
+    Probe probe;
+    QCOMPARE(probe.bild().pixelColor(1, 1), QColor(0xf2f2f4));
+    QApplication::setPalette(eigenePalette(true));
+    QTRY_COMPARE(probe.bild().pixelColor(1, 1), QColor(0x1e1e20));
+}
+
+void TstKarte::haarlinie()
+{
+    Haarlinie waagrecht(Qt::Horizontal);
+    Haarlinie senkrecht(Qt::Vertical);
+    waagrecht.resize(50, 50);
+    senkrecht.resize(50, 50);
+    QCOMPARE(waagrecht.size(), QSize(50, 1));
+    QCOMPARE(senkrecht.size(), QSize(1, 50));
+    QCOMPARE(waagrecht.grab().toImage().pixelColor(25, 0), QColor(0xe6e6ea));
+}
+
+QTEST_MAIN(TstKarte)
+#include "tst_karte.moc"

@@ -1,0 +1,161 @@
+#include "ui/erscheinung.h"
+#include "ui/symbole.h"
+
+#include <QApplication>
+#include <QTest>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QStringList namen{u"arrow.clockwise.icloud"_s,
+                        u"checkmark.circle.fill"_s,
+                        u"checkmark.icloud"_s,
+                        u"exclamationmark.circle.fill"_s,
+                        u"exclamationmark.icloud"_s,
+                        u"exclamationmark.icloud.fill"_s,
+                        u"exclamationmark.octagon.fill"_s,
+                        u"icloud"_s,
+                        u"icloud.slash"_s,
+                        u"play.circle.fill"_s};
+
+// How many pixels are neither empty nor full: soft edges.
+int weiche(const QImage &bild)
+{
+    int anzahl = 0;
+    for (int x = 0; x < bild.width(); ++x) {
+        for (int y = 0; y < bild.height(); ++y) {
+            const int alpha = bild.pixelColor(x, y).alpha();
+            anzahl += alpha > 0 && alpha < 255 ? 1 : 0;
+        }
+    }
+    return anzahl;
+}
+
+int tinte(const QImage &bild)
+{
+    int anzahl = 0;
+    for (int x = 0; x < bild.width(); ++x) {
+        for (int y = 0; y < bild.height(); ++y) {
+            anzahl += bild.pixelColor(x, y).alpha() > 127 ? 1 : 0;
+        }
+    }
+    return anzahl;
+}
+
+} // namespace
+
+class TstSymbole : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QApplication::setPalette(eigenePalette(false)); }
+
+    void zeichnung_data();
+    void zeichnung();
+    void alleSindVerschieden();
+    void unbekannterName();
+    void programmsymbol();
+    void zeichenFolgtDerErscheinung();
+    void zeichenOhneName();
+};
+
+void TstSymbole::zeichnung_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("groesse");
+    QTest::addColumn<double>("faktor");
+    for (const QString &name : namen) {
+        for (const int groesse : {16, 22, 32, 44, 64}) {
+            for (const double faktor : {1.0, 2.0}) {
+                QTest::addRow("%s %d @%g", qPrintable(name), groesse, faktor)
+                    << name << groesse << faktor;
+            }
+        }
+    }
+}
+
+void TstSymbole::zeichnung()
+{
+    QFETCH(QString, name);
+    QFETCH(int, groesse);
+    QFETCH(double, faktor);
+    const QPixmap pixmap = symbolbild(name, groesse, QColor(10, 120, 200), faktor);
+    const QImage bild = pixmap.toImage();
+    QCOMPARE(pixmap.devicePixelRatio(), faktor);
+    QCOMPARE(bild.size(), QSize(1, 1) * qRound(groesse * faktor));
+
+    // Every pixel has the tint, whatever its coverage.
+    for (int x = 0; x < bild.width(); ++x) {
+        for (int y = 0; y < bild.height(); ++y) {
+            const QColor farbe = bild.pixelColor(x, y);
+            if (farbe.alpha() > 200) {
+                QVERIFY(qAbs(farbe.red() - 10) < 3 && qAbs(farbe.blue() - 200) < 3);
+            }
+        }
+    }
+    // A drawing, not a blot, and sharp: soft pixels lie along its edges only. Enlarged, the drawing
+    // of half the size would have more of them.
+    const int flaeche = bild.width() * bild.height();
+    QVERIFY(tinte(bild) > flaeche / 20);
+    QVERIFY(tinte(bild) < flaeche * 9 / 10);
+    const QImage gestreckt =
+        symbolbild(name, groesse / 2, Qt::black, faktor)
+            .toImage()
+            .scaled(bild.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QVERIFY(weiche(bild) < weiche(gestreckt) * 8 / 10);
+}
+
+void TstSymbole::alleSindVerschieden()
+{
+    QList<QImage> bilder;
+    for (const QString &name : namen) {
+        const QImage bild = symbolbild(name, 22, Qt::black, 1).toImage();
+        QVERIFY2(!bilder.contains(bild), qPrintable(name));
+        bilder.append(bild);
+    }
+}
+
+void TstSymbole::unbekannterName()
+{
+    QVERIFY(symbolbild(u"gibt.es.nicht"_s, 22, Qt::black, 1).isNull());
+    QVERIFY(symbolbild({}, 22, Qt::black, 1).isNull());
+}
+
+void TstSymbole::programmsymbol()
+{
+    const QIcon symbol = kalvaro::programmsymbol();
+    for (const int groesse : {16, 32, 48, 64, 128, 256}) {
+        const QPixmap bild = symbol.pixmap(groesse, groesse);
+        QCOMPARE(bild.size(), QSize(groesse, groesse));
+        QVERIFY(tinte(bild.toImage()) > groesse * groesse / 2);
+    }
+}
+
+void TstSymbole::zeichenFolgtDerErscheinung()
+{
+    Zeichen zeichen(44);
+    zeichen.setzen(u"checkmark.circle.fill"_s, Farbe::systemGruen, u"Erledigt"_s);
+    QCOMPARE(zeichen.size(), QSize(44, 44));
+    QCOMPARE(zeichen.name(), u"checkmark.circle.fill"_s);
+    QCOMPARE(zeichen.accessibleName(), u"Erledigt"_s);
+    QCOMPARE(zeichen.toenung(), QColor(52, 199, 89));
+    QApplication::setPalette(eigenePalette(true));
+    QTRY_COMPARE(zeichen.toenung(), QColor(48, 209, 88));
+    QCOMPARE(zeichen.grab().toImage().pixelColor(10, 22), QColor(48, 209, 88));
+}
+
+void TstSymbole::zeichenOhneName()
+{
+    Zeichen zeichen(44);
+    zeichen.setzen({}, Farbe::schrift, {});
+    const QImage bild = zeichen.grab().toImage();
+    QImage leer = bild;
+    leer.fill(bild.pixelColor(0, 0));
+    QCOMPARE(bild, leer);
+}
+
+QTEST_MAIN(TstSymbole)
+#include "tst_symbole.moc"
