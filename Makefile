@@ -1,5 +1,5 @@
 # The short front for people; CMakePresets.json has the whole story.
-.PHONY: deps build demo test lint pictures coverage clean
+.PHONY: deps build demo test lint bench pictures coverage clean
 
 STUFE ?= release
 export CMAKE_BUILD_PARALLEL_LEVEL ?= $(shell nproc 2>/dev/null || echo 2)
@@ -25,6 +25,11 @@ lint:
 pictures: deps
 	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro-bilder kalvaro-demorekordbox
 	@tools/bilder.sh build/$(STUFE)
+
+bench:
+	@tools/sperre.sh tools/pakete.sh testen
+	@KALVARO_CMAKE=-DKALVARO_BENCH=ON tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro-bench kalvaro-demorekordbox
+	@tools/bench.sh build/$(STUFE)
 
 coverage:
 	@tools/sperre.sh tools/pakete.sh pruefen

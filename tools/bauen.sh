@@ -7,7 +7,7 @@ shift
 mkdir -p "build/$stufe"
 protokoll="build/$stufe/konfiguration.log"
 # Without network or variables of the caller's, so that every machine builds the same.
-if ! cmake --preset "$stufe" >"$protokoll" 2>&1; then
+if ! cmake --preset "$stufe" ${KALVARO_CMAKE:-} >"$protokoll" 2>&1; then
     cat "$protokoll" >&2
     echo "The configuration failed (see above)." >&2
     exit 1

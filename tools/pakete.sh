@@ -4,10 +4,10 @@
 set -eu
 
 bauen="cmake ninja-build g++ pkg-config qt6-base-dev libqt6svg6 qt6-translations-l10n libicu-dev
-       libplist-dev libexpected-dev libcpp-httplib-dev zlib1g-dev procps util-linux fonts-inter
+       libplist-dev libexpected-dev libcpp-httplib-dev libxcb1-dev zlib1g-dev procps util-linux fonts-inter
        ca-certificates"
-testen="$bauen"
-pruefen="$testen clang clang-format clang-tidy gcovr"
+testen="$bauen dbus dbus-daemon dunst imagemagick python3-dbusmock xauth xdotool xfce4-panel xvfb"
+pruefen="$testen clang clang-format clang-tidy gcovr libclang-rt-14-dev"
 
 case "${1:-}" in
 bauen) pakete=$bauen ;;

@@ -4,16 +4,17 @@ set -eu
 echo "clang-format"
 git ls-files '*.h' '*.cpp' | tr '\n' '\0' | xargs -0 clang-format --dry-run -Werror
 
-mkdir -p build/clang
+mkdir -p build/asan
+# The preset of the sanitizers builds with clang, warnings as errors.
 echo "clang, warnings as errors"
-tools/bauen.sh clang all >build/clang/bau.log 2>&1 || {
-    tail -n 60 build/clang/bau.log >&2
+tools/bauen.sh asan all >build/asan/bau.log 2>&1 || {
+    grep -E -A6 'error:|FAILED' build/asan/bau.log | head -n 60 >&2
     exit 1
 }
 
 echo "clang-tidy"
 git ls-files 'src/*.cpp' 'tools/*.cpp' | tr '\n' '\0' |
-    xargs -0 -n 4 -P "$(nproc)" clang-tidy -p build/clang --quiet 2>build/clang/tidy.log || {
-    tail -n 40 build/clang/tidy.log >&2
+    xargs -0 -n 4 -P "$(nproc)" clang-tidy -p build/asan --quiet 2>build/asan/tidy.log || {
+    tail -n 40 build/asan/tidy.log >&2
     exit 1
 }

@@ -10,10 +10,10 @@ namespace kalvaro {
 // What the command line asks for. Unknown arguments are ignored.
 struct Kommandozeile
 {
-    bool hintergrund = false;    // "--hintergrund": live in the menu bar, open no window
-    std::optional<QString> bild; // "--bild PFAD": picture mode
-    bool hilfe = false;          // "--help"
-    bool version = false;        // "--version"
+    bool hintergrund = false;      // "--hintergrund": live in the menu bar, open no window
+    std::optional<QString> bild{}; // "--bild PFAD": picture mode
+    bool hilfe = false;            // "--help"
+    bool version = false;          // "--version"
 
     bool operator==(const Kommandozeile &) const = default;
 

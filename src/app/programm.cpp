@@ -1,13 +1,13 @@
 #include "app/programm.h"
 
-#include "foundation/einstellungen.h"
+#include "app/hauptmenue.h"
+#include "controller/steuerung.h"
 #include "foundation/konstanten.h"
 #include "foundation/protokoll.h"
-#include "mainwindow/hauptfenster.h"
-#include "server/zentrale.h"
+#include "platform/arbeitsplatz.h"
 #include "ui/hinweisfenster.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QMessageBox>
 
 #include <cstdio>
@@ -24,38 +24,61 @@ void schreiben(std::FILE *ziel, const QString &zeilen)
     std::fflush(ziel);
 }
 
-// Whether anybody can see and close a window.
-bool hatBildschirm()
-{
-    const QString plattform = QGuiApplication::platformName();
-    return plattform != u"offscreen"_s && plattform != u"minimal"_s;
-}
-
 } // namespace
 
-Programm::Programm(const Adapter &geraete)
+Programm::Programm(const Adapter &geraete, bool bildschirm)
     : adapter(geraete)
+    , mitBildschirm(bildschirm)
 {
 }
 
 Programm::~Programm() = default;
 
+bool Programm::hatBildschirm()
+{
+    const QString plattform = QGuiApplication::platformName();
+    return plattform != u"offscreen"_s && plattform != u"minimal"_s;
+}
+
 void Programm::starten(const Kommandozeile &kommandozeile)
 {
+    adapter.arbeitsplatz.auftreten(kommandozeile.hintergrund ? Arbeitsplatz::Auftritt::Zubehoer
+                                                             : Arbeitsplatz::Auftritt::Regulaer);
     const auto konto = Konto::laden();
     if (!konto) {
         ohneKonto(konto.error());
         return;
     }
     protokoll(u"gestartet (%1, Gerät %2)"_s.arg(VERSION, konto->geraet));
-    fensterStarten(*konto, kommandozeile.bild);
+    // Picture mode ends with its window; the controller lives on without one.
+    QApplication::setQuitOnLastWindowClosed(kommandozeile.bild.has_value());
+    if (kommandozeile.bild) {
+        bildStarten(*konto, *kommandozeile.bild);
+    } else {
+        steuerung =
+            std::make_unique<Steuerung>(*konto, adapter, kommandozeile.hintergrund, menueBauen);
+    }
+}
+
+void Programm::wiederOeffnen()
+{
+    if (steuerung) {
+        steuerung->zeigen(true);
+    }
+}
+
+void Programm::aufgewacht()
+{
+    if (steuerung) {
+        steuerung->aufgewacht();
+    }
 }
 
 void Programm::ohneKonto(const QString &grund)
 {
     const QString meldung = u"kalvaro ist auf diesem Mac noch nicht eingerichtet."_s;
     schreiben(stderr, meldung + u'\n' + grund);
-    if (!hatBildschirm()) {
+    if (!mitBildschirm) {
         QCoreApplication::quit();
         return;
     }
@@ -66,18 +89,17 @@ void Programm::ohneKonto(const QString &grund)
     alarm->activateWindow();
 }
 
-void Programm::fensterStarten(const Konto &konto, const std::optional<QString> &bild)
+void Programm::bildStarten(const Konto &konto, const QString &pfad)
 {
-    zentrale = std::make_unique<Zentrale>(konto, adapter.transport);
-    einstellungen = std::make_unique<Einstellungen>();
-    const Umgebung umgebung{*zentrale, *einstellungen, adapter.uhr, adapter.rekordbox,
-                            adapter.arbeitsplatz};
-    bildFenster = std::make_unique<Hauptfenster>(umgebung, bild, nullptr);
-    if (bild) {
-        // Whoever asked for the picture learns the verdict as text as well.
-        connect(bildFenster.get(), &Hauptfenster::angezeigt, this,
-                [](const Bewertung &b) { schreiben(stdout, b.titel + u'\n' + b.detail); });
-    }
+    bildZentrale = std::make_unique<Zentrale>(konto, adapter.transport);
+    bildEinstellungen = std::make_unique<Einstellungen>();
+    const Umgebung umgebung{*bildZentrale,     *bildEinstellungen,   adapter.uhr,
+                            adapter.rekordbox, adapter.arbeitsplatz, adapter.anmeldestart};
+    bildFenster = std::make_unique<Hauptfenster>(umgebung, pfad, nullptr);
+    menueBauen(*bildFenster);
+    // Whoever asked for the picture learns the verdict as text as well.
+    connect(bildFenster.get(), &Hauptfenster::angezeigt, this,
+            [](const Bewertung &b) { schreiben(stdout, b.titel + u'\n' + b.detail); });
     bildFenster->starten();
 }
 

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "app/kommandozeile.h"
-#include "foundation/konto.h"
-#include "foundation/uhr.h"
-#include "server/transport.h"
+#include "controller/adapter.h"
 
 #include <QObject>
 
@@ -11,40 +9,47 @@
 
 namespace kalvaro {
 
-class Arbeitsplatz;
 class Einstellungen;
 class Hauptfenster;
-class Rekordbox;
+struct Konto;
+class Steuerung;
 class Zentrale;
 
-// The adapters that the program runs on.
-struct Adapter
-{
-    Uhr &uhr;
-    Transport &transport;
-    const Rekordbox &rekordbox;
-    Arbeitsplatz &arbeitsplatz;
-};
-
-// The program between start and end.
+// The program between start and end. It lives in one of two ways: with a controller, until the user
+// quits, or in picture mode with one window, until that closes.
 class Programm final : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit Programm(const Adapter &geraete);
+    // With `bildschirm` somebody can see and close an alert.
+    explicit Programm(const Adapter &geraete, bool bildschirm = hatBildschirm());
     ~Programm() override;
 
-    // Loads the account and begins what the command line asks for; call it from the event loop.
+    // Loads the account and begins what the command line asks for. Without an account it says so
+    // and ends the program.
     void starten(const Kommandozeile &kommandozeile);
 
+    // The program was started again while it runs: opens the window with a sync.
+    void wiederOeffnen();
+
+    // The computer woke from sleep.
+    void aufgewacht();
+
 private:
+    [[nodiscard]] static bool hatBildschirm();
+
     void ohneKonto(const QString &grund);
-    void fensterStarten(const Konto &konto, const std::optional<QString> &bild);
+    void bildStarten(const Konto &konto, const QString &pfad);
 
     const Adapter adapter;
-    std::unique_ptr<Zentrale> zentrale;
-    std::unique_ptr<Einstellungen> einstellungen;
+    const bool mitBildschirm;
+
+    std::unique_ptr<Steuerung> steuerung;
+
+    // Picture mode.
+    std::unique_ptr<Zentrale> bildZentrale;
+    std::unique_ptr<Einstellungen> bildEinstellungen;
     std::unique_ptr<Hauptfenster> bildFenster;
 };
 

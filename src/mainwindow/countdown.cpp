@@ -36,7 +36,6 @@ void Countdown::start(const QString &art, qint64 sekunden)
     countdownText();
     takt = uhr.alle(Sekunden(1), [this] { uhrTick(); });
     show();
-    Q_EMIT gewechselt();
 }
 
 void Countdown::countdownText()
@@ -65,15 +64,11 @@ void Countdown::uhrTick()
 
 void Countdown::stopp()
 {
-    const bool lief = countdownArt_.has_value();
     takt.reset();
     countdownArt_.reset();
     lblCountdown->setText({});
     knCountdown->hide();
     hide();
-    if (lief) {
-        Q_EMIT gewechselt();
-    }
 }
 
 } // namespace kalvaro

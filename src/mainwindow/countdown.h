@@ -32,9 +32,6 @@ Q_SIGNALS:
     // The countdown has come to its end and rests already.
     void abgelaufen(const QString &art);
 
-    // It has begun or ended, so the row takes more or less room.
-    void gewechselt();
-
 private:
     void countdownText();
     void uhrTick();

@@ -10,6 +10,7 @@
 #include "mainwindow/zahlenkarte.h"
 #include "platform/arbeitsplatz.h"
 #include "rekordbox/rekordbox.h"
+#include "settingswindow/einstellungenfenster.h"
 #include "ui/knoepfe.h"
 
 #include <QCloseEvent>
@@ -104,20 +105,27 @@ void Hauptfenster::abgleichen(const QString &anlass, bool autostartErlaubt,
             rufen();
         }
     };
+    const auto selbst = [this, anlass, abschluss] {
+        bewerten(umgebung.zentrale, anlass, this, abschluss);
+    };
     if (steuerung) {
+        // A driver that goes takes the answer with it; then the window asks itself.
+        treiberWeg = connect(steuerung, &QObject::destroyed, this, selbst);
         steuerung->abgleich(anlass, abschluss);
     } else {
-        bewerten(umgebung.zentrale, anlass, this, abschluss);
+        selbst();
     }
 }
 
 void Hauptfenster::abgeschlossen(const Bewertung &b, bool autostartErlaubt)
 {
+    disconnect(treiberWeg);
     ergebnisAnzeigen(b);
     beschaeftigt_ = false;
     lnkAbgleich->setEnabled(true);
+    // Nothing counts down in a window that the user has put away meanwhile.
     if (autostartErlaubt && umgebung.einst.autostart && b.startbar &&
-        !umgebung.rekordbox.laeuft() && gewaehlt()) {
+        !umgebung.rekordbox.laeuft() && gewaehlt() && isVisible()) {
         countdown->start(u"start"_s, countdownSekunden);
     }
 }
@@ -165,7 +173,7 @@ void Hauptfenster::startKnopfAktualisieren()
     const QString titel = !i       ? u"rekordbox nicht gefunden"_s
                           : laeuft ? u"rekordbox läuft"_s
                                    : u"rekordbox "_s + i->version + u" starten"_s;
-    knStart->setText(knopftext(titel));
+    titelSetzen(*knStart, titel);
     knStart->setEnabled(i && !laeuft);
 }
 
@@ -179,6 +187,29 @@ void Hauptfenster::verstecken()
 std::optional<Installation> Hauptfenster::gewaehlt() const
 {
     return Rekordbox::gewaehlt(installationen, umgebung.einst);
+}
+
+void Hauptfenster::einstellungenOeffnen()
+{
+    countdownStopp();
+    if (einstellungen) {
+        einstellungen->raise();
+        return;
+    }
+    einstellungen =
+        new EinstellungenFenster({umgebung.zentrale, umgebung.einst, umgebung.anmeldestart,
+                                  installationen, letzte ? letzte->betrieb : QString()},
+                                 this);
+    einstellungen->setAttribute(Qt::WA_DeleteOnClose);
+    connect(einstellungen, &QDialog::finished, this, [this](int ergebnis) {
+        if (ergebnis == QDialog::Accepted) {
+            cbAuto->setChecked(umgebung.einst.autostart);
+            startKnopfAktualisieren();
+        }
+        einstellungen.clear();
+    });
+    einstellungen->open();
+    einstellungen->laden();
 }
 
 void Hauptfenster::closeEvent(QCloseEvent *event)

@@ -9,11 +9,16 @@
 #include <QPointer>
 #include <QWidget>
 
+class QAction;
+class QMenuBar;
+
 namespace kalvaro {
 
+class Anmeldestart;
 class Arbeitsplatz;
 class Countdown;
 class Einstellungen;
+class EinstellungenFenster;
 class Grund;
 class Haken;
 class Rekordbox;
@@ -32,6 +37,7 @@ struct Umgebung
     Uhr &uhr;
     const Rekordbox &rekordbox;
     Arbeitsplatz &arbeitsplatz;
+    Anmeldestart &anmeldestart;
 };
 
 // The one main window: asks for a sync when it opens, shows what came of it and starts rekordbox.
@@ -80,10 +86,27 @@ public:
     // A sync or a pre-start check of this window is in progress.
     [[nodiscard]] bool beschaeftigt() const { return beschaeftigt_; }
 
+    // The commands of the main menu; all of them work by their keys as well.
+    struct Aktionen
+    {
+        QAction *ueber = nullptr;
+        QAction *ausblenden = nullptr;
+        QAction *beenden = nullptr;
+        QAction *ablegen = nullptr;
+        QAction *schliessen = nullptr;
+    };
+    [[nodiscard]] const Aktionen &aktionen() const { return aktionen_; }
+
+    // Puts a menu bar above the content. It is no part of a picture.
+    void menueleisteSetzen(QMenuBar *leiste);
+
     // From now on closing the window really closes it: the program is ending.
     void endgueltigSchliessen() { endgueltig = true; }
 
 Q_SIGNALS:
+    // The user wants to know what this program is.
+    void ueberGewuenscht();
+
     // An outcome is on display.
     void angezeigt(const Bewertung &b);
 
@@ -94,7 +117,7 @@ protected:
 
 private:
     void aufbauen();
-    void kuerzelAnlegen();
+    void aktionenAnlegen();
     [[nodiscard]] QWidget *kopfzeile() const;
     [[nodiscard]] QWidget *startbereich();
     [[nodiscard]] QWidget *fusszeile();
@@ -108,12 +131,14 @@ private:
     void startenWennErlaubt();
     void rekordboxJetztStarten();
     void autoGeaendert();
+    void einstellungenOeffnen();
 
     // Constant after construction.
     const Umgebung umgebung;
     const std::optional<QString> bildPfad;
     const QPointer<Treiber> steuerung;
 
+    Aktionen aktionen_;
     Grund *ganz = nullptr; // the content, as it stands in a picture
     Updatekarte *karteUpdate = nullptr;
     Statuskarte *karteStatus = nullptr;
@@ -126,7 +151,9 @@ private:
     QList<Installation> installationen; // read anew whenever the window comes forward
     std::optional<Bewertung> letzte;    // the last outcome shown
     bool beschaeftigt_ = false;
+    QMetaObject::Connection treiberWeg; // while a sync of the driver's is awaited
     bool endgueltig = false;
+    QPointer<EinstellungenFenster> einstellungen; // the sheet, while it is open
     Weckruf bildVerzug;
 };
 

@@ -19,6 +19,7 @@
 #include <QAction>
 #include <QBoxLayout>
 #include <QKeyEvent>
+#include <QMenuBar>
 #include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
@@ -93,7 +94,7 @@ void Hauptfenster::aufbauen()
     rahmen->addWidget(rollbereich);
 
     ganz->installEventFilter(this);
-    kuerzelAnlegen();
+    aktionenAnlegen();
     zeige(u"laden"_s, u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
     knStart->setFocus();
     groesseAnpassen();
@@ -137,6 +138,9 @@ QWidget *Hauptfenster::startbereich()
 
 QWidget *Hauptfenster::fusszeile()
 {
+    Verweis *const lnkEinstellungen =
+        verweis(u"Einstellungen …"_s, this, [this] { einstellungenOeffnen(); });
+    lnkEinstellungen->setObjectName(u"lnkEinstellungen"_s);
     lnkAbgleich =
         verweis(u"Jetzt abgleichen"_s, this, [this] { abgleichen(u"hand"_s, false, {}); });
     lnkAbgleich->setObjectName(u"lnkAbgleich"_s);
@@ -148,29 +152,46 @@ QWidget *Hauptfenster::fusszeile()
     auto *const layout = new QHBoxLayout(zeile);
     layout->setContentsMargins(0, 2, 0, 0);
     layout->setSpacing(22);
+    layout->addWidget(lnkEinstellungen);
     layout->addWidget(lnkAbgleich);
     layout->addStretch();
     layout->addWidget(version);
     return zeile;
 }
 
-void Hauptfenster::kuerzelAnlegen()
+void Hauptfenster::aktionenAnlegen()
 {
     const auto anlegen = [this](const QString &titel, const QKeySequence &taste, auto &&tat) {
         auto *const aktion = new QAction(titel, this);
         aktion->setShortcut(taste);
         connect(aktion, &QAction::triggered, this, tat);
         addAction(aktion);
+        return aktion;
     };
-    anlegen(u"Im Dock ablegen"_s, Qt::CTRL | Qt::Key_M, [this] { showMinimized(); });
-    anlegen(u"Schließen"_s, Qt::CTRL | Qt::Key_W, [this] { close(); });
-    anlegen(u"kalvaro beenden"_s, Qt::CTRL | Qt::Key_Q, [this] {
+    aktionen_.ueber = anlegen(u"Über kalvaro"_s, {}, [this] { Q_EMIT ueberGewuenscht(); });
+    aktionen_.ausblenden = anlegen(u"kalvaro ausblenden"_s, Qt::CTRL | Qt::Key_H, [this] {
+        if (steuerung) {
+            verstecken();
+        } else {
+            showMinimized();
+        }
+    });
+    aktionen_.beenden = anlegen(u"kalvaro beenden"_s, Qt::CTRL | Qt::Key_Q, [this] {
         if (steuerung) {
             steuerung->beenden();
         } else {
             close();
         }
     });
+    aktionen_.ablegen =
+        anlegen(u"Im Dock ablegen"_s, Qt::CTRL | Qt::Key_M, [this] { showMinimized(); });
+    aktionen_.schliessen = anlegen(u"Schließen"_s, Qt::CTRL | Qt::Key_W, [this] { close(); });
+}
+
+void Hauptfenster::menueleisteSetzen(QMenuBar *leiste)
+{
+    layout()->setMenuBar(leiste);
+    groesseAnpassen();
 }
 
 void Hauptfenster::keyPressEvent(QKeyEvent *event)
@@ -178,7 +199,9 @@ void Hauptfenster::keyPressEvent(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        knStart->click();
+        if (!event->isAutoRepeat()) {
+            knStart->click();
+        }
         break;
     case Qt::Key_Escape:
         countdownStopp();
@@ -196,15 +219,25 @@ bool Hauptfenster::eventFilter(QObject *objekt, QEvent *event)
     return QWidget::eventFilter(objekt, event);
 }
 
-// As large as the content; higher than the screen it scrolls inside.
+// As large as the content; higher than the screen it scrolls inside. Only a huge font makes it
+// wider than usual.
 void Hauptfenster::groesseAnpassen()
 {
     constexpr int titelleiste = 40; // what a desktop may put around the window
-    const int inhalt = ganz->layout()->totalHeightForWidth(fensterbreite);
-    const int platz = screen()->availableGeometry().height() - titelleiste;
+    const QWidget *const leisteOben = layout()->menuBar();
+    const int menue = leisteOben != nullptr ? leisteOben->sizeHint().height() : 0;
+    const int breite = std::max(fensterbreite, ganz->layout()->totalMinimumSize().width());
+    const int inhalt = ganz->layout()->totalHeightForWidth(breite);
+    const int platz = screen()->availableGeometry().height() - titelleiste - menue;
     const auto *const rollbereich = findChild<QScrollArea *>();
     const int leiste = inhalt > platz ? rollbereich->verticalScrollBar()->sizeHint().width() : 0;
-    setFixedSize(fensterbreite + leiste, std::min(inhalt, platz));
+    setFixedSize(breite + leiste, menue + std::min(inhalt, platz));
+    // What has grown past the lower edge of the screen moves up.
+    const QRect frei = screen()->availableGeometry();
+    const int zuviel = frameGeometry().bottom() - frei.bottom();
+    if (isVisible() && zuviel > 0) {
+        move(x(), std::max(frei.top(), y() - zuviel));
+    }
 }
 
 } // namespace kalvaro

@@ -102,7 +102,7 @@ void Hauptfenster::rekordboxJetztStarten()
     }
     rekordboxLaeuftAnzeigen();
     // The new process may not be counted yet.
-    knStart->setText(u"rekordbox läuft"_s);
+    titelSetzen(*knStart, u"rekordbox läuft"_s);
     knStart->setEnabled(false);
     if (steuerung) {
         verstecken();

@@ -3,6 +3,7 @@
 #include "ui/beschriftung.h"
 #include "ui/pille.h"
 #include "ui/rad.h"
+#include "ui/schrift.h"
 #include "ui/stapel.h"
 #include "ui/symbole.h"
 
@@ -21,6 +22,7 @@ namespace {
 constexpr int zeichengroesse = 44;
 constexpr int detailbreite = 360;
 constexpr int detailzeilen = 12;
+constexpr int titelzeilen = 3;
 constexpr int mindesthoehe = 96;
 
 struct Aussehen
@@ -65,6 +67,7 @@ Statuskarte::Statuskarte(Uhr &zeit, QWidget *parent)
     rad->setFixedSize(zeichengroesse, zeichengroesse);
     rad->setAccessibleName(u"Vorgang läuft"_s);
     lblTitel->setObjectName(u"lblTitel"_s);
+    lblTitel->setUmbruch(QWIDGETSIZE_MAX, titelzeilen);
     lblDetail->setObjectName(u"lblDetail"_s);
     lblDetail->setUmbruch(detailbreite, detailzeilen);
     lblDetail->setZeilenhoehe(17);
@@ -88,7 +91,7 @@ Statuskarte::Statuskarte(Uhr &zeit, QWidget *parent)
     zeile->addWidget(rad, 0, Qt::AlignTop);
     zeile->addLayout(texte, 1);
     einsetzen(inhalt);
-    setMinimumHeight(mindesthoehe);
+    setMinimumHeight(qRound(mindesthoehe * schriftfaktor()));
 }
 
 void Statuskarte::zeige(const QString &art, const QString &titel, const QString &detail)
@@ -116,7 +119,8 @@ void Statuskarte::zeige(const QString &art, const QString &titel, const QString 
     lblDetail->setText(detail);
 
     // Told once for each state; the seconds that follow stay silent.
-    setAccessibleName(titel + u". "_s + lblDetail->accessibleName());
+    const QString punkt = detail.isEmpty() || titel.endsWith(u'…') ? u" "_s : u". "_s;
+    setAccessibleName((titel + punkt + lblDetail->accessibleName()).trimmed());
     QAccessibleEvent ansage(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&ansage);
 }

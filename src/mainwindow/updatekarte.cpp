@@ -19,7 +19,7 @@ Updatekarte::Updatekarte(QWidget *parent)
     auto *const knUpdate = new QPushButton(u"Herunterladen"_s);
     knUpdate->setObjectName(u"knUpdate"_s);
     knUpdate->setFont(systemschrift(13));
-    knUpdate->setAutoDefault(false);
+    knUpdate->setAutoDefault(true); // Return presses it while it has the focus
     connect(knUpdate, &QPushButton::clicked, this, [this] {
         if (updateAdresse) {
             Q_EMIT gedrueckt(*updateAdresse);

@@ -55,6 +55,7 @@ QWidget *Zahlenkarte::kachelreihe()
         auto *const zahlenfeld = new Tabellenzahl(u"–"_s);
         zahlenfeld->setFont(systemschrift(22, QFont::DemiBold));
         zahlenfeld->setObjectName(u"zahlen%1"_s.arg(zahlen.size()));
+        zahlenfeld->setReihe(&zahlen);
         QWidget *const kachel =
             stapel({zahlenfeld, beschriftung(unterschrift, 11, QFont::Normal, Farbe::sekundaer)},
                    Qt::Vertical, 0);
@@ -79,6 +80,9 @@ void Zahlenkarte::zeige(const QJsonValue &antwort, std::optional<double> frei,
     zahlen[1]->setText(fZahl(zahl(s, u"playlisten")));
     zahlen[2]->setText(fZahl(zahl(s, u"hot_cues")));
     zahlen[3]->setText(fGB(zahl(s, u"dateigroesse")));
+    for (Tabellenzahl *feld : zahlen) {
+        feld->update(); // its neighbours may have changed its size
+    }
     lblZeile1->setText(u"Analysiert: "_s + fZahl(zahl(s, u"analysiert")) + u" Titel"_s + trenner +
                        u"Analysedaten: "_s + fGB(zahl(s, u"analysegroesse")) + trenner + platz);
     lblZeile2->setText(u"Stand der Cloud: "_s + fZeit(text(s, u"stand"), jetzt) + trenner +

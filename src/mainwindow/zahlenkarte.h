@@ -10,6 +10,7 @@
 namespace kalvaro {
 
 class Beschriftung;
+class Tabellenzahl;
 
 // The figures of the library: four tiles and two lines.
 class Zahlenkarte : public Karte
@@ -26,7 +27,7 @@ public:
 private:
     [[nodiscard]] QWidget *kachelreihe();
 
-    QList<Beschriftung *> zahlen; // titles, playlists, hot cues, music size
+    QList<Tabellenzahl *> zahlen; // titles, playlists, hot cues, music size
     Beschriftung *const lblZeile1;
     Beschriftung *const lblZeile2;
 };

@@ -7,6 +7,7 @@
 #include "foundation/konto.h"
 #include "mainwindow/bild.h"
 #include "mainwindow/hauptfenster.h"
+#include "platform/anmeldestart.h"
 #include "platform/arbeitsplatz.h"
 #include "platform/prozesse.h"
 #include "rekordbox/rekordbox.h"
@@ -96,6 +97,13 @@ public:
     void auftreten(Auftritt) override {}
 };
 
+class Keinstart final : public Anmeldestart
+{
+public:
+    [[nodiscard]] bool an() const override { return false; }
+    void setzen(bool) override {}
+};
+
 const QByteArray zahlen = R"("betrieb":"scharf","statistik":{"titel":12345,"playlisten":321,
     "hot_cues":4567,"dateigroesse":123456000000,"analysiert":12001,"analysegroesse":52300000000,
     "stand":"2026-03-13 18:05:12"})";
@@ -143,12 +151,14 @@ bool zeichnen(const QDir &ziel, const Zustand &zustand, bool dunkel)
     Skriptnetz netz(zustand.antwort);
     const Keinprozess prozesse;
     Stillplatz arbeitsplatz;
+    Keinstart anmeldestart;
     const Rekordbox rekordbox(prozesse, qEnvironmentVariable("KALVARO_APPLICATIONS"));
     Zentrale zentrale({u"Studio-Mac"_s, u"studio-mac"_s, {}, {u"http://127.0.0.1"_s}}, netz);
     Einstellungen einst;
 
     QApplication::setPalette(eigenePalette(dunkel));
-    Hauptfenster fenster({zentrale, einst, uhr, rekordbox, arbeitsplatz}, {}, nullptr);
+    Hauptfenster fenster({zentrale, einst, uhr, rekordbox, arbeitsplatz, anmeldestart}, {},
+                         nullptr);
     fenster.starten();
     abwarten();
     if (zustand.antwort.isEmpty()) {

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "foundation/uhr.h"
+
+#include <QObject>
+
+namespace kalvaro {
+
+class Prozesse;
+class Rekordbox;
+
+// Notices when rekordbox starts and quits. After it has quit the watch waits until it has finished
+// saving, which its agent does: until no such process is left, at most 90 s.
+class Rekordboxwache final : public QObject
+{
+    Q_OBJECT
+
+public:
+    // A rekordbox that runs already counts as seen: its start is not reported.
+    Rekordboxwache(Uhr &zeit, const Prozesse &liste, const Rekordbox &rekordbox,
+                   QObject *parent = nullptr);
+
+    // Whether a running application lies in a bundle named "rekordbox.app".
+    [[nodiscard]] bool rekordboxOffen() const;
+
+    // rekordbox was running at the last look.
+    [[nodiscard]] bool lief() const { return rbLief; }
+
+    // Looks once; meant to be called every few seconds.
+    void wachen();
+
+Q_SIGNALS:
+    void gestartet();
+    void geschlossen(); // it has quit and may still be saving
+    void beendet();     // it has quit and saved, or had its 90 s
+
+private:
+    Uhr &uhr;
+    const Prozesse &prozesse;
+    const Rekordbox &rekordbox_;
+
+    bool rbLief;
+    bool wartetAufAgent = false; // only while rbLief is false
+    QDateTime rbEnde;            // when it was last seen to quit
+};
+
+} // namespace kalvaro

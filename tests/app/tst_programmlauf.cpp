@@ -1,0 +1,327 @@
+// The real program as a process, in folders of its own, without a display and without a bus.
+
+#include "democloud.h"
+
+#include "doubles/rohserver.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int frist = 20'000;    // ms before a test gives up
+constexpr qint64 sekunde = 1000; // ms within which the program ends
+
+const QString nichtEingerichtet = u"kalvaro ist auf diesem Mac noch nicht eingerichtet."_s;
+
+// Folders as a user has them, and what the program leaves in them.
+class Zuhause
+{
+public:
+    Zuhause()
+    {
+        QDir().mkpath(wurzel.filePath(u"programme"_s));
+        QDir().mkpath(wurzel.filePath(u"lauf"_s));
+        QFile::setPermissions(wurzel.filePath(u"lauf"_s), QFile::Permissions(0x7700));
+    }
+
+    void kontoSchreiben(const QString &server) const
+    {
+        QDir().mkpath(daten());
+        QFile konto(daten() + u"/konto.json"_s);
+        if (!konto.open(QIODevice::WriteOnly)) {
+            qFatal("Cannot write the account");
+        }
+        konto.write("{\"name\":\"Pult\",\"geraet\":\"demo-mac\",\"schluessel\":\"demo-schluessel\","
+                    "\"server\":[\"" +
+                    server.toLatin1() + "\"]}");
+    }
+
+    [[nodiscard]] QProcessEnvironment umgebung() const
+    {
+        QProcessEnvironment u = QProcessEnvironment::systemEnvironment();
+        for (const QString &name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"LANGUAGE"_s}) {
+            u.remove(name);
+        }
+        u.insert(u"HOME"_s, wurzel.path());
+        u.insert(u"XDG_DATA_HOME"_s, wurzel.filePath(u"daten"_s));
+        u.insert(u"XDG_CONFIG_HOME"_s, wurzel.filePath(u"config"_s));
+        u.insert(u"XDG_CACHE_HOME"_s, wurzel.filePath(u"cache"_s));
+        u.insert(u"XDG_RUNTIME_DIR"_s, wurzel.filePath(u"lauf"_s));
+        u.insert(u"KALVARO_APPLICATIONS"_s, wurzel.filePath(u"programme"_s));
+        u.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path="_s + wurzel.filePath(u"bus"_s));
+        u.insert(u"DBUS_SYSTEM_BUS_ADDRESS"_s, u"unix:path="_s + wurzel.filePath(u"bus"_s));
+        u.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        u.insert(u"LC_ALL"_s, u"C"_s);
+        return u;
+    }
+
+    [[nodiscard]] QString datei(const QString &name) const { return wurzel.filePath(name); }
+    [[nodiscard]] QString daten() const { return wurzel.filePath(u"daten/kalvaro"_s); }
+
+    // The texts of the log lines, without their time stamps.
+    [[nodiscard]] QStringList protokoll() const
+    {
+        constexpr qsizetype stempel = 21;
+        QFile log(daten() + u"/kalvaro.log"_s);
+        QStringList zeilen;
+        if (log.open(QIODevice::ReadOnly)) {
+            zeilen = QString::fromUtf8(log.readAll()).split(u'\n', Qt::SkipEmptyParts);
+        }
+        for (QString &zeile : zeilen) {
+            zeile.remove(0, stempel);
+        }
+        return zeilen;
+    }
+
+private:
+    const QTemporaryDir wurzel;
+};
+
+class Lauf : public QProcess
+{
+public:
+    Lauf(const Zuhause &wo, const QStringList &argumente)
+    {
+        setProcessEnvironment(wo.umgebung());
+        start(QStringLiteral(KALVARO_PROGRAMM), argumente);
+        waitForStarted(frist);
+    }
+    Lauf(const Lauf &) = delete;
+    Lauf &operator=(const Lauf &) = delete;
+    ~Lauf() override
+    {
+        if (state() != NotRunning) {
+            kill();
+            waitForFinished(frist);
+        }
+    }
+
+    // Waits for the end; the exit code, or -1 when it did not end by itself.
+    int ende()
+    {
+        waitForFinished(frist);
+        return state() == NotRunning && exitStatus() == NormalExit ? exitCode() : -1;
+    }
+
+    // Sends `signal` and waits; the milliseconds that the end took, or -1 without a good one.
+    qint64 beenden(int signal)
+    {
+        QElapsedTimer zeit;
+        zeit.start();
+        ::kill(static_cast<pid_t>(processId()), signal);
+        return ende() == 0 ? zeit.elapsed() : -1;
+    }
+};
+
+QStringList wege(const Democloud &cloud)
+{
+    QStringList liste;
+    const auto anfragen = cloud.anfragen();
+    for (const Anfrage &anfrage : anfragen) {
+        liste.append(QString::fromLatin1(anfrage.methode) + u' ' + anfrage.pfad);
+    }
+    return liste;
+}
+
+} // namespace
+
+class TestProgrammlauf final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void bild_data()
+    {
+        QTest::addColumn<QStringList>("davor");
+        QTest::newRow("alone") << QStringList();
+        QTest::newRow("with --hintergrund") << QStringList{u"--hintergrund"_s};
+    }
+    void bild()
+    {
+        QFETCH(const QStringList, davor);
+        const Zuhause zuhause;
+        Democloud cloud({.szenario = Szenario::Aktuell});
+        QVERIFY(cloud.starten());
+        zuhause.kontoSchreiben(cloud.adresse());
+        const QString pfad = zuhause.datei(u"ein bild.png"_s);
+
+        Lauf lauf(zuhause, davor + QStringList{u"--bild"_s, pfad});
+
+        QCOMPARE(lauf.ende(), 0);
+        QCOMPARE(QImage(pfad, "PNG").width(), 520);
+        const QStringList ausgabe = QString::fromUtf8(lauf.readAllStandardOutput()).split(u'\n');
+        QCOMPARE(ausgabe.size(), 3);
+        QCOMPARE(ausgabe[0], u"Bibliothek ist abgeglichen"_s);
+        QVERIFY(ausgabe[1].startsWith(u"Auf dem neuesten Stand – es gab nichts zu übertragen."_s));
+        QCOMPARE(lauf.readAllStandardError(), QByteArray());
+        QCOMPARE(zuhause.protokoll(), QStringList{u"gestartet (1.4, Gerät demo-mac)"_s});
+        QCOMPARE(wege(cloud), (QStringList{u"GET /api/status"_s, u"POST /api/abgleich"_s}));
+    }
+
+    void bildOhneCloud()
+    {
+        const Zuhause zuhause;
+        Rohserver server;
+        server.verweigern();
+        zuhause.kontoSchreiben(server.adresse());
+        const QString pfad = zuhause.datei(u"bild.png"_s);
+
+        Lauf lauf(zuhause, {u"--bild"_s, pfad});
+
+        QCOMPARE(lauf.ende(), 0);
+        QVERIFY(!QImage(pfad).isNull());
+        QVERIFY(lauf.readAllStandardOutput().startsWith("Nicht abgeglichen\nKeine Verbindung"));
+    }
+
+    void ohneKonto_data()
+    {
+        QTest::addColumn<QStringList>("argumente");
+        QTest::newRow("by hand") << QStringList();
+        QTest::newRow("at login") << QStringList{u"--hintergrund"_s};
+        QTest::newRow("for a picture") << QStringList{u"--bild"_s, u"/gibt/es/nicht/bild.png"_s};
+    }
+    void ohneKonto()
+    {
+        QFETCH(const QStringList, argumente);
+        const Zuhause zuhause;
+
+        Lauf lauf(zuhause, argumente);
+
+        QCOMPARE(lauf.ende(), 0);
+        const QStringList fehler = QString::fromUtf8(lauf.readAllStandardError()).split(u'\n');
+        QCOMPARE(fehler.size(), 3);
+        QCOMPARE(fehler[0], nichtEingerichtet);
+        QVERIFY2(fehler[1].contains(zuhause.daten() + u"/konto.json"_s), qPrintable(fehler[1]));
+        QCOMPARE(lauf.readAllStandardOutput(), QByteArray());
+        QCOMPARE(zuhause.protokoll(), QStringList());
+    }
+
+    // Both only print: no data folder, no display, no account.
+    void nurAuskunft_data()
+    {
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QString>("anfang");
+        QTest::newRow("--help") << u"--help"_s << u"kalvaro 1.4 – "_s;
+        QTest::newRow("--version") << u"--version"_s << u"kalvaro 1.4\n"_s;
+    }
+    void nurAuskunft()
+    {
+        QFETCH(const QString, option);
+        QFETCH(const QString, anfang);
+        const Zuhause zuhause;
+
+        Lauf lauf(zuhause, {u"--hintergrund"_s, option});
+
+        QCOMPARE(lauf.ende(), 0);
+        QVERIFY(QString::fromUtf8(lauf.readAllStandardOutput()).startsWith(anfang));
+        QCOMPARE(lauf.readAllStandardError(), QByteArray());
+        QVERIFY(!QDir(zuhause.daten()).exists());
+    }
+
+    // Whatever is in flight, the program ends within a second.
+    void signale_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::addColumn<QStringList>("argumente");
+        const QStringList bild{u"--bild"_s, u"/gibt/es/nicht/bild.png"_s};
+        QTest::newRow("SIGTERM while the server hangs") << SIGTERM << QStringList();
+        QTest::newRow("SIGINT while the server hangs") << SIGINT << QStringList();
+        QTest::newRow("SIGTERM while the picture waits") << SIGTERM << bild;
+        QTest::newRow("SIGINT while the picture waits") << SIGINT << bild;
+    }
+    void signale()
+    {
+        QFETCH(const int, signal);
+        QFETCH(const QStringList, argumente);
+        const Zuhause zuhause;
+        Rohserver server;
+        server.dann(Rohserver::antwort(200, "{}"));
+        server.sonst({.bytes = {}, .ende = Rohserver::Ende::Offenlassen});
+        zuhause.kontoSchreiben(server.adresse());
+        Lauf lauf(zuhause, argumente);
+        QTRY_VERIFY_WITH_TIMEOUT(server.verbindungen() == 2 &&
+                                     server.empfangen()[1].startsWith("POST /api/abgleich"),
+                                 frist);
+
+        const qint64 dauer = lauf.beenden(signal);
+
+        QVERIFY2(dauer >= 0 && dauer <= sekunde, qPrintable(QString::number(dauer)));
+        QCOMPARE(lauf.readAllStandardError(), QByteArray());
+    }
+
+    void signalInRuhe()
+    {
+        const Zuhause zuhause;
+        Democloud cloud;
+        QVERIFY(cloud.starten());
+        zuhause.kontoSchreiben(cloud.adresse());
+        Lauf lauf(zuhause, {u"--hintergrund"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(zuhause.protokoll().size(), 1, frist);
+
+        const qint64 dauer = lauf.beenden(SIGTERM);
+
+        QVERIFY2(dauer >= 0 && dauer <= sekunde, qPrintable(QString::number(dauer)));
+        QVERIFY(cloud.anfragen().isEmpty());
+    }
+
+    // After kill -9 in the middle of a sync the next start is like any other.
+    void nachDemAbschuss()
+    {
+        const Zuhause zuhause;
+        Democloud cloud({.dauer = 3600});
+        QVERIFY(cloud.starten());
+        zuhause.kontoSchreiben(cloud.adresse());
+        {
+            Lauf lauf(zuhause, {});
+            QTRY_COMPARE_WITH_TIMEOUT(cloud.laufendeAbgleiche(), 1, frist);
+            lauf.kill();
+            QVERIFY(lauf.waitForFinished(frist));
+        }
+        cloud.setDauer(0);
+        QTRY_COMPARE_WITH_TIMEOUT(cloud.laufendeAbgleiche(), 0, frist);
+        cloud.anfragenVergessen();
+
+        Lauf lauf(zuhause, {});
+
+        QTRY_COMPARE_WITH_TIMEOUT(
+            wege(cloud), (QStringList{u"GET /api/status"_s, u"POST /api/abgleich"_s}), frist);
+        QTRY_VERIFY_WITH_TIMEOUT(zuhause.protokoll().size() == 5, frist);
+        QVERIFY(zuhause.protokoll()[4].startsWith(u"  -> gut: Bibliothek ist abgeglichen | "_s));
+        QVERIFY(lauf.beenden(SIGTERM) >= 0);
+    }
+
+    // Without a bus too: the second start ends at once and the first one opens with a sync.
+    void zweiterStart()
+    {
+        const Zuhause zuhause;
+        Democloud cloud;
+        QVERIFY(cloud.starten());
+        zuhause.kontoSchreiben(cloud.adresse());
+        Lauf erster(zuhause, {u"--hintergrund"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(zuhause.protokoll().size(), 1, frist);
+
+        Lauf leiser(zuhause, {u"--hintergrund"_s});
+        QCOMPARE(leiser.ende(), 0);
+        QVERIFY(cloud.anfragen().isEmpty());
+        Lauf zweiter(zuhause, {});
+        QCOMPARE(zweiter.ende(), 0);
+
+        QTRY_VERIFY_WITH_TIMEOUT(zuhause.protokoll().size() >= 2, frist);
+        QCOMPARE(zuhause.protokoll().first(2),
+                 (QStringList{u"gestartet (1.4, Gerät demo-mac)"_s, u"Abgleich (vorstart) ..."_s}));
+        QVERIFY(erster.beenden(SIGTERM) >= 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestProgrammlauf)
+#include "tst_programmlauf.moc"

@@ -1,0 +1,221 @@
+// The syncs that time brings: after a background start, after one that failed, after a wake.
+
+#include "steuerungsprobe.h"
+
+#include <QTest>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const auto gut = abgleichAntwort(u"aktuell"_s);
+const auto offline = Scripttransport::fehler(u"Verbindung weg."_s);
+
+} // namespace
+
+class TestSteuerungNachholen final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { p = std::make_unique<Steuerungsprobe>(); }
+    void cleanup() { p.reset(); }
+
+    // At a background start with rekordbox or its agent running at the 15 s mark, no "anmeldung"
+    // sync takes place.
+    void anmeldung_data() { laufzeilen(); }
+    void anmeldung()
+    {
+        QFETCH(const int, haupt);
+        QFETCH(const int, agent);
+        QFETCH(const QStringList, erwartet);
+        p->starten(true);
+        p->vor(14.9);
+        QVERIFY(p->anlaesse().isEmpty());
+        p->rekordboxLaeuft(false, haupt, agent);
+
+        p->vor(0.1);
+        p->rekordboxZu();
+        p->vor(100);
+
+        QCOMPARE(p->anlaesse(), QStringList(erwartet).replaceInStrings(u"x"_s, u"anmeldung"_s));
+        QVERIFY(!p->steuerung->fenster());
+    }
+
+    // Only what found no server, or a busy one, is owed.
+    void nachholen_data()
+    {
+        QTest::addColumn<QList<Transport::Ergebnis>>("antwort");
+        QTest::addColumn<bool>("offen");
+        using Antworten = QList<Transport::Ergebnis>;
+        const auto zustand = [](const QString &name) { return Antworten{abgleichAntwort(name)}; };
+        QTest::newRow("no run yet") << Antworten() << false;
+        QTest::newRow("offline") << Antworten{offline} << true;
+        QTest::newRow("timed out") << Antworten{Scripttransport::zeitUeberschritten()} << true;
+        QTest::newRow("the cloud is busy") << zustand(u"laeuft_schon"_s) << true;
+        QTest::newRow("in step") << zustand(u"aktuell"_s) << false;
+        QTest::newRow("deferred") << zustand(u"verschoben"_s) << false;
+        QTest::newRow("failed") << zustand(u"fehler"_s) << false;
+        QTest::newRow("stopped") << zustand(u"angehalten"_s) << false;
+        QTest::newRow("rekordbox was open") << zustand(u"rekordbox_offen"_s) << false;
+        QTest::newRow("the cloud cannot reach this Mac") << zustand(u"nicht_erreichbar"_s) << false;
+        QTest::newRow("an error of the server")
+            << Antworten{Scripttransport::antwort(503)} << false;
+    }
+    void nachholen()
+    {
+        QFETCH(const QList<Transport::Ergebnis>, antwort);
+        QFETCH(const bool, offen);
+        p->rekordboxLaeuft(false, 1, 0); // keeps the first sync of a background start away
+        p->starten(true);
+        p->vor(20);
+        p->rekordboxZu();
+        if (!antwort.isEmpty()) {
+            p->abgleiche = antwort;
+            p->steuerung->abgleich(u"hand"_s, {});
+        }
+        p->vor(579.9);
+        p->netz.vergessen();
+
+        p->vor(0.1);
+
+        QCOMPARE(p->anlaesse(), offen ? QStringList{u"nachholen"_s} : QStringList());
+    }
+
+    void nachholenBisEsGelingt()
+    {
+        p->abgleiche = {offline, offline, abgleichAntwort(u"laeuft_schon"_s), gut};
+        p->starten(true);
+
+        p->vor(3600);
+
+        QCOMPARE(p->anlaesse(),
+                 (QStringList{u"anmeldung"_s, u"nachholen"_s, u"nachholen"_s, u"nachholen"_s}));
+        QCOMPARE(p->statusobjekt.symbol(), u"checkmark.icloud"_s);
+        QVERIFY(p->mitteilungen.alle.isEmpty());
+    }
+
+    // A catch-up tick while rekordbox or its agent runs does nothing; the next tick tries again.
+    void nachholenWaehrendRekordboxLaeuft_data() { laufzeilen(); }
+    void nachholenWaehrendRekordboxLaeuft()
+    {
+        QFETCH(const int, haupt);
+        QFETCH(const int, agent);
+        QFETCH(const QStringList, erwartet);
+        offlineBeginnen();
+        p->rekordboxLaeuft(false, haupt, agent);
+        p->abgleiche = {gut};
+        p->vor(585);
+        QCOMPARE(p->anlaesse(), QStringList(erwartet).replaceInStrings(u"x"_s, u"nachholen"_s));
+
+        p->rekordboxZu();
+        p->vor(600);
+
+        QCOMPARE(p->anlaesse(), QStringList{u"nachholen"_s});
+    }
+
+    // A tick that falls into a run is absorbed by the queue.
+    void nachholenWaehrendEinLaufAnsteht()
+    {
+        offlineBeginnen();
+        p->vor(500);
+        p->steuerung->abgleich(u"hand"_s, {});
+        p->vor(100);
+        QCOMPARE(p->anlaesse(), QStringList{u"hand"_s});
+
+        p->netz.beantworten(gut);
+        p->vor(700);
+
+        QCOMPARE(p->anlaesse(), QStringList{u"hand"_s});
+    }
+
+    void aufgewacht_data() { laufzeilen(); }
+    void aufgewacht()
+    {
+        QFETCH(const int, haupt);
+        QFETCH(const int, agent);
+        QFETCH(const QStringList, erwartet);
+        ruhigBeginnen();
+        p->steuerung->aufgewacht();
+        p->vor(19.9);
+        QVERIFY(p->anlaesse().isEmpty());
+        p->rekordboxLaeuft(false, haupt, agent);
+
+        p->vor(0.1);
+        p->rekordboxZu();
+        p->vor(60);
+
+        QCOMPARE(p->anlaesse(), QStringList(erwartet).replaceInStrings(u"x"_s, u"aufgewacht"_s));
+    }
+
+    void zweimalAufgewacht()
+    {
+        ruhigBeginnen();
+        p->abgleiche = {gut, gut};
+        p->steuerung->aufgewacht();
+        p->vor(5);
+        p->steuerung->aufgewacht();
+
+        p->vor(15);
+        QCOMPARE(p->anlaesse(), QStringList{u"aufgewacht"_s});
+        p->vor(5);
+
+        QCOMPARE(p->anlaesse(), (QStringList{u"aufgewacht"_s, u"aufgewacht"_s}));
+        QCOMPARE(p->uhr.offen(), 2);
+    }
+
+    // Waking in a row, as a laptop on its way does: the second finds the first one's sync running.
+    void zweimalAufgewachtEinLauf()
+    {
+        ruhigBeginnen();
+        p->steuerung->aufgewacht();
+        p->steuerung->aufgewacht();
+
+        p->vor(20);
+
+        QCOMPARE(p->anlaesse(), QStringList{u"aufgewacht"_s});
+    }
+
+    // At rest the program waits for its two ticks and for nothing else.
+    void ruheKostetNichts()
+    {
+        ruhigBeginnen();
+        for (int i = 0; i < 100; ++i) {
+            p->steuerung->aufgewacht();
+        }
+        p->abgleiche = QList<Transport::Ergebnis>(100, gut);
+        p->vor(24 * 3600);
+
+        QCOMPARE(p->uhr.offen(), 2);
+        QCOMPARE(p->netz.haengend(), 0);
+    }
+
+private:
+    static void laufzeilen()
+    {
+        QTest::addColumn<int>("haupt");
+        QTest::addColumn<int>("agent");
+        QTest::addColumn<QStringList>("erwartet"); // "x" for the reason under test
+        QTest::newRow("nothing runs") << 0 << 0 << QStringList{u"x"_s};
+        QTest::newRow("rekordbox runs") << 1 << 0 << QStringList();
+        QTest::newRow("only its agent runs") << 0 << 1 << QStringList();
+        QTest::newRow("both run") << 1 << 1 << QStringList();
+    }
+
+    // 15 s after a background start; the first sync came to `antwort`.
+    void beginnen(const Transport::Ergebnis &antwort)
+    {
+        p->abgleiche = {antwort};
+        p->starten(true);
+        p->vor(15);
+        p->netz.vergessen();
+    }
+    void ruhigBeginnen() { beginnen(gut); }
+    void offlineBeginnen() { beginnen(offline); }
+
+    std::unique_ptr<Steuerungsprobe> p;
+};
+
+QTEST_MAIN(TestSteuerungNachholen)
+#include "tst_steuerung_nachholen.moc"

@@ -1,0 +1,183 @@
+#include "mainwindow/fensterprobe.h"
+
+#include <QTest>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString zeile(int sekunden)
+{
+    return u"rekordbox startet in %1 s  ·"_s.arg(sekunden);
+}
+
+} // namespace
+
+// The countdown in its window: what begins it and what ends it.
+class TstHauptfensterCountdown : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { daten.leeren(); }
+
+    void autostart_data();
+    void autostart();
+    void autostartEntscheidetInDieserReihenfolge();
+    void countdownZaehltUndStartet();
+    void countdownEndet_data();
+    void countdownEndet();
+    void hakenStartetNichtsUndWirdGesichert();
+    void keinerImVerborgenen();
+
+private:
+    Datenordner daten;
+};
+
+void TstHauptfensterCountdown::autostart_data()
+{
+    QTest::addColumn<bool>("erlaubt");
+    QTest::addColumn<bool>("gewollt");
+    QTest::addColumn<bool>("startbar");
+    QTest::addColumn<int>("agent");
+    QTest::addColumn<bool>("installiert");
+    QTest::addColumn<bool>("zaehlt");
+    QTest::newRow("all conditions hold") << true << true << true << 0 << true << true;
+    QTest::newRow("not the opening sync") << false << true << true << 0 << true << false;
+    QTest::newRow("not wanted") << true << false << true << 0 << true << false;
+    QTest::newRow("the outcome forbids it") << true << true << false << 0 << true << false;
+    QTest::newRow("the agent runs") << true << true << true << 1 << true << false;
+    QTest::newRow("nothing installed") << true << true << true << 0 << false << false;
+}
+
+void TstHauptfensterCountdown::autostart()
+{
+    QFETCH(bool, erlaubt);
+    QFETCH(bool, gewollt);
+    QFETCH(bool, startbar);
+    QFETCH(int, agent);
+    QFETCH(bool, installiert);
+    QFETCH(bool, zaehlt);
+    Fensterprobe p(
+        {.versionen = installiert ? QStringList(u"7.1.4"_s) : QStringList(), .autostart = gewollt});
+    p.fenster->oeffnen(erlaubt);
+    if (!erlaubt) {
+        p.knopf(u"lnkAbgleich"_s)->click(); // never after "Jetzt abgleichen"
+        QCOMPARE(p.treiber->anlaesse, {u"hand"_s});
+    }
+    p.laeuft(0, agent);
+    Bewertung b = Fensterprobe::gut();
+    b.startbar = startbar;
+    p.treiber->beantworten(b);
+    QCOMPARE(p.countdown(), zaehlt ? zeile(5) : QString());
+}
+
+// The process table is asked only where the rest allows it.
+void TstHauptfensterCountdown::autostartEntscheidetInDieserReihenfolge()
+{
+    for (const bool gewollt : {false, true}) {
+        Fensterprobe p({.autostart = gewollt});
+        p.fenster->oeffnen(true);
+        p.prozesse.gefragt.clear();
+        p.treiber->beantworten(Fensterprobe::gut());
+        QCOMPARE(p.prozesse.gefragt.count(u"rekordboxAgent"_s), gewollt ? 1 : 0);
+    }
+}
+
+void TstHauptfensterCountdown::countdownZaehltUndStartet()
+{
+    Fensterprobe p({.autostart = true});
+    p.abgeglichen(Fensterprobe::gut());
+    for (const int sekunden : {5, 4, 3, 2, 1}) {
+        QCOMPARE(p.countdown(), zeile(sekunden));
+        p.uhr.vor(Sekunden(1));
+    }
+    Fensterprobe::ruhe();
+    QCOMPARE(p.anfragen(), {u"/api/stand"_s});
+    QCOMPARE(p.arbeitsplatz.starts, {p.programme.buendel(u"7.1.4"_s)});
+    QVERIFY(!p.fenster->isVisible());
+}
+
+void TstHauptfensterCountdown::countdownEndet_data()
+{
+    QTest::addColumn<std::function<void(Fensterprobe &)>>("tat");
+    using Tat = std::function<void(Fensterprobe &)>;
+    const auto klick = [](const char *name) {
+        return Tat([=](Fensterprobe &p) {
+            QTest::mouseClick(p.knopf(QString::fromLatin1(name)), Qt::LeftButton, {}, {8, 8});
+        });
+    };
+    QTest::newRow("\"Abbrechen\"") << klick("knCountdown");
+    QTest::newRow("unticking the check box") << klick("cbAuto");
+    QTest::newRow("a sync") << klick("lnkAbgleich");
+    QTest::newRow("a start") << klick("knStart");
+    QTest::newRow("opening the settings") << klick("lnkEinstellungen");
+    QTest::newRow("Escape") << Tat(
+        [](Fensterprobe &p) { QTest::keyClick(p.fenster.get(), Qt::Key_Escape); });
+    QTest::newRow("closing the window") << Tat([](Fensterprobe &p) { p.fenster->close(); });
+    QTest::newRow("hiding the window") << Tat([](Fensterprobe &p) { p.fenster->verstecken(); });
+    QTest::newRow("rekordbox runs")
+        << Tat([](Fensterprobe &p) { p.fenster->rekordboxLaeuftAnzeigen(); });
+    QTest::newRow("opening while rekordbox runs") << Tat([](Fensterprobe &p) {
+        p.laeuft(1, 1);
+        p.fenster->oeffnen(true);
+    });
+    QTest::newRow("the driver wants it")
+        << Tat([](Fensterprobe &p) { p.fenster->countdownStopp(); });
+}
+
+void TstHauptfensterCountdown::countdownEndet()
+{
+    QFETCH(std::function<void(Fensterprobe &)>, tat);
+    Fensterprobe p({.autostart = true});
+    p.stand = std::nullopt; // a last look hangs
+    p.abgeglichen(Fensterprobe::gut());
+    p.uhr.vor(Sekunden(2));
+    QCOMPARE(p.countdown(), zeile(3));
+    tat(p);
+    QVERIFY(p.countdown().isEmpty());
+    QVERIFY(p.teil(u"knCountdown"_s)->isHidden());
+    QVERIFY(p.text(u"lblCountdown"_s).isEmpty());
+    p.uhr.vor(Sekunden(7));
+    QVERIFY(p.arbeitsplatz.starts.isEmpty());
+    QVERIFY(p.countdown().isEmpty());
+}
+
+// Unticking cancels it; ticking later does not restart it.
+void TstHauptfensterCountdown::hakenStartetNichtsUndWirdGesichert()
+{
+    Fensterprobe p({.autostart = true});
+    p.einst.speichern();
+    p.abgeglichen(Fensterprobe::gut());
+    QAbstractButton *const haken = p.knopf(u"cbAuto"_s);
+    QVERIFY(haken->isChecked());
+    QTest::mouseClick(haken, Qt::LeftButton, {}, QPoint(8, 8));
+    QVERIFY(!p.einst.autostart);
+    QVERIFY(!Einstellungen().autostart);
+    QTest::mouseClick(haken, Qt::LeftButton, {}, QPoint(8, 8));
+    QVERIFY(p.einst.autostart);
+    QVERIFY(Einstellungen().autostart);
+    QVERIFY(p.countdown().isEmpty());
+    p.uhr.vor(Sekunden(10));
+    QVERIFY(p.arbeitsplatz.starts.isEmpty());
+}
+
+// Whoever puts the window away while it syncs does not want rekordbox to start.
+void TstHauptfensterCountdown::keinerImVerborgenen()
+{
+    Fensterprobe p({.autostart = true});
+    p.fenster->oeffnen(true);
+    p.fenster->close();
+    p.treiber->beantworten(Fensterprobe::gut());
+    QVERIFY(p.countdown().isEmpty());
+    p.uhr.vor(Sekunden(10));
+    QVERIFY(p.arbeitsplatz.starts.isEmpty());
+    // The outcome is there when the window comes back.
+    p.fenster->oeffnen(false);
+    QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
+    QVERIFY(p.countdown().isEmpty());
+}
+
+QTEST_MAIN(TstHauptfensterCountdown)
+#include "tst_hauptfenster_countdown.moc"

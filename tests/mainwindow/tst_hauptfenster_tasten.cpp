@@ -1,0 +1,219 @@
+#include "mainwindow/fensterprobe.h"
+
+#include <QApplication>
+#include <QTest>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+// The window driven by the keyboard alone.
+class TstHauptfensterTasten : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { daten.leeren(); }
+
+    void tabFolgtDemBild_data();
+    void tabFolgtDemBild();
+    void eingabeStartet_data();
+    void eingabeStartet();
+    void eingabeDruecktDenVerweis();
+    void gehalteneEingabeStartetNicht();
+    void escapeBrichtNurDenCountdownAb();
+    void strgW();
+    void strgM();
+    void strgH();
+    void strgQ_data();
+    void strgQ();
+    void leertasteAufDemHaken();
+
+private:
+    // Opens the window, as large as it gets, with the keyboard.
+    static void oeffnen(Fensterprobe &p)
+    {
+        Bewertung b = Fensterprobe::gut();
+        b.neueVersion = u"1.10"_s;
+        b.updateAdresse = u"https://cloud/x"_s;
+        p.abgeglichen(b);
+        p.fenster->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(p.fenster.get()));
+    }
+
+    static QString fokus()
+    {
+        return QApplication::focusWidget() == nullptr ? QString()
+                                                      : QApplication::focusWidget()->objectName();
+    }
+
+    Datenordner daten;
+};
+
+void TstHauptfensterTasten::tabFolgtDemBild_data()
+{
+    QTest::addColumn<bool>("rueckwaerts");
+    QTest::newRow("Tab") << false;
+    QTest::newRow("Shift+Tab") << true;
+}
+
+void TstHauptfensterTasten::tabFolgtDemBild()
+{
+    QFETCH(bool, rueckwaerts);
+    Fensterprobe p({.autostart = true});
+    oeffnen(p);
+    QCOMPARE(fokus(), u"knStart"_s);
+    QStringList besucht;
+    for (int i = 0; i < 6; ++i) {
+        besucht.append(fokus());
+        QTest::keyClick(QApplication::focusWidget(), rueckwaerts ? Qt::Key_Backtab : Qt::Key_Tab,
+                        rueckwaerts ? Qt::ShiftModifier : Qt::NoModifier);
+    }
+    QStringList erwartet{u"knStart"_s,          u"knCountdown"_s, u"cbAuto"_s,
+                         u"lnkEinstellungen"_s, u"lnkAbgleich"_s, u"knUpdate"_s};
+    if (rueckwaerts) {
+        std::reverse(erwartet.begin() + 1, erwartet.end());
+    }
+    QCOMPARE(besucht, erwartet);
+    QCOMPARE(fokus(), u"knStart"_s); // all around
+
+    // That is also the order from top to bottom and from left to right.
+    QStringList sortiert = erwartet;
+    QWidget *const ganz = p.teil(u"ganz"_s);
+    std::sort(sortiert.begin(), sortiert.end(), [&](const QString &a, const QString &b) {
+        const QPoint x = p.teil(a)->mapTo(ganz, QPoint());
+        const QPoint y = p.teil(b)->mapTo(ganz, QPoint());
+        return qAbs(x.y() - y.y()) > 4 ? x.y() < y.y() : x.x() < y.x();
+    });
+    QCOMPARE(sortiert, QStringList({u"knUpdate"_s, u"knStart"_s, u"knCountdown"_s, u"cbAuto"_s,
+                                    u"lnkEinstellungen"_s, u"lnkAbgleich"_s}));
+}
+
+void TstHauptfensterTasten::eingabeStartet_data()
+{
+    QTest::addColumn<Qt::Key>("taste");
+    QTest::addColumn<QString>("ort");
+    QTest::newRow("Return in the window") << Qt::Key_Return << QString();
+    QTest::newRow("Enter in the window") << Qt::Key_Enter << QString();
+    QTest::newRow("Return on the start button") << Qt::Key_Return << u"knStart"_s;
+    QTest::newRow("Return on the check box") << Qt::Key_Return << u"cbAuto"_s;
+    QTest::newRow("space on the start button") << Qt::Key_Space << u"knStart"_s;
+}
+
+void TstHauptfensterTasten::eingabeStartet()
+{
+    QFETCH(Qt::Key, taste);
+    QFETCH(QString, ort);
+    Fensterprobe p;
+    oeffnen(p);
+    QWidget *ziel = p.fenster.get();
+    if (!ort.isEmpty()) {
+        ziel = p.teil(ort);
+        ziel->setFocus(Qt::TabFocusReason);
+    }
+    QTest::keyClick(ziel, taste);
+    QCOMPARE(p.titel(), u"Letzter Blick in die Cloud …"_s);
+    QTRY_COMPARE(p.arbeitsplatz.starts.size(), 1);
+    QVERIFY(!p.einst.autostart);
+}
+
+void TstHauptfensterTasten::eingabeDruecktDenVerweis()
+{
+    Fensterprobe p({.autostart = true});
+    oeffnen(p);
+    QTest::keyClick(p.knopf(u"knUpdate"_s), Qt::Key_Return);
+    QCOMPARE(p.arbeitsplatz.adressen.size(), 1);
+    QTest::keyClick(p.knopf(u"knCountdown"_s), Qt::Key_Return);
+    QVERIFY(p.countdown().isEmpty());
+    QTest::keyClick(p.knopf(u"lnkAbgleich"_s), Qt::Key_Return);
+    QCOMPARE(p.treiber->anlaesse, QStringList({u"vorstart"_s, u"hand"_s}));
+    Fensterprobe::ruhe();
+    QVERIFY(p.anfragen().isEmpty()); // no last look
+}
+
+// A Return that is still held from elsewhere.
+void TstHauptfensterTasten::gehalteneEingabeStartetNicht()
+{
+    Fensterprobe p;
+    oeffnen(p);
+    QKeyEvent gehalten(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, true);
+    QApplication::sendEvent(p.fenster.get(), &gehalten);
+    QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
+}
+
+void TstHauptfensterTasten::escapeBrichtNurDenCountdownAb()
+{
+    Fensterprobe p({.autostart = true});
+    oeffnen(p);
+    QVERIFY(!p.countdown().isEmpty());
+    QTest::keyClick(p.teil(u"cbAuto"_s), Qt::Key_Escape);
+    QVERIFY(p.countdown().isEmpty());
+    QVERIFY(p.fenster->isVisible());
+    QVERIFY(p.einst.autostart);
+    QTest::keyClick(p.fenster.get(), Qt::Key_Escape);
+    QVERIFY(p.fenster->isVisible());
+}
+
+void TstHauptfensterTasten::strgW()
+{
+    Fensterprobe p({.autostart = true});
+    oeffnen(p);
+    QTest::keyClick(p.fenster.get(), Qt::Key_W, Qt::ControlModifier);
+    QVERIFY(!p.fenster->isVisible());
+    QVERIFY(p.countdown().isEmpty());
+    QCOMPARE(p.arbeitsplatz.auftritte.last(), Arbeitsplatz::Auftritt::Zubehoer);
+}
+
+void TstHauptfensterTasten::strgM()
+{
+    Fensterprobe p;
+    oeffnen(p);
+    QTest::keyClick(p.fenster.get(), Qt::Key_M, Qt::ControlModifier);
+    QVERIFY(p.fenster->isMinimized());
+    QCOMPARE(p.arbeitsplatz.auftritte.last(), Arbeitsplatz::Auftritt::Regulaer);
+}
+
+void TstHauptfensterTasten::strgH()
+{
+    Fensterprobe p;
+    oeffnen(p);
+    QTest::keyClick(p.fenster.get(), Qt::Key_H, Qt::ControlModifier);
+    QVERIFY(!p.fenster->isVisible());
+}
+
+void TstHauptfensterTasten::strgQ_data()
+{
+    QTest::addColumn<bool>("treiberDa");
+    QTest::newRow("through the driver") << true;
+    QTest::newRow("the driver is gone") << false;
+}
+
+void TstHauptfensterTasten::strgQ()
+{
+    QFETCH(bool, treiberDa);
+    Fensterprobe p;
+    oeffnen(p);
+    if (!treiberDa) {
+        p.treiber.reset();
+    }
+    const bool beendet = beendetDasProgramm(
+        [&] { QTest::keyClick(p.fenster.get(), Qt::Key_Q, Qt::ControlModifier); });
+    QCOMPARE(beendet, !treiberDa);
+    if (treiberDa) {
+        QCOMPARE(p.treiber->beendet, 1);
+        QVERIFY(p.fenster->isVisible());
+    }
+}
+
+void TstHauptfensterTasten::leertasteAufDemHaken()
+{
+    Fensterprobe p;
+    oeffnen(p);
+    p.teil(u"cbAuto"_s)->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(p.teil(u"cbAuto"_s), Qt::Key_Space);
+    QVERIFY(p.einst.autostart);
+    QVERIFY(Einstellungen().autostart);
+    QVERIFY(p.anfragen().isEmpty());
+}
+
+QTEST_MAIN(TstHauptfensterTasten)
+#include "tst_hauptfenster_tasten.moc"
