@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <cstdio>
 
 #include <malloc.h>
@@ -160,6 +161,21 @@ Messung messen(int anzahl)
     return m;
 }
 
+// The best of three: other programs slow a run down, nothing speeds one up.
+Messung beste(int anzahl)
+{
+    Messung m = messen(anzahl);
+    for (int i = 0; i < 2; ++i) {
+        const Messung n = messen(anzahl);
+        for (double Messung::*feld : {&Messung::lesen, &Messung::bauen, &Messung::sichtbar,
+                                      &Messung::haken, &Messung::hakenOffen, &Messung::taste,
+                                      &Messung::aufklappen, &Messung::rollen, &Messung::bytes}) {
+            m.*feld = std::min(m.*feld, n.*feld);
+        }
+    }
+    return m;
+}
+
 void drucken(int anzahl, const Messung &m)
 {
     std::printf("%7d playlists: parse %.1f ms, build %.1f ms, answer to sheet %.1f ms, check root "
@@ -179,10 +195,10 @@ int main(int argc, char **argv)
     erscheinungEinrichten(programm);
     (void)messen(1'000); // warms fonts and code up
 
-    const Messung klein = messen(1'000);
+    const Messung klein = beste(1'000);
     drucken(1'000, klein);
-    drucken(10'000, messen(10'000));
-    const Messung gross = messen(100'000);
+    drucken(10'000, beste(10'000));
+    const Messung gross = beste(100'000);
     drucken(100'000, gross);
     std::printf("growth 1,000 to 100,000: build x%.0f, memory per playlist x%.2f\n",
                 gross.bauen / klein.bauen, gross.bytes / klein.bytes);

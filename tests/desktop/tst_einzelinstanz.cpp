@@ -2,6 +2,7 @@
 #include "doubles/datenordner.h"
 #include "platform/linux/dbusverbindung.h"
 
+#include <QDBusError>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QStandardPaths>
@@ -85,7 +86,9 @@ private Q_SLOTS:
     void einLangerPfadGenuegt();
     void ohneBeschreibbarenOrdnerLaeuftEsTrotzdem();
     void einHaengenderBusHaeltNichtAuf();
+    void einBusWirdNieGestartet_data();
     void einBusWirdNieGestartet();
+    void derBusDesBenutzersGilt();
 
 private:
     static void wege();
@@ -327,22 +330,45 @@ void TestEinzelinstanz::einHaengenderBusHaeltNichtAuf()
     QVERIFY(busAntwortet(bus->adresse()));
 }
 
-// With a display and no bus, libdbus would have dbus-launch start one.
+void TestEinzelinstanz::einBusWirdNieGestartet_data()
+{
+    QTest::addColumn<QByteArray>("vorher");
+    QTest::newRow("nothing set") << QByteArray();
+    QTest::newRow("to be started") << QByteArray("autolaunch:");
+    QTest::newRow("gone") << QByteArray("unix:path=/gibt/es/nicht");
+    QTest::newRow("no address") << QByteArray("unsinn");
+}
+
+// With a display and no bus, libdbus has dbus-launch start one, or complains that it could not.
 void TestEinzelinstanz::einBusWirdNieGestartet()
 {
-    ohneBus();
-    const QString falle = laufzeit->filePath(u"dbus-launch"_s);
-    QFile datei(falle);
-    QVERIFY(datei.open(QIODevice::WriteOnly));
-    datei.write("#!/bin/sh\ntouch \"$0.gerufen\"\n");
-    datei.close();
-    QVERIFY(datei.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    umgebung.insert(u"PATH"_s, laufzeit->path() + u':' + umgebung.value(u"PATH"_s));
-    umgebung.insert(u"DISPLAY"_s, u":4711"_s);
-    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"autolaunch:"_s);
-    const auto erster = start();
-    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
-    QVERIFY(!QFile::exists(falle + u".gerufen"_s));
+    QFETCH(QByteArray, vorher);
+    qputenv("DISPLAY", ":4711");
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(laufzeit->path()));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", vorher);
+    sitzungsbusFestlegen();
+    QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), "disabled:");
+    const QDBusConnection sitzung =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"nie"_s);
+    QVERIFY(!sitzung.isConnected());
+    QVERIFY2(!sitzung.lastError().message().contains(u"launch"),
+             qPrintable(sitzung.lastError().message()));
+    QDBusConnection::disconnectFromBus(u"nie"_s);
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+}
+
+void TestEinzelinstanz::derBusDesBenutzersGilt()
+{
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(laufzeit->path()));
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    QCOMPARE(sitzungsbusAdresse(), QString());
+    const QString socket = bus->ordner() + u"/bus"_s;
+    QVERIFY(QFile::link(socket, laufzeit->filePath(u"bus"_s)));
+    QCOMPARE(sitzungsbusAdresse(), u"unix:path="_s + laufzeit->filePath(u"bus"_s));
+    QVERIFY(busAntwortet(sitzungsbusAdresse()));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "autolaunch:;" + bus->adresse().toUtf8());
+    QCOMPARE(sitzungsbusAdresse(), bus->adresse());
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
 QTEST_GUILESS_MAIN(TestEinzelinstanz)

@@ -96,7 +96,7 @@ void TestLogindwache::schlaf(bool beginnt)
         QDBusMessage::createMethodCall(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
                                        u"org.freedesktop.DBus.Mock"_s, u"EmitSignal"_s);
     ruf.setArguments({u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, u"b"_s,
-                      QVariantList({beginnt})});
+                      QVariantList{QVariant(beginnt)}});
     QCOMPARE(frage->call(ruf).errorMessage(), QString());
 }
 
