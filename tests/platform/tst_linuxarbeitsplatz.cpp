@@ -191,7 +191,9 @@ void TstLinuxarbeitsplatz::signale()
     QCOMPARE(antwort, QString());
     const auto zeuge = bericht();
     QCOMPARE(zeuge[u"blockiert"_s].toULongLong(nullptr, 16), 0);
-    QCOMPARE(zeuge[u"ignoriert"_s].toULongLong(nullptr, 16), 0);
+    // glibc keeps the signals 32 and 33 for itself and lets nobody reset what a parent left there.
+    constexpr quint64 vonGlibc = 3ULL << 31U;
+    QCOMPARE(zeuge[u"ignoriert"_s].toULongLong(nullptr, 16) & ~vonGlibc, 0);
     QCOMPARE(::sigismember(&danach, SIGUSR1), 1); // ours stay as they are
     QCOMPARE(::sigismember(&danach, SIGTERM), 0);
 }
