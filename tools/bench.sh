@@ -37,6 +37,7 @@ echo "Median of $laeufe starts each, in turn:"
 zeile "window appears" 1 ms 1.5
 zeile "memory (PSS)" 2 KiB 1.6
 echo "processor at rest: $(mitte kalvaro 3) ms in 5 s"
-for weiteres in "$bau"/kalvaro-bench-playlisten "$bau"/kalvaro-bench-prozesse; do
-    [ ! -x "$weiteres" ] || QT_QPA_PLATFORM=offscreen "$weiteres"
-done
+echo
+QT_QPA_PLATFORM=offscreen "$bau/kalvaro-bench-prozesse"
+echo
+QT_QPA_PLATFORM=offscreen "$bau/kalvaro-bench-einstellungen" 2>/dev/null

@@ -49,9 +49,16 @@ cat >"$ordner/kalvaro/konto.json" <<JSON
 }
 JSON
 
+protokoll="$ordner/kalvaro/kalvaro.log"
+
 if [ -z "${BILD:-}" ] && [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    echo "kalvaro runs with a demo cloud on port $port; close its window to end both."
-    "$bau/kalvaro" || scheitern "kalvaro ended with status $?"
+    # With the automatic start a newcomer sees the countdown and the demo rekordbox.
+    echo '{"autostart":true}' >"$ordner/kalvaro/einstellungen.json"
+    echo "kalvaro runs with a demo cloud on port $port. Closing its window leaves it in the tray;"
+    echo "„kalvaro beenden“ in its menu, or Ctrl+C here, ends both."
+    DEMO_REKORDBOX_DAUER=1800 "$bau/kalvaro" || scheitern "kalvaro ended with status $?"
+    [ -s "$protokoll" ] ||
+        scheitern "another kalvaro runs in this session and was asked to open; please end it first"
     exit 0
 fi
 
@@ -67,4 +74,7 @@ QT_QPA_PLATFORM=offscreen FONTCONFIG_FILE="$PWD/tools/bilder/fonts.conf" \
 [ -s "$ordner/urteil.txt" ] || scheitern "kalvaro gave no verdict: $(cat "$ordner/fehler.txt")"
 [ -s "$bild" ] || scheitern "the picture could not be written to $bild"
 cat "$ordner/urteil.txt"
+echo
+echo "Log:"
+cat "$protokoll"
 echo "Picture: $bild"

@@ -76,7 +76,7 @@ bool antwortet(int fd, const QByteArray &name, const QDeadlineTimer &frist)
 bool eintragAntwortet(const QByteArray &eintrag, const QDeadlineTimer &frist)
 {
     if (!eintrag.startsWith("unix:")) {
-        return !eintrag.isEmpty() && !eintrag.startsWith("disabled:");
+        return eintrag.contains(':') && !eintrag.startsWith("disabled:");
     }
     const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (fd < 0) {

@@ -1,0 +1,56 @@
+// What one tick of the watch costs in a process table of 500: the list of running bundles.
+
+#include "platform/linux/linuxprozesse.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int prozesse = 500;
+constexpr int blicke = 200;
+
+double prozessorzeit()
+{
+    timespec zeit = {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &zeit);
+    return double(zeit.tv_sec) * 1000 + double(zeit.tv_nsec) / 1e6;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication anwendung(argc, argv);
+    const QTemporaryDir tafel;
+    for (int i = 1; i <= prozesse; ++i) {
+        const QString ordner = tafel.filePath(QString::number(i));
+        QDir().mkpath(ordner);
+        QFile::link(i % 100 == 0 ? u"/Applications/Programm.app/Contents/MacOS/programm"_s
+                                 : u"/usr/bin/true"_s,
+                    ordner + u"/exe"_s);
+    }
+    const LinuxProzesse liste(u"/usr/bin/pgrep"_s, QFile::encodeName(tafel.path()));
+    QList<double> dauern;
+    for (int i = 0; i < blicke; ++i) {
+        const double anfang = prozessorzeit();
+        const bool gefunden = !liste.buendel().isEmpty();
+        dauern.append(prozessorzeit() - anfang);
+        if (!gefunden) {
+            return 1;
+        }
+    }
+    std::sort(dauern.begin(), dauern.end());
+    std::printf("watch tick with %d processes: median %.3f ms, slowest of %d %.3f ms\n", prozesse,
+                dauern[blicke / 2], blicke, dauern.last());
+    return 0;
+}
