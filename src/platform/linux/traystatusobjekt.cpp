@@ -81,10 +81,9 @@ void TrayStatusobjekt::erscheinen(Trayart gefundene)
                     menueZeigen();
                 }
             });
-    symbolZeichnen();
     hinweisZeigen();
     zeichen->setContextMenu(menue);
-    zeichen->show();
+    symbolZeichnen();
 }
 
 void TrayStatusobjekt::symbolZeichnen()
@@ -93,6 +92,7 @@ void TrayStatusobjekt::symbolZeichnen()
         const bool imThema = art == Trayart::StatusNotifier;
         zeichen->setIcon(
             traysymbol(symbol, leistenfarbe(), imThema ? symbolImThema(symbol) : QString()));
+        zeichen->show(); // not before it has a symbol: picture mode never sets one
     }
 }
 
