@@ -1,4 +1,5 @@
-// Draws the main window in every state, light and dark, into a folder: the pictures of docs/.
+// Draws the main window and the settings sheet in every state, light and dark, into a folder: the
+// pictures of docs/.
 //
 // The states come from made-up answers and a clock that stands still, so the pictures change only
 // when the window does.
@@ -12,6 +13,7 @@
 #include "platform/prozesse.h"
 #include "rekordbox/rekordbox.h"
 #include "server/zentrale.h"
+#include "settingswindow/einstellungenfenster.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
 
@@ -20,6 +22,7 @@
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QTreeView>
 
 #include <cstdio>
 
@@ -145,6 +148,11 @@ void abwarten()
     }
 }
 
+QString bilddatei(const QDir &ziel, const Zustand &zustand, bool dunkel)
+{
+    return ziel.filePath(zustand.name + (dunkel ? u"-dunkel.png"_s : u"-hell.png"_s));
+}
+
 bool zeichnen(const QDir &ziel, const Zustand &zustand, bool dunkel)
 {
     Standuhr uhr;
@@ -173,6 +181,44 @@ bool zeichnen(const QDir &ziel, const Zustand &zustand, bool dunkel)
     return bildSpeichern(fenster.findChild<QWidget *>(u"ganz"_s), pfad);
 }
 
+// The settings sheet, with what the server answers to the question for the playlists.
+bool einstellungenZeichnen(const QDir &ziel, const Zustand &zustand, bool dunkel)
+{
+    Skriptnetz netz(zustand.antwort);
+    Keinstart anmeldestart;
+    const Keinprozess prozesse;
+    const Rekordbox rekordbox(prozesse, qEnvironmentVariable("KALVARO_APPLICATIONS"));
+    Zentrale zentrale({u"Studio-Mac"_s, u"studio-mac"_s, {}, {u"http://127.0.0.1"_s}}, netz);
+    Einstellungen einst;
+
+    QApplication::setPalette(eigenePalette(dunkel));
+    EinstellungenFenster blatt(
+        {zentrale, einst, anmeldestart, rekordbox.installationen(), u"scharf"_s}, nullptr);
+    blatt.show();
+    blatt.laden();
+    abwarten();
+    blatt.findChild<QTreeView *>()->expandAll();
+    abwarten();
+    return bildSpeichern(&blatt, bilddatei(ziel, zustand, dunkel));
+}
+
+QList<Zustand> einstellungszustaende()
+{
+    return {
+        {u"einstellungen"_s, R"({"lokal":["a","b","e"],"playlisten":[
+            {"id":1,"uuid":"o1","name":"Sets 2026","ordner":true,"seq":1},
+            {"id":2,"uuid":"a","name":"Warm-up","titel":124,"eltern":1,"seq":1},
+            {"id":3,"uuid":"b","name":"Peak Time","titel":1208,"eltern":1,"seq":2},
+            {"id":4,"uuid":"o2","name":"Genres","ordner":true,"seq":2},
+            {"id":5,"uuid":"c","name":"House","titel":2341,"eltern":4,"seq":1},
+            {"id":6,"uuid":"e","name":"Techno","titel":987,"eltern":4,"seq":2},
+            {"id":7,"uuid":"f","name":"Neu eingetroffen","titel":58,"seq":3},
+            {"id":8,"uuid":"g","name":"Wünsche","titel":19,"seq":4}]})"},
+        {u"einstellungen-laedt"_s, ""},
+        {u"einstellungen-offline"_s, "offline"},
+    };
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -186,13 +232,17 @@ int main(int argc, char *argv[])
     QApplication anwendung(argc, argv);
     erscheinungEinrichten(anwendung);
     const QDir ziel(QString::fromLocal8Bit(argv[1]));
-    for (const Zustand &zustand : zustaende()) {
-        for (const bool dunkel : {false, true}) {
-            if (!zeichnen(ziel, zustand, dunkel)) {
-                std::fputs("Ein Bild ließ sich nicht schreiben.\n", stderr);
-                return 1;
-            }
+    bool alle = true;
+    for (const bool dunkel : {false, true}) {
+        for (const Zustand &zustand : zustaende()) {
+            alle = zeichnen(ziel, zustand, dunkel) && alle;
+        }
+        for (const Zustand &zustand : einstellungszustaende()) {
+            alle = einstellungenZeichnen(ziel, zustand, dunkel) && alle;
         }
     }
-    return 0;
+    if (!alle) {
+        std::fputs("Ein Bild ließ sich nicht schreiben.\n", stderr);
+    }
+    return alle ? 0 : 1;
 }
