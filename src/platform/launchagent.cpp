@@ -70,7 +70,7 @@ QByteArray LaunchAgent::inhalt() const
     char *xml = nullptr;
     uint32_t laenge = 0;
     plist_to_xml(agent.get(), &xml, &laenge);
-    const QByteArray bytes(xml, static_cast<qsizetype>(laenge));
+    QByteArray bytes(xml, static_cast<qsizetype>(laenge));
     plist_to_xml_free(xml);
     return bytes;
 }

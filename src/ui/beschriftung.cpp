@@ -155,8 +155,10 @@ QFont Beschriftung::satzschrift(const QString &inhalt, double breite) const
         }
         schrift = font();
     }
-    for (double f = breite / noetig; f >= schrumpfen; f -= schritt) {
-        schrift.setPointSizeF(font().pointSizeF() * f);
+    const auto versuche =
+        static_cast<int>(std::floor((breite / noetig - schrumpfen) / schritt)); // or below 0
+    for (int versuch = 0; versuch <= versuche; ++versuch) {
+        schrift.setPointSizeF(font().pointSizeF() * (breite / noetig - versuch * schritt));
         if (QFontMetricsF(schrift).horizontalAdvance(inhalt) <= breite) {
             return schrift;
         }

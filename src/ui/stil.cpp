@@ -50,6 +50,18 @@ bool istListe(const QWidget *widget)
     return qobject_cast<const QAbstractScrollArea *>(widget) != nullptr;
 }
 
+// The colour of what a scroll bar scrolls.
+QColor rollgrund(const QPalette &palette, const QWidget *balken)
+{
+    // Between the two lies the container that a scroll area gives its bars.
+    const QWidget *const halter = balken != nullptr ? balken->parentWidget() : nullptr;
+    const auto *const bereich =
+        halter != nullptr ? qobject_cast<const QAbstractScrollArea *>(halter->parentWidget())
+                          : nullptr;
+    return bereich != nullptr ? palette.color(bereich->viewport()->backgroundRole())
+                              : Farbe::flaeche(palette);
+}
+
 } // namespace
 
 Stil::Stil()
@@ -115,7 +127,7 @@ void Stil::drawComplexControl(ComplexControl element, const QStyleOptionComplex 
     if (element == CC_ComboBox && auswahl != nullptr && !auswahl->editable) {
         auswahlMalen(*maler, *auswahl);
     } else if (element == CC_ScrollBar && balken != nullptr) {
-        rollbalkenMalen(*maler, *balken);
+        rollbalkenMalen(*maler, *balken, rollgrund(balken->palette, widget));
     } else {
         QProxyStyle::drawComplexControl(element, option, maler, widget);
     }

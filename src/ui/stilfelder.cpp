@@ -108,9 +108,9 @@ void klappzeichenMalen(QPainter &maler, const QStyleOption &option)
     maler.drawPath(dreieck);
 }
 
-void rollbalkenMalen(QPainter &maler, const QStyleOptionSlider &option)
+void rollbalkenMalen(QPainter &maler, const QStyleOptionSlider &option, const QColor &grund)
 {
-    maler.fillRect(option.rect, Farbe::flaeche(option.palette));
+    maler.fillRect(option.rect, grund);
     if (option.maximum <= option.minimum || !option.state.testFlag(QStyle::State_Enabled)) {
         return;
     }

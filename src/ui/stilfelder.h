@@ -24,9 +24,9 @@ void listeMalen(QPainter &maler, const QStyleOption &option);
 // The small triangle before a row that has others below it.
 void klappzeichenMalen(QPainter &maler, const QStyleOption &option);
 
-// A scroll bar that is only its thumb.
+// A scroll bar that is only its thumb, on the ground of what it scrolls.
 inline constexpr int rollbreite = 12;
-void rollbalkenMalen(QPainter &maler, const QStyleOptionSlider &option);
+void rollbalkenMalen(QPainter &maler, const QStyleOptionSlider &option, const QColor &grund);
 [[nodiscard]] QRect rollbalkenstueck(const QStyleOptionSlider &option, QStyle::SubControl stueck);
 
 } // namespace kalvaro

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void waechstMitDemUpdate();
     void countdownNimmtNurPlatzWennErZaehlt();
     void nieHoeherAlsDerSchirm();
+    void rollbalkenHatDieFarbeDesFensters();
     void rueckVomUnterenRand();
     void menueleisteGehoertNichtZumBild();
     void erscheinungWechselt();
@@ -186,6 +187,21 @@ void TstHauptfensterAufbau::nieHoeherAlsDerSchirm()
     QTest::keyClick(p.teil(u"cbAuto"_s), Qt::Key_Tab);
     QTest::keyClick(p.teil(u"lnkEinstellungen"_s), Qt::Key_Tab);
     QVERIFY(!p.teil(u"lnkAbgleich"_s)->visibleRegion().isEmpty());
+}
+
+// A white stripe stood beside the content.
+void TstHauptfensterAufbau::rollbalkenHatDieFarbeDesFensters()
+{
+    erscheinungEinrichten(*qApp);
+    QFont riesig = grundschrift;
+    riesig.setPixelSize(36);
+    QApplication::setFont(riesig);
+    Fensterprobe p;
+    p.abgeglichen(mitUpdate());
+    QScrollBar *const balken = p.fenster->findChild<QScrollArea *>()->verticalScrollBar();
+    QVERIFY(balken->isVisible());
+    QCOMPARE(balken->grab().toImage().pixelColor(0, balken->height() - 1),
+             Farbe::fenster(p.fenster->palette()));
 }
 
 void TstHauptfensterAufbau::rueckVomUnterenRand()

@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr size_t groessteNachricht = 64 * 1024;
+constexpr size_t groessteNachricht = 64UL * 1024;
 
 // Calls `tun` with the address of the socket `name` in `ordner`. The folder's path may be longer
 // than an address holds, so it goes by its descriptor.

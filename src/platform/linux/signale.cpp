@@ -70,7 +70,7 @@ void endeErzwingen(int millisekunden)
     behandeln(SIGALRM, sofortEnden);
     itimerval frist = {};
     frist.it_value.tv_sec = millisekunden / 1000;
-    frist.it_value.tv_usec = millisekunden % 1000 * 1000;
+    frist.it_value.tv_usec = millisekunden % 1000 * 1000L;
     ::setitimer(ITIMER_REAL, &frist, nullptr);
 }
 
