@@ -3,7 +3,6 @@
 #include "doubles/datenordner.h"
 #include "platform/linux/dbusmitteilungen.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 #include <memory>
@@ -296,10 +295,8 @@ void TestMitteilungen::einStummerServerHaeltNichtsAuf()
 {
     serverStarten();
     server->schweigen(true);
-    QElapsedTimer dauer;
-    dauer.start();
     mitteilungen->mitteilen(u"a"_s, u"1"_s, {});
-    QVERIFY(dauer.elapsed() < 100);
+    QVERIFY(daten.protokollzeilen().isEmpty()); // nobody waited for the time limit
     QTRY_COMPARE(daten.protokollzeilen().size(), 1);
     server->schweigen(false);
     mitteilungen->mitteilen(u"a"_s, u"2"_s, {});

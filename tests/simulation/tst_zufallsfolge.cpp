@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int schritte = 2500;
+constexpr int schritte = 1500;
 constexpr int rast = 100; // after so many steps everything is answered and must come to rest
 
 const QStringList startbareZustaende{u"aktuell"_s, u"abgeglichen"_s, u"verschoben"_s,
@@ -132,7 +132,7 @@ private Q_SLOTS:
         // The steps were worth something.
         const QStringList anlaesse = probe.anlaesse();
         QVERIFY(anlaesse.size() > schritte / 20);
-        QVERIFY(probe.arbeitsplatz.starts.size() > 20);
+        QVERIFY(probe.arbeitsplatz.starts.size() > 10);
         QCOMPARE(QSet<QString>(anlaesse.begin(), anlaesse.end()).size(), 6);
         probe.steuerung.reset();
         QCOMPARE(probe.uhr.offen(), 0);
