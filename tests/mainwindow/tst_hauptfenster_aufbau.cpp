@@ -238,6 +238,7 @@ void TstHauptfensterAufbau::erscheinungWechselt()
         p.abgeglichen(b);
         p.teil<Beschriftung>(u"lblZeile1"_s)->setText(u"Frei auf dem Mac: 214 GB"_s);
         p.fenster->activateWindow();
+        Fensterprobe::ruhe();
         auto *const karte = p.teil<Karte>(u"karteStatus"_s);
         QTRY_COMPARE(karte->grab().toImage().pixelColor(20, 80).rgb(), karte->grundfarbe().rgb());
     };
