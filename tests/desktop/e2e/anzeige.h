@@ -17,7 +17,7 @@ inline constexpr int uebersprungen = 77;
 
 // Waits until `bedingung` holds, `geduld` milliseconds at most; false when it never does. Unlike
 // QTRY_VERIFY, counts the time that the condition itself takes.
-[[nodiscard]] bool bald(const std::function<bool()> &bedingung, int geduld = 20000);
+[[nodiscard]] bool bald(const std::function<bool()> &bedingung, int geduld = 60000);
 
 // A program with its standard input and output. Killed with this object.
 class Programm

@@ -39,7 +39,7 @@ private:
 
 namespace {
 
-constexpr int geduld = 30000; // milliseconds for a panel to come up
+constexpr int geduld = 60000; // milliseconds for a panel to come up
 
 void wege()
 {

@@ -59,7 +59,7 @@ void TestStatusobjekt::cleanup()
 void TestStatusobjekt::programmStarten()
 {
     programm = std::make_unique<Programm>(QStringLiteral(PROBE), QStringList(), umgebung);
-    QTRY_VERIFY_WITH_TIMEOUT(!programm->zeilen().isEmpty(), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(!programm->zeilen().isEmpty(), 60000);
 }
 
 void TestStatusobjekt::befehl(const QString &zeile)
