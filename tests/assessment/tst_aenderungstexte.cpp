@@ -1,6 +1,6 @@
 #include "assessment/aenderungstexte.h"
 
-#include "foundation/jsonlesen.h"
+#include "doubles/jsonlesen.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>

@@ -1,9 +1,9 @@
 #include "assessment/bewerten.h"
 
 #include "doubles/datenordner.h"
+#include "doubles/jsonlesen.h"
 #include "doubles/scripttransport.h"
 #include "doubles/testuhr.h"
-#include "foundation/jsonlesen.h"
 #include "server/zentrale.h"
 
 #include <QTest>
@@ -91,7 +91,7 @@ private:
             ergebnis = b;
             ++rufe;
         });
-        vor(1000s);
+        uhr->vor(1000s);
         if (rufe > 1) {
             qFatal("called more than once");
         }
@@ -102,20 +102,6 @@ private:
     {
         weg->dann(Scripttransport::antwort(200)); // the probe
         weg->dann(Scripttransport::antwort(status, antwort));
-    }
-
-    // Lets virtual time pass, and all that follows from it: a request takes a few turns of the
-    // event loop.
-    void vor(Sekunden dauer)
-    {
-        constexpr int runden = 8;
-        for (int i = 0; i < runden; ++i) {
-            QCoreApplication::processEvents();
-        }
-        uhr->vor(dauer);
-        for (int i = 0; i < runden; ++i) {
-            QCoreApplication::processEvents();
-        }
     }
 
     Datenordner ordner;
@@ -678,9 +664,9 @@ void TstBewerten::fristVonAchtMinuten()
     std::optional<Bewertung> ergebnis;
     bewerten(zentrale, u"hand"_s, &zentrale, [&](const Bewertung &b) { ergebnis = b; });
 
-    vor(479900ms);
+    uhr->vor(479900ms);
     QVERIFY(!ergebnis.has_value());
-    vor(100ms);
+    uhr->vor(100ms);
 
     QCOMPARE(ergebnis,
              (Bewertung{.art = u"warn"_s,
@@ -699,7 +685,7 @@ void TstBewerten::rufErstAusDerEreignisschleife()
 
     bewerten(zentrale, u"hand"_s, &zentrale, [&](const Bewertung &b) { ergebnis = b; });
     QVERIFY(!ergebnis.has_value());
-    vor(0s);
+    uhr->vor(0s);
 
     QVERIFY(ergebnis.has_value());
     QCOMPARE(ergebnis->detail, offline.arg(u"keine Cloud-Adresse eingetragen"_s));
@@ -714,7 +700,7 @@ void TstBewerten::ohneBesitzerKeinRuf()
     bewerten(zentrale, u"hand"_s, besitzer.get(), [&](const Bewertung &) { gerufen = true; });
 
     besitzer.reset();
-    vor(1000s);
+    uhr->vor(1000s);
 
     QVERIFY(!gerufen);
     QVERIFY(ordner.protokollzeilen().isEmpty());
@@ -732,7 +718,7 @@ void TstBewerten::zweiAnfragenZugleich()
 
     bewerten(zentrale, u"nachher"_s, &zentrale, [&](const Bewertung &b) { titel += b.titel; });
     bewerten(zentrale, u"hand"_s, &zentrale, [&](const Bewertung &b) { titel += b.titel; });
-    vor(1s);
+    uhr->vor(1s);
 
     QCOMPARE(titel, (QStringList{u"Abgleich verschoben"_s, abgeglichen}));
 }

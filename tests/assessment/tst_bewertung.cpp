@@ -1,6 +1,6 @@
 #include "assessment/bewertung.h"
 
-#include "foundation/jsonlesen.h"
+#include "doubles/jsonlesen.h"
 
 #include <QTest>
 

@@ -1,6 +1,7 @@
 #include "desktop/testbus.h"
 
-#include <QFile>
+#include "doubles/dateien.h"
+
 #include <QStandardPaths>
 #include <QUuid>
 
@@ -12,14 +13,6 @@ namespace kalvaro {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-void schreiben(const QString &pfad, const QString &inhalt)
-{
-    QFile datei(pfad);
-    if (!datei.open(QIODevice::WriteOnly) || datei.write(inhalt.toUtf8()) < 0) {
-        qFatal("Cannot write the configuration of the test's bus");
-    }
-}
 
 QString einstellung(const QString &adresse, const QString &dienstordner)
 {
@@ -49,7 +42,7 @@ Testbus::Testbus(const QProcessEnvironment &umgebung, const QString &dienstordne
     : platz(ablage.path())
     , wo(u"unix:path="_s + platz + u"/bus"_s)
 {
-    schreiben(platz + u"/bus.conf"_s, einstellung(wo, dienstordner));
+    dateiSchreiben(platz + u"/bus.conf"_s, einstellung(wo, dienstordner).toUtf8());
     daemon.setProcessEnvironment(umgebung);
     starten();
 }

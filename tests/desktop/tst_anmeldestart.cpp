@@ -1,3 +1,4 @@
+#include "doubles/dateien.h"
 #include "doubles/datenordner.h"
 #include "platform/launchagent.h"
 #include "platform/linux/xdganmeldestart.h"
@@ -33,20 +34,6 @@ QString text(plist_t knoten)
     const QString kopie = QString::fromUtf8(wert);
     std::free(wert);
     return kopie;
-}
-
-QByteArray inhalt(const QString &pfad)
-{
-    QFile datei(pfad);
-    return datei.open(QIODevice::ReadOnly) ? datei.readAll() : QByteArray();
-}
-
-void anlegen(const QString &pfad, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(pfad).path());
-    QFile datei(pfad);
-    QVERIFY(datei.open(QIODevice::WriteOnly));
-    datei.write(bytes);
 }
 
 } // namespace
@@ -103,10 +90,10 @@ void TestAnmeldestart::zweimalAnSchreibtDasselbe()
 {
     XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
     start.setzen(true);
-    const QByteArray erst = inhalt(pfad(u"a/de.kalvaro.kalvaro.desktop"_s));
+    const QByteArray erst = dateiLesen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s));
     start.setzen(true);
     QVERIFY(!erst.isEmpty());
-    QCOMPARE(inhalt(pfad(u"a/de.kalvaro.kalvaro.desktop"_s)), erst);
+    QCOMPARE(dateiLesen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s)), erst);
     QCOMPARE(QDir(pfad(u"a"_s)).entryList(QDir::Files).size(), 1);
 }
 
@@ -119,15 +106,15 @@ void TestAnmeldestart::ausOhneDateiIstKeinFehler()
 
 void TestAnmeldestart::jedeDateiAmOrtGilt()
 {
-    anlegen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s), "von Hand\n");
+    dateiSchreiben(pfad(u"a/de.kalvaro.kalvaro.desktop"_s), "von Hand\n");
     QVERIFY(XdgAnmeldestart(u"/opt/kalvaro"_s, pfad(u"a"_s)).an());
-    anlegen(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s), "");
+    dateiSchreiben(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s), "");
     QVERIFY(LaunchAgent(QString(), ordner->path()).an());
 }
 
 void TestAnmeldestart::unbeschreibbarerOrdnerZeigtSichAlsAus()
 {
-    anlegen(pfad(u"a"_s), "a file where the folder should be");
+    dateiSchreiben(pfad(u"a"_s), "a file where the folder should be");
     XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
     start.setzen(true);
     QVERIFY(!start.an());
@@ -137,7 +124,7 @@ void TestAnmeldestart::unbeschreibbarerOrdnerZeigtSichAlsAus()
 void TestAnmeldestart::schreibtDenEintragZeileFuerZeile()
 {
     XdgAnmeldestart(u"/opt/mein \"Pro`gr$amm\\100"_s, pfad(u"a"_s)).setzen(true);
-    QCOMPARE(QString::fromUtf8(inhalt(pfad(u"a/de.kalvaro.kalvaro.desktop"_s))),
+    QCOMPARE(QString::fromUtf8(dateiLesen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s))),
              u"[Desktop Entry]\n"
              "Type=Application\n"
              "Version=1.5\n"
@@ -200,8 +187,8 @@ void TestAnmeldestart::dieSitzungStartetGenauDenPfad()
     QFETCH(QString, name);
     const QString programm = pfad(name);
     const QString zeuge = pfad(u"zeuge"_s);
-    anlegen(programm, "#!/bin/sh\nprintf '%s\\0' \"$0\" \"$@\" > \"$ZEUGE.neu\"\n"
-                      "mv \"$ZEUGE.neu\" \"$ZEUGE\"\n");
+    dateiSchreiben(programm, "#!/bin/sh\nprintf '%s\\0' \"$0\" \"$@\" > \"$ZEUGE.neu\"\n"
+                             "mv \"$ZEUGE.neu\" \"$ZEUGE\"\n");
     QVERIFY(
         QFile::setPermissions(programm, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     XdgAnmeldestart(programm, pfad(u"autostart"_s)).setzen(true);
@@ -216,7 +203,7 @@ void TestAnmeldestart::dieSitzungStartetGenauDenPfad()
     QVERIFY(sitzung.waitForFinished());
     QCOMPARE(sitzung.exitCode(), 0);
     QTRY_VERIFY(QFile::exists(zeuge));
-    QCOMPARE(inhalt(zeuge), QFile::encodeName(programm) + '\0' + "--hintergrund" + '\0');
+    QCOMPARE(dateiLesen(zeuge), QFile::encodeName(programm) + '\0' + "--hintergrund" + '\0');
 }
 
 void TestAnmeldestart::agentLiestSichByteFuerByte()
@@ -224,7 +211,7 @@ void TestAnmeldestart::agentLiestSichByteFuerByte()
     LaunchAgent agent(u"/Users/ich/Böse <Apps> & \"mehr\"/kalvaro"_s, ordner->path());
     agent.setzen(true);
     QVERIFY(agent.an());
-    const QByteArray bytes = inhalt(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s));
+    const QByteArray bytes = dateiLesen(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s));
     const Liste liste = lesen(bytes);
     QVERIFY(liste);
     QCOMPARE(plist_get_node_type(liste.get()), PLIST_DICT);
@@ -249,7 +236,7 @@ void TestAnmeldestart::agentLiestSichByteFuerByte()
 void TestAnmeldestart::agentOhneBekanntenPfad()
 {
     LaunchAgent(QString(), ordner->path()).setzen(true);
-    const Liste liste = lesen(inhalt(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s)));
+    const Liste liste = lesen(dateiLesen(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s)));
     QCOMPARE(text(plist_array_get_item(plist_dict_get_item(liste.get(), "ProgramArguments"), 0)),
              u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s);
 }

@@ -44,7 +44,7 @@ private Q_SLOTS:
 private:
     void serverStarten(const QStringList &faehigkeiten = {u"body"_s, u"body-markup"_s,
                                                           u"actions"_s});
-    [[nodiscard]] const Mitteilungsserver::Mitteilung &eine(qsizetype nr = 0) const
+    [[nodiscard]] const Mitteilungsserver::Aufruf &eine(qsizetype nr = 0) const
     {
         return server->mitteilungen().at(nr);
     }

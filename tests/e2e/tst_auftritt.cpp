@@ -89,9 +89,7 @@ int TestAuftritt::nocheinmal(const QStringList &argumente) const
 void TestAuftritt::initTestCase()
 {
     QVERIFY(cloud.starten());
-    daten.schreiben(u"konto.json"_s, "{\"geraet\":\"demo-mac\",\"schluessel\":\"demo-schluessel\","
-                                     "\"server\":[\"" +
-                                         cloud.adresse().toLatin1() + "\"]}");
+    daten.schreiben(u"konto.json"_s, demokonto(cloud.adresse()));
     daten.schreiben(u"einstellungen.json"_s, R"({"autostart":true})");
     umgebung = anzeige.umgebung(bus.adresse());
     umgebung.insert(u"XDG_DATA_HOME"_s, qEnvironmentVariable("XDG_DATA_HOME"));

@@ -1,5 +1,5 @@
 #include "doubles/datenordner.h"
-#include "einschraenkung.h"
+#include "doubles/einschraenkung.h"
 #include "foundation/konto.h"
 #include "foundation/protokoll.h"
 

@@ -1,6 +1,6 @@
 #include "foundation/werte.h"
 
-#include "jsonlesen.h"
+#include "doubles/jsonlesen.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>

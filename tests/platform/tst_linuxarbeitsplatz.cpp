@@ -1,5 +1,8 @@
+#include "doubles/buendel.h"
+#include "doubles/dateien.h"
+#include "doubles/einschraenkung.h"
+#include "doubles/ereignisse.h"
 #include "platform/linux/linuxarbeitsplatz.h"
-#include "platform/testbuendel.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -347,7 +350,7 @@ void TstLinuxarbeitsplatz::darfNicht()
     QVERIFY(QFile::setPermissions(gesperrt, QFile::Permissions(root ? 0x7700 : 0)));
     QString antwort;
     {
-        const Ohnmacht ohnmacht;
+        const OhneRechte niemand;
         antwort = starten(ort);
     }
     QFile::setPermissions(gesperrt, QFile::Permissions(0x7755)); // else it cannot be removed
@@ -363,7 +366,7 @@ void TstLinuxarbeitsplatz::meldetEinmalUndSpaeter()
         QCOMPARE(mal, 0);
         QTRY_COMPARE(mal, 1);
         QTRY_VERIFY(besitzer.children().isEmpty()); // nothing left that could call again
-        QCoreApplication::processEvents();
+        ereignisseAbarbeiten();
         QCOMPARE(mal, 1);
     }
 }

@@ -1,5 +1,5 @@
+#include "doubles/dateien.h"
 #include "platform/linux/linuxprozesse.h"
-#include "platform/testbuendel.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -15,12 +15,6 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-
-QByteArray inhalt(const QString &name)
-{
-    QFile datei(name);
-    return datei.open(QIODevice::ReadOnly) ? datei.readAll() : QByteArray();
-}
 
 // A process that waits, from a copy of its program at `programm`; ends with this object.
 class Schlaefer
@@ -96,7 +90,7 @@ private Q_SLOTS:
     {
         const LinuxProzesse prozesse(werkzeug(R"(printf '%s|' "$@" > "$0.args")"));
         QCOMPARE(prozesse.anzahl(u"a b'$(c)"_s), 0);
-        QCOMPARE(inhalt(ordner->filePath(u"werkzeug.args"_s)), "-x|a b'$(c)|");
+        QCOMPARE(dateiLesen(ordner->filePath(u"werkzeug.args"_s)), "-x|a b'$(c)|");
     }
 
     void werkzeugFehlt_data()
@@ -137,7 +131,7 @@ private Q_SLOTS:
         uhr.start();
         QCOMPARE(prozesse.anzahl(u"x"_s), 0);
         QVERIFY2(uhr.elapsed() < 10000, QByteArray::number(uhr.elapsed()).constData());
-        const int pid = inhalt(ordner->filePath(u"werkzeug.pid"_s)).trimmed().toInt();
+        const int pid = dateiLesen(ordner->filePath(u"werkzeug.pid"_s)).trimmed().toInt();
         if (pid > 0) { // else it was given up before it could tell
             QTRY_COMPARE(::kill(pid, 0), -1);
         }

@@ -1,3 +1,4 @@
+#include "doubles/ereignisse.h"
 #include "doubles/fakeprozesse.h"
 #include "platform/merkprozesse.h"
 
@@ -31,10 +32,10 @@ private Q_SLOTS:
         const Merkprozesse prozesse(ganze);
         QCOMPARE(prozesse.anzahl(u"rekordbox"_s), 0);
         ganze.laufend[u"rekordbox"_s] = 2;
-        QCoreApplication::processEvents();
+        ereignisseAbarbeiten();
         QCOMPARE(prozesse.anzahl(u"rekordbox"_s), 2);
         ganze.laufend[u"rekordbox"_s] = 0;
-        QCoreApplication::processEvents();
+        ereignisseAbarbeiten();
         QCOMPARE(prozesse.anzahl(u"rekordbox"_s), 0);
     }
 

@@ -1,6 +1,6 @@
+#include "doubles/buendel.h"
 #include "platform/buendel.h"
 #include "platform/plist.h"
-#include "platform/testbuendel.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>

@@ -1,6 +1,8 @@
+#include "doubles/buendel.h"
+#include "doubles/dateien.h"
+#include "doubles/einschraenkung.h"
 #include "doubles/fakeprozesse.h"
 #include "foundation/einstellungen.h"
-#include "platform/testbuendel.h"
 #include "rekordbox/rekordbox.h"
 
 #include <QDir>
@@ -286,7 +288,7 @@ void TstRekordbox::keinBuendel()
         QVERIFY(QFile::setPermissions(art.startsWith(u"Info") ? plist : contents, {}));
     }
     {
-        const Ohnmacht ohnmacht;
+        const OhneRechte niemand;
         QCOMPARE(liste(), QStringList{u"0 rekordbox.app"_s});
     }
     QFile::setPermissions(contents, QFile::Permissions(0x7755)); // else it cannot be removed
@@ -314,7 +316,7 @@ void TstRekordbox::ordnerNichtLesbar()
         QVERIFY(QFile::setPermissions(art == u"unreadable" ? programme : innen, {}));
     }
     {
-        const Ohnmacht ohnmacht;
+        const OhneRechte niemand;
         QCOMPARE(Rekordbox(prozesse, programme).installationen(), QList<Installation>());
     }
     QFile::setPermissions(programme, QFile::Permissions(0x7755));

@@ -1,5 +1,6 @@
 // How an exchange ends when no answer ends it: by its limit or with its owner, in every state.
 
+#include "doubles/ereignisse.h"
 #include "doubles/rohserver.h"
 
 #include "netzprobe.h"
@@ -177,7 +178,7 @@ private Q_SLOTS:
         QTRY_VERIFY(schlange.voll());
         Netzprobe probe;
         probe.senden(get(schlange.adresse()));
-        QCoreApplication::processEvents();
+        ereignisseAbarbeiten();
         probe.besitzer.reset();
         probe.uhr.vor(Sekunden(1000));
         QCOMPARE(probe.rufe, 0);

@@ -1,4 +1,5 @@
 #include "antworten.h"
+#include "doubles/ereignisse.h"
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/playlistenmodell.h"
 #include "settingswindow/playlistenzeile.h"
@@ -188,14 +189,14 @@ void TstBaumansicht::hakenLaesstAufgeklapptesUndRollstand()
     for (int i = 0; i < 40; i += 2) {
         ansicht->expand(modell->index(i, 0));
     }
-    QCoreApplication::processEvents(); // lays the rows out
+    ereignisseAbarbeiten(); // lays the rows out
     ansicht->verticalScrollBar()->setValue(333);
 
     klicken(kasten(u"N14"_s));
     QVERIFY(an(u"N14k"_s));
     klicken(kasten(u"N14k"_s));
     QVERIFY(!an(u"N14"_s));
-    QCoreApplication::processEvents();
+    ereignisseAbarbeiten();
     QCOMPARE(ansicht->verticalScrollBar()->value(), 333);
     for (int i = 0; i < 40; ++i) {
         QCOMPARE(ansicht->isExpanded(modell->index(i, 0)), i % 2 == 0);

@@ -42,7 +42,7 @@ void TstEinstellungenbedienung::abbrechenSichertNichts()
     feld<QCheckBox>(u"cbAnmeldung"_s)->setChecked(true);
     QTest::mouseClick(feld<QPushButton>(u"knAbbrechen"_s), Qt::LeftButton);
     QCOMPARE(ende->value(0).value(0).toInt(), 0);
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
     QVERIFY(!einst->autostart);
     QVERIFY(anmeldestart->gesetzt().isEmpty());
@@ -90,7 +90,7 @@ void TstEinstellungenbedienung::schliessenWaehrendDesLadens()
     QTRY_COMPARE(weg->haengend(), 1);
     fenster->close();
     weg->beantworten(Scripttransport::antwort(200, alsText(antwort(beispiel()))));
-    warten();
+    ereignisseAbarbeiten();
     QCOMPARE(modell().rowCount(), 0);
     QCOMPARE(ende->size(), 1);
 
@@ -115,7 +115,7 @@ void TstEinstellungenbedienung::schliessenWaehrendDerUebertragung()
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
         QCOMPARE(ende->value(0).value(0).toInt(), 0);
         weg->beantworten(Scripttransport::antwort(status, "{}"));
-        warten();
+        ereignisseAbarbeiten();
         QCOMPARE(ende->size(), 1);
         QVERIFY(ordner.protokollzeilen().isEmpty());
     }
@@ -130,7 +130,7 @@ void TstEinstellungenbedienung::elternfensterVerschwindet()
     eltern.reset();
     QVERIFY(fenster.isNull());
     QCOMPARE(weg->haengend(), 0);
-    warten();
+    ereignisseAbarbeiten();
 }
 
 void TstEinstellungenbedienung::zentraleVerschwindet()
@@ -155,7 +155,7 @@ void TstEinstellungenbedienung::zweitesEndeZaehltNicht()
     fenster->laden();
     QCOMPARE(ende->size(), 1);
     QCOMPARE(fenster->result(), 1);
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
 }
 
@@ -168,7 +168,7 @@ void TstEinstellungenbedienung::suchfeldFiltert()
     QVERIFY(!modell().zuStelle(1).isValid());
     QCOMPARE(info()->text(), vorher);
     fenster->sichern();
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty()); // what is hidden is still chosen
 }
 
@@ -252,7 +252,7 @@ void TstEinstellungenbedienung::hellUndDunkelFolgen()
     for (const bool dunkel : {true, false}) {
         const QPalette palette = eigenePalette(dunkel);
         QApplication::setPalette(palette);
-        warten();
+        ereignisseAbarbeiten();
         const QImage bild = fenster->grab().toImage();
         QCOMPARE(bild.pixelColor(4, 4), palette.color(QPalette::Window));
         const QPoint imBaum = feld<QWidget>(u"baum"_s)->mapTo(fenster.data(), QPoint(300, 200));
@@ -290,7 +290,7 @@ void TstEinstellungenbedienung::bleibtGleichHoch()
     oeffnen();
     const int vorher = fenster->height();
     laden(antwort(beispiel(), {u"u2"_s}));
-    warten();
+    ereignisseAbarbeiten();
     QCOMPARE(fenster->height(), vorher);
     anhaken(5);
     weg->dann(Scripttransport::antwort(
@@ -298,7 +298,7 @@ void TstEinstellungenbedienung::bleibtGleichHoch()
         alsText({{u"fehler"_s, u"Die Festplatte der Cloud ist voll, bitte räumen Sie auf."_s}})));
     fenster->sichern();
     QTRY_VERIFY(info()->text().startsWith(u"Nicht gespeichert"_s));
-    warten();
+    ereignisseAbarbeiten();
     QCOMPARE(fenster->height(), vorher);
 }
 

@@ -206,7 +206,7 @@ void TstEinstellungenfenster::ladenZweimalFragtEinmal()
     fenster->laden();
     QTRY_COMPARE(modell().alle().size(), size_t(6));
     fenster->laden();
-    warten();
+    ereignisseAbarbeiten();
     QCOMPARE(weg->anfragen().size(), 2);
 }
 
@@ -288,7 +288,7 @@ void TstEinstellungenfenster::ladefehlerLaesstOptionenSichern()
     fenster->sichern();
     QCOMPARE(ende->value(0).value(0).toInt(), 1);
     QVERIFY(Einstellungen().autostart);
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
 }
 
@@ -302,7 +302,7 @@ void TstEinstellungenfenster::sichernVorDerAntwort()
     fenster->sichern();
     QCOMPARE(ende->value(0).value(0).toInt(), 1);
     weg->beantworten(Scripttransport::antwort(200, alsText(antwort(beispiel()))));
-    warten();
+    ereignisseAbarbeiten();
     QCOMPARE(modell().rowCount(), 0);
     QCOMPARE(ende->size(), 1);
 }

@@ -55,7 +55,7 @@ void TstEinstellungensichern::ohneAenderungKeineAnfrage()
     laden(antwort(beispiel(), {u"u2"_s}));
     fenster->sichern();
     QCOMPARE(ende->value(0).value(0).toInt(), 1);
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
     QVERIFY(ordner.protokollzeilen().isEmpty());
     QVERIFY(!ordner.inhalt(u"einstellungen.json"_s).isEmpty());
@@ -67,7 +67,7 @@ void TstEinstellungensichern::hinUndZurueckIstKeineAenderung()
     anhaken(5);
     anhaken(5, false);
     fenster->sichern();
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
 }
 
@@ -76,7 +76,7 @@ void TstEinstellungensichern::fremdeKennungIstKeineAenderung()
     // The server keeps a playlist that is no longer in the library.
     laden(antwort(beispiel(), {u"weg"_s, u"u2"_s}));
     fenster->sichern();
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
     QCOMPARE(ende->value(0).value(0).toInt(), 1);
 }
@@ -85,7 +85,7 @@ void TstEinstellungensichern::andererReihenfolgeIstKeineAenderung()
 {
     laden(antwort(beispiel(), {u"u6"_s, u"u2"_s, u"u6"_s}));
     fenster->sichern();
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
 }
 

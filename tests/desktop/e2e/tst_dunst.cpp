@@ -1,10 +1,10 @@
 #include "desktop/e2e/anzeige.h"
 #include "desktop/testbus.h"
+#include "doubles/dateien.h"
 #include "doubles/datenordner.h"
 #include "platform/linux/dbusmitteilungen.h"
 
 #include <QDBusConnectionInterface>
-#include <QFile>
 #include <QTest>
 
 #include <memory>
@@ -41,12 +41,11 @@ private:
 
 void TestDunst::initTestCase()
 {
-    QFile einstellung(ablage.filePath(u"dunstrc"_s));
-    QVERIFY(einstellung.open(QIODevice::WriteOnly));
-    einstellung.write("[global]\norigin = top-left\noffset = 20x20\nwidth = 300\nmonitor = 0\n"
-                      "mouse_left_click = do_action, close_current\nmarkup = full\n"
-                      "[urgency_normal]\nbackground = \"#0000ff\"\nforeground = \"#ffffff\"\n"
-                      "frame_color = \"#0000ff\"\ntimeout = 0\n");
+    dateiSchreiben(ablage.filePath(u"dunstrc"_s),
+                   "[global]\norigin = top-left\noffset = 20x20\nwidth = 300\nmonitor = 0\n"
+                   "mouse_left_click = do_action, close_current\nmarkup = full\n"
+                   "[urgency_normal]\nbackground = \"#0000ff\"\nforeground = \"#ffffff\"\n"
+                   "frame_color = \"#0000ff\"\ntimeout = 0\n");
 }
 
 void TestDunst::init()
