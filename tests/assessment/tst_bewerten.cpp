@@ -37,7 +37,7 @@ const QString studioOffenSatz =
 
 } // namespace
 
-class TstBewerten : public QObject
+class TestBewerten final : public QObject
 {
     Q_OBJECT
 
@@ -109,7 +109,7 @@ private:
     std::optional<Scripttransport> weg;
 };
 
-void TstBewerten::init()
+void TestBewerten::init()
 {
     ordner.leeren();
     weg.reset();
@@ -117,7 +117,7 @@ void TstBewerten::init()
     weg.emplace(&*uhr);
 }
 
-void TstBewerten::zustand_data()
+void TestBewerten::zustand_data()
 {
     QTest::addColumn<QByteArray>("antwort");
     QTest::addColumn<QString>("art");
@@ -201,7 +201,7 @@ void TstBewerten::zustand_data()
     unbekannt("markup in the state", mitZustand("<b>x</b>"), u"<b>x</b>"_s);
 }
 
-void TstBewerten::zustand()
+void TestBewerten::zustand()
 {
     QFETCH(QByteArray, antwort);
 
@@ -218,7 +218,7 @@ void TstBewerten::zustand()
     QVERIFY2(ordner.protokollzeilen().isEmpty(), "the caller logs");
 }
 
-void TstBewerten::probelauf_data()
+void TestBewerten::probelauf_data()
 {
     QTest::addColumn<QByteArray>("antwort");
     QTest::addColumn<QString>("art");
@@ -268,7 +268,7 @@ void TstBewerten::probelauf_data()
           abgeglichen, identisch);
 }
 
-void TstBewerten::probelauf()
+void TestBewerten::probelauf()
 {
     QFETCH(QByteArray, antwort);
     // Whatever mode the server reports, the sentence of the dry run stands there once.
@@ -283,7 +283,7 @@ void TstBewerten::probelauf()
     }
 }
 
-void TstBewerten::probesatz_data()
+void TestBewerten::probesatz_data()
 {
     QTest::addColumn<QByteArray>("ergebnis");
     QTest::addColumn<QString>("betrieb");
@@ -325,7 +325,7 @@ void TstBewerten::probesatz_data()
     zeile("an empty mode", R"({"zustand":"aktuell"})", nichtsZuTun, QString());
 }
 
-void TstBewerten::probesatz()
+void TestBewerten::probesatz()
 {
     QFETCH(QByteArray, ergebnis);
     QFETCH(QString, betrieb);
@@ -338,7 +338,7 @@ void TstBewerten::probesatz()
     QVERIFY(b.detail.count(probe) <= 1);
 }
 
-void TstBewerten::andereGeraete_data()
+void TestBewerten::andereGeraete_data()
 {
     QTest::addColumn<QByteArray>("antwort");
     QTest::addColumn<QString>("detail");
@@ -370,14 +370,14 @@ void TstBewerten::andereGeraete_data()
           nichtsZuTun);
 }
 
-void TstBewerten::andereGeraete()
+void TestBewerten::andereGeraete()
 {
     QFETCH(QByteArray, antwort);
 
     QTEST(antwortBewerten(json(antwort)).detail, "detail");
 }
 
-void TstBewerten::updateAngebotBeiJedemZustand_data()
+void TestBewerten::updateAngebotBeiJedemZustand_data()
 {
     QTest::addColumn<QByteArray>("zustand");
 
@@ -388,7 +388,7 @@ void TstBewerten::updateAngebotBeiJedemZustand_data()
     }
 }
 
-void TstBewerten::updateAngebotBeiJedemZustand()
+void TestBewerten::updateAngebotBeiJedemZustand()
 {
     QFETCH(QByteArray, zustand);
     const QByteArray app = R"(,"app":{"version":"1.5","url":"https://cloud/kalvaro-1.5.zip"})";
@@ -403,7 +403,7 @@ void TstBewerten::updateAngebotBeiJedemZustand()
     QCOMPARE(mit.detail, ohne.detail);
 }
 
-void TstBewerten::antwortBleibtGanzErhalten()
+void TestBewerten::antwortBleibtGanzErhalten()
 {
     const QJsonValue antwort = json(
         R"({"ergebnis":{"zustand":"fehler"},"statistik":{"titel":12,"stand":null},"x":[1,{"y":2}]})");
@@ -411,7 +411,7 @@ void TstBewerten::antwortBleibtGanzErhalten()
     QCOMPARE(antwortBewerten(antwort).antwort, antwort);
 }
 
-void TstBewerten::antwortenOhneInhalt_data()
+void TestBewerten::antwortenOhneInhalt_data()
 {
     QTest::addColumn<QJsonValue>("antwort");
 
@@ -422,7 +422,7 @@ void TstBewerten::antwortenOhneInhalt_data()
     QTest::newRow("ergebnis a text") << json(R"({"ergebnis":"aktuell"})");
 }
 
-void TstBewerten::antwortenOhneInhalt()
+void TestBewerten::antwortenOhneInhalt()
 {
     QFETCH(QJsonValue, antwort);
 
@@ -431,7 +431,7 @@ void TstBewerten::antwortenOhneInhalt()
     QCOMPARE(b, (Bewertung{.titel = u"Unbekannter Zustand"_s, .antwort = antwort}));
 }
 
-void TstBewerten::fehlerDerZentrale_data()
+void TestBewerten::fehlerDerZentrale_data()
 {
     QTest::addColumn<ZentraleFehler>("fehler");
     QTest::addColumn<Bewertung>("erwartet");
@@ -466,7 +466,7 @@ void TstBewerten::fehlerDerZentrale_data()
         << abgelehnt(u"Die Anfrage lässt sich nicht als JSON schreiben."_s);
 }
 
-void TstBewerten::fehlerDerZentrale()
+void TestBewerten::fehlerDerZentrale()
 {
     QFETCH(ZentraleFehler, fehler);
     QFETCH(Bewertung, erwartet);
@@ -479,7 +479,7 @@ void TstBewerten::fehlerDerZentrale()
     QCOMPARE(b, erwartet);
 }
 
-void TstBewerten::verschachtelungBisZurGrenzeDesParsers()
+void TestBewerten::verschachtelungBisZurGrenzeDesParsers()
 {
     // The two levels around it belong to the answer.
     const QByteArray tief = QByteArray("{\"a\":").repeated(1021) + "{\"djmdContent\":3}" +
@@ -493,7 +493,7 @@ void TstBewerten::verschachtelungBisZurGrenzeDesParsers()
              u"Kleinere Änderungen (Cues, Verlauf, Analysen) übertragen."_s);
 }
 
-void TstBewerten::einMegabyteText()
+void TestBewerten::einMegabyteText()
 {
     const QString lang(1'000'000, u'ß');
     const auto antwort = [&](const QString &zustand) {
@@ -509,7 +509,7 @@ void TstBewerten::einMegabyteText()
     QCOMPARE(antwortBewerten(antwort(lang)).detail, lang + u' ' + probe);
 }
 
-void TstBewerten::hunderttausendGeraete()
+void TestBewerten::hunderttausendGeraete()
 {
     QJsonArray andere;
     for (int i = 0; i < 100'000; ++i) {
@@ -522,7 +522,7 @@ void TstBewerten::hunderttausendGeraete()
     QCOMPARE(b.detail.count(studioOffenSatz), 100'000);
 }
 
-void TstBewerten::anfrage_data()
+void TestBewerten::anfrage_data()
 {
     QTest::addColumn<QString>("anlass");
 
@@ -533,7 +533,7 @@ void TstBewerten::anfrage_data()
     }
 }
 
-void TstBewerten::anfrage()
+void TestBewerten::anfrage()
 {
     QFETCH(QString, anlass);
     antworten(mitZustand("aktuell"));
@@ -550,7 +550,7 @@ void TstBewerten::anfrage()
         (QJsonObject{{u"geraet"_s, u"mac-1"_s}, {u"anlass"_s, anlass}, {u"version"_s, u"1.4"_s}}));
 }
 
-void TstBewerten::ergebnisAusDerCloud()
+void TestBewerten::ergebnisAusDerCloud()
 {
     const QByteArray antwort =
         R"({"betrieb":"schatten","ergebnis":{"zustand":"aktuell"},)" + studioOffen +
@@ -569,7 +569,7 @@ void TstBewerten::ergebnisAusDerCloud()
                            .updateAdresse = u"https://c/k"_s}));
 }
 
-void TstBewerten::angehaltenWirdProtokolliert_data()
+void TestBewerten::angehaltenWirdProtokolliert_data()
 {
     QTest::addColumn<QByteArray>("weiteres");
     QTest::addColumn<QString>("zeile");
@@ -580,7 +580,7 @@ void TstBewerten::angehaltenWirdProtokolliert_data()
     QTest::newRow("without") << QByteArray() << u"angehalten: "_s;
 }
 
-void TstBewerten::angehaltenWirdProtokolliert()
+void TestBewerten::angehaltenWirdProtokolliert()
 {
     QFETCH(QByteArray, weiteres);
     antworten(mitZustand("angehalten", weiteres));
@@ -592,7 +592,7 @@ void TstBewerten::angehaltenWirdProtokolliert()
     QTEST(ordner.protokollzeilen().join(u'\n'), "zeile");
 }
 
-void TstBewerten::sonstWirdNichtsProtokolliert_data()
+void TestBewerten::sonstWirdNichtsProtokolliert_data()
 {
     QTest::addColumn<QByteArray>("zustand");
 
@@ -603,7 +603,7 @@ void TstBewerten::sonstWirdNichtsProtokolliert_data()
     }
 }
 
-void TstBewerten::sonstWirdNichtsProtokolliert()
+void TestBewerten::sonstWirdNichtsProtokolliert()
 {
     QFETCH(QByteArray, zustand);
     antworten(mitZustand(zustand, R"(,"geraet":{"zustand":"angehalten"})"));
@@ -613,7 +613,7 @@ void TstBewerten::sonstWirdNichtsProtokolliert()
     QCOMPARE(ordner.protokollzeilen(), QStringList());
 }
 
-void TstBewerten::gescheiterteAnfrage_data()
+void TestBewerten::gescheiterteAnfrage_data()
 {
     using Ergebnisse = QList<Transport::Ergebnis>;
     QTest::addColumn<Ergebnisse>("antworten");
@@ -637,7 +637,7 @@ void TstBewerten::gescheiterteAnfrage_data()
         << u"krit"_s << u"Die Cloud antwortet mit 401: Schlüssel unbekannt"_s;
 }
 
-void TstBewerten::gescheiterteAnfrage()
+void TestBewerten::gescheiterteAnfrage()
 {
     QFETCH(QList<Transport::Ergebnis>, antworten);
     for (const auto &antwort : antworten) {
@@ -656,7 +656,7 @@ void TstBewerten::gescheiterteAnfrage()
     QCOMPARE(ordner.protokollzeilen(), QStringList());
 }
 
-void TstBewerten::fristVonAchtMinuten()
+void TestBewerten::fristVonAchtMinuten()
 {
     weg->dann(Scripttransport::antwort(200));
     weg->dannHaengen();
@@ -678,7 +678,7 @@ void TstBewerten::fristVonAchtMinuten()
     QCOMPARE(weg->anfragen().size(), 2);
 }
 
-void TstBewerten::rufErstAusDerEreignisschleife()
+void TestBewerten::rufErstAusDerEreignisschleife()
 {
     Zentrale zentrale({u"m"_s, u"m"_s, {}, {}}, *weg);
     std::optional<Bewertung> ergebnis;
@@ -691,7 +691,7 @@ void TstBewerten::rufErstAusDerEreignisschleife()
     QCOMPARE(ergebnis->detail, offline.arg(u"keine Cloud-Adresse eingetragen"_s));
 }
 
-void TstBewerten::ohneBesitzerKeinRuf()
+void TestBewerten::ohneBesitzerKeinRuf()
 {
     antworten(mitZustand("angehalten"));
     Zentrale zentrale({u"m"_s, u"m"_s, {}, {u"http://cloud"_s}}, *weg);
@@ -706,7 +706,7 @@ void TstBewerten::ohneBesitzerKeinRuf()
     QVERIFY(ordner.protokollzeilen().isEmpty());
 }
 
-void TstBewerten::zweiAnfragenZugleich()
+void TestBewerten::zweiAnfragenZugleich()
 {
     weg->nach([](const Netzanfrage &anfrage) {
         const QByteArray zustand =
@@ -723,5 +723,5 @@ void TstBewerten::zweiAnfragenZugleich()
     QCOMPARE(titel, (QStringList{u"Abgleich verschoben"_s, abgeglichen}));
 }
 
-QTEST_GUILESS_MAIN(TstBewerten)
+QTEST_GUILESS_MAIN(TestBewerten)
 #include "tst_bewerten.moc"

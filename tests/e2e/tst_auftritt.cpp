@@ -1,9 +1,9 @@
 #include "democloud.h"
-#include "desktop/e2e/anzeige.h"
-#include "desktop/mitteilungsserver.h"
-#include "desktop/statushost.h"
-#include "desktop/testbus.h"
 #include "doubles/datenordner.h"
+#include "doubles/mitteilungsserver.h"
+#include "doubles/statushost.h"
+#include "doubles/testbus.h"
+#include "e2e/anzeige.h"
 
 #include <QElapsedTimer>
 #include <QJsonDocument>

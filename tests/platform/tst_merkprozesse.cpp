@@ -7,7 +7,7 @@
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TestMerkprozesse : public QObject
+class TestMerkprozesse final : public QObject
 {
     Q_OBJECT
 

@@ -88,7 +88,7 @@ QByteArray gift(const QByteArray &art)
 
 } // namespace
 
-class TstPlist : public QObject
+class TestPlist final : public QObject
 {
     Q_OBJECT
 
@@ -277,5 +277,5 @@ private:
     QTemporaryDir ordner;
 };
 
-QTEST_GUILESS_MAIN(TstPlist)
+QTEST_GUILESS_MAIN(TestPlist)
 #include "tst_plist.moc"

@@ -50,7 +50,7 @@ const QByteArray angefangen = "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nabc
 
 } // namespace
 
-class TestEnde final : public QObject
+class TestNetztransportEnde final : public QObject
 {
     Q_OBJECT
 
@@ -277,5 +277,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestEnde)
+QTEST_GUILESS_MAIN(TestNetztransportEnde)
 #include "tst_netztransport_ende.moc"

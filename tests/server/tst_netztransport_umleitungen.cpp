@@ -20,7 +20,7 @@ QByteArray ersteZeile(const Rohserver &server, qsizetype nummer)
 
 } // namespace
 
-class TestUmleitungen final : public QObject
+class TestNetztransportUmleitungen final : public QObject
 {
     Q_OBJECT
 
@@ -186,5 +186,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestUmleitungen)
+QTEST_GUILESS_MAIN(TestNetztransportUmleitungen)
 #include "tst_netztransport_umleitungen.moc"

@@ -70,7 +70,7 @@ const QString unsicher = u"Es kam keine sichere Verbindung zustande."_s;
 
 } // namespace
 
-class TestWege final : public QObject
+class TestNetztransportWege final : public QObject
 {
     Q_OBJECT
 
@@ -315,5 +315,5 @@ private:
     qsizetype vorher = 0;
 };
 
-QTEST_GUILESS_MAIN(TestWege)
+QTEST_GUILESS_MAIN(TestNetztransportWege)
 #include "tst_netztransport_wege.moc"

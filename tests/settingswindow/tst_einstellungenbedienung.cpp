@@ -10,7 +10,7 @@ using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // Ending the sheet, keyboard and mouse, and its look.
-class TstEinstellungenbedienung : public Fensterpruefstand
+class TestEinstellungenbedienung final : public Fensterpruefstand
 {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ private Q_SLOTS:
     void bleibtGleichHoch();
 };
 
-void TstEinstellungenbedienung::abbrechenSichertNichts()
+void TestEinstellungenbedienung::abbrechenSichertNichts()
 {
     laden(antwort(beispiel()));
     anhaken(5);
@@ -49,7 +49,7 @@ void TstEinstellungenbedienung::abbrechenSichertNichts()
     QVERIFY(ordner.inhalt(u"einstellungen.json"_s).isEmpty());
 }
 
-void TstEinstellungenbedienung::schliessenIstAbbrechen()
+void TestEinstellungenbedienung::schliessenIstAbbrechen()
 {
     oeffnen();
     QVERIFY(fenster->close());
@@ -57,7 +57,7 @@ void TstEinstellungenbedienung::schliessenIstAbbrechen()
     QVERIFY(!fenster->isVisible());
 }
 
-void TstEinstellungenbedienung::escapeUndReturn_data()
+void TestEinstellungenbedienung::escapeUndReturn_data()
 {
     QTest::addColumn<QString>("fokus");
     for (const char *name :
@@ -66,7 +66,7 @@ void TstEinstellungenbedienung::escapeUndReturn_data()
     }
 }
 
-void TstEinstellungenbedienung::escapeUndReturn()
+void TestEinstellungenbedienung::escapeUndReturn()
 {
     QFETCH(const QString, fokus);
     for (const auto &[taste, ergebnis] : {std::pair(Qt::Key_Return, 1), std::pair(Qt::Key_Enter, 1),
@@ -82,7 +82,7 @@ void TstEinstellungenbedienung::escapeUndReturn()
     }
 }
 
-void TstEinstellungenbedienung::schliessenWaehrendDesLadens()
+void TestEinstellungenbedienung::schliessenWaehrendDesLadens()
 {
     oeffnen();
     weg->dann(Scripttransport::antwort(200, "{}"));
@@ -102,7 +102,7 @@ void TstEinstellungenbedienung::schliessenWaehrendDesLadens()
     QCOMPARE(weg->haengend(), 0);
 }
 
-void TstEinstellungenbedienung::schliessenWaehrendDerUebertragung()
+void TestEinstellungenbedienung::schliessenWaehrendDerUebertragung()
 {
     for (const int status : {200, 500}) {
         delete fenster;
@@ -121,7 +121,7 @@ void TstEinstellungenbedienung::schliessenWaehrendDerUebertragung()
     }
 }
 
-void TstEinstellungenbedienung::elternfensterVerschwindet()
+void TestEinstellungenbedienung::elternfensterVerschwindet()
 {
     laden(antwort(beispiel()));
     anhaken(5);
@@ -133,7 +133,7 @@ void TstEinstellungenbedienung::elternfensterVerschwindet()
     ereignisseAbarbeiten();
 }
 
-void TstEinstellungenbedienung::zentraleVerschwindet()
+void TestEinstellungenbedienung::zentraleVerschwindet()
 {
     laden(antwort(beispiel()));
     anhaken(5);
@@ -145,7 +145,7 @@ void TstEinstellungenbedienung::zentraleVerschwindet()
     QCOMPARE(ende->value(0).value(0).toInt(), 0);
 }
 
-void TstEinstellungenbedienung::zweitesEndeZaehltNicht()
+void TestEinstellungenbedienung::zweitesEndeZaehltNicht()
 {
     oeffnen();
     fenster->sichern();
@@ -159,7 +159,7 @@ void TstEinstellungenbedienung::zweitesEndeZaehltNicht()
     QVERIFY(weg->anfragen().isEmpty());
 }
 
-void TstEinstellungenbedienung::suchfeldFiltert()
+void TestEinstellungenbedienung::suchfeldFiltert()
 {
     laden(antwort(beispiel(), {u"u2"_s}));
     const QString vorher = info()->text();
@@ -172,7 +172,7 @@ void TstEinstellungenbedienung::suchfeldFiltert()
     QVERIFY(weg->anfragen().isEmpty()); // what is hidden is still chosen
 }
 
-void TstEinstellungenbedienung::buchstabenImBaumSuchen()
+void TestEinstellungenbedienung::buchstabenImBaumSuchen()
 {
     laden(antwort(beispiel()));
     feld<QWidget>(u"baum"_s)->setFocus();
@@ -183,7 +183,7 @@ void TstEinstellungenbedienung::buchstabenImBaumSuchen()
     QCOMPARE(modell().rowCount(), 1);
 }
 
-void TstEinstellungenbedienung::pfeilFuehrtZumGefundenen()
+void TestEinstellungenbedienung::pfeilFuehrtZumGefundenen()
 {
     laden(antwort(beispiel()));
     auto *const suchfeld = feld<QLineEdit>(u"suchfeld"_s);
@@ -196,7 +196,7 @@ void TstEinstellungenbedienung::pfeilFuehrtZumGefundenen()
 }
 
 // Version, options, search, tree and button, without the mouse.
-void TstEinstellungenbedienung::ganzMitDerTastatur()
+void TestEinstellungenbedienung::ganzMitDerTastatur()
 {
     laden(antwort(beispiel()));
     const auto druecken = [](Qt::Key taste) {
@@ -230,7 +230,7 @@ void TstEinstellungenbedienung::ganzMitDerTastatur()
     QCOMPARE(anmeldestart->gesetzt(), QList<bool>{true});
 }
 
-void TstEinstellungenbedienung::mitDerMaus()
+void TestEinstellungenbedienung::mitDerMaus()
 {
     laden(antwort(beispiel()));
     auto *const baum = feld<Baumansicht>(u"baum"_s);
@@ -245,7 +245,7 @@ void TstEinstellungenbedienung::mitDerMaus()
     QVERIFY(Einstellungen().autostart);
 }
 
-void TstEinstellungenbedienung::hellUndDunkelFolgen()
+void TestEinstellungenbedienung::hellUndDunkelFolgen()
 {
     laden(antwort(beispiel()));
     const QPalette vorher = QApplication::palette();
@@ -261,7 +261,7 @@ void TstEinstellungenbedienung::hellUndDunkelFolgen()
     QApplication::setPalette(vorher);
 }
 
-void TstEinstellungenbedienung::groessereSchriftWirdNichtGekuerzt()
+void TestEinstellungenbedienung::groessereSchriftWirdNichtGekuerzt()
 {
     const QFont vorher = QApplication::font();
     QFont gross = vorher;
@@ -285,7 +285,7 @@ void TstEinstellungenbedienung::groessereSchriftWirdNichtGekuerzt()
     QApplication::setFont(vorher);
 }
 
-void TstEinstellungenbedienung::bleibtGleichHoch()
+void TestEinstellungenbedienung::bleibtGleichHoch()
 {
     oeffnen();
     const int vorher = fenster->height();
@@ -302,5 +302,5 @@ void TstEinstellungenbedienung::bleibtGleichHoch()
     QCOMPARE(fenster->height(), vorher);
 }
 
-QTEST_MAIN(TstEinstellungenbedienung)
+QTEST_MAIN(TestEinstellungenbedienung)
 #include "tst_einstellungenbedienung.moc"

@@ -37,7 +37,7 @@ Welt welt()
 } // namespace
 
 // The sheet against a real server, over the network.
-class TstEinstellungendemocloud : public QObject
+class TestEinstellungendemocloud final : public QObject
 {
     Q_OBJECT
 
@@ -67,12 +67,12 @@ private:
     std::unique_ptr<EinstellungenFenster> fenster;
 };
 
-void TstEinstellungendemocloud::initTestCase()
+void TestEinstellungendemocloud::initTestCase()
 {
     erscheinungEinrichten(*qApp);
 }
 
-void TstEinstellungendemocloud::init()
+void TestEinstellungendemocloud::init()
 {
     fenster.reset();
     ordner.leeren();
@@ -85,7 +85,7 @@ void TstEinstellungendemocloud::init()
     anmeldestart = std::make_unique<FakeAnmeldestart>();
 }
 
-void TstEinstellungendemocloud::oeffnen()
+void TestEinstellungendemocloud::oeffnen()
 {
     const QList<Installation> installationen{{u"7.1.4"_s, {}}, {u"6.8.5"_s, {}}};
     fenster = std::make_unique<EinstellungenFenster>(
@@ -96,7 +96,7 @@ void TstEinstellungendemocloud::oeffnen()
     fenster->laden();
 }
 
-void TstEinstellungendemocloud::ganzMitDerTastatur()
+void TestEinstellungendemocloud::ganzMitDerTastatur()
 {
     oeffnen();
     QTRY_COMPARE(info(), u"1 Playlist ausgewählt (19 Einträge). Kopiert wird beim nächsten "
@@ -127,7 +127,7 @@ void TstEinstellungendemocloud::ganzMitDerTastatur()
     QTRY_VERIFY(info().startsWith(u"2 Playlisten ausgewählt"_s));
 }
 
-void TstEinstellungendemocloud::cloudWegBeimLaden()
+void TestEinstellungendemocloud::cloudWegBeimLaden()
 {
     cloud->beenden();
     oeffnen();
@@ -137,7 +137,7 @@ void TstEinstellungendemocloud::cloudWegBeimLaden()
     QCOMPARE(ende.size(), 1);
 }
 
-void TstEinstellungendemocloud::cloudWegBeimSichern()
+void TestEinstellungendemocloud::cloudWegBeimSichern()
 {
     oeffnen();
     QTRY_VERIFY(info().startsWith(u"1 Playlist"_s));
@@ -157,5 +157,5 @@ void TstEinstellungendemocloud::cloudWegBeimSichern()
     QCOMPARE(cloud->welt().geraete.first().lokal.size(), 4);
 }
 
-QTEST_MAIN(TstEinstellungendemocloud)
+QTEST_MAIN(TestEinstellungendemocloud)
 #include "tst_einstellungendemocloud.moc"

@@ -30,7 +30,7 @@ public:
 
 } // namespace
 
-class TstRad : public QObject
+class TestRad final : public QObject
 {
     Q_OBJECT
 
@@ -48,14 +48,14 @@ private:
     Testuhr uhr;
 };
 
-void TstRad::stehtAmAnfang()
+void TestRad::stehtAmAnfang()
 {
     Rad rad(uhr);
     rad.show();
     QCOMPARE(uhr.offen(), 0);
 }
 
-void TstRad::drehtNurSichtbar()
+void TestRad::drehtNurSichtbar()
 {
     Rad rad(uhr);
     rad.drehen();
@@ -72,7 +72,7 @@ void TstRad::drehtNurSichtbar()
     QCOMPARE(uhr.offen(), 0);
 }
 
-void TstRad::anhaltenWaehrendVerborgen()
+void TestRad::anhaltenWaehrendVerborgen()
 {
     Rad rad(uhr);
     rad.show();
@@ -83,7 +83,7 @@ void TstRad::anhaltenWaehrendVerborgen()
     QCOMPARE(uhr.offen(), 0);
 }
 
-void TstRad::dreht()
+void TestRad::dreht()
 {
     Rad rad(uhr);
     rad.setFixedSize(44, 44);
@@ -97,7 +97,7 @@ void TstRad::dreht()
     QCOMPARE(rad.grab().toImage(), anfang);
 }
 
-void TstRad::wenigerBewegung()
+void TestRad::wenigerBewegung()
 {
     QApplication::setStyle(new Stillstil);
     Rad rad(uhr);
@@ -110,7 +110,7 @@ void TstRad::wenigerBewegung()
     QCOMPARE(rad.grab().toImage(), anfang);
 }
 
-void TstRad::endetMitDemWidget()
+void TestRad::endetMitDemWidget()
 {
     {
         Rad rad(uhr);
@@ -120,5 +120,5 @@ void TstRad::endetMitDemWidget()
     QCOMPARE(uhr.offen(), 0);
 }
 
-QTEST_MAIN(TstRad)
+QTEST_MAIN(TestRad)
 #include "tst_rad.moc"

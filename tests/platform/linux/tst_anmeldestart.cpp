@@ -38,7 +38,7 @@ QString text(plist_t knoten)
 
 } // namespace
 
-class TestAnmeldestart : public QObject
+class TestAnmeldestart final : public QObject
 {
     Q_OBJECT
 

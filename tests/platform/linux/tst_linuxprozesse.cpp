@@ -47,7 +47,7 @@ private:
 
 } // namespace
 
-class TstLinuxprozesse : public QObject
+class TestLinuxprozesse final : public QObject
 {
     Q_OBJECT
 
@@ -256,5 +256,5 @@ private:
     std::unique_ptr<QTemporaryDir> ordner;
 };
 
-QTEST_GUILESS_MAIN(TstLinuxprozesse)
+QTEST_GUILESS_MAIN(TestLinuxprozesse)
 #include "tst_linuxprozesse.moc"

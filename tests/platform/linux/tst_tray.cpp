@@ -1,5 +1,5 @@
-#include "desktop/statushost.h"
-#include "desktop/testbus.h"
+#include "doubles/statushost.h"
+#include "doubles/testbus.h"
 #include "doubles/testuhr.h"
 #include "platform/linux/traysymbol.h"
 #include "platform/linux/traywache.h"
@@ -16,7 +16,7 @@
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TestTray : public QObject
+class TestTray final : public QObject
 {
     Q_OBJECT
 

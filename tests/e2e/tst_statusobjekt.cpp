@@ -1,6 +1,6 @@
-#include "desktop/e2e/anzeige.h"
-#include "desktop/statushost.h"
-#include "desktop/testbus.h"
+#include "doubles/statushost.h"
+#include "doubles/testbus.h"
+#include "e2e/anzeige.h"
 
 #include <QDir>
 #include <QTest>
@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 // The item in the tray of a display of our own. Each test is a process of its own that has the
 // item, because Qt decides once per process what kind of tray there is.
-class TestStatusobjekt : public QObject
+class TestStatusobjekt final : public QObject
 {
     Q_OBJECT
 

@@ -1,7 +1,7 @@
-#include "desktop/e2e/anzeige.h"
-#include "desktop/testbus.h"
 #include "doubles/dateien.h"
 #include "doubles/datenordner.h"
+#include "doubles/testbus.h"
+#include "e2e/anzeige.h"
 #include "platform/linux/dbusmitteilungen.h"
 
 #include <QDBusConnectionInterface>
@@ -13,7 +13,7 @@ using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // Notifications on a server that is in use out there, with real clicks.
-class TestDunst : public QObject
+class TestDunst final : public QObject
 {
     Q_OBJECT
 

@@ -1,5 +1,5 @@
-#include "desktop/e2e/anzeige.h"
-#include "desktop/testbus.h"
+#include "doubles/testbus.h"
+#include "e2e/anzeige.h"
 
 #include <QDBusConnectionInterface>
 #include <QTest>
@@ -10,7 +10,7 @@ using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // The item in a panel that is in use out there, with its menu opened by real clicks.
-class TestPanel : public QObject
+class TestPanel final : public QObject
 {
     Q_OBJECT
 

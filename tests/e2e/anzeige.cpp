@@ -1,6 +1,6 @@
-#include "desktop/e2e/anzeige.h"
+#include "e2e/anzeige.h"
 
-#include "desktop/testbus.h"
+#include "doubles/testbus.h"
 
 #include <QDeadlineTimer>
 #include <QStandardPaths>

@@ -1,4 +1,4 @@
-#include "desktop/testbus.h"
+#include "doubles/testbus.h"
 
 #include "doubles/dateien.h"
 

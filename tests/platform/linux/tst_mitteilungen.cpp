@@ -1,6 +1,6 @@
-#include "desktop/mitteilungsserver.h"
-#include "desktop/testbus.h"
 #include "doubles/datenordner.h"
+#include "doubles/mitteilungsserver.h"
+#include "doubles/testbus.h"
 #include "platform/linux/dbusmitteilungen.h"
 
 #include <QTest>
@@ -10,7 +10,7 @@
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TestMitteilungen : public QObject
+class TestMitteilungen final : public QObject
 {
     Q_OBJECT
 

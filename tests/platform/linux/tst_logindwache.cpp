@@ -1,5 +1,5 @@
-#include "desktop/testbus.h"
 #include "doubles/datenordner.h"
+#include "doubles/testbus.h"
 #include "doubles/testuhr.h"
 #include "platform/linux/logindwache.h"
 
@@ -16,7 +16,7 @@
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TestLogindwache : public QObject
+class TestLogindwache final : public QObject
 {
     Q_OBJECT
 

@@ -1,5 +1,5 @@
-#include "desktop/testbus.h"
 #include "doubles/datenordner.h"
+#include "doubles/testbus.h"
 #include "platform/linux/dbusverbindung.h"
 
 #include <QDBusError>
@@ -57,7 +57,7 @@ private:
 
 } // namespace
 
-class TestEinzelinstanz : public QObject
+class TestEinzelinstanz final : public QObject
 {
     Q_OBJECT
 

@@ -8,7 +8,7 @@
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TstStartfehler : public QObject
+class TestStartfehler final : public QObject
 {
     Q_OBJECT
 
@@ -38,5 +38,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TstStartfehler)
+QTEST_GUILESS_MAIN(TestStartfehler)
 #include "tst_startfehler.moc"
