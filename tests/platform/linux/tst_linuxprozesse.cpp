@@ -9,6 +9,9 @@
 
 #include <csignal>
 #include <memory>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -43,6 +46,51 @@ public:
 
 private:
     QProcess prozess;
+};
+
+// A child with a name; dead, it stays a zombie until this object ends.
+class Kind
+{
+public:
+    explicit Kind(const QByteArray &name)
+        : pid(::fork())
+    {
+        if (pid == 0) {
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+            ::prctl(PR_SET_NAME, name.constData());
+            for (;;) {
+                ::pause();
+            }
+        }
+    }
+
+    ~Kind()
+    {
+        toeten();
+        ::waitpid(pid, nullptr, 0);
+    }
+
+    Kind(const Kind &) = delete;
+    Kind &operator=(const Kind &) = delete;
+
+    void toeten() const
+    {
+        ::kill(pid, SIGKILL);
+        siginfo_t ende = {};
+        ::waitid(P_PID, static_cast<id_t>(pid), &ende, WEXITED | WNOWAIT);
+    }
+
+    // As the kernel tells it: "name", and the letter of its state.
+    [[nodiscard]] QByteArray name() const { return angabe("comm"); }
+    [[nodiscard]] QByteArray zustand() const { return angabe("stat").split(')').last().mid(1, 1); }
+
+private:
+    [[nodiscard]] QByteArray angabe(const char *datei) const
+    {
+        return dateiLesen(u"/proc/%1/%2"_s.arg(pid).arg(QLatin1String(datei))).trimmed();
+    }
+
+    const pid_t pid;
 };
 
 } // namespace
@@ -90,7 +138,8 @@ private Q_SLOTS:
     {
         const LinuxProzesse prozesse(werkzeug(R"(printf '%s|' "$@" > "$0.args")"));
         QCOMPARE(prozesse.anzahl(u"a b'$(c)"_s), 0);
-        QCOMPARE(dateiLesen(ordner->filePath(u"werkzeug.args"_s)), "-x|a b'$(c)|");
+        QCOMPARE(dateiLesen(ordner->filePath(u"werkzeug.args"_s)),
+                 "-x|--runstates|DIKPRSTWt|a b'$(c)|");
     }
 
     void werkzeugFehlt_data()
@@ -152,6 +201,18 @@ private Q_SLOTS:
             QCOMPARE(prozesse.anzahl(name.chopped(1)), 0);
             QCOMPARE(prozesse.anzahl(name + u'x'), 0);
         }
+        QCOMPARE(prozesse.anzahl(name), 0);
+    }
+
+    void einZombieLaeuftNicht()
+    {
+        const LinuxProzesse prozesse;
+        const QString name = u"kz%1"_s.arg(QCoreApplication::applicationPid());
+        const Kind kind(name.toLatin1());
+        QTRY_COMPARE(prozesse.anzahl(name), 1);
+        kind.toeten();
+        QCOMPARE(kind.name(), name.toLatin1());
+        QCOMPARE(kind.zustand(), "Z");
         QCOMPARE(prozesse.anzahl(name), 0);
     }
 
