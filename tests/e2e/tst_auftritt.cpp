@@ -1,4 +1,5 @@
 #include "democloud.h"
+#include "doubles/dateien.h"
 #include "doubles/datenordner.h"
 #include "doubles/mitteilungsserver.h"
 #include "doubles/statushost.h"
