@@ -4,13 +4,13 @@
 
 #include "doubles/dateien.h"
 #include "doubles/rohserver.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 
@@ -128,6 +128,8 @@ class TestProgrammlauf final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { KALVARO_BRAUCHT_EIGENE_PROZESSE(); }
+
     void bild_data()
     {
         QTest::addColumn<QStringList>("davor");
@@ -311,5 +313,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestProgrammlauf)
+KALVARO_TEST(TestProgrammlauf)
 #include "tst_programmlauf.moc"

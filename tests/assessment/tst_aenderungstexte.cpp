@@ -1,10 +1,10 @@
 #include "assessment/aenderungstexte.h"
 
 #include "doubles/jsonlesen.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -248,5 +248,5 @@ void TestAenderungstexte::verschachtelungBisZurGrenzeDesParsers()
     QVERIFY(!andereHinweise(QJsonObject{{u"andere"_s, QJsonArray{tief}}}).has_value());
 }
 
-QTEST_GUILESS_MAIN(TestAenderungstexte)
+KALVARO_TEST(TestAenderungstexte)
 #include "tst_aenderungstexte.moc"

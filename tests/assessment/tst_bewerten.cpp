@@ -5,8 +5,7 @@
 #include "doubles/scripttransport.h"
 #include "doubles/testuhr.h"
 #include "server/zentrale.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -723,5 +722,5 @@ void TestBewerten::zweiAnfragenZugleich()
     QCOMPARE(titel, (QStringList{u"Abgleich verschoben"_s, abgeglichen}));
 }
 
-QTEST_GUILESS_MAIN(TestBewerten)
+KALVARO_TEST(TestBewerten)
 #include "tst_bewerten.moc"

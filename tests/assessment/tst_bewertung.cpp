@@ -1,8 +1,7 @@
 #include "assessment/bewertung.h"
 
 #include "doubles/jsonlesen.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -184,5 +183,5 @@ void TestBewertung::keineAdresse()
     QVERIFY(!updateUrl(adresse).has_value());
 }
 
-QTEST_GUILESS_MAIN(TestBewertung)
+KALVARO_TEST(TestBewertung)
 #include "tst_bewertung.moc"

@@ -5,9 +5,9 @@
 #include "doubles/scripttransport.h"
 #include "doubles/testuhr.h"
 #include "server/zentrale.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -337,5 +337,5 @@ void TestStartpruefung::rufErstAusDerEreignisschleife()
              QStringList{u"Startprüfung ohne Antwort: keine Cloud-Adresse eingetragen"_s});
 }
 
-QTEST_GUILESS_MAIN(TestStartpruefung)
+KALVARO_TEST(TestStartpruefung)
 #include "tst_startpruefung.moc"

@@ -2,7 +2,6 @@
 
 #include "doubles/dateien.h"
 
-#include <QStandardPaths>
 #include <QUuid>
 
 #include <csignal>
@@ -31,11 +30,6 @@ QString einstellung(const QString &adresse, const QString &dienstordner)
 void anTestBinden(QProcess &programm)
 {
     programm.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-}
-
-bool Testbus::vorhanden()
-{
-    return !QStandardPaths::findExecutable(u"dbus-daemon"_s).isEmpty();
 }
 
 Testbus::Testbus(const QProcessEnvironment &umgebung, const QString &dienstordner)

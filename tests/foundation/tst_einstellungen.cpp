@@ -2,6 +2,7 @@
 #include "doubles/einschraenkung.h"
 #include "foundation/einstellungen.h"
 #include "foundation/protokoll.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,7 +10,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
-#include <QTest>
 
 #include <sys/stat.h>
 
@@ -395,5 +395,5 @@ void TestEinstellungen::pipeAnStelleDerDateiWirdErsetzt()
     QCOMPARE(gespeichert().size(), 3);
 }
 
-QTEST_GUILESS_MAIN(TestEinstellungen)
+KALVARO_TEST(TestEinstellungen)
 #include "tst_einstellungen.moc"

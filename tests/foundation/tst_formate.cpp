@@ -1,7 +1,7 @@
 #include "foundation/formate.h"
+#include "testlauf.h"
 
 #include <QLocale>
-#include <QTest>
 
 #include <cmath>
 #include <ctime>
@@ -245,5 +245,5 @@ void TestFormate::freierPlatzIstDerEinesNutzers()
     QVERIFY(*frei > 0 && *frei < static_cast<double>(platz.capacity));
 }
 
-QTEST_GUILESS_MAIN(TestFormate)
+KALVARO_TEST(TestFormate)
 #include "tst_formate.moc"

@@ -2,11 +2,11 @@
 #include "doubles/einschraenkung.h"
 #include "foundation/konto.h"
 #include "foundation/protokoll.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTest>
 
 #include <sys/stat.h>
 
@@ -358,5 +358,5 @@ void TestKonto::ladenAendertDieDateiNicht()
     QCOMPARE(QDir(appOrdner()).entryList(QDir::Files), QStringList{u"konto.json"_s});
 }
 
-QTEST_GUILESS_MAIN(TestKonto)
+KALVARO_TEST(TestKonto)
 #include "tst_konto.moc"

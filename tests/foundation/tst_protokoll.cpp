@@ -1,13 +1,13 @@
 #include "doubles/datenordner.h"
 #include "doubles/einschraenkung.h"
 #include "foundation/protokoll.h"
+#include "testlauf.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QLocale>
 #include <QRegularExpression>
-#include <QTest>
 
 #include <functional>
 
@@ -336,5 +336,5 @@ void TestProtokoll::mehrereProzesseZerreissenKeineZeile()
     QCOMPARE(log().count(stempel), schreiber * zeilen);
 }
 
-QTEST_GUILESS_MAIN(TestProtokoll)
+KALVARO_TEST(TestProtokoll)
 #include "tst_protokoll.moc"

@@ -1,8 +1,8 @@
 #include "foundation/uhr.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace std::chrono_literals;
@@ -154,5 +154,5 @@ void TestUhr::derWeckrufDarfSichImRufSelbstZerstoeren()
     QVERIFY(!wecker);
 }
 
-QTEST_GUILESS_MAIN(TestUhr)
+KALVARO_TEST(TestUhr)
 #include "tst_uhr.moc"

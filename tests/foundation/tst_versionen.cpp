@@ -1,6 +1,5 @@
 #include "foundation/versionen.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -78,5 +77,5 @@ void TestVersionen::ordnetEineListe()
     QCOMPARE(liste, (QStringList{u"6.8.5"_s, u"6.8.10"_s, u"6.10"_s, u"7"_s, u"7.0.1"_s, u"10"_s}));
 }
 
-QTEST_GUILESS_MAIN(TestVersionen)
+KALVARO_TEST(TestVersionen)
 #include "tst_versionen.moc"

@@ -1,11 +1,11 @@
 #include "foundation/werte.h"
 
 #include "doubles/jsonlesen.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>
 #include <QLocale>
-#include <QTest>
 
 #include <cmath>
 
@@ -426,5 +426,5 @@ void TestWerte::einMegabyteZiffern()
     QTEST(gelesen, "erwartet");
 }
 
-QTEST_GUILESS_MAIN(TestWerte)
+KALVARO_TEST(TestWerte)
 #include "tst_werte.moc"

@@ -1,8 +1,7 @@
 #include "doubles/ereignisse.h"
 #include "doubles/fakeprozesse.h"
 #include "platform/merkprozesse.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -49,6 +48,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMerkprozesse)
-
+KALVARO_TEST(TestMerkprozesse)
 #include "tst_merkprozesse.moc"

@@ -1,10 +1,10 @@
 #include "doubles/buendel.h"
 #include "platform/buendel.h"
 #include "platform/plist.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <sys/stat.h>
 
@@ -277,5 +277,5 @@ private:
     QTemporaryDir ordner;
 };
 
-QTEST_GUILESS_MAIN(TestPlist)
+KALVARO_TEST(TestPlist)
 #include "tst_plist.moc"

@@ -4,11 +4,11 @@
 #include "doubles/fakeprozesse.h"
 #include "foundation/einstellungen.h"
 #include "rekordbox/rekordbox.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <memory>
 #include <sys/stat.h>
@@ -356,5 +356,5 @@ void TestRekordbox::anzahl()
     QCOMPARE(tabelle.gefragt, QStringList({u"rekordbox"_s, u"anderes"_s}));
 }
 
-QTEST_GUILESS_MAIN(TestRekordbox)
+KALVARO_TEST(TestRekordbox)
 #include "tst_rekordbox.moc"

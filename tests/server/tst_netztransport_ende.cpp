@@ -2,6 +2,7 @@
 
 #include "doubles/ereignisse.h"
 #include "doubles/rohserver.h"
+#include "testlauf.h"
 
 #include "netzprobe.h"
 
@@ -277,5 +278,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestNetztransportEnde)
+KALVARO_TEST(TestNetztransportEnde)
 #include "tst_netztransport_ende.moc"

@@ -1,6 +1,7 @@
 // Which redirects are followed, and what the next server gets to see.
 
 #include "doubles/rohserver.h"
+#include "testlauf.h"
 
 #include "netzprobe.h"
 
@@ -186,5 +187,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestNetztransportUmleitungen)
+KALVARO_TEST(TestNetztransportUmleitungen)
 #include "tst_netztransport_umleitungen.moc"

@@ -1,6 +1,7 @@
 // The way to the server: addresses, proxies, TLS.
 
 #include "doubles/rohserver.h"
+#include "testlauf.h"
 
 #include "netzprobe.h"
 
@@ -315,5 +316,5 @@ private:
     qsizetype vorher = 0;
 };
 
-QTEST_GUILESS_MAIN(TestNetztransportWege)
+KALVARO_TEST(TestNetztransportWege)
 #include "tst_netztransport_wege.moc"

@@ -3,6 +3,7 @@
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/playlistenmodell.h"
 #include "settingswindow/playlistenzeile.h"
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/stil.h"
 
@@ -13,7 +14,6 @@
 #include <QMenu>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTest>
 #include <QToolTip>
 
 using namespace kalvaro;
@@ -433,5 +433,5 @@ void TestBaumansicht::vorlesehilfeUeberlebtDenFilter()
     QAccessible::setActive(false);
 }
 
-QTEST_MAIN(TestBaumansicht)
+KALVARO_FENSTERTEST(TestBaumansicht)
 #include "tst_baumansicht.moc"

@@ -1,4 +1,5 @@
 #include "fensterpruefstand.h"
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 
 #include <QApplication>
@@ -302,5 +303,5 @@ void TestEinstellungenbedienung::bleibtGleichHoch()
     QCOMPARE(fenster->height(), vorher);
 }
 
-QTEST_MAIN(TestEinstellungenbedienung)
+KALVARO_FENSTERTEST(TestEinstellungenbedienung)
 #include "tst_einstellungenbedienung.moc"

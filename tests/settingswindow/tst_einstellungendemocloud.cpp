@@ -6,6 +6,7 @@
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/einstellungenfenster.h"
 #include "settingswindow/playlistenmodell.h"
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
 
@@ -13,7 +14,6 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -157,5 +157,5 @@ void TestEinstellungendemocloud::cloudWegBeimSichern()
     QCOMPARE(cloud->welt().geraete.first().lokal.size(), 4);
 }
 
-QTEST_MAIN(TestEinstellungendemocloud)
+KALVARO_FENSTERTEST(TestEinstellungendemocloud)
 #include "tst_einstellungendemocloud.moc"

@@ -1,4 +1,5 @@
 #include "fensterpruefstand.h"
+#include "testlauf.h"
 #include "ui/farbe.h"
 
 #include <QCheckBox>
@@ -307,5 +308,5 @@ void TestEinstellungenfenster::sichernVorDerAntwort()
     QCOMPARE(ende->size(), 1);
 }
 
-QTEST_MAIN(TestEinstellungenfenster)
+KALVARO_FENSTERTEST(TestEinstellungenfenster)
 #include "tst_einstellungenfenster.moc"

@@ -1,4 +1,5 @@
 #include "fensterpruefstand.h"
+#include "testlauf.h"
 #include "ui/farbe.h"
 
 #include <QApplication>
@@ -210,5 +211,5 @@ void TestEinstellungensichern::versionWirdGesichert()
     QCOMPARE(Einstellungen().version, u"6.8.5"_s);
 }
 
-QTEST_MAIN(TestEinstellungensichern)
+KALVARO_FENSTERTEST(TestEinstellungensichern)
 #include "tst_einstellungensichern.moc"

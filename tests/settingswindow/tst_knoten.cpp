@@ -1,8 +1,7 @@
 #include "antworten.h"
 #include "nachbau.h"
 #include "settingswindow/knoten.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -314,5 +313,5 @@ void TestKnoten::zehntausendBaeumeWieNachgerechnet()
     QVERIFY(knoten > qsizetype{4} * baeume); // the trees are worth the name
 }
 
-QTEST_MAIN(TestKnoten)
+KALVARO_FENSTERTEST(TestKnoten)
 #include "tst_knoten.moc"

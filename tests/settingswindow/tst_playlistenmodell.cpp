@@ -1,11 +1,11 @@
 #include "antworten.h"
 #include "settingswindow/playlistenmodell.h"
+#include "testlauf.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
 #include <QSet>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -360,5 +360,5 @@ void TestPlaylistenmodell::zufaelligeBaeumeHaltenDasModellEin()
     }
 }
 
-QTEST_MAIN(TestPlaylistenmodell)
+KALVARO_FENSTERTEST(TestPlaylistenmodell)
 #include "tst_playlistenmodell.moc"

@@ -1,10 +1,10 @@
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QPainter>
-#include <QTest>
 
 #include <memory>
 
@@ -287,5 +287,5 @@ void TestBeschriftung::ansagen()
     QVERIFY(eines->accessibleName().size() < 5000);
 }
 
-QTEST_MAIN(TestBeschriftung)
+KALVARO_FENSTERTEST(TestBeschriftung)
 #include "tst_beschriftung.moc"

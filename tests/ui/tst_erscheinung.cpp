@@ -1,4 +1,5 @@
 #include "doubles/testuhr.h"
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
 #include "ui/karte.h"
@@ -14,7 +15,6 @@
 #include <QApplication>
 #include <QStyle>
 #include <QStyleFactory>
-#include <QTest>
 #include <QVBoxLayout>
 
 #include <memory>
@@ -185,5 +185,5 @@ void TestErscheinung::systemschrift()
     QCOMPARE(QFontInfo(kalvaro::systemschrift(20)).pixelSize(), 40);
 }
 
-QTEST_MAIN(TestErscheinung)
+KALVARO_FENSTERTEST(TestErscheinung)
 #include "tst_erscheinung.moc"

@@ -1,7 +1,6 @@
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/farbe.h"
-
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -259,5 +258,5 @@ void TestFarbe::haarlinieBleibtSichtbar()
     }
 }
 
-QTEST_MAIN(TestFarbe)
+KALVARO_FENSTERTEST(TestFarbe)
 #include "tst_farbe.moc"

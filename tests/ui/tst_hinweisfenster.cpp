@@ -1,10 +1,10 @@
+#include "testlauf.h"
 #include "ui/hinweisfenster.h"
 
 #include <QAbstractButton>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
-#include <QTest>
 
 #include <memory>
 
@@ -64,5 +64,5 @@ void TestHinweisfenster::elternteil()
     QCOMPARE(sichtbar->parentWidget(), &fenster);
 }
 
-QTEST_MAIN(TestHinweisfenster)
+KALVARO_FENSTERTEST(TestHinweisfenster)
 #include "tst_hinweisfenster.moc"

@@ -1,10 +1,10 @@
+#include "doubles/stillstil.h"
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/karte.h"
 
 #include <QApplication>
 #include <QLayout>
-#include <QProxyStyle>
-#include <QTest>
 
 #include <cmath>
 
@@ -14,19 +14,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QRect platz(30, 30, 200, 100); // of the card on its ground
-
-// A system that asks for less motion.
-class Stillstil final : public QProxyStyle
-{
-public:
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *mehr) const override
-    {
-        return hint == SH_Widget_Animation_Duration
-                   ? 0
-                   : QProxyStyle::styleHint(hint, option, widget, mehr);
-    }
-};
 
 // A card that lies on a ground.
 struct Probe
@@ -268,5 +255,5 @@ void TestKarte::haarlinie()
     QCOMPARE(waagrecht.grab().toImage().pixelColor(25, 0), QColor(0xe6e6ea));
 }
 
-QTEST_MAIN(TestKarte)
+KALVARO_FENSTERTEST(TestKarte)
 #include "tst_karte.moc"

@@ -1,3 +1,4 @@
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/farbe.h"
 #include "ui/knoepfe.h"
@@ -6,7 +7,6 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <memory>
 
@@ -267,5 +267,5 @@ void TestKnoepfe::hakenAnklicken()
     QVERIFY(haken.isChecked());
 }
 
-QTEST_MAIN(TestKnoepfe)
+KALVARO_FENSTERTEST(TestKnoepfe)
 #include "tst_knoepfe.moc"

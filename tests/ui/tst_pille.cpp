@@ -1,9 +1,9 @@
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/pille.h"
 
 #include <QApplication>
 #include <QLayout>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -140,5 +140,5 @@ void TestPille::folgtDerErscheinung()
     QCOMPARE(gewechselt, neu.grab().toImage());
 }
 
-QTEST_MAIN(TestPille)
+KALVARO_FENSTERTEST(TestPille)
 #include "tst_pille.moc"

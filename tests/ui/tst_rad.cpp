@@ -1,34 +1,12 @@
+#include "doubles/stillstil.h"
 #include "doubles/testuhr.h"
+#include "testlauf.h"
 #include "ui/rad.h"
 
 #include <QApplication>
-#include <QProxyStyle>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// A system that asks for less motion.
-class Stillstil final : public QProxyStyle
-{
-public:
-    Stillstil()
-        : QProxyStyle(u"fusion"_s)
-    {
-    }
-
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *mehr) const override
-    {
-        return hint == SH_Widget_Animation_Duration
-                   ? 0
-                   : QProxyStyle::styleHint(hint, option, widget, mehr);
-    }
-};
-
-} // namespace
 
 class TestRad final : public QObject
 {
@@ -120,5 +98,5 @@ void TestRad::endetMitDemWidget()
     QCOMPARE(uhr.offen(), 0);
 }
 
-QTEST_MAIN(TestRad)
+KALVARO_FENSTERTEST(TestRad)
 #include "tst_rad.moc"

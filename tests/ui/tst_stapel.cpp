@@ -1,7 +1,7 @@
+#include "testlauf.h"
 #include "ui/stapel.h"
 
 #include <QBoxLayout>
-#include <QTest>
 
 #include <memory>
 
@@ -86,5 +86,5 @@ void TestStapel::leer()
     QCOMPARE(ganz->sizeHint(), QSize(0, 0));
 }
 
-QTEST_MAIN(TestStapel)
+KALVARO_FENSTERTEST(TestStapel)
 #include "tst_stapel.moc"

@@ -1,8 +1,8 @@
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/symbole.h"
 
 #include <QApplication>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -157,5 +157,5 @@ void TestSymbole::zeichenOhneName()
     QCOMPARE(bild, leer);
 }
 
-QTEST_MAIN(TestSymbole)
+KALVARO_FENSTERTEST(TestSymbole)
 #include "tst_symbole.moc"

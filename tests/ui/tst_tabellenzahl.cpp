@@ -1,7 +1,6 @@
+#include "testlauf.h"
 #include "ui/schrift.h"
 #include "ui/tabellenzahl.h"
-
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -76,5 +75,5 @@ void TestTabellenzahl::nachbarnSchrumpfenMit()
     QVERIFY(daneben > 0);
 }
 
-QTEST_MAIN(TestTabellenzahl)
+KALVARO_FENSTERTEST(TestTabellenzahl)
 #include "tst_tabellenzahl.moc"

@@ -2,12 +2,11 @@
 #include "doubles/datenordner.h"
 #include "platform/launchagent.h"
 #include "platform/linux/xdganmeldestart.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <cstdlib>
 #include <memory>
@@ -180,10 +179,7 @@ void TestAnmeldestart::dieSitzungStartetGenauDenPfad_data()
 // GLib is what most sessions read autostart entries with.
 void TestAnmeldestart::dieSitzungStartetGenauDenPfad()
 {
-    const QString gio = QStandardPaths::findExecutable(u"gio"_s);
-    if (gio.isEmpty()) {
-        QSKIP("needs gio (libglib2.0-bin)");
-    }
+    KALVARO_BRAUCHT(u"gio"_s);
     QFETCH(QString, name);
     const QString programm = pfad(name);
     const QString zeuge = pfad(u"zeuge"_s);
@@ -199,7 +195,7 @@ void TestAnmeldestart::dieSitzungStartetGenauDenPfad()
     umgebung.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"disabled:"_s);
     sitzung.setProcessEnvironment(umgebung);
-    sitzung.start(gio, {u"launch"_s, pfad(u"autostart/de.kalvaro.kalvaro.desktop"_s)});
+    sitzung.start(u"gio"_s, {u"launch"_s, pfad(u"autostart/de.kalvaro.kalvaro.desktop"_s)});
     QVERIFY(sitzung.waitForFinished());
     QCOMPARE(sitzung.exitCode(), 0);
     QTRY_VERIFY(QFile::exists(zeuge));
@@ -241,5 +237,5 @@ void TestAnmeldestart::agentOhneBekanntenPfad()
              u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s);
 }
 
-QTEST_GUILESS_MAIN(TestAnmeldestart)
+KALVARO_TEST(TestAnmeldestart)
 #include "tst_anmeldestart.moc"

@@ -3,11 +3,11 @@
 #include "doubles/einschraenkung.h"
 #include "doubles/ereignisse.h"
 #include "platform/linux/linuxarbeitsplatz.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <cerrno>
 #include <csignal>
@@ -399,5 +399,5 @@ void TestLinuxarbeitsplatz::meldetKeinemDerNichtMehrIst()
     QCOMPARE(mal, 0);
 }
 
-QTEST_GUILESS_MAIN(TestLinuxarbeitsplatz)
+KALVARO_TEST(TestLinuxarbeitsplatz)
 #include "tst_linuxarbeitsplatz.moc"

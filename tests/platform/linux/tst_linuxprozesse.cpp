@@ -1,11 +1,11 @@
 #include "doubles/dateien.h"
 #include "platform/linux/linuxprozesse.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 #include <memory>
@@ -317,5 +317,5 @@ private:
     std::unique_ptr<QTemporaryDir> ordner;
 };
 
-QTEST_GUILESS_MAIN(TestLinuxprozesse)
+KALVARO_TEST(TestLinuxprozesse)
 #include "tst_linuxprozesse.moc"

@@ -2,8 +2,7 @@
 #include "doubles/mitteilungsserver.h"
 #include "doubles/testbus.h"
 #include "platform/linux/dbusmitteilungen.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 #include <memory>
 
@@ -58,9 +57,7 @@ private:
 
 void TestMitteilungen::initTestCase()
 {
-    if (!Testbus::vorhanden()) {
-        QSKIP("needs dbus-daemon");
-    }
+    KALVARO_BRAUCHT(u"dbus-daemon"_s);
 }
 
 void TestMitteilungen::init()
@@ -348,5 +345,5 @@ void TestMitteilungen::ohneBusStehtEsImProtokoll()
              QStringList(u"Mitteilung nicht zugestellt: Titel – Inhalt (kein Sitzungsbus)"_s));
 }
 
-QTEST_GUILESS_MAIN(TestMitteilungen)
+KALVARO_TEST(TestMitteilungen)
 #include "tst_mitteilungen.moc"

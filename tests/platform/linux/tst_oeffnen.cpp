@@ -1,7 +1,7 @@
 #include "platform/linux/linuxarbeitsplatz.h"
+#include "testlauf.h"
 
 #include <QDesktopServices>
-#include <QTest>
 #include <QUrl>
 
 using namespace kalvaro;
@@ -79,5 +79,5 @@ void TestOeffnen::oeffnet()
     QCOMPARE(browser.adressen, geoeffnet ? QList<QUrl>({adresse, letzte}) : QList<QUrl>{letzte});
 }
 
-QTEST_GUILESS_MAIN(TestOeffnen)
+KALVARO_TEST(TestOeffnen)
 #include "tst_oeffnen.moc"

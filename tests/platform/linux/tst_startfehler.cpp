@@ -1,6 +1,5 @@
 #include "platform/linux/startfehler.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 #include <cerrno>
 #include <cstring>
@@ -38,5 +37,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestStartfehler)
+KALVARO_TEST(TestStartfehler)
 #include "tst_startfehler.moc"
