@@ -111,7 +111,7 @@ void Baumansicht::wiederherstellen(int zeile)
         expand(daten.zuStelle(stelle));
     }
     executeDelayedItemsLayout();
-    zeigen(zeile);
+    zeigen(zeile < 0 ? vorherige : zeile);
     if (zeile < 0 || zeile == vorherige) {
         verticalScrollBar()->setValue(rollstand);
     }
