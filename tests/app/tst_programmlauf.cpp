@@ -3,6 +3,7 @@
 #include "democloud.h"
 
 #include "doubles/dateien.h"
+#include "doubles/fristen.h"
 #include "doubles/rohserver.h"
 #include "testlauf.h"
 
@@ -20,13 +21,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int frist = 20'000; // ms before a test gives up
-
-// Milliseconds within which the program ends.
-#ifdef __SANITIZE_ADDRESS__
-constexpr qint64 sekunde = 5000; // the search for leaks comes on top
-#else
-constexpr qint64 sekunde = 1000;
-#endif
 
 const QString nichtEingerichtet = u"kalvaro ist auf diesem Mac noch nicht eingerichtet."_s;
 
@@ -245,7 +239,7 @@ private Q_SLOTS:
 
         const qint64 dauer = lauf.beenden(signal);
 
-        QVERIFY2(dauer >= 0 && dauer <= sekunde, qPrintable(QString::number(dauer)));
+        QVERIFY2(dauer >= 0 && dauer <= endfrist, qPrintable(QString::number(dauer)));
         QCOMPARE(lauf.readAllStandardError(), QByteArray());
     }
 
@@ -260,7 +254,7 @@ private Q_SLOTS:
 
         const qint64 dauer = lauf.beenden(SIGTERM);
 
-        QVERIFY2(dauer >= 0 && dauer <= sekunde, qPrintable(QString::number(dauer)));
+        QVERIFY2(dauer >= 0 && dauer <= endfrist, qPrintable(QString::number(dauer)));
         QVERIFY(cloud.anfragen().isEmpty());
     }
 

@@ -52,6 +52,13 @@ void Programm::beenden()
     prozess.waitForFinished();
 }
 
+int Programm::ende()
+{
+    prozess.closeWriteChannel();
+    const bool gut = prozess.waitForFinished() && prozess.exitStatus() == QProcess::NormalExit;
+    return gut ? prozess.exitCode() : -1;
+}
+
 Anzeige::Anzeige()
 {
     server.setStandardErrorFile(QProcess::nullDevice());

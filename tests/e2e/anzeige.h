@@ -28,6 +28,9 @@ public:
     [[nodiscard]] bool laeuft() const { return prozess.state() != QProcess::NotRunning; }
     void beenden();
 
+    // Closes its input and waits for its end; the exit code, or -1 without a good end.
+    [[nodiscard]] int ende();
+
 private:
     QProcess prozess;
     QByteArray gelesen;
@@ -49,6 +52,9 @@ public:
     void ausfuehren(const QString &werkzeug, const QStringList &argumente) const;
 
     void klicken(QPoint wo, int knopf) const;
+
+    // The display's name, as in $DISPLAY.
+    [[nodiscard]] const QString &name() const { return wo; }
 
     // What is to be seen.
     [[nodiscard]] QImage bild() const;

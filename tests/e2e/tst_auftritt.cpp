@@ -1,6 +1,7 @@
 #include "democloud.h"
 #include "doubles/dateien.h"
 #include "doubles/datenordner.h"
+#include "doubles/fristen.h"
 #include "doubles/mitteilungsserver.h"
 #include "doubles/statushost.h"
 #include "doubles/testbus.h"
@@ -170,6 +171,7 @@ void TestAuftritt::beendenImMenue()
     seit.start();
     desktop->leiste.menueKlicken(zeile->id);
     QVERIFY(kalvaro.waitForFinished(geduld));
+    QVERIFY2(seit.elapsed() <= endfrist, qPrintable(QString::number(seit.elapsed())));
     QCOMPARE(kalvaro.exitStatus(), QProcess::NormalExit);
     QCOMPARE(kalvaro.exitCode(), 0);
     QCOMPARE(daten.protokollzeilen().last(), u"beendet"_s);
