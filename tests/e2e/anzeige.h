@@ -13,29 +13,6 @@ namespace kalvaro {
 // QTRY_VERIFY, counts the time that the condition itself takes.
 [[nodiscard]] bool bald(const std::function<bool()> &bedingung, int geduld = 60000);
 
-// A program with its standard input and output. Killed with this object.
-class Programm
-{
-public:
-    Programm(const QString &datei, const QStringList &argumente,
-             const QProcessEnvironment &umgebung);
-    ~Programm();
-    Programm(const Programm &) = delete;
-    Programm &operator=(const Programm &) = delete;
-
-    void schreiben(const QString &zeile);
-    [[nodiscard]] QStringList zeilen();
-    [[nodiscard]] bool laeuft() const { return prozess.state() != QProcess::NotRunning; }
-    void beenden();
-
-    // Closes its input and waits for its end; the exit code, or -1 without a good end.
-    [[nodiscard]] int ende();
-
-private:
-    QProcess prozess;
-    QByteArray gelesen;
-};
-
 // An X11 display of the test's own: Xvfb. Ends with this object.
 class Anzeige
 {

@@ -2,6 +2,7 @@
 #include "doubles/dateien.h"
 #include "doubles/datenordner.h"
 #include "doubles/fristen.h"
+#include "doubles/kindprogramm.h"
 #include "doubles/mitteilungsserver.h"
 #include "doubles/statushost.h"
 #include "doubles/testbus.h"
