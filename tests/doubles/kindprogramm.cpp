@@ -21,10 +21,10 @@ void anTestBinden(QProcess &programm)
 Kindprogramm::Kindprogramm(const QString &datei, const QStringList &argumente,
                            const QProcessEnvironment &umgebung)
 {
-    prozess.setProcessEnvironment(umgebung);
-    anTestBinden(prozess);
-    prozess.start(datei, argumente);
-    prozess.waitForStarted(geduld);
+    prozess_.setProcessEnvironment(umgebung);
+    anTestBinden(prozess_);
+    prozess_.start(datei, argumente);
+    prozess_.waitForStarted(geduld);
 }
 
 Kindprogramm::~Kindprogramm()
@@ -34,13 +34,13 @@ Kindprogramm::~Kindprogramm()
 
 void Kindprogramm::schreiben(const QString &zeile)
 {
-    prozess.write((zeile + u'\n').toUtf8());
+    prozess_.write((zeile + u'\n').toUtf8());
 }
 
 QByteArray Kindprogramm::ausgabe()
 {
-    gelesen += prozess.readAllStandardOutput();
-    return gelesen;
+    gelesen_ += prozess_.readAllStandardOutput();
+    return gelesen_;
 }
 
 QStringList Kindprogramm::zeilen()
@@ -50,27 +50,27 @@ QStringList Kindprogramm::zeilen()
 
 QByteArray Kindprogramm::fehlerausgabe()
 {
-    return prozess.readAllStandardError();
+    return prozess_.readAllStandardError();
 }
 
 void Kindprogramm::signal(int nummer) const
 {
     if (laeuft()) { // else its id is 0, and that means us
-        ::kill(static_cast<pid_t>(prozess.processId()), nummer);
+        ::kill(static_cast<pid_t>(prozess_.processId()), nummer);
     }
 }
 
 void Kindprogramm::toeten()
 {
-    prozess.kill();
-    prozess.waitForFinished(geduld);
+    prozess_.kill();
+    prozess_.waitForFinished(geduld);
 }
 
 int Kindprogramm::ende()
 {
-    prozess.closeWriteChannel();
-    prozess.waitForFinished(geduld);
-    return !laeuft() && prozess.exitStatus() == QProcess::NormalExit ? prozess.exitCode() : -1;
+    prozess_.closeWriteChannel();
+    prozess_.waitForFinished(geduld);
+    return !laeuft() && prozess_.exitStatus() == QProcess::NormalExit ? prozess_.exitCode() : -1;
 }
 
 qint64 Kindprogramm::beenden(int nummer)

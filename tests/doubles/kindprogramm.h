@@ -26,7 +26,7 @@ public:
     [[nodiscard]] QStringList zeilen();
     [[nodiscard]] QByteArray fehlerausgabe();
 
-    [[nodiscard]] bool laeuft() const { return prozess.state() != QProcess::NotRunning; }
+    [[nodiscard]] bool laeuft() const { return prozess_.state() != QProcess::NotRunning; }
     void signal(int nummer) const;
     void toeten();
 
@@ -37,8 +37,8 @@ public:
     [[nodiscard]] qint64 beenden(int nummer);
 
 private:
-    QProcess prozess;
-    QByteArray gelesen;
+    QProcess prozess_;
+    QByteArray gelesen_;
 };
 
 } // namespace kalvaro

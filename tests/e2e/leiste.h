@@ -20,7 +20,7 @@ public:
     Leiste &operator=(const Leiste &) = delete;
 
 private:
-    xcb_connection_t *const x;
+    xcb_connection_t *const x_;
 };
 
 } // namespace kalvaro

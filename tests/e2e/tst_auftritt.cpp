@@ -33,6 +33,15 @@ QStringList prozesse(const QString &name)
     return QString::fromUtf8(pgrep.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
 }
 
+// The desktop that the program runs on.
+struct Desktop
+{
+    Anzeige anzeige;
+    Testbus bus;
+    Statushost leiste{bus.verbindung()};
+    Mitteilungsserver mitteilungen{bus.verbindung(), {u"body"_s, u"actions"_s}};
+};
+
 } // namespace
 
 // An evening: the real program with its window, its item in the tray and its notifications, a demo
@@ -53,15 +62,6 @@ private:
     [[nodiscard]] QStringList anlaesse() const;
     [[nodiscard]] bool protokolliert(const QString &zeile) const;
     [[nodiscard]] int nocheinmal(const QStringList &argumente) const;
-
-    // The desktop that the program runs on.
-    struct Desktop
-    {
-        Anzeige anzeige;
-        Testbus bus;
-        Statushost leiste{bus.verbindung()};
-        Mitteilungsserver mitteilungen{bus.verbindung(), {u"body"_s, u"actions"_s}};
-    };
 
     Datenordner daten;
     std::optional<Desktop> desktop;
