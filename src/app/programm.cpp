@@ -27,8 +27,8 @@ void schreiben(std::FILE *ziel, const QString &zeilen)
 } // namespace
 
 Programm::Programm(const Adapter &geraete, bool bildschirm)
-    : adapter(geraete)
-    , mitBildschirm(bildschirm)
+    : adapter_(geraete)
+    , mitBildschirm_(bildschirm)
 {
 }
 
@@ -42,8 +42,8 @@ bool Programm::hatBildschirm()
 
 void Programm::starten(const Kommandozeile &kommandozeile)
 {
-    adapter.arbeitsplatz.auftreten(kommandozeile.hintergrund ? Arbeitsplatz::Auftritt::Zubehoer
-                                                             : Arbeitsplatz::Auftritt::Regulaer);
+    adapter_.arbeitsplatz.auftreten(kommandozeile.hintergrund ? Arbeitsplatz::Auftritt::Zubehoer
+                                                              : Arbeitsplatz::Auftritt::Regulaer);
     const auto konto = Konto::laden();
     if (!konto) {
         ohneKonto(konto.error());
@@ -55,22 +55,22 @@ void Programm::starten(const Kommandozeile &kommandozeile)
     if (kommandozeile.bild) {
         bildStarten(*konto, *kommandozeile.bild);
     } else {
-        steuerung =
-            std::make_unique<Steuerung>(*konto, adapter, kommandozeile.hintergrund, menueBauen);
+        steuerung_ =
+            std::make_unique<Steuerung>(*konto, adapter_, kommandozeile.hintergrund, menueBauen);
     }
 }
 
 void Programm::wiederOeffnen()
 {
-    if (steuerung) {
-        steuerung->zeigen(true);
+    if (steuerung_) {
+        steuerung_->zeigen(true);
     }
 }
 
 void Programm::aufgewacht()
 {
-    if (steuerung) {
-        steuerung->aufgewacht();
+    if (steuerung_) {
+        steuerung_->aufgewacht();
     }
 }
 
@@ -78,7 +78,7 @@ void Programm::ohneKonto(const QString &grund)
 {
     const QString meldung = u"kalvaro ist auf diesem Mac noch nicht eingerichtet."_s;
     schreiben(stderr, meldung + u'\n' + grund);
-    if (!mitBildschirm) {
+    if (!mitBildschirm_) {
         QCoreApplication::quit();
         return;
     }
@@ -91,16 +91,16 @@ void Programm::ohneKonto(const QString &grund)
 
 void Programm::bildStarten(const Konto &konto, const QString &pfad)
 {
-    bildZentrale = std::make_unique<Zentrale>(konto, adapter.transport);
-    bildEinstellungen = std::make_unique<Einstellungen>();
-    const Umgebung umgebung{*bildZentrale,     *bildEinstellungen,   adapter.uhr,
-                            adapter.rekordbox, adapter.arbeitsplatz, adapter.anmeldestart};
-    bildFenster = std::make_unique<Hauptfenster>(umgebung, pfad, nullptr);
-    menueBauen(*bildFenster);
+    bildZentrale_ = std::make_unique<Zentrale>(konto, adapter_.transport);
+    bildEinstellungen_ = std::make_unique<Einstellungen>();
+    const Umgebung umgebung{*bildZentrale_,     *bildEinstellungen_,   adapter_.uhr,
+                            adapter_.rekordbox, adapter_.arbeitsplatz, adapter_.anmeldestart};
+    bildFenster_ = std::make_unique<Hauptfenster>(umgebung, pfad, nullptr);
+    menueBauen(*bildFenster_);
     // Whoever asked for the picture learns the verdict as text as well.
-    connect(bildFenster.get(), &Hauptfenster::angezeigt, this,
+    connect(bildFenster_.get(), &Hauptfenster::angezeigt, this,
             [](const Bewertung &b) { schreiben(stdout, b.titel + u'\n' + b.detail); });
-    bildFenster->starten();
+    bildFenster_->starten();
 }
 
 } // namespace kalvaro

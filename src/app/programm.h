@@ -42,15 +42,15 @@ private:
     void ohneKonto(const QString &grund);
     void bildStarten(const Konto &konto, const QString &pfad);
 
-    const Adapter adapter;
-    const bool mitBildschirm;
+    const Adapter adapter_;
+    const bool mitBildschirm_;
 
-    std::unique_ptr<Steuerung> steuerung;
+    std::unique_ptr<Steuerung> steuerung_;
 
     // Picture mode.
-    std::unique_ptr<Zentrale> bildZentrale;
-    std::unique_ptr<Einstellungen> bildEinstellungen;
-    std::unique_ptr<Hauptfenster> bildFenster;
+    std::unique_ptr<Zentrale> bildZentrale_;
+    std::unique_ptr<Einstellungen> bildEinstellungen_;
+    std::unique_ptr<Hauptfenster> bildFenster_;
 };
 
 } // namespace kalvaro

@@ -16,17 +16,17 @@ constexpr qint64 laengstesSpeichern = 90'000; // milliseconds
 Rekordboxwache::Rekordboxwache(Uhr &zeit, const Prozesse &liste, const Rekordbox &rekordbox,
                                QObject *parent)
     : QObject(parent)
-    , uhr(zeit)
-    , prozesse(liste)
+    , uhr_(zeit)
+    , prozesse_(liste)
     , rekordbox_(rekordbox)
-    , rbLief(rekordboxOffen())
-    , rbEnde(zeit.jetzt())
+    , rbLief_(rekordboxOffen())
+    , rbEnde_(zeit.jetzt())
 {
 }
 
 bool Rekordboxwache::rekordboxOffen() const
 {
-    const QStringList orte = prozesse.buendel();
+    const QStringList orte = prozesse_.buendel();
     return std::any_of(orte.begin(), orte.end(), [](const QString &ort) {
         return ort.sliced(ort.lastIndexOf(u'/') + 1) == u"rekordbox.app";
     });
@@ -35,23 +35,23 @@ bool Rekordboxwache::rekordboxOffen() const
 void Rekordboxwache::wachen()
 {
     const bool offen = rekordboxOffen();
-    if (offen && !rbLief) {
-        rbLief = true;
-        wartetAufAgent = false;
+    if (offen && !rbLief_) {
+        rbLief_ = true;
+        wartetAufAgent_ = false;
         Q_EMIT gestartet();
-    } else if (!offen && rbLief) {
-        rbLief = false;
-        wartetAufAgent = true;
-        rbEnde = uhr.jetzt();
+    } else if (!offen && rbLief_) {
+        rbLief_ = false;
+        wartetAufAgent_ = true;
+        rbEnde_ = uhr_.jetzt();
         Q_EMIT geschlossen();
     }
-    if (!wartetAufAgent) {
+    if (!wartetAufAgent_) {
         return;
     }
-    if (rbEnde.msecsTo(uhr.jetzt()) <= laengstesSpeichern && rekordbox_.laeuft()) {
+    if (rbEnde_.msecsTo(uhr_.jetzt()) <= laengstesSpeichern && rekordbox_.laeuft()) {
         return;
     }
-    wartetAufAgent = false;
+    wartetAufAgent_ = false;
     Q_EMIT beendet();
 }
 

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] bool rekordboxOffen() const;
 
     // rekordbox was running at the last look.
-    [[nodiscard]] bool lief() const { return rbLief; }
+    [[nodiscard]] bool lief() const { return rbLief_; }
 
     // Looks once; meant to be called every few seconds.
     void wachen();
@@ -35,13 +35,13 @@ Q_SIGNALS:
     void beendet();     // it has quit and saved, or had its 90 s
 
 private:
-    Uhr &uhr;
-    const Prozesse &prozesse;
+    Uhr &uhr_;
+    const Prozesse &prozesse_;
     const Rekordbox &rekordbox_;
 
-    bool rbLief;
-    bool wartetAufAgent = false; // only while rbLief is false
-    QDateTime rbEnde;            // when it was last seen to quit
+    bool rbLief_;
+    bool wartetAufAgent_ = false; // only while rbLief is false
+    QDateTime rbEnde_;            // when it was last seen to quit
 };
 
 } // namespace kalvaro

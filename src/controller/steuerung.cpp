@@ -47,24 +47,24 @@ QString symbol(const QString &art)
 
 Steuerung::Steuerung(const Konto &konto, const Adapter &geraete, bool hintergrund,
                      Fensterruf neuesFenster)
-    : adapter(geraete)
-    , beimAnlegen(std::move(neuesFenster))
-    , zentrale(konto, geraete.transport)
-    , wache(geraete.uhr, geraete.prozesse, geraete.rekordbox)
+    : adapter_(geraete)
+    , beimAnlegen_(std::move(neuesFenster))
+    , zentrale_(konto, geraete.transport)
+    , wache_(geraete.uhr, geraete.prozesse, geraete.rekordbox)
 {
     menueVerbinden();
-    adapter.statusobjekt.menueSetzen(&menue);
-    adapter.statusobjekt.symbolSetzen(symbol({}));
-    adapter.statusobjekt.hinweisSetzen(u"kalvaro"_s);
+    adapter_.statusobjekt.menueSetzen(&menue_);
+    adapter_.statusobjekt.symbolSetzen(symbol({}));
+    adapter_.statusobjekt.hinweisSetzen(u"kalvaro"_s);
     wacheVerbinden();
-    setzeStatus(wache.lief() ? u"rekordbox läuft"_s : u"bereit"_s);
-    wachtakt = adapter.uhr.alle(wachabstand, [this] { wache.wachen(); });
-    nachholtakt = adapter.uhr.alle(nachholabstand, [this] { nachholenWennNoetig(); });
-    adapter.mitteilungen.beiKlick([this](const QString &ziel) { updateOeffnen(ziel); });
+    setzeStatus(wache_.lief() ? u"rekordbox läuft"_s : u"bereit"_s);
+    wachtakt_ = adapter_.uhr.alle(wachabstand, [this] { wache_.wachen(); });
+    nachholtakt_ = adapter_.uhr.alle(nachholabstand, [this] { nachholenWennNoetig(); });
+    adapter_.mitteilungen.beiKlick([this](const QString &ziel) { updateOeffnen(ziel); });
 
     if (hintergrund) {
-        anmeldeabgleich = adapter.uhr.nach(anmeldeverzug, [this] {
-            if (!adapter.rekordbox.laeuft()) {
+        anmeldeabgleich_ = adapter_.uhr.nach(anmeldeverzug, [this] {
+            if (!adapter_.rekordbox.laeuft()) {
                 abgleich(u"anmeldung"_s, {});
             }
         });
@@ -75,33 +75,33 @@ Steuerung::Steuerung(const Konto &konto, const Adapter &geraete, bool hintergrun
 
 Steuerung::~Steuerung()
 {
-    adapter.mitteilungen.beiKlick({});
+    adapter_.mitteilungen.beiKlick({});
 }
 
 void Steuerung::abgleich(const QString &anlass, std::function<void(const Bewertung &)> fertig)
 {
     if (fertig) {
-        wartende.push_back(std::move(fertig));
+        wartende_.push_back(std::move(fertig));
     }
-    if (laeuftGerade) {
+    if (laeuftGerade_) {
         return;
     }
-    laeuftGerade = true;
+    laeuftGerade_ = true;
     setzeStatus(u"gleicht ab …"_s);
-    adapter.statusobjekt.symbolSetzen(symbol(u"laden"_s));
+    adapter_.statusobjekt.symbolSetzen(symbol(u"laden"_s));
     protokoll(u"Abgleich ("_s + anlass + u") ..."_s);
-    bewerten(zentrale, anlass, this,
+    bewerten(zentrale_, anlass, this,
              [this, anlass](const Bewertung &b) { abgeschlossen(b, anlass); });
 }
 
 void Steuerung::abgeschlossen(const Bewertung &b, const QString &anlass)
 {
     protokoll(u"  -> "_s + b.art + u": "_s + b.titel + u" | "_s + b.detail);
-    laeuftGerade = false;
+    laeuftGerade_ = false;
     melden(b, anlass);
     updateAnbieten(b);
     // What these calls queue belongs to a later run.
-    const auto gerufene = std::exchange(wartende, {});
+    const auto gerufene = std::exchange(wartende_, {});
     for (const auto &fertig : gerufene) {
         fertig(b);
     }
@@ -109,27 +109,27 @@ void Steuerung::abgeschlossen(const Bewertung &b, const QString &anlass)
 
 void Steuerung::melden(const Bewertung &b, const QString &anlass)
 {
-    const bool neuKritisch = b.art == u"krit"_s && (!letzte || letzte->art != u"krit"_s);
+    const bool neuKritisch = b.art == u"krit"_s && (!letzte_ || letzte_->art != u"krit"_s);
     // In the dock or task bar the window shows nothing to anybody.
     const bool imBlick = fensterSichtbar() && !fenster_->isMinimized();
     if (!imBlick && !b.offline && (anlass == u"nachher"_s || neuKritisch)) {
         mitteilen(b.titel, b.detail, std::nullopt);
     }
-    letzte = b;
-    adapter.statusobjekt.symbolSetzen(symbol(b.offline ? u"grau"_s : b.art));
+    letzte_ = b;
+    adapter_.statusobjekt.symbolSetzen(symbol(b.offline ? u"grau"_s : b.art));
     setzeStatus(b.offline ? b.titel + u" (offline)"_s : b.titel);
 }
 
 void Steuerung::setzeStatus(const QString &zeile)
 {
-    menue.kopfSetzen(zeile + u"   ("_s + adapter.uhr.jetzt().toString(u"HH:mm"_s) + u')');
-    adapter.statusobjekt.hinweisSetzen(u"kalvaro – "_s + zeile);
+    menue_.kopfSetzen(zeile + u"   ("_s + adapter_.uhr.jetzt().toString(u"HH:mm"_s) + u')');
+    adapter_.statusobjekt.hinweisSetzen(u"kalvaro – "_s + zeile);
 }
 
 void Steuerung::mitteilen(const QString &titel, const QString &inhalt,
                           const std::optional<QString> &ziel)
 {
-    adapter.mitteilungen.mitteilen(titel, inhalt, ziel);
+    adapter_.mitteilungen.mitteilen(titel, inhalt, ziel);
 }
 
 void Steuerung::updateAnbieten(const Bewertung &b)
@@ -137,42 +137,42 @@ void Steuerung::updateAnbieten(const Bewertung &b)
     if (!b.neueVersion || !b.updateAdresse) {
         return;
     }
-    updateAdresse = b.updateAdresse;
-    menue.updateZeigen(*b.neueVersion);
+    updateAdresse_ = b.updateAdresse;
+    menue_.updateZeigen(*b.neueVersion);
     // With the date: the version is announced again on each later day, once a day.
     const QString schluessel =
-        *b.neueVersion + u'|' + adapter.uhr.jetzt().toString(u"yyyy-MM-dd"_s);
-    if (einst.updateGemeldet == schluessel) {
+        *b.neueVersion + u'|' + adapter_.uhr.jetzt().toString(u"yyyy-MM-dd"_s);
+    if (einst_.updateGemeldet == schluessel) {
         return;
     }
-    einst.updateGemeldet = schluessel;
-    einst.speichern();
+    einst_.updateGemeldet = schluessel;
+    einst_.speichern();
     protokoll(u"neue Version "_s + *b.neueVersion + u" gemeldet"_s);
     mitteilen(u"Neue kalvaro-Version "_s + *b.neueVersion,
               u"Hier klicken zum Herunterladen. Der Installer ersetzt die alte Version, deine "
               "Einstellungen bleiben erhalten."_s,
-              updateAdresse);
+              updateAdresse_);
 }
 
 void Steuerung::updateOeffnen(const QString &adresse)
 {
     if (const auto url = updateUrl(adresse)) {
-        adapter.arbeitsplatz.oeffnen(*url);
+        adapter_.arbeitsplatz.oeffnen(*url);
     }
 }
 
 Hauptfenster &Steuerung::fensterBereit()
 {
     if (!fenster_) {
-        const Umgebung umgebung{zentrale,
-                                einst,
-                                adapter.uhr,
-                                adapter.rekordbox,
-                                adapter.arbeitsplatz,
-                                adapter.anmeldestart};
+        const Umgebung umgebung{zentrale_,
+                                einst_,
+                                adapter_.uhr,
+                                adapter_.rekordbox,
+                                adapter_.arbeitsplatz,
+                                adapter_.anmeldestart};
         fenster_ = std::make_unique<Hauptfenster>(umgebung, std::nullopt, this);
-        if (beimAnlegen) {
-            beimAnlegen(*fenster_);
+        if (beimAnlegen_) {
+            beimAnlegen_(*fenster_);
         }
     }
     return *fenster_;
@@ -191,18 +191,18 @@ bool Steuerung::fensterSichtbar() const
 void Steuerung::nachholenWennNoetig()
 {
     const bool offenGeblieben =
-        letzte && (letzte->offline || letzte->titel == u"Cloud ist beschäftigt"_s);
-    if (offenGeblieben && !adapter.rekordbox.laeuft()) {
+        letzte_ && (letzte_->offline || letzte_->titel == u"Cloud ist beschäftigt"_s);
+    if (offenGeblieben && !adapter_.rekordbox.laeuft()) {
         abgleich(u"nachholen"_s, {});
     }
 }
 
 void Steuerung::aufgewacht()
 {
-    const auto platz = weckabgleiche.insert(weckabgleiche.end(), nullptr);
-    *platz = adapter.uhr.nach(weckverzug, [this, platz] {
-        weckabgleiche.erase(platz);
-        if (!adapter.rekordbox.laeuft()) {
+    const auto platz = weckabgleiche_.insert(weckabgleiche_.end(), nullptr);
+    *platz = adapter_.uhr.nach(weckverzug, [this, platz] {
+        weckabgleiche_.erase(platz);
+        if (!adapter_.rekordbox.laeuft()) {
             abgleich(u"aufgewacht"_s, {});
         }
     });

@@ -69,27 +69,27 @@ private:
     void menueBeenden();
 
     // Constant after construction.
-    const Adapter adapter;
-    const Fensterruf beimAnlegen;
+    const Adapter adapter_;
+    const Fensterruf beimAnlegen_;
 
-    Zentrale zentrale;
-    Einstellungen einst;
-    Statusmenue menue;
-    Rekordboxwache wache;
+    Zentrale zentrale_;
+    Einstellungen einst_;
+    Statusmenue menue_;
+    Rekordboxwache wache_;
     std::unique_ptr<Hauptfenster> fenster_;
 
     // The queue.
-    bool laeuftGerade = false;
-    std::vector<std::function<void(const Bewertung &)>> wartende;
-    std::optional<Bewertung> letzte;
+    bool laeuftGerade_ = false;
+    std::vector<std::function<void(const Bewertung &)>> wartende_;
+    std::optional<Bewertung> letzte_;
 
-    std::optional<QString> updateAdresse;
-    bool startPruefungLaeuft = false;
+    std::optional<QString> updateAdresse_;
+    bool startPruefungLaeuft_ = false;
 
-    Weckruf wachtakt;
-    Weckruf nachholtakt;
-    Weckruf anmeldeabgleich;
-    std::list<Weckruf> weckabgleiche; // one for each time the computer woke, until it is due
+    Weckruf wachtakt_;
+    Weckruf nachholtakt_;
+    Weckruf anmeldeabgleich_;
+    std::list<Weckruf> weckabgleiche_; // one for each time the computer woke, until it is due
 };
 
 } // namespace kalvaro

@@ -16,41 +16,41 @@ using namespace Qt::StringLiterals;
 
 void Steuerung::menueVerbinden()
 {
-    connect(&menue, &QMenu::aboutToShow, this,
-            [this] { menue.anmeldungSetzen(adapter.anmeldestart.an()); });
-    connect(&menue, &Statusmenue::oeffnen, this, [this] { zeigen(true); });
-    connect(&menue, &Statusmenue::abgleichen, this, [this] { abgleich(u"hand"_s, {}); });
-    connect(&menue, &Statusmenue::rekordbox, this, &Steuerung::menueRekordbox);
-    connect(&menue, &Statusmenue::anmeldung, this, [this] {
-        adapter.anmeldestart.setzen(!adapter.anmeldestart.an());
-        menue.anmeldungSetzen(adapter.anmeldestart.an());
+    connect(&menue_, &QMenu::aboutToShow, this,
+            [this] { menue_.anmeldungSetzen(adapter_.anmeldestart.an()); });
+    connect(&menue_, &Statusmenue::oeffnen, this, [this] { zeigen(true); });
+    connect(&menue_, &Statusmenue::abgleichen, this, [this] { abgleich(u"hand"_s, {}); });
+    connect(&menue_, &Statusmenue::rekordbox, this, &Steuerung::menueRekordbox);
+    connect(&menue_, &Statusmenue::anmeldung, this, [this] {
+        adapter_.anmeldestart.setzen(!adapter_.anmeldestart.an());
+        menue_.anmeldungSetzen(adapter_.anmeldestart.an());
     });
-    connect(&menue, &Statusmenue::update, this, [this] {
-        if (updateAdresse) {
-            updateOeffnen(*updateAdresse);
+    connect(&menue_, &Statusmenue::update, this, [this] {
+        if (updateAdresse_) {
+            updateOeffnen(*updateAdresse_);
         }
     });
-    connect(&menue, &Statusmenue::beenden, this, &Steuerung::menueBeenden);
+    connect(&menue_, &Statusmenue::beenden, this, &Steuerung::menueBeenden);
 }
 
 void Steuerung::wacheVerbinden()
 {
-    connect(&wache, &Rekordboxwache::gestartet, this, &Steuerung::rekordboxGestartet);
-    connect(&wache, &Rekordboxwache::geschlossen, this,
+    connect(&wache_, &Rekordboxwache::gestartet, this, &Steuerung::rekordboxGestartet);
+    connect(&wache_, &Rekordboxwache::geschlossen, this,
             [this] { setzeStatus(u"rekordbox beendet – warte aufs Speichern"_s); });
-    connect(&wache, &Rekordboxwache::beendet, this, &Steuerung::rekordboxBeendet);
+    connect(&wache_, &Rekordboxwache::beendet, this, &Steuerung::rekordboxBeendet);
 }
 
 void Steuerung::rekordboxGestartet()
 {
     protokoll(u"rekordbox gestartet"_s);
     setzeStatus(u"rekordbox läuft"_s);
-    adapter.statusobjekt.symbolSetzen(u"icloud"_s);
+    adapter_.statusobjekt.symbolSetzen(u"icloud"_s);
     if (fensterSichtbar()) {
         fenster_->rekordboxLaeuftAnzeigen();
     }
-    zentrale.anfrage(
-        standAnfragen(zentrale.konto().geraet), this, [this](const Zentrale::Antwort &stand) {
+    zentrale_.anfrage(
+        standAnfragen(zentrale_.konto().geraet), this, [this](const Zentrale::Antwort &stand) {
             // The server may name the truth as a boolean, a number or a text.
             const QString ausstehend = stand ? text(*stand, u"ausstehend") : QString();
             if (ausstehend == u"1"_s || ausstehend == u"true"_s) {
@@ -79,23 +79,23 @@ void Steuerung::rekordboxBeendet()
 
 void Steuerung::menueRekordbox()
 {
-    const auto i = Rekordbox::gewaehlt(adapter.rekordbox.installationen(), einst);
-    if (!i || adapter.rekordbox.hauptLaeuft() || startPruefungLaeuft) {
+    const auto i = Rekordbox::gewaehlt(adapter_.rekordbox.installationen(), einst_);
+    if (!i || adapter_.rekordbox.hauptLaeuft() || startPruefungLaeuft_) {
         return;
     }
-    startPruefungLaeuft = true;
-    startPruefen(zentrale, this, [this](const Startpruefung &p) {
-        startPruefungLaeuft = false;
+    startPruefungLaeuft_ = true;
+    startPruefen(zentrale_, this, [this](const Startpruefung &p) {
+        startPruefungLaeuft_ = false;
         startpruefungFertig(p.noetig, p.hinweis);
     });
 }
 
 void Steuerung::startpruefungFertig(bool noetig, const std::optional<QString> &hinweis)
 {
-    if (adapter.rekordbox.hauptLaeuft()) {
+    if (adapter_.rekordbox.hauptLaeuft()) {
         return;
     }
-    const auto i = Rekordbox::gewaehlt(adapter.rekordbox.installationen(), einst);
+    const auto i = Rekordbox::gewaehlt(adapter_.rekordbox.installationen(), einst_);
     if (!i) {
         return;
     }
@@ -107,7 +107,7 @@ void Steuerung::startpruefungFertig(bool noetig, const std::optional<QString> &h
     if (hinweis) {
         mitteilen(u"rekordbox startet"_s, *hinweis, std::nullopt);
     }
-    adapter.arbeitsplatz.starten(i->url.toLocalFile(), this, [](const auto &) {});
+    adapter_.arbeitsplatz.starten(i->url.toLocalFile(), this, [](const auto &) {});
     protokoll(u"rekordbox "_s + i->version + u" gestartet"_s);
 }
 

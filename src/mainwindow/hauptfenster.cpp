@@ -28,20 +28,20 @@ constexpr Sekunden bildverzug{0.4};
 } // namespace
 
 Hauptfenster::Hauptfenster(const Umgebung &welt, std::optional<QString> bild, Treiber *treiber)
-    : umgebung(welt)
-    , bildPfad(std::move(bild))
-    , steuerung(treiber)
+    : umgebung_(welt)
+    , bildPfad_(std::move(bild))
+    , steuerung_(treiber)
 {
     aufbauen();
 }
 
 void Hauptfenster::oeffnen(bool mitAbgleich)
 {
-    umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Regulaer);
-    installationen = umgebung.rekordbox.installationen();
+    umgebung_.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Regulaer);
+    installationen_ = umgebung_.rekordbox.installationen();
     nachVorn();
     startKnopfAktualisieren();
-    if (umgebung.rekordbox.laeuft()) {
+    if (umgebung_.rekordbox.laeuft()) {
         rekordboxLaeuftAnzeigen();
     } else if (mitAbgleich) {
         abgleichen(u"vorstart"_s, true, {});
@@ -61,14 +61,14 @@ void Hauptfenster::nachVorn()
 void Hauptfenster::starten()
 {
     nachVorn();
-    installationen = umgebung.rekordbox.installationen();
+    installationen_ = umgebung_.rekordbox.installationen();
     startKnopfAktualisieren();
     abgleichen(u"hand"_s, false, [this] {
-        if (!bildPfad) {
+        if (!bildPfad_) {
             return;
         }
-        bildVerzug = umgebung.uhr.nach(bildverzug, [this] {
-            bildSpeichern(ganz, *bildPfad);
+        bildVerzug_ = umgebung_.uhr.nach(bildverzug, [this] {
+            bildSpeichern(ganz_, *bildPfad_);
             QCoreApplication::quit();
         });
     });
@@ -88,11 +88,11 @@ void Hauptfenster::abgleichen(const QString &anlass, bool autostartErlaubt,
     }
     beschaeftigt_ = true;
     countdownStopp();
-    lnkAbgleich->setEnabled(false);
-    if (umgebung.rekordbox.laeuft()) {
+    lnkAbgleich_->setEnabled(false);
+    if (umgebung_.rekordbox.laeuft()) {
         rekordboxLaeuftAnzeigen();
         beschaeftigt_ = false;
-        lnkAbgleich->setEnabled(true);
+        lnkAbgleich_->setEnabled(true);
         rufen();
         return;
     }
@@ -106,12 +106,12 @@ void Hauptfenster::abgleichen(const QString &anlass, bool autostartErlaubt,
         }
     };
     const auto selbst = [this, anlass, abschluss] {
-        bewerten(umgebung.zentrale, anlass, this, abschluss);
+        bewerten(umgebung_.zentrale, anlass, this, abschluss);
     };
-    if (steuerung) {
+    if (steuerung_) {
         // A driver that goes takes the answer with it; then the window asks itself.
-        treiberWeg = connect(steuerung, &QObject::destroyed, this, selbst);
-        steuerung->abgleich(anlass, abschluss);
+        treiberWeg_ = connect(steuerung_, &QObject::destroyed, this, selbst);
+        steuerung_->abgleich(anlass, abschluss);
     } else {
         selbst();
     }
@@ -119,20 +119,20 @@ void Hauptfenster::abgleichen(const QString &anlass, bool autostartErlaubt,
 
 void Hauptfenster::abgeschlossen(const Bewertung &b, bool autostartErlaubt)
 {
-    disconnect(treiberWeg);
+    disconnect(treiberWeg_);
     ergebnisAnzeigen(b);
     beschaeftigt_ = false;
-    lnkAbgleich->setEnabled(true);
+    lnkAbgleich_->setEnabled(true);
     // Nothing counts down in a window that the user has put away meanwhile.
-    if (autostartErlaubt && umgebung.einst.autostart && b.startbar &&
-        !umgebung.rekordbox.laeuft() && gewaehlt() && isVisible()) {
-        countdown->start(u"start"_s, countdownSekunden);
+    if (autostartErlaubt && umgebung_.einst.autostart && b.startbar &&
+        !umgebung_.rekordbox.laeuft() && gewaehlt() && isVisible()) {
+        countdown_->start(u"start"_s, countdownSekunden);
     }
 }
 
 void Hauptfenster::zeige(const QString &art, const QString &titel, const QString &detail)
 {
-    karteStatus->zeige(art, titel, detail);
+    karteStatus_->zeige(art, titel, detail);
 }
 
 void Hauptfenster::ladenAnzeigen(const QString &titel)
@@ -142,13 +142,13 @@ void Hauptfenster::ladenAnzeigen(const QString &titel)
 
 void Hauptfenster::anzeigen(const Bewertung &b)
 {
-    letzte = b;
+    letzte_ = b;
     if (b.neueVersion && b.updateAdresse) {
-        karteUpdate->zeige(*b.neueVersion, *b.updateAdresse);
+        karteUpdate_->zeige(*b.neueVersion, *b.updateAdresse);
     }
     zeige(b.art, b.titel, b.detail);
-    karteStatus->betriebZeigen(b.betrieb);
-    karteZahlen->zeige(b.antwort, freiAufMac(), umgebung.uhr.jetzt());
+    karteStatus_->betriebZeigen(b.betrieb);
+    karteZahlen_->zeige(b.antwort, freiAufMac(), umgebung_.uhr.jetzt());
     Q_EMIT angezeigt(b);
 }
 
@@ -169,56 +169,56 @@ void Hauptfenster::rekordboxLaeuftAnzeigen()
 void Hauptfenster::startKnopfAktualisieren()
 {
     const auto i = gewaehlt();
-    const bool laeuft = i && umgebung.rekordbox.hauptLaeuft();
+    const bool laeuft = i && umgebung_.rekordbox.hauptLaeuft();
     const QString titel = !i       ? u"rekordbox nicht gefunden"_s
                           : laeuft ? u"rekordbox läuft"_s
                                    : u"rekordbox "_s + i->version + u" starten"_s;
-    titelSetzen(*knStart, titel);
-    knStart->setEnabled(i && !laeuft);
+    titelSetzen(*knStart_, titel);
+    knStart_->setEnabled(i && !laeuft);
 }
 
 void Hauptfenster::verstecken()
 {
     countdownStopp();
     hide();
-    umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Zubehoer);
+    umgebung_.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Zubehoer);
 }
 
 std::optional<Installation> Hauptfenster::gewaehlt() const
 {
-    return Rekordbox::gewaehlt(installationen, umgebung.einst);
+    return Rekordbox::gewaehlt(installationen_, umgebung_.einst);
 }
 
 void Hauptfenster::einstellungenOeffnen()
 {
     countdownStopp();
-    if (einstellungen) {
-        einstellungen->raise();
+    if (einstellungen_) {
+        einstellungen_->raise();
         return;
     }
-    einstellungen =
-        new EinstellungenFenster({umgebung.zentrale, umgebung.einst, umgebung.anmeldestart,
-                                  installationen, letzte ? letzte->betrieb : QString()},
+    einstellungen_ =
+        new EinstellungenFenster({umgebung_.zentrale, umgebung_.einst, umgebung_.anmeldestart,
+                                  installationen_, letzte_ ? letzte_->betrieb : QString()},
                                  this);
-    einstellungen->setAttribute(Qt::WA_DeleteOnClose);
-    connect(einstellungen, &QDialog::finished, this, [this](int ergebnis) {
+    einstellungen_->setAttribute(Qt::WA_DeleteOnClose);
+    connect(einstellungen_, &QDialog::finished, this, [this](int ergebnis) {
         if (ergebnis == QDialog::Accepted) {
-            cbAuto->setChecked(umgebung.einst.autostart);
+            cbAuto_->setChecked(umgebung_.einst.autostart);
             startKnopfAktualisieren();
         }
-        einstellungen.clear();
+        einstellungen_.clear();
     });
-    einstellungen->open();
-    einstellungen->laden();
+    einstellungen_->open();
+    einstellungen_->laden();
 }
 
 void Hauptfenster::closeEvent(QCloseEvent *event)
 {
     // Never refused: a refused close would hold up the end of the session.
     event->accept();
-    if (!steuerung) {
+    if (!steuerung_) {
         QCoreApplication::quit();
-    } else if (!endgueltig) {
+    } else if (!endgueltig_) {
         verstecken();
     }
 }

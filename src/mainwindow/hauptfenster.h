@@ -101,7 +101,7 @@ public:
     void menueleisteSetzen(QMenuBar *leiste);
 
     // From now on closing the window really closes it: the program is ending.
-    void endgueltigSchliessen() { endgueltig = true; }
+    void endgueltigSchliessen() { endgueltig_ = true; }
 
 Q_SIGNALS:
     // The user wants to know what this program is.
@@ -134,27 +134,27 @@ private:
     void einstellungenOeffnen();
 
     // Constant after construction.
-    const Umgebung umgebung;
-    const std::optional<QString> bildPfad;
-    const QPointer<Treiber> steuerung;
+    const Umgebung umgebung_;
+    const std::optional<QString> bildPfad_;
+    const QPointer<Treiber> steuerung_;
 
     Aktionen aktionen_;
-    Grund *ganz = nullptr; // the content, as it stands in a picture
-    Updatekarte *karteUpdate = nullptr;
-    Statuskarte *karteStatus = nullptr;
-    Zahlenkarte *karteZahlen = nullptr;
-    Startknopf *knStart = nullptr;
-    Countdown *countdown = nullptr;
-    Haken *cbAuto = nullptr;
-    Verweis *lnkAbgleich = nullptr;
+    Grund *ganz_ = nullptr; // the content, as it stands in a picture
+    Updatekarte *karteUpdate_ = nullptr;
+    Statuskarte *karteStatus_ = nullptr;
+    Zahlenkarte *karteZahlen_ = nullptr;
+    Startknopf *knStart_ = nullptr;
+    Countdown *countdown_ = nullptr;
+    Haken *cbAuto_ = nullptr;
+    Verweis *lnkAbgleich_ = nullptr;
 
-    QList<Installation> installationen; // read anew whenever the window comes forward
-    std::optional<Bewertung> letzte;    // the last outcome shown
+    QList<Installation> installationen_; // read anew whenever the window comes forward
+    std::optional<Bewertung> letzte_;    // the last outcome shown
     bool beschaeftigt_ = false;
-    QMetaObject::Connection treiberWeg; // while a sync of the driver's is awaited
-    bool endgueltig = false;
-    QPointer<EinstellungenFenster> einstellungen; // the sheet, while it is open
-    Weckruf bildVerzug;
+    QMetaObject::Connection treiberWeg_; // while a sync of the driver's is awaited
+    bool endgueltig_ = false;
+    QPointer<EinstellungenFenster> einstellungen_; // the sheet, while it is open
+    Weckruf bildVerzug_;
 };
 
 } // namespace kalvaro

@@ -63,23 +63,23 @@ void Hauptfenster::aufbauen()
     setObjectName(u"hauptfenster"_s);
     setAccessibleName(u"kalvaro"_s);
 
-    ganz = new Grund;
-    ganz->setObjectName(u"ganz"_s);
-    karteUpdate = new Updatekarte;
-    karteStatus = new Statuskarte(umgebung.uhr);
-    karteZahlen = new Zahlenkarte;
-    auto *const reihe = new QVBoxLayout(ganz);
+    ganz_ = new Grund;
+    ganz_->setObjectName(u"ganz"_s);
+    karteUpdate_ = new Updatekarte;
+    karteStatus_ = new Statuskarte(umgebung_.uhr);
+    karteZahlen_ = new Zahlenkarte;
+    auto *const reihe = new QVBoxLayout(ganz_);
     reihe->setContentsMargins(24, 20, 24, 16);
     reihe->setSpacing(14);
     for (QWidget *teil :
-         {kopfzeile(), static_cast<QWidget *>(karteUpdate), static_cast<QWidget *>(karteStatus),
-          static_cast<QWidget *>(karteZahlen), startbereich(), fusszeile()}) {
+         {kopfzeile(), static_cast<QWidget *>(karteUpdate_), static_cast<QWidget *>(karteStatus_),
+          static_cast<QWidget *>(karteZahlen_), startbereich(), fusszeile()}) {
         reihe->addWidget(teil);
     }
     reihe->addStretch();
-    connect(karteUpdate, &Updatekarte::gedrueckt, this, [this](const QString &adresse) {
+    connect(karteUpdate_, &Updatekarte::gedrueckt, this, [this](const QString &adresse) {
         if (const auto url = updateUrl(adresse)) {
-            umgebung.arbeitsplatz.oeffnen(*url);
+            umgebung_.arbeitsplatz.oeffnen(*url);
         }
     });
 
@@ -88,15 +88,15 @@ void Hauptfenster::aufbauen()
     rollbereich->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     rollbereich->setWidgetResizable(true);
     rollbereich->setFocusPolicy(Qt::NoFocus);
-    rollbereich->setWidget(ganz);
+    rollbereich->setWidget(ganz_);
     auto *const rahmen = new QVBoxLayout(this);
     rahmen->setContentsMargins(0, 0, 0, 0);
     rahmen->addWidget(rollbereich);
 
-    ganz->installEventFilter(this);
+    ganz_->installEventFilter(this);
     aktionenAnlegen();
     zeige(u"laden"_s, u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
-    knStart->setFocus();
+    knStart_->setFocus();
     groesseAnpassen();
     move(screen()->availableGeometry().center() - rect().center());
 }
@@ -105,7 +105,7 @@ QWidget *Hauptfenster::kopfzeile() const
 {
     Beschriftung *const name = beschriftung(u"kalvaro"_s, 26, QFont::Bold);
     Beschriftung *const zeile =
-        beschriftung(u"rekordbox-Bibliothek · "_s + umgebung.zentrale.konto().name, 12.5,
+        beschriftung(u"rekordbox-Bibliothek · "_s + umgebung_.zentrale.konto().name, 12.5,
                      QFont::Normal, Farbe::sekundaer);
     zeile->setObjectName(u"lblKonto"_s);
     QWidget *const texte = stapel({name, zeile}, Qt::Vertical, 0);
@@ -116,24 +116,24 @@ QWidget *Hauptfenster::kopfzeile() const
 
 QWidget *Hauptfenster::startbereich()
 {
-    knStart = new Startknopf(u"rekordbox starten"_s);
-    knStart->setObjectName(u"knStart"_s);
-    connect(knStart, &QPushButton::clicked, this, &Hauptfenster::rekordboxStarten);
+    knStart_ = new Startknopf(u"rekordbox starten"_s);
+    knStart_->setObjectName(u"knStart"_s);
+    connect(knStart_, &QPushButton::clicked, this, &Hauptfenster::rekordboxStarten);
 
-    countdown = new Countdown(umgebung.uhr);
-    connect(countdown, &Countdown::abgelaufen, this, [this](const QString &art) {
+    countdown_ = new Countdown(umgebung_.uhr);
+    connect(countdown_, &Countdown::abgelaufen, this, [this](const QString &art) {
         if (art == u"start"_s) {
             rekordboxStarten();
         }
     });
 
-    cbAuto = new Haken(u"rekordbox beim Öffnen automatisch starten\n"
-                       "(5 Sekunden, nachdem der Abgleich fertig ist)"_s);
-    cbAuto->setObjectName(u"cbAuto"_s);
-    cbAuto->setChecked(umgebung.einst.autostart);
-    connect(cbAuto, &QCheckBox::clicked, this, &Hauptfenster::autoGeaendert);
+    cbAuto_ = new Haken(u"rekordbox beim Öffnen automatisch starten\n"
+                        "(5 Sekunden, nachdem der Abgleich fertig ist)"_s);
+    cbAuto_->setObjectName(u"cbAuto"_s);
+    cbAuto_->setChecked(umgebung_.einst.autostart);
+    connect(cbAuto_, &QCheckBox::clicked, this, &Hauptfenster::autoGeaendert);
 
-    return stapel({knStart, countdown, cbAuto}, Qt::Vertical, 10);
+    return stapel({knStart_, countdown_, cbAuto_}, Qt::Vertical, 10);
 }
 
 QWidget *Hauptfenster::fusszeile()
@@ -141,9 +141,9 @@ QWidget *Hauptfenster::fusszeile()
     Verweis *const lnkEinstellungen =
         verweis(u"Einstellungen …"_s, this, [this] { einstellungenOeffnen(); });
     lnkEinstellungen->setObjectName(u"lnkEinstellungen"_s);
-    lnkAbgleich =
+    lnkAbgleich_ =
         verweis(u"Jetzt abgleichen"_s, this, [this] { abgleichen(u"hand"_s, false, {}); });
-    lnkAbgleich->setObjectName(u"lnkAbgleich"_s);
+    lnkAbgleich_->setObjectName(u"lnkAbgleich"_s);
     Beschriftung *const version =
         beschriftung(u"Version "_s + VERSION, 11, QFont::Normal, Farbe::tertiaer);
     version->setObjectName(u"lblVersion"_s);
@@ -153,7 +153,7 @@ QWidget *Hauptfenster::fusszeile()
     layout->setContentsMargins(0, 2, 0, 0);
     layout->setSpacing(22);
     layout->addWidget(lnkEinstellungen);
-    layout->addWidget(lnkAbgleich);
+    layout->addWidget(lnkAbgleich_);
     layout->addStretch();
     layout->addWidget(version);
     return zeile;
@@ -170,15 +170,15 @@ void Hauptfenster::aktionenAnlegen()
     };
     aktionen_.ueber = anlegen(u"Über kalvaro"_s, {}, [this] { Q_EMIT ueberGewuenscht(); });
     aktionen_.ausblenden = anlegen(u"kalvaro ausblenden"_s, Qt::CTRL | Qt::Key_H, [this] {
-        if (steuerung) {
+        if (steuerung_) {
             verstecken();
         } else {
             showMinimized();
         }
     });
     aktionen_.beenden = anlegen(u"kalvaro beenden"_s, Qt::CTRL | Qt::Key_Q, [this] {
-        if (steuerung) {
-            steuerung->beenden();
+        if (steuerung_) {
+            steuerung_->beenden();
         } else {
             close();
         }
@@ -200,7 +200,7 @@ void Hauptfenster::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
         if (!event->isAutoRepeat()) {
-            knStart->click();
+            knStart_->click();
         }
         break;
     case Qt::Key_Escape:
@@ -213,7 +213,7 @@ void Hauptfenster::keyPressEvent(QKeyEvent *event)
 
 bool Hauptfenster::eventFilter(QObject *objekt, QEvent *event)
 {
-    if (objekt == ganz && event->type() == QEvent::LayoutRequest) {
+    if (objekt == ganz_ && event->type() == QEvent::LayoutRequest) {
         groesseAnpassen();
     }
     return QWidget::eventFilter(objekt, event);
@@ -226,8 +226,8 @@ void Hauptfenster::groesseAnpassen()
     constexpr int titelleiste = 40; // what a desktop may put around the window
     const QWidget *const leisteOben = layout()->menuBar();
     const int menue = leisteOben != nullptr ? leisteOben->sizeHint().height() : 0;
-    const int breite = std::max(fensterbreite, ganz->layout()->totalMinimumSize().width());
-    const int inhalt = ganz->layout()->totalHeightForWidth(breite);
+    const int breite = std::max(fensterbreite, ganz_->layout()->totalMinimumSize().width());
+    const int inhalt = ganz_->layout()->totalHeightForWidth(breite);
     const int platz = screen()->availableGeometry().height() - titelleiste - menue;
     const auto *const rollbereich = findChild<QScrollArea *>();
     const int leiste = inhalt > platz ? rollbereich->verticalScrollBar()->sizeHint().width() : 0;

@@ -19,14 +19,14 @@ using namespace Qt::StringLiterals;
 
 void Hauptfenster::countdownStopp()
 {
-    countdown->stopp();
+    countdown_->stopp();
 }
 
 void Hauptfenster::autoGeaendert()
 {
-    umgebung.einst.autostart = cbAuto->isChecked();
-    umgebung.einst.speichern();
-    if (!umgebung.einst.autostart && countdown->countdownArt() == u"start"_s) {
+    umgebung_.einst.autostart = cbAuto_->isChecked();
+    umgebung_.einst.speichern();
+    if (!umgebung_.einst.autostart && countdown_->countdownArt() == u"start"_s) {
         countdownStopp();
     }
 }
@@ -37,18 +37,18 @@ void Hauptfenster::rekordboxStarten()
     if (beschaeftigt_ || !gewaehlt()) {
         return;
     }
-    if (umgebung.rekordbox.hauptLaeuft()) {
+    if (umgebung_.rekordbox.hauptLaeuft()) {
         rekordboxJetztStarten();
         return;
     }
     beschaeftigt_ = true;
-    knStart->setEnabled(false);
-    lnkAbgleich->setEnabled(false);
+    knStart_->setEnabled(false);
+    lnkAbgleich_->setEnabled(false);
     zeige(u"laden"_s, u"Letzter Blick in die Cloud …"_s,
           u"kalvaro prüft, ob seit dem Abgleich etwas dazukam"_s);
-    startPruefen(umgebung.zentrale, this, [this](const Startpruefung &p) {
+    startPruefen(umgebung_.zentrale, this, [this](const Startpruefung &p) {
         beschaeftigt_ = false;
-        lnkAbgleich->setEnabled(true);
+        lnkAbgleich_->setEnabled(true);
         startKnopfAktualisieren();
         startpruefungFertig(p.noetig, p.hinweis);
     });
@@ -60,11 +60,11 @@ void Hauptfenster::startpruefungFertig(bool noetig, const std::optional<QString>
         abgleichen(u"vorstart"_s, false, [this] { startenWennErlaubt(); });
         return;
     }
-    if (letzte) {
-        anzeigen(*letzte);
+    if (letzte_) {
+        anzeigen(*letzte_);
     }
-    if (hinweis && steuerung) {
-        steuerung->mitteilen(u"rekordbox startet"_s, *hinweis, std::nullopt);
+    if (hinweis && steuerung_) {
+        steuerung_->mitteilen(u"rekordbox startet"_s, *hinweis, std::nullopt);
     }
     rekordboxJetztStarten();
 }
@@ -79,7 +79,7 @@ void Hauptfenster::startenNachAbgleich()
 // After a sync before a start.
 void Hauptfenster::startenWennErlaubt()
 {
-    if (letzte && letzte->startbar && !umgebung.rekordbox.laeuft()) {
+    if (letzte_ && letzte_->startbar && !umgebung_.rekordbox.laeuft()) {
         rekordboxJetztStarten();
     }
 }
@@ -91,8 +91,8 @@ void Hauptfenster::rekordboxJetztStarten()
     if (!i) {
         return;
     }
-    if (!umgebung.rekordbox.hauptLaeuft()) {
-        umgebung.arbeitsplatz.starten(
+    if (!umgebung_.rekordbox.hauptLaeuft()) {
+        umgebung_.arbeitsplatz.starten(
             i->url.toLocalFile(), this, [this](const std::optional<QString> &fehler) {
                 if (fehler) {
                     hinweisfenster(u"rekordbox ließ sich nicht starten"_s, *fehler, this)->open();
@@ -102,9 +102,9 @@ void Hauptfenster::rekordboxJetztStarten()
     }
     rekordboxLaeuftAnzeigen();
     // The new process may not be counted yet.
-    titelSetzen(*knStart, u"rekordbox läuft"_s);
-    knStart->setEnabled(false);
-    if (steuerung) {
+    titelSetzen(*knStart_, u"rekordbox läuft"_s);
+    knStart_->setEnabled(false);
+    if (steuerung_) {
         verstecken();
     } else {
         showMinimized();

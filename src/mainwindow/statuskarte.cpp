@@ -54,41 +54,41 @@ const Aussehen &aussehen(const QString &art)
 
 Statuskarte::Statuskarte(Uhr &zeit, QWidget *parent)
     : Karte(parent)
-    , uhr(zeit)
-    , bildZeichen(new Zeichen(zeichengroesse))
-    , rad(new Rad(zeit))
-    , lblTitel(beschriftung({}, 17, QFont::DemiBold))
-    , lblDetail(beschriftung({}, 12, QFont::Normal, Farbe::sekundaer, detailbreite))
-    , pille(new Pille)
+    , uhr_(zeit)
+    , bildZeichen_(new Zeichen(zeichengroesse))
+    , rad_(new Rad(zeit))
+    , lblTitel_(beschriftung({}, 17, QFont::DemiBold))
+    , lblDetail_(beschriftung({}, 12, QFont::Normal, Farbe::sekundaer, detailbreite))
+    , pille_(new Pille)
 {
     setObjectName(u"karteStatus"_s);
-    bildZeichen->setObjectName(u"bildZeichen"_s);
-    rad->setObjectName(u"rad"_s);
-    rad->setFixedSize(zeichengroesse, zeichengroesse);
-    rad->setAccessibleName(u"Vorgang läuft"_s);
-    lblTitel->setObjectName(u"lblTitel"_s);
-    lblTitel->setUmbruch(QWIDGETSIZE_MAX, titelzeilen);
-    lblDetail->setObjectName(u"lblDetail"_s);
-    lblDetail->setUmbruch(detailbreite, detailzeilen);
-    lblDetail->setZeilenhoehe(17);
-    pille->setObjectName(u"pille"_s);
+    bildZeichen_->setObjectName(u"bildZeichen"_s);
+    rad_->setObjectName(u"rad"_s);
+    rad_->setFixedSize(zeichengroesse, zeichengroesse);
+    rad_->setAccessibleName(u"Vorgang läuft"_s);
+    lblTitel_->setObjectName(u"lblTitel"_s);
+    lblTitel_->setUmbruch(QWIDGETSIZE_MAX, titelzeilen);
+    lblDetail_->setObjectName(u"lblDetail"_s);
+    lblDetail_->setUmbruch(detailbreite, detailzeilen);
+    lblDetail_->setZeilenhoehe(17);
+    pille_->setObjectName(u"pille"_s);
 
     auto *const kopf = new QHBoxLayout;
     kopf->setSpacing(10);
-    kopf->addWidget(lblTitel, 1);
-    kopf->addWidget(pille, 0, Qt::AlignTop);
+    kopf->addWidget(lblTitel_, 1);
+    kopf->addWidget(pille_, 0, Qt::AlignTop);
     auto *const texte = new QVBoxLayout;
     texte->setSpacing(3);
     texte->addLayout(kopf);
-    texte->addWidget(lblDetail);
+    texte->addWidget(lblDetail_);
     texte->addStretch();
 
     auto *const inhalt = new QWidget;
     auto *const zeile = new QHBoxLayout(inhalt);
     zeile->setContentsMargins(0, 0, 0, 0);
     zeile->setSpacing(16);
-    zeile->addWidget(bildZeichen, 0, Qt::AlignTop);
-    zeile->addWidget(rad, 0, Qt::AlignTop);
+    zeile->addWidget(bildZeichen_, 0, Qt::AlignTop);
+    zeile->addWidget(rad_, 0, Qt::AlignTop);
     zeile->addLayout(texte, 1);
     einsetzen(inhalt);
     setMinimumHeight(qRound(mindesthoehe * schriftfaktor()));
@@ -100,52 +100,52 @@ void Statuskarte::zeige(const QString &art, const QString &titel, const QString 
     const bool laedt = art == u"laden"_s;
     art_ = art;
     setFuellung(neu.fuellung);
-    lblTitel->setFarbe(neu.schrift);
+    lblTitel_->setFarbe(neu.schrift);
     hintergrundMelden();
 
-    ladeUhr.reset();
-    bildZeichen->setVisible(!laedt);
-    rad->setVisible(laedt);
+    ladeUhr_.reset();
+    bildZeichen_->setVisible(!laedt);
+    rad_->setVisible(laedt);
     if (laedt) {
-        rad->drehen();
-        ladeText = detail;
-        ladeBeginn = uhr.jetzt();
-        ladeUhr = uhr.alle(Sekunden(1), [this] { ladetakt(); });
+        rad_->drehen();
+        ladeText_ = detail;
+        ladeBeginn_ = uhr_.jetzt();
+        ladeUhr_ = uhr_.alle(Sekunden(1), [this] { ladetakt(); });
     } else {
-        rad->anhalten();
-        bildZeichen->setzen(neu.symbol, neu.toenung, titel);
+        rad_->anhalten();
+        bildZeichen_->setzen(neu.symbol, neu.toenung, titel);
     }
-    lblTitel->setText(titel);
-    lblDetail->setText(detail);
+    lblTitel_->setText(titel);
+    lblDetail_->setText(detail);
 
     // Told once for each state; the seconds that follow stay silent.
     const QString punkt = detail.isEmpty() || titel.endsWith(u'…') ? u" "_s : u". "_s;
-    setAccessibleName((titel + punkt + lblDetail->accessibleName()).trimmed());
+    setAccessibleName((titel + punkt + lblDetail_->accessibleName()).trimmed());
     QAccessibleEvent ansage(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&ansage);
 }
 
 void Statuskarte::ladetakt()
 {
-    const qint64 sekunden = std::max<qint64>(0, ladeBeginn.msecsTo(uhr.jetzt()) / 1000);
-    lblDetail->setTextLautlos(ladeText + u"  (%1 s)"_s.arg(sekunden));
+    const qint64 sekunden = std::max<qint64>(0, ladeBeginn_.msecsTo(uhr_.jetzt()) / 1000);
+    lblDetail_->setTextLautlos(ladeText_ + u"  (%1 s)"_s.arg(sekunden));
 }
 
 void Statuskarte::betriebZeigen(const QString &betrieb)
 {
     if (betrieb == u"schatten"_s) {
-        pille->setzen(u"Probebetrieb"_s, Farbe::warn, Farbe::warnWeich);
+        pille_->setzen(u"Probebetrieb"_s, Farbe::warn, Farbe::warnWeich);
     } else if (betrieb == u"scharf"_s) {
-        pille->setzen(u"Aktiv"_s, Farbe::gut, Farbe::gutWeich);
+        pille_->setzen(u"Aktiv"_s, Farbe::gut, Farbe::gutWeich);
     }
 }
 
 // The texts stay readable on the card's colour.
 void Statuskarte::hintergrundMelden()
 {
-    lblTitel->setGrund(grundfarbe());
-    lblDetail->setGrund(grundfarbe());
-    pille->setUnterlage(grundfarbe());
+    lblTitel_->setGrund(grundfarbe());
+    lblDetail_->setGrund(grundfarbe());
+    pille_->setUnterlage(grundfarbe());
 }
 
 void Statuskarte::changeEvent(QEvent *event)

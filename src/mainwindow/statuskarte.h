@@ -35,19 +35,19 @@ private:
     void ladetakt();
     void hintergrundMelden();
 
-    Uhr &uhr;
-    Zeichen *const bildZeichen;
-    Rad *const rad;
-    Beschriftung *const lblTitel;
-    Beschriftung *const lblDetail;
-    Pille *const pille;
+    Uhr &uhr_;
+    Zeichen *const bildZeichen_;
+    Rad *const rad_;
+    Beschriftung *const lblTitel_;
+    Beschriftung *const lblDetail_;
+    Pille *const pille_;
 
     QString art_;
 
     // The loading display.
-    Weckruf ladeUhr;
-    QDateTime ladeBeginn;
-    QString ladeText;
+    Weckruf ladeUhr_;
+    QDateTime ladeBeginn_;
+    QString ladeText_;
 };
 
 } // namespace kalvaro

@@ -26,7 +26,7 @@ protected:
     [[nodiscard]] virtual QByteArray inhalt() const = 0;
 
 private:
-    const QString ort;
+    const QString ort_;
 };
 
 // The per-user agent of launchd(8), a property list as launchd.plist(5) describes it, in
@@ -41,7 +41,7 @@ public:
 private:
     [[nodiscard]] QByteArray inhalt() const override;
 
-    const QString programm;
+    const QString programm_;
 };
 
 } // namespace kalvaro

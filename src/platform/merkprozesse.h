@@ -18,11 +18,11 @@ public:
     explicit Merkprozesse(const Prozesse &ganze);
 
     [[nodiscard]] qsizetype anzahl(const QString &name) const override;
-    [[nodiscard]] QStringList buendel() const override { return quelle.buendel(); }
+    [[nodiscard]] QStringList buendel() const override { return quelle_.buendel(); }
 
 private:
-    const Prozesse &quelle;
-    mutable QHash<QString, qsizetype> gemerkt; // emptied with the next pass
+    const Prozesse &quelle_;
+    mutable QHash<QString, qsizetype> gemerkt_; // emptied with the next pass
 };
 
 } // namespace kalvaro

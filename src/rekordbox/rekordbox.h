@@ -40,8 +40,8 @@ public:
     [[nodiscard]] bool laeuft() const;
 
 private:
-    const Prozesse &prozesse;
-    const QString programmordner;
+    const Prozesse &prozesse_;
+    const QString programmordner_;
 };
 
 } // namespace kalvaro

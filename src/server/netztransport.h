@@ -23,7 +23,7 @@ public:
     void senden(const Netzanfrage &anfrage, QObject *besitzer, Rueckruf fertig) override;
 
 private:
-    Uhr &uhr;
+    Uhr &uhr_;
 };
 
 } // namespace kalvaro

@@ -68,18 +68,18 @@ class Zentrale::Lauf final : public QObject
 public:
     Lauf(Zentrale *client, Auftrag was, QObject *besitzer, Rueckruf ruf)
         : QObject(besitzer)
-        , zentrale(client)
-        , auftrag(std::move(was))
-        , fertig(std::move(ruf))
-        , letzteMeldung(keineAdresse)
+        , zentrale_(client)
+        , auftrag_(std::move(was))
+        , fertig_(std::move(ruf))
+        , letzteMeldung_(keineAdresse)
     {
         connect(client, &QObject::destroyed, this, [this] { delete this; });
         if (client->basis_) {
-            kandidaten.append(*client->basis_);
+            kandidaten_.append(*client->basis_);
         }
         for (const QString &adresse : client->konto_.server) {
-            if (!kandidaten.contains(adresse)) {
-                kandidaten.append(adresse);
+            if (!kandidaten_.contains(adresse)) {
+                kandidaten_.append(adresse);
             }
         }
         QMetaObject::invokeMethod(this, &Lauf::naechster, Qt::QueuedConnection);
@@ -88,17 +88,17 @@ public:
 private:
     void naechster()
     {
-        if (kandidaten.isEmpty()) {
-            beenden(tl::unexpected(ZentraleFehler{true, false, letzteMeldung}));
+        if (kandidaten_.isEmpty()) {
+            beenden(tl::unexpected(ZentraleFehler{true, false, letzteMeldung_}));
             return;
         }
-        kandidat = kandidaten.takeFirst();
-        if (zentrale->basis_ == kandidat) {
+        kandidat_ = kandidaten_.takeFirst();
+        if (zentrale_->basis_ == kandidat_) {
             fragen();
             return;
         }
         const Auftrag probe{.pfad = {}, .zeit = probenzeit};
-        zentrale->roh(kandidat + u"/api/status"_s, probe, this, [this](const auto &ergebnis) {
+        zentrale_->roh(kandidat_ + u"/api/status"_s, probe, this, [this](const auto &ergebnis) {
             if (ergebnis) {
                 fragen();
             } else {
@@ -109,7 +109,7 @@ private:
 
     void fragen()
     {
-        zentrale->roh(kandidat + auftrag.pfad, auftrag, this, [this](const auto &ergebnis) {
+        zentrale_->roh(kandidat_ + auftrag_.pfad, auftrag_, this, [this](const auto &ergebnis) {
             if (ergebnis) {
                 auswerten(*ergebnis);
             } else {
@@ -122,7 +122,7 @@ private:
     {
         const QJsonValue inhalt = alsJson(antwort.daten);
         if (antwort.status == 200) {
-            zentrale->basis_ = kandidat;
+            zentrale_->basis_ = kandidat_;
             beenden(inhalt);
         } else {
             beenden(tl::unexpected(ausStatus(antwort.status, inhalt)));
@@ -135,7 +135,7 @@ private:
             beenden(tl::unexpected(fehler));
             return;
         }
-        zentrale->basis_.reset();
+        zentrale_->basis_.reset();
         if (fehler.zeitUeberschritten) {
             // The server may be working on it: asking another one could start the work twice.
             beenden(tl::unexpected(fehler));
@@ -146,29 +146,29 @@ private:
 
     void weiterNach(const ZentraleFehler &fehler)
     {
-        letzteMeldung = fehler.meldung;
+        letzteMeldung_ = fehler.meldung;
         naechster();
     }
 
     void beenden(const Antwort &antwort)
     {
-        const Rueckruf ruf = std::move(fertig);
+        const Rueckruf ruf = std::move(fertig_);
         deleteLater();
         ruf(antwort);
     }
 
-    Zentrale *const zentrale;
-    const Auftrag auftrag;
-    Rueckruf fertig;
-    QStringList kandidaten; // those not tried yet
-    QString kandidat;       // the one being tried
-    QString letzteMeldung;
+    Zentrale *const zentrale_;
+    const Auftrag auftrag_;
+    Rueckruf fertig_;
+    QStringList kandidaten_; // those not tried yet
+    QString kandidat_;       // the one being tried
+    QString letzteMeldung_;
 };
 
 Zentrale::Zentrale(Konto konto, Transport &weg, QObject *parent)
     : QObject(parent)
     , konto_(std::move(konto))
-    , transport(weg)
+    , transport_(weg)
 {
 }
 
@@ -210,7 +210,7 @@ void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer
         netz.body = QJsonDocument(*auftrag.body).toJson(QJsonDocument::Compact);
         netz.kopf.append(Kopfzeile{"Content-Type", "application/json"});
     }
-    transport.senden(netz, halter, [liefern](const Transport::Ergebnis &e) {
+    transport_.senden(netz, halter, [liefern](const Transport::Ergebnis &e) {
         liefern(Rohergebnis(e.map_error(ausNetz)));
     });
 }

@@ -60,7 +60,7 @@ private:
     class Lauf;
 
     const Konto konto_;
-    Transport &transport;
+    Transport &transport_;
     std::optional<QString> basis_;
 };
 

@@ -35,10 +35,10 @@ int ebene(QModelIndex index)
 
 Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
     : QTreeView(parent)
-    , daten(modell)
+    , daten_(modell)
 {
     baumzugangAnmelden();
-    setModel(&daten);
+    setModel(&daten_);
     setItemDelegate(new Playlistenzeile(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
@@ -50,8 +50,8 @@ Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
     setHorizontalScrollMode(ScrollPerPixel);
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex &index) {
         const int tiefe = ebene(index);
-        if (tiefe > tiefste) {
-            tiefste = tiefe;
+        if (tiefe > tiefste_) {
+            tiefste_ = tiefe;
             breiteAnpassen();
         }
         zustandMelden(index, true);
@@ -62,14 +62,14 @@ Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
 
 void Baumansicht::filtern(const QString &suchwort)
 {
-    const bool vorher = daten.gefiltert();
+    const bool vorher = daten_.gefiltert();
     const int zeile = aktuelle();
     if (!vorher) {
         merken();
     }
-    daten.filtern(suchwort);
-    if (daten.gefiltert()) {
-        tiefste = 0;
+    daten_.filtern(suchwort);
+    if (daten_.gefiltert()) {
+        tiefste_ = 0;
         breiteAnpassen();
         expandAll();
         zeigen(zeile);
@@ -85,7 +85,7 @@ int Baumansicht::aktuelle() const
 
 void Baumansicht::zeigen(int zeile)
 {
-    const QModelIndex ort = daten.zuStelle(zeile);
+    const QModelIndex ort = daten_.zuStelle(zeile);
     if (ort.isValid()) {
         setCurrentIndex(ort);
     }
@@ -93,27 +93,27 @@ void Baumansicht::zeigen(int zeile)
 
 void Baumansicht::merken()
 {
-    offene.clear();
-    rollstand = verticalScrollBar()->value();
-    vorherige = aktuelle();
-    for (int i = 0; i < std::ssize(daten.alle()); ++i) {
-        if (isExpanded(daten.zuStelle(i))) {
-            offene.push_back(i);
+    offene_.clear();
+    rollstand_ = verticalScrollBar()->value();
+    vorherige_ = aktuelle();
+    for (int i = 0; i < std::ssize(daten_.alle()); ++i) {
+        if (isExpanded(daten_.zuStelle(i))) {
+            offene_.push_back(i);
         }
     }
 }
 
 void Baumansicht::wiederherstellen(int zeile)
 {
-    tiefste = 0;
+    tiefste_ = 0;
     breiteAnpassen();
-    for (const int stelle : offene) {
-        expand(daten.zuStelle(stelle));
+    for (const int stelle : offene_) {
+        expand(daten_.zuStelle(stelle));
     }
     executeDelayedItemsLayout();
     zeigen(zeile);
-    if (zeile < 0 || zeile == vorherige) {
-        verticalScrollBar()->setValue(rollstand);
+    if (zeile < 0 || zeile == vorherige_) {
+        verticalScrollBar()->setValue(rollstand_);
     }
 }
 
@@ -135,21 +135,21 @@ void Baumansicht::alleZuklappen()
     if (oberster.isValid()) {
         setCurrentIndex(oberster);
     }
-    tiefste = 0;
+    tiefste_ = 0;
     breiteAnpassen();
 }
 
 void Baumansicht::zeileWaehlen()
 {
     if (!currentIndex().isValid()) {
-        setCurrentIndex(daten.index(0, 0));
+        setCurrentIndex(daten_.index(0, 0));
     }
 }
 
 // Rows far to the right keep a readable width; the tree then scrolls sideways.
 void Baumansicht::breiteAnpassen()
 {
-    header()->setMinimumSectionSize(indentation() * (tiefste + 2) + mindestbreite);
+    header()->setMinimumSectionSize(indentation() * (tiefste_ + 2) + mindestbreite);
 }
 
 // The tree view's own version goes sideways to the column's beginning, where a deep row is not.
@@ -226,7 +226,7 @@ void Baumansicht::contextMenuEvent(QContextMenuEvent *event)
 void Baumansicht::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
-    if (daten.gefiltert() && !daten.hasChildren()) {
+    if (daten_.gefiltert() && !daten_.hasChildren()) {
         QPainter maler(viewport());
         maler.setFont(systemschrift(13));
         maler.setPen(Farbe::sekundaer(palette()));

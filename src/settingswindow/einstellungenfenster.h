@@ -78,21 +78,21 @@ private:
     void eingabenSperren(bool sperren);
     bool eventFilter(QObject *objekt, QEvent *event) override;
 
-    const Umfeld umfeld;
-    Zustand zustand = Zustand::Neu;
-    QSet<QString> vorher; // the choice as loaded
+    const Umfeld umfeld_;
+    Zustand zustand_ = Zustand::Neu;
+    QSet<QString> vorher_; // the choice as loaded
 
-    PlaylistenModell *const modell;
-    QWidget *const eingaben; // everything but the buttons and the line above them
-    QComboBox *const popVersion;
-    Haken *const cbAuto;
-    Haken *const cbAnmeldung;
-    QLineEdit *const suchfeld;
-    Baumansicht *const baum;
-    Beschriftung *const lblInfo;
-    QPushButton *const knAbbrechen;
-    QPushButton *const knSichern;
-    QPointer<QWidget> vorSperre; // had the keyboard when the inputs were locked
+    PlaylistenModell *const modell_;
+    QWidget *const eingaben_; // everything but the buttons and the line above them
+    QComboBox *const popVersion_;
+    Haken *const cbAuto_;
+    Haken *const cbAnmeldung_;
+    QLineEdit *const suchfeld_;
+    Baumansicht *const baum_;
+    Beschriftung *const lblInfo_;
+    QPushButton *const knAbbrechen_;
+    QPushButton *const knSichern_;
+    QPointer<QWidget> vorSperre_; // had the keyboard when the inputs were locked
 };
 
 } // namespace kalvaro

@@ -47,20 +47,20 @@ QString einzeilig(const QString &name)
 
 Playlistenzeile::Playlistenzeile(QObject *parent)
     : QStyledItemDelegate(parent)
-    , normal(systemschrift(schriftgroesse))
-    , fett(systemschrift(schriftgroesse, QFont::DemiBold))
+    , normal_(systemschrift(schriftgroesse))
+    , fett_(systemschrift(schriftgroesse, QFont::DemiBold))
 {
 }
 
 const QFont &Playlistenzeile::schriftFuer(const QModelIndex &index) const
 {
-    return index.data(PlaylistenModell::OrdnerRolle).toBool() ? fett : normal;
+    return index.data(PlaylistenModell::OrdnerRolle).toBool() ? fett_ : normal_;
 }
 
 Playlistenzeile::Satz Playlistenzeile::setzen(const QRect &zeile, const QModelIndex &index) const
 {
     const QFontMetricsF mass(schriftFuer(index));
-    const QFontMetricsF zahlmass(normal);
+    const QFontMetricsF zahlmass(normal_);
     const QString ganz = einzeilig(index.data(PlaylistenModell::NameRolle).toString());
 
     Satz satz;
@@ -94,7 +94,7 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
     maler->setFont(schriftFuer(index));
     maler->setPen(gesperrt ? Farbe::tertiaer(option.palette) : Farbe::schrift(option.palette));
     maler->drawText(satz.nameOrt, flags, satz.name);
-    maler->setFont(normal);
+    maler->setFont(normal_);
     maler->setPen(gesperrt ? Farbe::tertiaer(option.palette) : Farbe::sekundaer(option.palette));
     maler->drawText(satz.anzahlOrt, flags, satz.anzahl);
     if (option.state.testFlag(QStyle::State_HasFocus)) {
@@ -106,7 +106,7 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
 
 QSize Playlistenzeile::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
 {
-    const int hoehe = static_cast<int>(std::ceil(QFontMetricsF(fett).height())) + 8;
+    const int hoehe = static_cast<int>(std::ceil(QFontMetricsF(fett_).height())) + 8;
     const int breite = 180; // names are cut, so no row asks for more
     return {breite, std::max(qRound(zeilenhoehe * schriftfaktor()), hoehe)};
 }

@@ -42,8 +42,8 @@ private:
     [[nodiscard]] Satz setzen(const QRect &zeile, const QModelIndex &index) const;
     [[nodiscard]] const QFont &schriftFuer(const QModelIndex &index) const;
 
-    const QFont normal;
-    const QFont fett;
+    const QFont normal_;
+    const QFont fett_;
 };
 
 } // namespace kalvaro

@@ -66,11 +66,11 @@ private:
     void hinweisErneuern();
 
     Farbton ton_ = Farbe::schrift;
-    QColor grund; // invalid: none known
-    std::optional<int> umbruch;
-    int hoechstens = 1;
-    double zeilenhoehe = 0;
-    double schrumpfen = 1;
+    QColor grund_; // invalid: none known
+    std::optional<int> umbruch_;
+    int hoechstens_ = 1;
+    double zeilenhoehe_ = 0;
+    double schrumpfen_ = 1;
 };
 
 // A label of the given size in points; with `umbruch` it wraps at that width (logical pixels).

@@ -23,8 +23,8 @@ constexpr int farbwechsel = 150;      // milliseconds
 Karte::Karte(QWidget *parent)
     : QWidget(parent)
 {
-    wechsel.setDuration(farbwechsel);
-    connect(&wechsel, &QVariantAnimation::valueChanged, this, [this] { update(); });
+    wechsel_.setDuration(farbwechsel);
+    connect(&wechsel_, &QVariantAnimation::valueChanged, this, [this] { update(); });
 }
 
 void Karte::setFuellung(Farbton ton)
@@ -32,14 +32,14 @@ void Karte::setFuellung(Farbton ton)
     if (ton == fuellung_) {
         return;
     }
-    const bool laufend = wechsel.state() == QAbstractAnimation::Running;
-    const QColor vorher = laufend ? wechsel.currentValue().value<QColor>() : grundfarbe();
+    const bool laufend = wechsel_.state() == QAbstractAnimation::Running;
+    const QColor vorher = laufend ? wechsel_.currentValue().value<QColor>() : grundfarbe();
     fuellung_ = ton;
-    wechsel.stop();
+    wechsel_.stop();
     if (isVisible() && !wenigerBewegung()) {
-        wechsel.setStartValue(vorher);
-        wechsel.setEndValue(grundfarbe());
-        wechsel.start();
+        wechsel_.setStartValue(vorher);
+        wechsel_.setEndValue(grundfarbe());
+        wechsel_.start();
     }
     update();
 }
@@ -76,18 +76,18 @@ void Karte::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) {
-        wechsel.stop(); // towards a colour of the former appearance
+        wechsel_.stop(); // towards a colour of the former appearance
         update();
     }
 }
 
 void Karte::paintEvent(QPaintEvent *)
 {
-    const bool laufend = wechsel.state() == QAbstractAnimation::Running;
+    const bool laufend = wechsel_.state() == QAbstractAnimation::Running;
     QPainter maler(this);
     maler.setRenderHint(QPainter::Antialiasing);
     maler.setPen(Qt::NoPen);
-    maler.setBrush(laufend ? wechsel.currentValue().value<QColor>() : grundfarbe());
+    maler.setBrush(laufend ? wechsel_.currentValue().value<QColor>() : grundfarbe());
     maler.drawRoundedRect(rect(), radius, radius);
 }
 

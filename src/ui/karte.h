@@ -34,7 +34,7 @@ protected:
 
 private:
     Farbton fuellung_ = Farbe::durchsichtig;
-    QVariantAnimation wechsel; // of the colour on screen, while it changes
+    QVariantAnimation wechsel_; // of the colour on screen, while it changes
 };
 
 // The background of a window's content, in the window's colour, with the shadows of its cards.

@@ -29,13 +29,13 @@ void Pille::setzen(const QString &inhalt, Farbton schrift, Farbton grund)
 
 void Pille::setUnterlage(const QColor &farbe)
 {
-    unterlage = farbe;
+    unterlage_ = farbe;
     grundErneuern();
 }
 
 void Pille::grundErneuern()
 {
-    const QColor hinten = unterlage.isValid() ? unterlage : Farbe::fenster(palette());
+    const QColor hinten = unterlage_.isValid() ? unterlage_ : Farbe::fenster(palette());
     label_->setGrund(Farbe::ueber(fuellung_(palette()), hinten));
 }
 

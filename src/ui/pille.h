@@ -29,7 +29,7 @@ private:
 
     Beschriftung *const label_;
     Farbton fuellung_ = Farbe::durchsichtig;
-    QColor unterlage;
+    QColor unterlage_;
 };
 
 } // namespace kalvaro

@@ -48,7 +48,7 @@ QIcon programmsymbol()
 
 Zeichen::Zeichen(int seite, QWidget *parent)
     : QWidget(parent)
-    , groesse(seite)
+    , groesse_(seite)
 {
     setFixedSize(seite, seite);
 }
@@ -56,20 +56,21 @@ Zeichen::Zeichen(int seite, QWidget *parent)
 void Zeichen::setzen(const QString &name, Farbton tint, const QString &beschreibung)
 {
     name_ = name;
-    ton = tint;
+    ton_ = tint;
     setAccessibleName(beschreibung);
     update();
 }
 
 QColor Zeichen::toenung() const
 {
-    return ton(palette());
+    return ton_(palette());
 }
 
 void Zeichen::paintEvent(QPaintEvent *)
 {
     if (!name_.isEmpty()) {
-        QPainter(this).drawPixmap(0, 0, symbolbild(name_, groesse, toenung(), devicePixelRatioF()));
+        QPainter(this).drawPixmap(0, 0,
+                                  symbolbild(name_, groesse_, toenung(), devicePixelRatioF()));
     }
 }
 

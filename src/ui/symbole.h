@@ -33,9 +33,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    const int groesse;
+    const int groesse_;
     QString name_;
-    Farbton ton = Farbe::schrift;
+    Farbton ton_ = Farbe::schrift;
 };
 
 } // namespace kalvaro

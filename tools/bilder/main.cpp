@@ -35,25 +35,25 @@ namespace {
 class Standuhr final : public Uhr
 {
 public:
-    [[nodiscard]] QDateTime jetzt() const override { return stand; }
+    [[nodiscard]] QDateTime jetzt() const override { return stand_; }
     [[nodiscard]] Weckruf nach(Sekunden, std::function<void()>) override { return {}; }
     [[nodiscard]] Weckruf alle(Sekunden abstand, std::function<void()> ruf) override
     {
         if (abstand == Sekunden(1)) {
-            takte.append(std::move(ruf));
+            takte_.append(std::move(ruf));
         }
         return {};
     }
 
     void sekundenVergehen(int sekunden)
     {
-        stand = stand.addSecs(sekunden);
-        takte.last()();
+        stand_ = stand_.addSecs(sekunden);
+        takte_.last()();
     }
 
 private:
-    QDateTime stand{QDate(2026, 3, 13), QTime(18, 7)};
-    QList<std::function<void()>> takte;
+    QDateTime stand_{QDate(2026, 3, 13), QTime(18, 7)};
+    QList<std::function<void()>> takte_;
 };
 
 // Answers every request with one body, or with silence while it is empty, or not at all.
@@ -61,26 +61,26 @@ class Skriptnetz final : public Transport
 {
 public:
     explicit Skriptnetz(QByteArray inhalt)
-        : antwort(std::move(inhalt))
+        : antwort_(std::move(inhalt))
     {
     }
 
     void senden(const Netzanfrage &anfrage, QObject *besitzer, Rueckruf fertig) override
     {
-        const bool offline = antwort == "offline";
-        if (antwort.isEmpty() && anfrage.url.path() != u"/api/status") {
+        const bool offline = antwort_ == "offline";
+        if (antwort_.isEmpty() && anfrage.url.path() != u"/api/status") {
             return;
         }
         const Ergebnis ergebnis =
             offline
                 ? Ergebnis(tl::unexpected(Netzfehler{false, u"Der Server wurde nicht gefunden."_s}))
-                : Ergebnis(Netzantwort{200, antwort});
+                : Ergebnis(Netzantwort{200, antwort_});
         QMetaObject::invokeMethod(
             besitzer, [=] { fertig(ergebnis); }, Qt::QueuedConnection);
     }
 
 private:
-    const QByteArray antwort;
+    const QByteArray antwort_;
 };
 
 class Keinprozess final : public Prozesse

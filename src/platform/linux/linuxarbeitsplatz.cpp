@@ -38,18 +38,18 @@ class Startwacht final : public QObject
 public:
     Startwacht(int meldung, QString datei, QObject *besitzer, Rueckruf ruf)
         : QObject(besitzer)
-        , fd(meldung)
-        , programm(std::move(datei))
-        , fertig(std::move(ruf))
-        , horcher(meldung, QSocketNotifier::Read)
+        , fd_(meldung)
+        , programm_(std::move(datei))
+        , fertig_(std::move(ruf))
+        , horcher_(meldung, QSocketNotifier::Read)
     {
-        connect(&horcher, &QSocketNotifier::activated, this, &Startwacht::lesen);
+        connect(&horcher_, &QSocketNotifier::activated, this, &Startwacht::lesen);
     }
 
     ~Startwacht() override
     {
-        horcher.setEnabled(false);
-        ::close(fd);
+        horcher_.setEnabled(false);
+        ::close(fd_);
     }
 
     Startwacht(const Startwacht &) = delete;
@@ -59,13 +59,13 @@ private:
     void lesen()
     {
         int fehler = 0;
-        const ssize_t anzahl = ::read(fd, &fehler, sizeof fehler);
+        const ssize_t anzahl = ::read(fd_, &fehler, sizeof fehler);
         if (anzahl < 0 && errno == EINTR) {
             return;
         }
-        horcher.setEnabled(false);
+        horcher_.setEnabled(false);
         const bool gescheitert = anzahl == sizeof fehler;
-        melden(parent(), fertig,
+        melden(parent(), fertig_,
                gescheitert ? std::optional(grund(fehler)) : std::optional<QString>());
         deleteLater();
     }
@@ -73,15 +73,15 @@ private:
     // The program was there a moment ago: what the system misses then is what runs it.
     [[nodiscard]] QString grund(int fehler) const
     {
-        return fehler == ENOENT && QFileInfo::exists(programm)
-                   ? u"Zu „%1“ fehlt das Programm, das es ausführt."_s.arg(programm)
-                   : startfehlertext(fehler, programm);
+        return fehler == ENOENT && QFileInfo::exists(programm_)
+                   ? u"Zu „%1“ fehlt das Programm, das es ausführt."_s.arg(programm_)
+                   : startfehlertext(fehler, programm_);
     }
 
-    const int fd;
-    const QString programm;
-    const Rueckruf fertig;
-    QSocketNotifier horcher;
+    const int fd_;
+    const QString programm_;
+    const Rueckruf fertig_;
+    QSocketNotifier horcher_;
 };
 
 // The path with all links resolved, or the errno that tells why there is none.

@@ -80,15 +80,15 @@ QString buendelVon(int prozesse, const char *pid)
 } // namespace
 
 LinuxProzesse::LinuxProzesse(QString werkzeug, QByteArray proc, std::chrono::milliseconds frist)
-    : pgrep(std::move(werkzeug))
-    , prozessordner(std::move(proc))
-    , laengstens(frist)
+    : pgrep_(std::move(werkzeug))
+    , prozessordner_(std::move(proc))
+    , laengstens_(frist)
 {
 }
 
 qsizetype LinuxProzesse::anzahl(const QString &name) const
 {
-    const auto bytes = ausgabe(pgrep, {u"-x"_s, name}, QDeadlineTimer(laengstens));
+    const auto bytes = ausgabe(pgrep_, {u"-x"_s, name}, QDeadlineTimer(laengstens_));
     if (!bytes) {
         return 0;
     }
@@ -99,28 +99,28 @@ qsizetype LinuxProzesse::anzahl(const QString &name) const
 
 QStringList LinuxProzesse::buendel() const
 {
-    const std::unique_ptr<DIR, int (*)(DIR *)> ordner(::opendir(prozessordner.constData()),
+    const std::unique_ptr<DIR, int (*)(DIR *)> ordner(::opendir(prozessordner_.constData()),
                                                       ::closedir);
     QStringList liste;
     if (!ordner) {
         return liste;
     }
-    ++blick;
-    const auto vorher = std::exchange(draussen, {});
-    draussen.reserve(vorher.size());
+    ++blick_;
+    const auto vorher = std::exchange(draussen_, {});
+    draussen_.reserve(vorher.size());
     while (const dirent *eintrag = ::readdir(ordner.get())) {
         const int pid = std::atoi(eintrag->d_name);
         if (pid <= 0) {
             continue;
         }
         const int male = vorher.value(pid);
-        if (male >= jung && (pid + blick) % reihum != 0) {
-            draussen.insert(pid, male);
+        if (male >= jung && (pid + blick_) % reihum != 0) {
+            draussen_.insert(pid, male);
             continue;
         }
         const QString name = buendelVon(::dirfd(ordner.get()), eintrag->d_name);
         if (name.isEmpty()) {
-            draussen.insert(pid, std::min(male + 1, jung));
+            draussen_.insert(pid, std::min(male + 1, jung));
         } else if (!liste.contains(name)) {
             liste.append(name);
         }

@@ -43,8 +43,8 @@ Signale::Signale(std::function<void()> ende)
     if (::pipe2(rohr.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return;
     }
-    hoerer = new QSocketNotifier(rohr[0], QSocketNotifier::Read, this);
-    connect(hoerer, &QSocketNotifier::activated, this, [ruf = std::move(ende)] {
+    hoerer_ = new QSocketNotifier(rohr[0], QSocketNotifier::Read, this);
+    connect(hoerer_, &QSocketNotifier::activated, this, [ruf = std::move(ende)] {
         std::array<char, 16> verworfen{};
         [[maybe_unused]] const auto gelesen = ::read(rohr[0], verworfen.data(), verworfen.size());
         ruf();
@@ -59,7 +59,7 @@ Signale::~Signale()
     for (const int nummer : behandelte) {
         behandeln(nummer, SIG_DFL);
     }
-    delete hoerer;
+    delete hoerer_;
     ::close(rohr[0]);
     ::close(rohr[1]);
     rohr = {-1, -1};

@@ -18,7 +18,7 @@ public:
     ~Signale() override;
 
 private:
-    QSocketNotifier *hoerer = nullptr;
+    QSocketNotifier *hoerer_ = nullptr;
 };
 
 // Ends the process `millisekunden` from now at the latest, with status 0, whatever it then waits

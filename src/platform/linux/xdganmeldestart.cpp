@@ -75,7 +75,7 @@ QString autostartordner()
 
 XdgAnmeldestart::XdgAnmeldestart(QString pfad, const QString &ordner)
     : Startdatei(ordner + u'/' + KENNUNG + u".desktop"_s)
-    , programm(std::move(pfad))
+    , programm_(std::move(pfad))
 {
 }
 
@@ -92,7 +92,7 @@ QByteArray XdgAnmeldestart::inhalt() const
                             "Name=kalvaro\n"
                             "Comment=Hält die rekordbox-Bibliothek mit der Cloud im Gleichstand\n"
                             "Icon="_s +
-                            KENNUNG + u"\nExec="_s + kommandozeile(programm) +
+                            KENNUNG + u"\nExec="_s + kommandozeile(programm_) +
                             u"\nTerminal=false\nStartupNotify=false\n"_s;
     return eintrag.toUtf8();
 }

@@ -24,7 +24,7 @@ public:
 private:
     [[nodiscard]] QByteArray inhalt() const override;
 
-    const QString programm;
+    const QString programm_;
 };
 
 } // namespace kalvaro
