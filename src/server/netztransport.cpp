@@ -1,5 +1,6 @@
 #include "server/netztransport.h"
 
+#include "foundation/einmalruf.h"
 #include "server/einmalbody.h"
 #include "server/entpacken.h"
 #include "server/netzfehler.h"
@@ -67,14 +68,13 @@ bool einzeilig(const Kopfzeile &zeile)
            std::none_of(zeile.second.begin(), zeile.second.end(), steuert);
 }
 
-// One exchange with the redirects that it follows. Lives as a child of its owner.
-class Austausch final : public QObject
+// One exchange with the redirects that it follows.
+class Austausch final : public Einmalruf<Transport::Ergebnis>
 {
 public:
-    Austausch(const Netzanfrage &was, QObject *besitzer, Transport::Rueckruf ruf)
-        : QObject(besitzer)
-        , anfrage_(was)
-        , fertig_(std::move(ruf))
+    Austausch(Netzanfrage anfrage, QObject *besitzer, Transport::Rueckruf fertig)
+        : Einmalruf(besitzer, std::move(fertig))
+        , anfrage_(std::move(anfrage))
     {
     }
 
@@ -138,7 +138,7 @@ private:
     void auswerten()
     {
         lesen();
-        if (beendet_) {
+        if (beantwortet()) {
             return;
         }
         const auto art = antwort_->error();
@@ -219,33 +219,23 @@ private:
 
     void scheitern(const QString &text) { beenden(tl::unexpected(Netzfehler{false, text})); }
 
-    // Ends the exchange; the owner hears of it from the event loop, for it may destroy this object
-    // and the reply with it, and a reply must not be destroyed by its own signal.
+    // The owner may destroy this object and the reply with it, and a reply must not be destroyed by
+    // its own signal: the answer goes out from the event loop.
     void beenden(Transport::Ergebnis ergebnis)
     {
-        beendet_ = true;
         frist_.reset();
         if (antwort_) {
             antwort_->disconnect(this);
         }
-        QMetaObject::invokeMethod(
-            this,
-            [this, e = std::move(ergebnis)]() mutable {
-                const Transport::Rueckruf ruf = std::move(fertig_);
-                deleteLater();
-                ruf(std::move(e));
-            },
-            Qt::QueuedConnection);
+        antworten(std::move(ergebnis));
     }
 
     Netzanfrage anfrage_; // changes with each redirect
-    Transport::Rueckruf fertig_;
     Weckruf frist_;
     QNetworkAccessManager *netz_ = nullptr; // one for each request
     QNetworkReply *antwort_ = nullptr;      // child of netz
     QByteArray daten_;                      // as received: still with its content coding
     int spruenge_ = 0;
-    bool beendet_ = false;
 };
 
 } // namespace

@@ -36,7 +36,7 @@ public:
     using Rohruf = std::function<void(const tl::expected<Netzantwort, ZentraleFehler> &)>;
 
     // `transport` must outlive this object.
-    Zentrale(Konto konto, Transport &weg, QObject *parent = nullptr);
+    Zentrale(Konto konto, Transport &transport, QObject *parent = nullptr);
 
     [[nodiscard]] const Konto &konto() const { return konto_; }
 
@@ -52,8 +52,8 @@ public:
     void roh(const QString &url, const Auftrag &auftrag, QObject *besitzer, Rohruf fertig);
 
     // Asks the servers in order and hands over the JSON of the answer with status 200 (an empty map
-    // when its body is no JSON), or the error. `fertig` is called exactly once, from the event
-    // loop, never before this returns; it is dropped when `besitzer` or this object goes first.
+    // when its body is no JSON), or the error. `fertig` (see Einmalruf) is dropped when `besitzer`
+    // or this object goes first.
     void anfrage(const Auftrag &auftrag, QObject *besitzer, Rueckruf fertig);
 
 private:

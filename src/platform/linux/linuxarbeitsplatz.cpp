@@ -1,5 +1,6 @@
 #include "platform/linux/linuxarbeitsplatz.h"
 
+#include "foundation/einmalruf.h"
 #include "platform/buendel.h"
 #include "platform/linux/loesen.h"
 #include "platform/linux/startfehler.h"
@@ -25,22 +26,16 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Rueckruf = std::function<void(std::optional<QString>)>;
+using Startruf = Einmalruf<std::optional<QString>>;
 
-void melden(QObject *besitzer, const Rueckruf &fertig, const std::optional<QString> &fehler)
-{
-    QMetaObject::invokeMethod(
-        besitzer, [fertig, fehler] { fertig(fehler); }, Qt::QueuedConnection);
-}
-
-// Waits for word of a program that is being started. Lives as a child of its owner.
-class Startwacht final : public QObject
+// Waits for word of a program that is being started.
+class Startwacht final : public Startruf
 {
 public:
-    Startwacht(int meldung, QString datei, QObject *besitzer, Rueckruf ruf)
-        : QObject(besitzer)
+    Startwacht(int meldung, QString programm, QObject *besitzer, Rueckruf fertig)
+        : Einmalruf(besitzer, std::move(fertig))
         , fd_(meldung)
-        , programm_(std::move(datei))
-        , fertig_(std::move(ruf))
+        , programm_(std::move(programm))
         , horcher_(meldung, QSocketNotifier::Read)
     {
         connect(&horcher_, &QSocketNotifier::activated, this, &Startwacht::lesen);
@@ -65,9 +60,7 @@ private:
         }
         horcher_.setEnabled(false);
         const bool gescheitert = anzahl == sizeof fehler;
-        melden(parent(), fertig_,
-               gescheitert ? std::optional(grund(fehler)) : std::optional<QString>());
-        deleteLater();
+        antworten(gescheitert ? std::optional(grund(fehler)) : std::optional<QString>());
     }
 
     // The program was there a moment ago: what the system misses then is what runs it.
@@ -80,7 +73,6 @@ private:
 
     const int fd_;
     const QString programm_;
-    const Rueckruf fertig_;
     QSocketNotifier horcher_;
 };
 
@@ -155,15 +147,18 @@ QList<QByteArray> umgebung()
 
 void LinuxArbeitsplatz::starten(const QString &buendel, QObject *besitzer, Rueckruf fertig)
 {
+    const auto scheitern = [&](const QString &grund) {
+        (new Startruf(besitzer, std::move(fertig)))->antworten(grund);
+    };
     const auto programm = programmVon(buendel);
     if (!programm) {
-        melden(besitzer, fertig, programm.error());
+        scheitern(programm.error());
         return;
     }
     const auto meldung = losgeloestStarten(
         {QFile::encodeName(*programm), umgebung(), QFile::encodeName(QDir::homePath())});
     if (!meldung) {
-        melden(besitzer, fertig, startfehlertext(meldung.error(), *programm));
+        scheitern(startfehlertext(meldung.error(), *programm));
         return;
     }
     new Startwacht(*meldung, *programm, besitzer, std::move(fertig));
