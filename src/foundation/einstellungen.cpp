@@ -1,6 +1,6 @@
 #include "foundation/einstellungen.h"
 
-#include "foundation/protokoll.h"
+#include "foundation/datenordner.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,5 +1,6 @@
 #include "platform/linux/dbuseinzelinstanz.h"
 
+#include "foundation/datenordner.h"
 #include "foundation/konstanten.h"
 #include "foundation/protokoll.h"
 #include "platform/linux/einzelinstanzsperre.h"
