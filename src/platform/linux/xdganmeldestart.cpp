@@ -3,6 +3,7 @@
 #include "foundation/konstanten.h"
 
 #include <QCoreApplication>
+#include <QDir>
 
 namespace kalvaro {
 
