@@ -5,6 +5,7 @@
 #include "foundation/konstanten.h"
 #include "platform/linux/dbuseinzelinstanz.h"
 #include "platform/linux/dbusmitteilungen.h"
+#include "platform/linux/endefrist.h"
 #include "platform/linux/linuxarbeitsplatz.h"
 #include "platform/linux/linuxprozesse.h"
 #include "platform/linux/logindwache.h"
