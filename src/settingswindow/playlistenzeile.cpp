@@ -4,7 +4,7 @@
 #include "ui/beschriftung.h"
 #include "ui/farbe.h"
 #include "ui/schrift.h"
-#include "ui/stil.h"
+#include "ui/stilteile.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>

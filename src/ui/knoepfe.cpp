@@ -2,7 +2,7 @@
 
 #include "ui/farbe.h"
 #include "ui/schrift.h"
-#include "ui/stil.h"
+#include "ui/stilteile.h"
 
 #include <QKeyEvent>
 #include <QPainter>
