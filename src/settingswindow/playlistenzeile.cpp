@@ -22,7 +22,6 @@ namespace {
 
 constexpr double schriftgroesse = 13;
 constexpr int zeilenhoehe = 26;
-constexpr int kaestchen = 16;
 constexpr int kastenAbstand = 7; // between the box and the title
 constexpr int rand = 4;          // on either side of the row
 

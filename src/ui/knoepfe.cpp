@@ -16,8 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int textschalter = Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine;
-
-constexpr int kaestchen = 16;
 constexpr int kaestchenAbstand = 8;
 
 QSize textgroesse(const QWidget &widget, const QString &inhalt)

@@ -14,7 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kaestchen = 16;
 constexpr double knopfradius = 7;
 
 bool istHauptknopf(const QStyleOption *option)

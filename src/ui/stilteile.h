@@ -8,7 +8,8 @@ class QStyleOptionSlider;
 // The parts of controls that Stil draws, some of which our own controls share.
 namespace kalvaro {
 
-// Draws the box of a check box into `platz`.
+// Draws the box of a check box into `platz`, a square with sides of usually `kaestchen`.
+inline constexpr int kaestchen = 16;
 void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
                     bool gesperrt);
 
