@@ -298,7 +298,7 @@ void EinstellungenFenster::done(int ergebnis)
 void EinstellungenFenster::melden(const QString &meldung, Farbton farbe)
 {
     lblInfo_->setFarbe(farbe);
-    lblInfo_->setText(meldung);
+    lblInfo_->textSetzen(meldung);
 }
 
 // While the choice is under way it must not change: the sheet ends with what was sent. The sheet

@@ -50,16 +50,16 @@ Beschriftung::Beschriftung(const QString &inhalt, QWidget *parent)
     : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
-    setText(inhalt);
+    textSetzen(inhalt);
 }
 
-void Beschriftung::setText(const QString &inhalt)
+void Beschriftung::textSetzen(const QString &inhalt)
 {
     setAccessibleName(inhalt.left(meisteZeichen));
-    setTextLautlos(inhalt);
+    textLautlosSetzen(inhalt);
 }
 
-void Beschriftung::setTextLautlos(const QString &inhalt)
+void Beschriftung::textLautlosSetzen(const QString &inhalt)
 {
     QLabel::setText(inhalt);
     hinweisErneuern();

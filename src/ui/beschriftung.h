@@ -18,10 +18,13 @@ public:
     explicit Beschriftung(const QString &inhalt = {}, QWidget *parent = nullptr);
 
     // Sets the text and its accessible name.
-    void setText(const QString &inhalt);
+    void textSetzen(const QString &inhalt);
 
     // Sets the text only: screen readers are not told. For counters.
-    void setTextLautlos(const QString &inhalt);
+    void textLautlosSetzen(const QString &inhalt);
+
+    // QLabel's own would leave accessible name and tool tip behind.
+    void setText(const QString &inhalt) = delete;
 
     void setFarbe(Farbton ton);
     [[nodiscard]] QColor farbe() const;
