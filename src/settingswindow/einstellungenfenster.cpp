@@ -35,8 +35,8 @@ void EinstellungenFenster::laden()
     }
     zustand_ = Zustand::Laedt;
     melden(u"Playlisten werden geladen …"_s, Farbe::sekundaer);
-    umfeld_.zentrale.anfrage({.pfad = u"/api/playlisten"_s}, this,
-                             [this](const Zentrale::Antwort &antwort) { geladen(antwort); });
+    vorgaben_.zentrale.anfrage({.pfad = u"/api/playlisten"_s}, this,
+                               [this](const Zentrale::Antwort &antwort) { geladen(antwort); });
 }
 
 void EinstellungenFenster::geladen(const Zentrale::Antwort &antwort)
@@ -59,7 +59,7 @@ void EinstellungenFenster::geladen(const Zentrale::Antwort &antwort)
 
 void EinstellungenFenster::zusammenfassen()
 {
-    melden(zusammenfassung(modell_->alle(), umfeld_.betrieb), Farbe::sekundaer);
+    melden(zusammenfassung(modell_->alle(), vorgaben_.betrieb), Farbe::sekundaer);
 }
 
 void EinstellungenFenster::sichern()
@@ -70,7 +70,7 @@ void EinstellungenFenster::sichern()
     optionenSichern();
     const QStringList uuids = auswahl(modell_->alle());
     if (zustand_ == Zustand::Geladen && alsMenge(uuids) != vorher_) {
-        uebertragen(uuids);
+        auswahlSenden(uuids);
     } else {
         done(Accepted);
     }
@@ -79,28 +79,30 @@ void EinstellungenFenster::sichern()
 void EinstellungenFenster::optionenSichern()
 {
     const int gewaehlt = popVersion_->currentIndex();
-    umfeld_.einst.autostart = cbAuto_->isChecked();
-    umfeld_.einst.version = gewaehlt > 0 ? umfeld_.installationen[gewaehlt - 1].version : QString();
-    umfeld_.einst.speichern();
-    if (cbAnmeldung_->isChecked() != umfeld_.anmeldestart.an()) {
-        umfeld_.anmeldestart.setzen(cbAnmeldung_->isChecked());
+    vorgaben_.einst.autostart = cbAuto_->isChecked();
+    vorgaben_.einst.version =
+        gewaehlt > 0 ? vorgaben_.installationen[gewaehlt - 1].version : QString();
+    vorgaben_.einst.speichern();
+    if (cbAnmeldung_->isChecked() != vorgaben_.anmeldestart.an()) {
+        vorgaben_.anmeldestart.setzen(cbAnmeldung_->isChecked());
     }
 }
 
-void EinstellungenFenster::uebertragen(const QStringList &uuids)
+void EinstellungenFenster::auswahlSenden(const QStringList &uuids)
 {
     zustand_ = Zustand::Sichert;
     eingabenSperren(true);
     melden(u"Wird an die Cloud übertragen …"_s, Farbe::sekundaer);
-    const QJsonObject body{{u"geraet"_s, umfeld_.zentrale.konto().geraet},
+    const QJsonObject body{{u"geraet"_s, vorgaben_.zentrale.konto().geraet},
                            {u"lokal"_s, QJsonArray::fromStringList(uuids)}};
-    umfeld_.zentrale.anfrage({.pfad = u"/api/einstellungen"_s, .methode = "POST", .body = body},
-                             this, [this, anzahl = uuids.size()](const Zentrale::Antwort &antwort) {
-                                 uebertragen(antwort, anzahl);
-                             });
+    vorgaben_.zentrale.anfrage({.pfad = u"/api/einstellungen"_s, .methode = "POST", .body = body},
+                               this,
+                               [this, anzahl = uuids.size()](const Zentrale::Antwort &antwort) {
+                                   auswahlBeantwortet(antwort, anzahl);
+                               });
 }
 
-void EinstellungenFenster::uebertragen(const Zentrale::Antwort &antwort, qsizetype anzahl)
+void EinstellungenFenster::auswahlBeantwortet(const Zentrale::Antwort &antwort, qsizetype anzahl)
 {
     if (zustand_ != Zustand::Sichert) {
         return;

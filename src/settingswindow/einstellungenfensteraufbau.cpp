@@ -42,9 +42,9 @@ int mass(int punkte)
 
 } // namespace
 
-EinstellungenFenster::EinstellungenFenster(Umfeld bedarf, QWidget *eltern)
+EinstellungenFenster::EinstellungenFenster(Vorgaben vorgaben, QWidget *eltern)
     : QDialog(eltern, Qt::Sheet)
-    , umfeld_(std::move(bedarf))
+    , vorgaben_(std::move(vorgaben))
     , modell_(new PlaylistenModell(this))
     , eingaben_(new QWidget)
     , popVersion_(new QComboBox)
@@ -96,7 +96,7 @@ void EinstellungenFenster::aufbauen()
 
 QWidget *EinstellungenFenster::versionszeile()
 {
-    const QList<Installation> &liste = umfeld_.installationen;
+    const QList<Installation> &liste = vorgaben_.installationen;
     popVersion_->setObjectName(u"popVersion"_s);
     popVersion_->setAccessibleName(u"Diese Version starten"_s);
     popVersion_->setFont(systemschrift(13));
@@ -110,7 +110,7 @@ QWidget *EinstellungenFenster::versionszeile()
         popVersion_->addItem(u"rekordbox "_s + installation.version);
     }
     for (qsizetype i = liste.size(); i-- > 0;) {
-        if (!umfeld_.einst.version.isEmpty() && liste[i].version == umfeld_.einst.version) {
+        if (!vorgaben_.einst.version.isEmpty() && liste[i].version == vorgaben_.einst.version) {
             popVersion_->setCurrentIndex(static_cast<int>(i) + 1);
         }
     }
@@ -123,9 +123,9 @@ QWidget *EinstellungenFenster::versionszeile()
 QWidget *EinstellungenFenster::optionen()
 {
     cbAuto_->setObjectName(u"cbAuto"_s);
-    cbAuto_->setChecked(umfeld_.einst.autostart);
+    cbAuto_->setChecked(vorgaben_.einst.autostart);
     cbAnmeldung_->setObjectName(u"cbAnmeldung"_s);
-    cbAnmeldung_->setChecked(umfeld_.anmeldestart.an());
+    cbAnmeldung_->setChecked(vorgaben_.anmeldestart.an());
     return stapel({cbAuto_, cbAnmeldung_}, Qt::Vertical, 8);
 }
 
