@@ -51,8 +51,7 @@ Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex &index) {
         const int tiefe = ebene(index);
         if (tiefe > tiefste_) {
-            tiefste_ = tiefe;
-            breiteAnpassen();
+            breiteAnpassen(tiefe);
         }
         zustandMelden(index, true);
     });
@@ -63,18 +62,17 @@ Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
 void Baumansicht::filtern(const QString &suchwort)
 {
     const bool vorher = daten_.gefiltert();
-    const int zeile = aktuelle();
+    const int stelle = aktuelle();
     if (!vorher) {
         merken();
     }
     daten_.filtern(suchwort);
     if (daten_.gefiltert()) {
-        tiefste_ = 0;
-        breiteAnpassen();
+        breiteAnpassen(0);
         expandAll();
-        zeigen(zeile);
+        aktuelleSetzen(stelle);
     } else if (vorher) {
-        wiederherstellen(zeile);
+        wiederherstellen(stelle);
     }
 }
 
@@ -83,9 +81,9 @@ int Baumansicht::aktuelle() const
     return currentIndex().isValid() ? PlaylistenModell::stelle(currentIndex()) : -1;
 }
 
-void Baumansicht::zeigen(int zeile)
+void Baumansicht::aktuelleSetzen(int stelle)
 {
-    const QModelIndex ort = daten_.zuStelle(zeile);
+    const QModelIndex ort = daten_.zuStelle(stelle);
     if (ort.isValid()) {
         setCurrentIndex(ort);
     }
@@ -103,16 +101,15 @@ void Baumansicht::merken()
     }
 }
 
-void Baumansicht::wiederherstellen(int zeile)
+void Baumansicht::wiederherstellen(int stelle)
 {
-    tiefste_ = 0;
-    breiteAnpassen();
-    for (const int stelle : offene_) {
-        expand(daten_.zuStelle(stelle));
+    breiteAnpassen(0);
+    for (const int offener : offene_) {
+        expand(daten_.zuStelle(offener));
     }
     executeDelayedItemsLayout();
-    zeigen(zeile);
-    if (zeile < 0 || zeile == vorherige_) {
+    aktuelleSetzen(stelle);
+    if (stelle < 0 || stelle == vorherige_) {
         verticalScrollBar()->setValue(rollstand_);
     }
 }
@@ -135,8 +132,7 @@ void Baumansicht::alleZuklappen()
     if (oberster.isValid()) {
         setCurrentIndex(oberster);
     }
-    tiefste_ = 0;
-    breiteAnpassen();
+    breiteAnpassen(0);
 }
 
 void Baumansicht::zeileWaehlen()
@@ -147,8 +143,9 @@ void Baumansicht::zeileWaehlen()
 }
 
 // Rows far to the right keep a readable width; the tree then scrolls sideways.
-void Baumansicht::breiteAnpassen()
+void Baumansicht::breiteAnpassen(int tiefste)
 {
+    tiefste_ = tiefste;
     header()->setMinimumSectionSize(indentation() * (tiefste_ + 2) + mindestbreite);
 }
 

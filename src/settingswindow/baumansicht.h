@@ -44,10 +44,10 @@ protected:
 
 private:
     [[nodiscard]] int aktuelle() const; // place of the current row; -1: none
-    void zeigen(int zeile);
+    void aktuelleSetzen(int stelle);
     void merken();
-    void wiederherstellen(int zeile);
-    void breiteAnpassen();
+    void wiederherstellen(int stelle);
+    void breiteAnpassen(int tiefste);
     void zustandMelden(const QModelIndex &index, bool aufgeklappt);
 
     PlaylistenModell &daten_;

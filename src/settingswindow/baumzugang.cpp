@@ -65,14 +65,14 @@ private:
 class Zeilenzugang final : public QAccessibleInterface, public QAccessibleActionInterface
 {
 public:
-    Zeilenzugang(Baumzugang &oben, int knoten)
-        : baum_(oben)
-        , wo_(oben.ansicht())
-        , stelle_(knoten)
+    Zeilenzugang(Baumzugang &baum, int stelle)
+        : baum_(baum)
+        , wo_(baum.ansicht())
+        , stelle_(stelle)
     {
     }
 
-    [[nodiscard]] int platz() const { return stelle_; }
+    [[nodiscard]] int stelle() const { return stelle_; }
 
     [[nodiscard]] bool isValid() const override { return wo_ && index().isValid(); }
     [[nodiscard]] QObject *object() const override { return nullptr; }
@@ -192,7 +192,7 @@ int Baumzugang::indexOfChild(const QAccessibleInterface *kind) const
     if (zeile == nullptr || !zeile->isValid()) {
         return -1;
     }
-    const QModelIndex index = ansicht()->modell().zuStelle(zeile->platz());
+    const QModelIndex index = ansicht()->modell().zuStelle(zeile->stelle());
     return index.parent().isValid() ? -1 : index.row();
 }
 
