@@ -12,26 +12,26 @@ namespace kalvaro {
 using namespace Qt::StringLiterals;
 
 Startdatei::Startdatei(QString datei)
-    : ort_(std::move(datei))
+    : datei_(std::move(datei))
 {
 }
 
 bool Startdatei::an() const
 {
-    return QFileInfo::exists(ort_);
+    return QFileInfo::exists(datei_);
 }
 
 void Startdatei::setzen(bool einschalten)
 {
     if (einschalten) {
-        QDir().mkpath(QFileInfo(ort_).path());
-        QSaveFile ziel(ort_);
+        QDir().mkpath(QFileInfo(datei_).path());
+        QSaveFile ziel(datei_);
         if (ziel.open(QIODevice::WriteOnly)) {
             ziel.write(inhalt());
             ziel.commit();
         }
     } else {
-        QFile::remove(ort_);
+        QFile::remove(datei_);
     }
     protokoll(u"Start beim Anmelden: "_s + (einschalten ? u"an"_s : u"aus"_s));
 }

@@ -25,7 +25,7 @@ protected:
     [[nodiscard]] virtual QByteArray inhalt() const = 0;
 
 private:
-    const QString ort_;
+    const QString datei_;
 };
 
 } // namespace kalvaro

@@ -71,10 +71,10 @@ bool einzeilig(const Kopfzeile &zeile)
 class Austausch final : public QObject
 {
 public:
-    Austausch(const Netzanfrage &was, QObject *besitzer, Transport::Rueckruf ruf)
+    Austausch(Netzanfrage anfrage, QObject *besitzer, Transport::Rueckruf fertig)
         : QObject(besitzer)
-        , anfrage_(was)
-        , fertig_(std::move(ruf))
+        , anfrage_(std::move(anfrage))
+        , fertig_(std::move(fertig))
     {
     }
 
@@ -250,8 +250,8 @@ private:
 
 } // namespace
 
-Netztransport::Netztransport(Uhr &zeit)
-    : uhr_(zeit)
+Netztransport::Netztransport(Uhr &uhr)
+    : uhr_(uhr)
 {
 }
 

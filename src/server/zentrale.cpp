@@ -66,18 +66,18 @@ ZentraleFehler ausStatus(int status, const QJsonValue &inhalt)
 class Zentrale::Lauf final : public QObject
 {
 public:
-    Lauf(Zentrale *client, Auftrag was, QObject *besitzer, Rueckruf ruf)
+    Lauf(Zentrale *zentrale, Auftrag auftrag, QObject *besitzer, Rueckruf fertig)
         : QObject(besitzer)
-        , zentrale_(client)
-        , auftrag_(std::move(was))
-        , fertig_(std::move(ruf))
+        , zentrale_(zentrale)
+        , auftrag_(std::move(auftrag))
+        , fertig_(std::move(fertig))
         , letzteMeldung_(keineAdresse)
     {
-        connect(client, &QObject::destroyed, this, [this] { delete this; });
-        if (client->basis_) {
-            kandidaten_.append(*client->basis_);
+        connect(zentrale, &QObject::destroyed, this, [this] { delete this; });
+        if (zentrale->basis_) {
+            kandidaten_.append(*zentrale->basis_);
         }
-        for (const QString &adresse : client->konto_.server) {
+        for (const QString &adresse : zentrale->konto_.server) {
             if (!kandidaten_.contains(adresse)) {
                 kandidaten_.append(adresse);
             }
@@ -165,10 +165,10 @@ private:
     QString letzteMeldung_;
 };
 
-Zentrale::Zentrale(Konto konto, Transport &weg, QObject *parent)
+Zentrale::Zentrale(Konto konto, Transport &transport, QObject *parent)
     : QObject(parent)
     , konto_(std::move(konto))
-    , transport_(weg)
+    , transport_(transport)
 {
 }
 

@@ -36,7 +36,7 @@ public:
     using Rohruf = std::function<void(const tl::expected<Netzantwort, ZentraleFehler> &)>;
 
     // `transport` must outlive this object.
-    Zentrale(Konto konto, Transport &weg, QObject *parent = nullptr);
+    Zentrale(Konto konto, Transport &transport, QObject *parent = nullptr);
 
     [[nodiscard]] const Konto &konto() const { return konto_; }
 

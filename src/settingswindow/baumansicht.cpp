@@ -35,10 +35,10 @@ int ebene(QModelIndex index)
 
 Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
     : QTreeView(parent)
-    , daten_(modell)
+    , modell_(modell)
 {
     baumzugangAnmelden();
-    setModel(&daten_);
+    setModel(&modell_);
     setItemDelegate(new Playlistenzeile(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
@@ -61,13 +61,13 @@ Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
 
 void Baumansicht::filtern(const QString &suchwort)
 {
-    const bool vorher = daten_.gefiltert();
+    const bool vorher = modell_.gefiltert();
     const int stelle = aktuelle();
     if (!vorher) {
         merken();
     }
-    daten_.filtern(suchwort);
-    if (daten_.gefiltert()) {
+    modell_.filtern(suchwort);
+    if (modell_.gefiltert()) {
         breiteAnpassen(0);
         expandAll();
         aktuelleSetzen(stelle);
@@ -83,7 +83,7 @@ int Baumansicht::aktuelle() const
 
 void Baumansicht::aktuelleSetzen(int stelle)
 {
-    const QModelIndex ort = daten_.zuStelle(stelle);
+    const QModelIndex ort = modell_.zuStelle(stelle);
     if (ort.isValid()) {
         setCurrentIndex(ort);
     }
@@ -94,8 +94,8 @@ void Baumansicht::merken()
     offene_.clear();
     rollstand_ = verticalScrollBar()->value();
     vorherige_ = aktuelle();
-    for (int i = 0; i < std::ssize(daten_.alle()); ++i) {
-        if (isExpanded(daten_.zuStelle(i))) {
+    for (int i = 0; i < std::ssize(modell_.alle()); ++i) {
+        if (isExpanded(modell_.zuStelle(i))) {
             offene_.push_back(i);
         }
     }
@@ -105,7 +105,7 @@ void Baumansicht::wiederherstellen(int stelle)
 {
     breiteAnpassen(0);
     for (const int offener : offene_) {
-        expand(daten_.zuStelle(offener));
+        expand(modell_.zuStelle(offener));
     }
     executeDelayedItemsLayout();
     aktuelleSetzen(stelle);
@@ -138,7 +138,7 @@ void Baumansicht::alleZuklappen()
 void Baumansicht::zeileWaehlen()
 {
     if (!currentIndex().isValid()) {
-        setCurrentIndex(daten_.index(0, 0));
+        setCurrentIndex(modell_.index(0, 0));
     }
 }
 
@@ -223,7 +223,7 @@ void Baumansicht::contextMenuEvent(QContextMenuEvent *event)
 void Baumansicht::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
-    if (daten_.gefiltert() && !daten_.hasChildren()) {
+    if (modell_.gefiltert() && !modell_.hasChildren()) {
         QPainter maler(viewport());
         maler.setFont(systemschrift(13));
         maler.setPen(Farbe::sekundaer(palette()));

@@ -19,7 +19,7 @@ public:
     // `modell` must outlive this object.
     explicit Baumansicht(PlaylistenModell &modell, QWidget *parent = nullptr);
 
-    [[nodiscard]] PlaylistenModell &modell() const { return daten_; }
+    [[nodiscard]] PlaylistenModell &modell() const { return modell_; }
 
     void filtern(const QString &suchwort);
     void alleAufklappen();
@@ -50,7 +50,7 @@ private:
     void breiteAnpassen(int tiefste);
     void zustandMelden(const QModelIndex &index, bool aufgeklappt);
 
-    PlaylistenModell &daten_;
+    PlaylistenModell &modell_;
     int tiefste_ = 0; // level of the deepest folder that was opened
 
     // How the tree stood before the filter.

@@ -99,9 +99,9 @@ void Beschriftung::setSchrumpfen(double faktor)
     updateGeometry();
 }
 
-void Beschriftung::setGrund(const QColor &hinten)
+void Beschriftung::setGrund(const QColor &grund)
 {
-    grund_ = hinten;
+    grund_ = grund;
     update();
 }
 

@@ -41,7 +41,7 @@ public:
     void setSchrumpfen(double faktor);
 
     // The opaque colour behind the label, where its text must stay readable on it.
-    void setGrund(const QColor &hinten);
+    void setGrund(const QColor &grund);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;

@@ -27,9 +27,9 @@ void Pille::setzen(const QString &inhalt, Farbton schrift, Farbton grund)
     update();
 }
 
-void Pille::setUnterlage(const QColor &farbe)
+void Pille::setUnterlage(const QColor &unterlage)
 {
-    unterlage_ = farbe;
+    unterlage_ = unterlage;
     grundErneuern();
 }
 

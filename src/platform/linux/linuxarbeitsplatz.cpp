@@ -36,12 +36,12 @@ void melden(QObject *besitzer, const Rueckruf &fertig, const std::optional<QStri
 class Startwacht final : public QObject
 {
 public:
-    Startwacht(int meldung, QString datei, QObject *besitzer, Rueckruf ruf)
+    Startwacht(int fd, QString programm, QObject *besitzer, Rueckruf fertig)
         : QObject(besitzer)
-        , fd_(meldung)
-        , programm_(std::move(datei))
-        , fertig_(std::move(ruf))
-        , horcher_(meldung, QSocketNotifier::Read)
+        , fd_(fd)
+        , programm_(std::move(programm))
+        , fertig_(std::move(fertig))
+        , horcher_(fd, QSocketNotifier::Read)
     {
         connect(&horcher_, &QSocketNotifier::activated, this, &Startwacht::lesen);
     }
@@ -51,9 +51,6 @@ public:
         horcher_.setEnabled(false);
         ::close(fd_);
     }
-
-    Startwacht(const Startwacht &) = delete;
-    Startwacht &operator=(const Startwacht &) = delete;
 
 private:
     void lesen()

@@ -18,10 +18,10 @@ plist_t knoten(const QString &text)
 
 } // namespace
 
-LaunchAgent::LaunchAgent(QString pfad, const QString &heim)
+LaunchAgent::LaunchAgent(QString programm, const QString &heim)
     : Startdatei(heim + u"/Library/LaunchAgents/"_s + KENNUNG + u".plist"_s)
-    , programm_(pfad.isEmpty() ? u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s
-                               : std::move(pfad))
+    , programm_(programm.isEmpty() ? u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s
+                                   : std::move(programm))
 {
 }
 
