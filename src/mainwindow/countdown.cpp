@@ -43,9 +43,9 @@ void Countdown::countdownText()
     // Told once; the numbers that follow stay silent.
     const QString inhalt = u"rekordbox startet in %1 s  ·"_s.arg(rest_);
     if (lblCountdown_->text().isEmpty()) {
-        lblCountdown_->setText(inhalt);
+        lblCountdown_->textSetzen(inhalt);
     } else {
-        lblCountdown_->setTextLautlos(inhalt);
+        lblCountdown_->textLautlosSetzen(inhalt);
     }
     knCountdown_->show();
 }
@@ -66,7 +66,7 @@ void Countdown::stopp()
 {
     takt_.reset();
     countdownArt_.reset();
-    lblCountdown_->setText({});
+    lblCountdown_->textSetzen({});
     knCountdown_->hide();
     hide();
 }

@@ -2,7 +2,7 @@
 
 #include "assessment/bewerten.h"
 #include "foundation/einstellungen.h"
-#include "foundation/formate.h"
+#include "foundation/speicherplatz.h"
 #include "mainwindow/bild.h"
 #include "mainwindow/countdown.h"
 #include "mainwindow/statuskarte.h"

@@ -115,8 +115,8 @@ void Statuskarte::zeige(const QString &art, const QString &titel, const QString 
         rad_->anhalten();
         bildZeichen_->setzen(neu.symbol, neu.toenung, titel);
     }
-    lblTitel_->setText(titel);
-    lblDetail_->setText(detail);
+    lblTitel_->textSetzen(titel);
+    lblDetail_->textSetzen(detail);
 
     // Told once for each state; the seconds that follow stay silent.
     const QString punkt = detail.isEmpty() || titel.endsWith(u'…') ? u" "_s : u". "_s;
@@ -128,7 +128,7 @@ void Statuskarte::zeige(const QString &art, const QString &titel, const QString 
 void Statuskarte::ladetakt()
 {
     const qint64 sekunden = std::max<qint64>(0, ladeBeginn_.msecsTo(uhr_.jetzt()) / 1000);
-    lblDetail_->setTextLautlos(ladeText_ + u"  (%1 s)"_s.arg(sekunden));
+    lblDetail_->textLautlosSetzen(ladeText_ + u"  (%1 s)"_s.arg(sekunden));
 }
 
 void Statuskarte::betriebZeigen(const QString &betrieb)

@@ -39,7 +39,7 @@ Updatekarte::Updatekarte(QWidget *parent)
 void Updatekarte::zeige(const QString &version, const QString &adresse)
 {
     updateAdresse_ = adresse;
-    lblUpdate_->setText(u"Neue Version "_s + version + u" verfügbar"_s);
+    lblUpdate_->textSetzen(u"Neue Version "_s + version + u" verfügbar"_s);
     show();
 }
 

@@ -72,22 +72,23 @@ void Zahlenkarte::zeige(const QJsonValue &antwort, std::optional<double> frei,
     const QJsonValue s = pfad(antwort, u"statistik");
     const QString platz = u"Frei auf dem Mac: "_s + fGB(frei);
     if (pfad(s, u"titel").isUndefined()) {
-        lblZeile1_->setText(platz);
-        lblZeile2_->setText(
+        lblZeile1_->textSetzen(platz);
+        lblZeile2_->textSetzen(
             u"Keine Verbindung zur Cloud – Zahlen folgen beim nächsten Abgleich."_s);
         return;
     }
-    zahlen_[0]->setText(fZahl(zahl(s, u"titel")));
-    zahlen_[1]->setText(fZahl(zahl(s, u"playlisten")));
-    zahlen_[2]->setText(fZahl(zahl(s, u"hot_cues")));
-    zahlen_[3]->setText(fGB(zahl(s, u"dateigroesse")));
+    zahlen_[0]->textSetzen(fZahl(zahl(s, u"titel")));
+    zahlen_[1]->textSetzen(fZahl(zahl(s, u"playlisten")));
+    zahlen_[2]->textSetzen(fZahl(zahl(s, u"hot_cues")));
+    zahlen_[3]->textSetzen(fGB(zahl(s, u"dateigroesse")));
     for (Tabellenzahl *feld : zahlen_) {
         feld->update(); // its neighbours may have changed its size
     }
-    lblZeile1_->setText(u"Analysiert: "_s + fZahl(zahl(s, u"analysiert")) + u" Titel"_s + trenner +
-                        u"Analysedaten: "_s + fGB(zahl(s, u"analysegroesse")) + trenner + platz);
-    lblZeile2_->setText(u"Stand der Cloud: "_s + fZeit(text(s, u"stand"), jetzt) + trenner +
-                        u"geprüft "_s + fZeit(jetzt, jetzt));
+    lblZeile1_->textSetzen(u"Analysiert: "_s + fZahl(zahl(s, u"analysiert")) + u" Titel"_s +
+                           trenner + u"Analysedaten: "_s + fGB(zahl(s, u"analysegroesse")) +
+                           trenner + platz);
+    lblZeile2_->textSetzen(u"Stand der Cloud: "_s + fZeit(text(s, u"stand"), jetzt) + trenner +
+                           u"geprüft "_s + fZeit(jetzt, jetzt));
 }
 
 } // namespace kalvaro

@@ -2,8 +2,8 @@
 
 namespace kalvaro {
 
-Merkprozesse::Merkprozesse(const Prozesse &ganze)
-    : quelle_(ganze)
+Merkprozesse::Merkprozesse(const Prozesse &quelle)
+    : quelle_(quelle)
 {
 }
 

@@ -14,8 +14,8 @@ class Merkprozesse final : public QObject, public Prozesse
     Q_OBJECT
 
 public:
-    // `ganze` must outlive this object.
-    explicit Merkprozesse(const Prozesse &ganze);
+    // `quelle` must outlive this object.
+    explicit Merkprozesse(const Prozesse &quelle);
 
     [[nodiscard]] qsizetype anzahl(const QString &name) const override;
     [[nodiscard]] QStringList buendel() const override { return quelle_.buendel(); }

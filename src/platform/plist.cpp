@@ -12,8 +12,8 @@ namespace {
 class Binaerplist
 {
 public:
-    explicit Binaerplist(QByteArrayView bytes)
-        : inhalt_(bytes)
+    explicit Binaerplist(QByteArrayView inhalt)
+        : inhalt_(inhalt)
     {
     }
 

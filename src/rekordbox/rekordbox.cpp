@@ -29,9 +29,9 @@ QString kandidat(const QFileInfo &eintrag)
 
 } // namespace
 
-Rekordbox::Rekordbox(const Prozesse &liste, QString programme)
-    : prozesse_(liste)
-    , programmordner_(std::move(programme))
+Rekordbox::Rekordbox(const Prozesse &prozesse, QString programmordner)
+    : prozesse_(prozesse)
+    , programmordner_(std::move(programmordner))
 {
 }
 

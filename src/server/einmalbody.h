@@ -16,9 +16,9 @@ namespace kalvaro {
 class Einmalbody final : public QIODevice
 {
 public:
-    Einmalbody(QByteArray daten, QObject *parent)
+    Einmalbody(QByteArray bytes, QObject *parent)
         : QIODevice(parent)
-        , bytes_(std::move(daten))
+        , bytes_(std::move(bytes))
     {
         open(ReadOnly | Unbuffered);
     }

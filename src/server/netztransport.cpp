@@ -240,8 +240,8 @@ private:
 
 } // namespace
 
-Netztransport::Netztransport(Uhr &zeit)
-    : uhr_(zeit)
+Netztransport::Netztransport(Uhr &uhr)
+    : uhr_(uhr)
 {
 }
 

@@ -17,8 +17,8 @@ namespace kalvaro {
 class Netztransport final : public Transport
 {
 public:
-    // `zeit` must outlive every exchange; an exchange may outlive this object.
-    explicit Netztransport(Uhr &zeit);
+    // `uhr` must outlive every exchange; an exchange may outlive this object.
+    explicit Netztransport(Uhr &uhr);
 
     void senden(const Netzanfrage &anfrage, QObject *besitzer, Rueckruf fertig) override;
 

@@ -18,7 +18,7 @@ namespace {
 
 using Rohergebnis = tl::expected<Netzantwort, ZentraleFehler>;
 
-constexpr Sekunden probenzeit{4};
+constexpr Sekunden vorfragezeit{4};
 
 const QString keineAdresse = u"keine Cloud-Adresse eingetragen"_s;
 
@@ -96,8 +96,8 @@ private:
             fragen();
             return;
         }
-        const Auftrag probe{.pfad = {}, .zeit = probenzeit};
-        zentrale_->roh(kandidat_ + u"/api/status"_s, probe, this, [this](const auto &ergebnis) {
+        const Auftrag vorfrage{.pfad = {}, .zeit = vorfragezeit};
+        zentrale_->roh(kandidat_ + u"/api/status"_s, vorfrage, this, [this](const auto &ergebnis) {
             if (ergebnis) {
                 fragen();
             } else {

@@ -19,7 +19,7 @@ public:
     // `modell` must outlive this object.
     explicit Baumansicht(PlaylistenModell &modell, QWidget *parent = nullptr);
 
-    [[nodiscard]] PlaylistenModell &modell() const { return daten_; }
+    [[nodiscard]] PlaylistenModell &modell() const { return modell_; }
 
     void filtern(const QString &suchwort);
     void alleAufklappen();
@@ -44,13 +44,13 @@ protected:
 
 private:
     [[nodiscard]] int aktuelle() const; // place of the current row; -1: none
-    void zeigen(int zeile);
+    void aktuelleSetzen(int stelle);
     void merken();
-    void wiederherstellen(int zeile);
-    void breiteAnpassen();
+    void wiederherstellen(int stelle);
+    void breiteAnpassen(int tiefste);
     void zustandMelden(const QModelIndex &index, bool aufgeklappt);
 
-    PlaylistenModell &daten_;
+    PlaylistenModell &modell_;
     int tiefste_ = 0; // level of the deepest folder that was opened
 
     // How the tree stood before the filter.

@@ -22,8 +22,6 @@ public:
         : QAccessibleWidget(ansicht, QAccessible::Tree)
     {
     }
-    Baumzugang(const Baumzugang &) = delete;
-    Baumzugang &operator=(const Baumzugang &) = delete;
     ~Baumzugang() override
     {
         for (const QAccessible::Id zugang : std::as_const(zeilen_)) {
@@ -65,18 +63,18 @@ private:
 class Zeilenzugang final : public QAccessibleInterface, public QAccessibleActionInterface
 {
 public:
-    Zeilenzugang(Baumzugang &oben, int knoten)
-        : baum_(oben)
-        , wo_(oben.ansicht())
-        , stelle_(knoten)
+    Zeilenzugang(Baumzugang &baum, int stelle)
+        : baum_(baum)
+        , ansicht_(baum.ansicht())
+        , stelle_(stelle)
     {
     }
 
-    [[nodiscard]] int platz() const { return stelle_; }
+    [[nodiscard]] int stelle() const { return stelle_; }
 
-    [[nodiscard]] bool isValid() const override { return wo_ && index().isValid(); }
+    [[nodiscard]] bool isValid() const override { return ansicht_ && index().isValid(); }
     [[nodiscard]] QObject *object() const override { return nullptr; }
-    [[nodiscard]] QWindow *window() const override { return wo_ ? baum_.window() : nullptr; }
+    [[nodiscard]] QWindow *window() const override { return ansicht_ ? baum_.window() : nullptr; }
     [[nodiscard]] QAccessible::Role role() const override { return QAccessible::TreeItem; }
     [[nodiscard]] QAccessibleInterface *childAt(int, int) const override { return nullptr; }
     void setText(QAccessible::Text, const QString &) override {}
@@ -90,8 +88,8 @@ public:
         if (!isValid()) {
             return {};
         }
-        QWidget *const flaeche = wo_->viewport();
-        const QRect sichtbar = wo_->visualRect(index()) & flaeche->rect();
+        QWidget *const flaeche = ansicht_->viewport();
+        const QRect sichtbar = ansicht_->visualRect(index()) & flaeche->rect();
         return sichtbar.isEmpty()
                    ? QRect()
                    : QRect(flaeche->mapToGlobal(sichtbar.topLeft()), sichtbar.size());
@@ -103,11 +101,12 @@ public:
     }
     [[nodiscard]] int childCount() const override
     {
-        return isValid() && wo_->isExpanded(index()) ? wo_->modell().rowCount(index()) : 0;
+        return isValid() && ansicht_->isExpanded(index()) ? ansicht_->modell().rowCount(index())
+                                                          : 0;
     }
     [[nodiscard]] QAccessibleInterface *child(int nummer) const override
     {
-        return nummer < childCount() ? baum_.zeile(wo_->modell().index(nummer, 0, index()))
+        return nummer < childCount() ? baum_.zeile(ansicht_->modell().index(nummer, 0, index()))
                                      : nullptr;
     }
     [[nodiscard]] int indexOfChild(const QAccessibleInterface *kind) const override
@@ -130,24 +129,25 @@ public:
     }
     void doAction(const QString &aktion) override
     {
-        if (!isValid() || !wo_->isEnabled()) {
+        if (!isValid() || !ansicht_->isEnabled()) {
             return;
         }
         if (aktion == toggleAction()) {
             const bool an = index().data(Qt::CheckStateRole).toInt() == Qt::Checked;
-            wo_->modell().setData(index(), an ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+            ansicht_->modell().setData(index(), an ? Qt::Unchecked : Qt::Checked,
+                                       Qt::CheckStateRole);
         } else if (aktion == setFocusAction()) {
-            wo_->setFocus();
-            wo_->setCurrentIndex(index());
+            ansicht_->setFocus();
+            ansicht_->setCurrentIndex(index());
         }
     }
     [[nodiscard]] QStringList keyBindingsForAction(const QString &) const override { return {}; }
 
 private:
-    [[nodiscard]] QModelIndex index() const { return wo_->modell().zuStelle(stelle_); }
+    [[nodiscard]] QModelIndex index() const { return ansicht_->modell().zuStelle(stelle_); }
 
     Baumzugang &baum_; // owns this one
-    const QPointer<Baumansicht> wo_;
+    const QPointer<Baumansicht> ansicht_;
     const int stelle_;
 };
 
@@ -158,15 +158,15 @@ QAccessible::State Zeilenzugang::state() const
     if (zustand.invalid) {
         return zustand;
     }
-    zustand.disabled = !wo_->isEnabled();
+    zustand.disabled = !ansicht_->isEnabled();
     zustand.focusable = true;
-    zustand.focused = wo_->hasFocus() && wo_->currentIndex() == index();
+    zustand.focused = ansicht_->hasFocus() && ansicht_->currentIndex() == index();
     zustand.checkable = true;
     zustand.checked = index().data(Qt::CheckStateRole).toInt() == Qt::Checked;
-    zustand.expandable = wo_->modell().hasChildren(index());
-    zustand.expanded = zustand.expandable && wo_->isExpanded(index());
+    zustand.expandable = ansicht_->modell().hasChildren(index());
+    zustand.expanded = zustand.expandable && ansicht_->isExpanded(index());
     zustand.collapsed = zustand.expandable && !zustand.expanded;
-    zustand.invisible = !wo_->isVisible();
+    zustand.invisible = !ansicht_->isVisible();
     zustand.offscreen = rect().isEmpty();
     return zustand;
 }
@@ -192,7 +192,7 @@ int Baumzugang::indexOfChild(const QAccessibleInterface *kind) const
     if (zeile == nullptr || !zeile->isValid()) {
         return -1;
     }
-    const QModelIndex index = ansicht()->modell().zuStelle(zeile->platz());
+    const QModelIndex index = ansicht()->modell().zuStelle(zeile->stelle());
     return index.parent().isValid() ? -1 : index.row();
 }
 

@@ -32,7 +32,7 @@ class EinstellungenFenster final : public QDialog
     Q_OBJECT
 
 public:
-    struct Umfeld
+    struct Vorgaben
     {
         Zentrale &zentrale;
         Einstellungen &einst;
@@ -41,8 +41,8 @@ public:
         QString betrieb;                    // the server's mode as last heard; "": not heard yet
     };
 
-    // What `umfeld` refers to must outlive the sheet.
-    EinstellungenFenster(Umfeld umfeld, QWidget *eltern);
+    // What `vorgaben` refers to must outlive the sheet.
+    EinstellungenFenster(Vorgaben vorgaben, QWidget *eltern);
 
     // Fetches the tree of playlists. Does nothing while that is under way or after it succeeded.
     void laden();
@@ -72,13 +72,13 @@ private:
 
     void geladen(const Zentrale::Antwort &antwort);
     void optionenSichern();
-    void uebertragen(const QStringList &uuids);
-    void uebertragen(const Zentrale::Antwort &antwort, qsizetype anzahl);
+    void auswahlSenden(const QStringList &uuids);
+    void auswahlBeantwortet(const Zentrale::Antwort &antwort, qsizetype anzahl);
     void melden(const QString &meldung, Farbton farbe);
     void eingabenSperren(bool sperren);
     bool eventFilter(QObject *objekt, QEvent *event) override;
 
-    const Umfeld umfeld_;
+    const Vorgaben vorgaben_;
     Zustand zustand_ = Zustand::Neu;
     QSet<QString> vorher_; // the choice as loaded
 

@@ -4,7 +4,7 @@
 #include "ui/beschriftung.h"
 #include "ui/farbe.h"
 #include "ui/schrift.h"
-#include "ui/stil.h"
+#include "ui/stilteile.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -22,7 +22,6 @@ namespace {
 
 constexpr double schriftgroesse = 13;
 constexpr int zeilenhoehe = 26;
-constexpr int kaestchen = 16;
 constexpr int kastenAbstand = 7; // between the box and the title
 constexpr int rand = 4;          // on either side of the row
 
@@ -57,7 +56,7 @@ const QFont &Playlistenzeile::schriftFuer(const QModelIndex &index) const
     return index.data(PlaylistenModell::OrdnerRolle).toBool() ? fett_ : normal_;
 }
 
-Playlistenzeile::Satz Playlistenzeile::setzen(const QRect &zeile, const QModelIndex &index) const
+Playlistenzeile::Satz Playlistenzeile::gesetzt(const QRect &zeile, const QModelIndex &index) const
 {
     const QFontMetricsF mass(schriftFuer(index));
     const QFontMetricsF zahlmass(normal_);
@@ -85,7 +84,7 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
 {
     constexpr int flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine;
     const bool gesperrt = !option.state.testFlag(QStyle::State_Enabled);
-    const Satz satz = setzen(option.rect, index);
+    const Satz satz = gesetzt(option.rect, index);
     maler->save();
     kaestchenMalen(*maler, satz.kasten, option.palette,
                    index.data(Qt::CheckStateRole).toInt() == Qt::Checked, gesperrt);
@@ -113,7 +112,7 @@ QSize Playlistenzeile::sizeHint(const QStyleOptionViewItem &, const QModelIndex 
 
 QRect Playlistenzeile::tastflaeche(const QRect &zeile, const QModelIndex &index) const
 {
-    const Satz satz = setzen(zeile, index);
+    const Satz satz = gesetzt(zeile, index);
     const double rechts = std::max(satz.nameOrt.right(), satz.anzahlOrt.right());
     return QRectF(satz.kasten.left() - rand, zeile.top(), rechts - satz.kasten.left() + 2 * rand,
                   zeile.height())
@@ -155,7 +154,7 @@ bool Playlistenzeile::helpEvent(QHelpEvent *event, QAbstractItemView *ansicht,
                                 const QStyleOptionViewItem &option, const QModelIndex &index)
 {
     if (event->type() != QEvent::ToolTip || !index.isValid() ||
-        !setzen(option.rect, index).gekuerzt) {
+        !gesetzt(option.rect, index).gekuerzt) {
         QToolTip::hideText();
         return false;
     }

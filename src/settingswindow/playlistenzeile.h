@@ -39,7 +39,7 @@ private:
         bool gekuerzt = false;
     };
 
-    [[nodiscard]] Satz setzen(const QRect &zeile, const QModelIndex &index) const;
+    [[nodiscard]] Satz gesetzt(const QRect &zeile, const QModelIndex &index) const;
     [[nodiscard]] const QFont &schriftFuer(const QModelIndex &index) const;
 
     const QFont normal_;

@@ -50,16 +50,16 @@ Beschriftung::Beschriftung(const QString &inhalt, QWidget *parent)
     : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
-    setText(inhalt);
+    textSetzen(inhalt);
 }
 
-void Beschriftung::setText(const QString &inhalt)
+void Beschriftung::textSetzen(const QString &inhalt)
 {
     setAccessibleName(inhalt.left(meisteZeichen));
-    setTextLautlos(inhalt);
+    textLautlosSetzen(inhalt);
 }
 
-void Beschriftung::setTextLautlos(const QString &inhalt)
+void Beschriftung::textLautlosSetzen(const QString &inhalt)
 {
     QLabel::setText(inhalt);
     hinweisErneuern();
@@ -99,15 +99,15 @@ void Beschriftung::setSchrumpfen(double faktor)
     updateGeometry();
 }
 
-void Beschriftung::setGrund(const QColor &hinten)
+void Beschriftung::setGrund(const QColor &grund)
 {
-    grund_ = hinten;
+    grund_ = grund;
     update();
 }
 
 QSize Beschriftung::sizeHint() const
 {
-    const Satz satz = setzen(umbruch_ ? *umbruch_ : QWIDGETSIZE_MAX);
+    const Satz satz = gesetzt(umbruch_ ? *umbruch_ : QWIDGETSIZE_MAX);
     return {static_cast<int>(std::ceil(satz.breite)),
             static_cast<int>(std::ceil(zeilenabstand() * double(satz.zeilen.size())))};
 }
@@ -127,7 +127,7 @@ int Beschriftung::heightForWidth(int breite) const
     if (!umbruch_) {
         return -1;
     }
-    const Satz satz = setzen(std::min(breite, *umbruch_));
+    const Satz satz = gesetzt(std::min(breite, *umbruch_));
     return static_cast<int>(std::ceil(zeilenabstand() * double(satz.zeilen.size())));
 }
 
@@ -178,7 +178,7 @@ QString Beschriftung::satztext() const
 }
 
 // Breaks the text into lines of at most `breite`.
-Beschriftung::Satz Beschriftung::setzen(double breite) const
+Beschriftung::Satz Beschriftung::gesetzt(double breite) const
 {
     Satz satz;
     const QString inhalt = satztext();
@@ -220,7 +220,7 @@ Beschriftung::Satz Beschriftung::setzen(double breite) const
 void Beschriftung::hinweisErneuern()
 {
     const double breite = umbruch_ ? std::min(width(), *umbruch_) : width();
-    setToolTip(setzen(breite).gekuerzt ? alsHinweis(text()) : QString());
+    setToolTip(gesetzt(breite).gekuerzt ? alsHinweis(text()) : QString());
 }
 
 void Beschriftung::resizeEvent(QResizeEvent *event)
@@ -251,7 +251,7 @@ void Beschriftung::paintEvent(QPaintEvent *)
     maler.setPen(stift);
     const double breite = umbruch_ ? std::min(width(), *umbruch_) : width();
     const double hoehe = zeilenabstand();
-    const Satz satz = setzen(breite);
+    const Satz satz = gesetzt(breite);
     maler.setFont(satz.schrift);
     double oben = umbruch_ ? 0 : (height() - hoehe) / 2;
     for (const QString &zeile : satz.zeilen) {

@@ -18,10 +18,13 @@ public:
     explicit Beschriftung(const QString &inhalt = {}, QWidget *parent = nullptr);
 
     // Sets the text and its accessible name.
-    void setText(const QString &inhalt);
+    void textSetzen(const QString &inhalt);
 
     // Sets the text only: screen readers are not told. For counters.
-    void setTextLautlos(const QString &inhalt);
+    void textLautlosSetzen(const QString &inhalt);
+
+    // QLabel's own would leave accessible name and tool tip behind.
+    void setText(const QString &inhalt) = delete;
 
     void setFarbe(Farbton ton);
     [[nodiscard]] QColor farbe() const;
@@ -38,7 +41,7 @@ public:
     void setSchrumpfen(double faktor);
 
     // The opaque colour behind the label, where its text must stay readable on it.
-    void setGrund(const QColor &hinten);
+    void setGrund(const QColor &grund);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -60,7 +63,7 @@ private:
     };
 
     [[nodiscard]] QString satztext() const;
-    [[nodiscard]] Satz setzen(double breite) const;
+    [[nodiscard]] Satz gesetzt(double breite) const;
     [[nodiscard]] QFont satzschrift(const QString &inhalt, double breite) const;
     [[nodiscard]] double zeilenabstand() const;
     void hinweisErneuern();

@@ -57,7 +57,7 @@ void Karte::einsetzen(QWidget *inhalt, int rand, int oben)
 }
 
 // A Gaussian of the radius around the card's edge, ring by ring; the card itself covers the rest.
-void Karte::schattenMalen(QPainter &maler, const QRectF &flaeche)
+void Karte::schattenMalen(QPainter &maler, const QRectF &platz)
 {
     constexpr int weite = static_cast<int>(3 * schattenradius);
     maler.setBrush(Qt::NoBrush);
@@ -67,7 +67,7 @@ void Karte::schattenMalen(QPainter &maler, const QRectF &flaeche)
             schattendeckung * 0.5 * std::erfc(abstand / (schattenradius * std::sqrt(2.0)));
         maler.setPen(QPen(QColor::fromRgbF(0, 0, 0, static_cast<float>(alpha)), 1));
         const QRectF umriss =
-            flaeche.translated(0, schattenversatz).adjusted(-abstand, -abstand, abstand, abstand);
+            platz.translated(0, schattenversatz).adjusted(-abstand, -abstand, abstand, abstand);
         maler.drawRoundedRect(umriss, radius + abstand, radius + abstand);
     }
 }

@@ -25,8 +25,8 @@ public:
     // Puts `inhalt` into the card, `rand` from its sides, `oben` from top and bottom.
     void einsetzen(QWidget *inhalt, int rand = 18, int oben = 16);
 
-    // Draws the shadow of a card that occupies `flaeche`.
-    static void schattenMalen(QPainter &maler, const QRectF &flaeche);
+    // Draws the shadow of a card that occupies `platz`.
+    static void schattenMalen(QPainter &maler, const QRectF &platz);
 
 protected:
     void changeEvent(QEvent *event) override;

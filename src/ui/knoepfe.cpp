@@ -2,7 +2,7 @@
 
 #include "ui/farbe.h"
 #include "ui/schrift.h"
-#include "ui/stil.h"
+#include "ui/stilteile.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -16,8 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int textschalter = Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine;
-
-constexpr int kaestchen = 16;
 constexpr int kaestchenAbstand = 8;
 
 QSize textgroesse(const QWidget &widget, const QString &inhalt)

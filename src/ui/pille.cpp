@@ -19,7 +19,7 @@ Pille::Pille(QWidget *parent)
 
 void Pille::setzen(const QString &inhalt, Farbton schrift, Farbton grund)
 {
-    label_->setText(inhalt);
+    label_->textSetzen(inhalt);
     label_->setFarbe(schrift);
     fuellung_ = grund;
     grundErneuern();
@@ -27,9 +27,9 @@ void Pille::setzen(const QString &inhalt, Farbton schrift, Farbton grund)
     update();
 }
 
-void Pille::setUnterlage(const QColor &farbe)
+void Pille::setUnterlage(const QColor &unterlage)
 {
-    unterlage_ = farbe;
+    unterlage_ = unterlage;
     grundErneuern();
 }
 

@@ -14,9 +14,9 @@ constexpr int schritt = 360 / bilderJeSekunde;
 
 } // namespace
 
-Rad::Rad(Uhr &zeit, QWidget *parent)
+Rad::Rad(Uhr &uhr, QWidget *parent)
     : QWidget(parent)
-    , uhr_(zeit)
+    , uhr_(uhr)
 {
 }
 

@@ -13,7 +13,7 @@ class Rad : public QWidget
     Q_OBJECT
 
 public:
-    explicit Rad(Uhr &zeit, QWidget *parent = nullptr);
+    explicit Rad(Uhr &uhr, QWidget *parent = nullptr);
 
     void anhalten();
     void drehen();

@@ -46,17 +46,17 @@ QIcon programmsymbol()
     return QIcon(ort(u"de.kalvaro.kalvaro"_s));
 }
 
-Zeichen::Zeichen(int seite, QWidget *parent)
+Zeichen::Zeichen(int groesse, QWidget *parent)
     : QWidget(parent)
-    , groesse_(seite)
+    , groesse_(groesse)
 {
-    setFixedSize(seite, seite);
+    setFixedSize(groesse, groesse);
 }
 
-void Zeichen::setzen(const QString &name, Farbton tint, const QString &beschreibung)
+void Zeichen::setzen(const QString &name, Farbton ton, const QString &beschreibung)
 {
     name_ = name;
-    ton_ = tint;
+    ton_ = ton;
     setAccessibleName(beschreibung);
     update();
 }

@@ -24,7 +24,7 @@ public:
     explicit Zeichen(int groesse, QWidget *parent = nullptr);
 
     // `beschreibung` is for screen readers.
-    void setzen(const QString &name, Farbton tint, const QString &beschreibung);
+    void setzen(const QString &name, Farbton ton, const QString &beschreibung);
 
     [[nodiscard]] const QString &name() const { return name_; }
     [[nodiscard]] QColor toenung() const;

@@ -1,6 +1,6 @@
 #include "doubles/datenordner.h"
-#include "platform/launchagent.h"
 #include "platform/linux/xdganmeldestart.h"
+#include "platform/macos/launchagent.h"
 
 #include <QDir>
 #include <QProcess>

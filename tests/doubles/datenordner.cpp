@@ -1,6 +1,6 @@
 #include "doubles/datenordner.h"
 
-#include "foundation/protokoll.h"
+#include "foundation/datenordner.h"
 
 #include <QDir>
 #include <QFile>

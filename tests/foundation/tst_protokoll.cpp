@@ -1,5 +1,6 @@
 #include "doubles/datenordner.h"
 #include "einschraenkung.h"
+#include "foundation/datenordner.h"
 #include "foundation/protokoll.h"
 
 #include <QDateTime>

@@ -236,7 +236,7 @@ void TstHauptfensterAufbau::erscheinungWechselt()
         Bewertung b = mitUpdate();
         b.art = u"krit"_s;
         p.abgeglichen(b);
-        p.teil<Beschriftung>(u"lblZeile1"_s)->setText(u"Frei auf dem Mac: 214 GB"_s);
+        p.teil<Beschriftung>(u"lblZeile1"_s)->textSetzen(u"Frei auf dem Mac: 214 GB"_s);
         p.fenster->activateWindow();
         Fensterprobe::ruhe();
         auto *const karte = p.teil<Karte>(u"karteStatus"_s);

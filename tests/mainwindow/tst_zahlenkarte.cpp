@@ -221,7 +221,7 @@ void TstZahlenkarte::zeilenBrechenZwischenDenAngaben()
     erwartet.setFont(systemschrift(15));
     erwartet.setUmbruch(436, 3);
     erwartet.setZeilenhoehe(18);
-    erwartet.setText(
+    erwartet.textSetzen(
         u"Analysiert: 12.001 Titel   ·   Analysedaten: 52,3 GB\nFrei auf dem Mac: 214 GB"_s);
     zeile->resize(436, zeile->heightForWidth(436));
     erwartet.resize(zeile->size());

@@ -175,7 +175,7 @@ bool zeichnen(const QDir &ziel, const Zustand &zustand, bool dunkel)
     // The free space of this machine would change every picture each time.
     auto *const zeile = fenster.findChild<Beschriftung *>(u"lblZeile1"_s);
     static const QRegularExpression frei(u"(?<=Mac: ).*"_s);
-    zeile->setText(zeile->text().replace(frei, u"214 GB"_s));
+    zeile->textSetzen(zeile->text().replace(frei, u"214 GB"_s));
     abwarten();
     const QString pfad = ziel.filePath(zustand.name + (dunkel ? u"-dunkel.png"_s : u"-hell.png"_s));
     return bildSpeichern(fenster.findChild<QWidget *>(u"ganz"_s), pfad);

@@ -1,5 +1,6 @@
 #include "platform/linux/dbuseinzelinstanz.h"
 
+#include "foundation/datenordner.h"
 #include "foundation/konstanten.h"
 #include "foundation/protokoll.h"
 #include "platform/linux/einzelinstanzsperre.h"
@@ -38,11 +39,11 @@ QString sperrordner()
     return taugt ? QString::fromLocal8Bit(laufzeit) : appOrdner();
 }
 
-DBusEinzelinstanz::DBusEinzelinstanz(Aktivierung eigeneAktivierung, const QDBusConnection &sitzung,
-                                     QString sperren)
-    : eigene_(std::move(eigeneAktivierung))
+DBusEinzelinstanz::DBusEinzelinstanz(Aktivierung eigene, const QDBusConnection &sitzung,
+                                     QString ordner)
+    : eigene_(std::move(eigene))
     , bus_(sitzung)
-    , ordner_(std::move(sperren))
+    , ordner_(std::move(ordner))
 {
     new Anwendungsdienst(this);
 }
@@ -157,9 +158,9 @@ bool DBusEinzelinstanz::ueberSperre(bool leise)
     return false;
 }
 
-Anwendungsdienst::Anwendungsdienst(DBusEinzelinstanz *ziel)
-    : QDBusAbstractAdaptor(ziel)
-    , instanz_(ziel)
+Anwendungsdienst::Anwendungsdienst(DBusEinzelinstanz *instanz)
+    : QDBusAbstractAdaptor(instanz)
+    , instanz_(instanz)
 {
 }
 

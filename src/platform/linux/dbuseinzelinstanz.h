@@ -29,7 +29,7 @@ public:
     // `eigene` is handed to the first instance when this is not the one.
     explicit DBusEinzelinstanz(Aktivierung eigene = Aktivierung::ausUmgebung(),
                                const QDBusConnection &sitzung = sitzungsbus(),
-                               QString sperren = sperrordner());
+                               QString ordner = sperrordner());
     ~DBusEinzelinstanz() override;
 
     // Waits for the bus, and for the first instance to take the request, a second at most each.

@@ -62,9 +62,9 @@ QDBusMessage anServer(const QString &methode, const QVariantList &argumente)
 
 } // namespace
 
-DBusMitteilungen::DBusMitteilungen(const QDBusConnection &sitzung, int fristJeRuf)
+DBusMitteilungen::DBusMitteilungen(const QDBusConnection &sitzung, int frist)
     : bus_(sitzung)
-    , frist_(fristJeRuf)
+    , frist_(frist)
 {
     if (!bus_.isConnected()) {
         return;

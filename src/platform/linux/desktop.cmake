@@ -2,8 +2,6 @@
 find_package(Qt6 6.4 REQUIRED COMPONENTS DBus Widgets)
 
 add_library(kalvaro_platform_desktop STATIC
-    ${CMAKE_CURRENT_LIST_DIR}/../launchagent.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/../launchagent.h
     ${CMAKE_CURRENT_LIST_DIR}/dbusaktivierung.cpp
     ${CMAKE_CURRENT_LIST_DIR}/dbusaktivierung.h
     ${CMAKE_CURRENT_LIST_DIR}/dbuseinzelinstanz.cpp
@@ -27,5 +25,5 @@ add_library(kalvaro_platform_desktop STATIC
     ${CMAKE_CURRENT_LIST_DIR}/xdganmeldestart.cpp
     ${CMAKE_CURRENT_LIST_DIR}/xdganmeldestart.h)
 target_link_libraries(kalvaro_platform_desktop
-    PUBLIC kalvaro_foundation Qt6::DBus Qt6::Widgets
-    PRIVATE kalvaro_ui PkgConfig::PLIST PkgConfig::XCB)
+    PUBLIC kalvaro_platform Qt6::DBus Qt6::Widgets
+    PRIVATE kalvaro_ui PkgConfig::XCB)

@@ -52,8 +52,8 @@ int neuerSocket()
 
 Einzelinstanzsperre::Einzelinstanzsperre(const QString &ordner,
                                          std::function<void(const QByteArray &)> angekommen)
-    : pfad_(QFile::encodeName(ordner))
-    , empfaenger_(std::move(angekommen))
+    : ordner_(QFile::encodeName(ordner))
+    , angekommen_(std::move(angekommen))
 {
     QDir().mkpath(ordner);
 }
@@ -62,7 +62,7 @@ Einzelinstanzsperre::~Einzelinstanzsperre()
 {
     horcher_.reset();
     if (briefkasten_ >= 0) {
-        ::unlink((pfad_ + '/' + KENNUNG.toUtf8() + ".socket").constData());
+        ::unlink((ordner_ + '/' + KENNUNG.toUtf8() + ".socket").constData());
         ::close(briefkasten_);
     }
     if (sperre_ >= 0) {
@@ -73,7 +73,7 @@ Einzelinstanzsperre::~Einzelinstanzsperre()
 Einzelinstanzsperre::Stand Einzelinstanzsperre::nehmen()
 {
     // The file stays for good: removing it would let two processes lock two files of one name.
-    const QByteArray datei = pfad_ + '/' + KENNUNG.toUtf8() + ".lock";
+    const QByteArray datei = ordner_ + '/' + KENNUNG.toUtf8() + ".lock";
     const int fd = ::open(datei.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (fd < 0) {
         return Stand::Unmoeglich;
@@ -91,10 +91,10 @@ Einzelinstanzsperre::Stand Einzelinstanzsperre::nehmen()
 void Einzelinstanzsperre::horchen()
 {
     briefkasten_ = neuerSocket();
-    ::unlink((pfad_ + '/' + KENNUNG.toUtf8() + ".socket").constData());
+    ::unlink((ordner_ + '/' + KENNUNG.toUtf8() + ".socket").constData());
     const mode_t maske = ::umask(0077); // nobody but the user may write into it
     const bool offen =
-        briefkasten_ >= 0 && mitAdresse(pfad_, [this](const sockaddr *adresse, socklen_t laenge) {
+        briefkasten_ >= 0 && mitAdresse(ordner_, [this](const sockaddr *adresse, socklen_t laenge) {
             return ::bind(briefkasten_, adresse, laenge);
         });
     ::umask(maske);
@@ -109,7 +109,7 @@ bool Einzelinstanzsperre::senden(const QByteArray &nachricht) const
     const int fd = neuerSocket();
     const auto laenge = static_cast<size_t>(nachricht.size());
     const bool gesendet =
-        fd >= 0 && mitAdresse(pfad_, [&](const sockaddr *adresse, socklen_t groesse) {
+        fd >= 0 && mitAdresse(ordner_, [&](const sockaddr *adresse, socklen_t groesse) {
             return ::sendto(fd, nachricht.constData(), laenge, MSG_NOSIGNAL, adresse, groesse);
         });
     ::close(fd);
@@ -122,7 +122,7 @@ void Einzelinstanzsperre::lesen()
     const ssize_t laenge = ::recv(briefkasten_, nachricht.data(), groessteNachricht, 0);
     if (laenge >= 0) {
         nachricht.truncate(laenge);
-        empfaenger_(nachricht);
+        angekommen_(nachricht);
     }
 }
 

@@ -38,8 +38,8 @@ private:
     void horchen();
     void lesen();
 
-    const QByteArray pfad_;
-    const std::function<void(const QByteArray &)> empfaenger_;
+    const QByteArray ordner_;
+    const std::function<void(const QByteArray &)> angekommen_;
     int sperre_ = -1;
     int briefkasten_ = -1;
     std::unique_ptr<QSocketNotifier> horcher_;

@@ -47,9 +47,6 @@ public:
         ::close(fd_);
     }
 
-    Startwacht(const Startwacht &) = delete;
-    Startwacht &operator=(const Startwacht &) = delete;
-
 private:
     void lesen()
     {

@@ -80,15 +80,15 @@ QString buendelVon(int prozesse, const char *pid)
 } // namespace
 
 LinuxProzesse::LinuxProzesse(QString werkzeug, QByteArray proc, std::chrono::milliseconds frist)
-    : pgrep_(std::move(werkzeug))
-    , prozessordner_(std::move(proc))
-    , laengstens_(frist)
+    : werkzeug_(std::move(werkzeug))
+    , proc_(std::move(proc))
+    , frist_(frist)
 {
 }
 
 qsizetype LinuxProzesse::anzahl(const QString &name) const
 {
-    const auto bytes = ausgabe(pgrep_, {u"-x"_s, name}, QDeadlineTimer(laengstens_));
+    const auto bytes = ausgabe(werkzeug_, {u"-x"_s, name}, QDeadlineTimer(frist_));
     if (!bytes) {
         return 0;
     }
@@ -99,8 +99,7 @@ qsizetype LinuxProzesse::anzahl(const QString &name) const
 
 QStringList LinuxProzesse::buendel() const
 {
-    const std::unique_ptr<DIR, int (*)(DIR *)> ordner(::opendir(prozessordner_.constData()),
-                                                      ::closedir);
+    const std::unique_ptr<DIR, int (*)(DIR *)> ordner(::opendir(proc_.constData()), ::closedir);
     QStringList liste;
     if (!ordner) {
         return liste;

@@ -28,9 +28,9 @@ public:
     [[nodiscard]] QStringList buendel() const override;
 
 private:
-    const QString pgrep_;
-    const QByteArray prozessordner_;
-    const std::chrono::milliseconds laengstens_;
+    const QString werkzeug_;
+    const QByteArray proc_;
+    const std::chrono::milliseconds frist_;
 
     mutable QHash<int, int> draussen_; // process id → how often seen outside of all bundles
     mutable int blick_ = 0;            // number of the call

@@ -24,10 +24,10 @@ QString socketpfad(const QString &adresse)
 
 } // namespace
 
-Logindwache::Logindwache(Uhr &zeit, std::function<void()> aufgewacht, QString busadresse)
-    : uhr_(zeit)
-    , ruf_(std::move(aufgewacht))
-    , adresse_(std::move(busadresse))
+Logindwache::Logindwache(Uhr &uhr, std::function<void()> aufgewacht, QString adresse)
+    : uhr_(uhr)
+    , aufgewacht_(std::move(aufgewacht))
+    , adresse_(std::move(adresse))
     , name_(u"logind-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces))
 {
     connect(&ordner_, &QFileSystemWatcher::directoryChanged, this, &Logindwache::neuVersuchen);
@@ -101,7 +101,7 @@ void Logindwache::spaeterWieder()
 void Logindwache::schlafWechselt(bool beginnt)
 {
     if (!beginnt) {
-        ruf_();
+        aufgewacht_();
     }
 }
 

@@ -21,8 +21,6 @@ public:
     // `adresse` is that of the system bus.
     Logindwache(Uhr &uhr, std::function<void()> aufgewacht, QString adresse = systembusAdresse());
     ~Logindwache() override;
-    Logindwache(const Logindwache &) = delete;
-    Logindwache &operator=(const Logindwache &) = delete;
 
 private Q_SLOTS:
     void schlafWechselt(bool beginnt);
@@ -36,7 +34,7 @@ private:
     void spaeterWieder();
 
     Uhr &uhr_;
-    const std::function<void()> ruf_;
+    const std::function<void()> aufgewacht_;
     const QString adresse_;
     const QString name_; // of the connection, within Qt
     QFileSystemWatcher ordner_;

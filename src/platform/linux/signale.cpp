@@ -5,7 +5,6 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 namespace kalvaro {
@@ -21,11 +20,6 @@ void weckeSchleife(int)
 {
     const char zeichen = 0;
     [[maybe_unused]] const auto geschrieben = ::write(rohr[1], &zeichen, 1);
-}
-
-void sofortEnden(int)
-{
-    ::_exit(0);
 }
 
 void behandeln(int nummer, void (*wie)(int))
@@ -63,15 +57,6 @@ Signale::~Signale()
     ::close(rohr[0]);
     ::close(rohr[1]);
     rohr = {-1, -1};
-}
-
-void endeErzwingen(int millisekunden)
-{
-    behandeln(SIGALRM, sofortEnden);
-    itimerval frist = {};
-    frist.it_value.tv_sec = millisekunden / 1000;
-    frist.it_value.tv_usec = millisekunden % 1000 * 1000L;
-    ::setitimer(ITIMER_REAL, &frist, nullptr);
 }
 
 } // namespace kalvaro

@@ -32,7 +32,7 @@ bool immerDunkleLeiste()
 } // namespace
 
 TrayStatusobjekt::TrayStatusobjekt(Uhr &uhr, const QDBusConnection &sitzung)
-    : wache_(uhr, sitzung, xembed_, [this](Trayart gefundene) { erscheinen(gefundene); })
+    : wache_(uhr, sitzung, xembed_, [this](Trayart art) { erscheinen(art); })
 {
     qApp->installEventFilter(this);
 }
@@ -45,18 +45,18 @@ void TrayStatusobjekt::symbolSetzen(const QString &name)
     symbolZeichnen();
 }
 
-void TrayStatusobjekt::hinweisSetzen(const QString &text)
+void TrayStatusobjekt::hinweisSetzen(const QString &hinweis)
 {
-    hinweis_ = text.left(hinweisLaenge);
+    hinweis_ = hinweis.left(hinweisLaenge);
     if (!hinweis_.isEmpty() && hinweis_.back().isHighSurrogate()) {
         hinweis_.chop(1);
     }
     hinweisZeigen();
 }
 
-void TrayStatusobjekt::menueSetzen(QMenu *neues)
+void TrayStatusobjekt::menueSetzen(QMenu *menue)
 {
-    menue_ = neues;
+    menue_ = menue;
     if (zeichen_) {
         zeichen_->setContextMenu(menue_);
     }
@@ -70,9 +70,9 @@ bool TrayStatusobjekt::eventFilter(QObject *objekt, QEvent *ereignis)
     return QObject::eventFilter(objekt, ereignis);
 }
 
-void TrayStatusobjekt::erscheinen(Trayart gefundene)
+void TrayStatusobjekt::erscheinen(Trayart art)
 {
-    art_ = gefundene;
+    art_ = art;
     xembed_.beiErscheinen([this] { symbolZeichnen(); }); // another panel, another colour
     zeichen_ = std::make_unique<QSystemTrayIcon>();
     connect(zeichen_.get(), &QSystemTrayIcon::activated, this,

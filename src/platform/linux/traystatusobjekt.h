@@ -31,7 +31,7 @@ protected:
     bool eventFilter(QObject *objekt, QEvent *ereignis) override;
 
 private:
-    void erscheinen(Trayart gefundene);
+    void erscheinen(Trayart art);
     void symbolZeichnen();
     void hinweisZeigen();
     void menueZeigen();

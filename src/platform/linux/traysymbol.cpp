@@ -15,10 +15,10 @@ namespace {
 class Maske final : public QIconEngine
 {
 public:
-    Maske(QString zeichnung, const QColor &ton, QString imThema)
-        : name_(std::move(zeichnung))
-        , farbe_(ton)
-        , themenname_(std::move(imThema))
+    Maske(QString name, const QColor &farbe, QString themenname)
+        : name_(std::move(name))
+        , farbe_(farbe)
+        , themenname_(std::move(themenname))
     {
     }
 

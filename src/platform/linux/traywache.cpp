@@ -17,12 +17,12 @@ constexpr Sekunden bedenken{2};
 
 } // namespace
 
-Traywache::Traywache(Uhr &zeit, const QDBusConnection &sitzung, XEmbedtray &tray,
+Traywache::Traywache(Uhr &uhr, const QDBusConnection &sitzung, XEmbedtray &xembed,
                      std::function<void(Trayart)> gefunden)
-    : uhr_(zeit)
+    : uhr_(uhr)
     , bus_(sitzung)
-    , xembed_(tray)
-    , ruf_(std::move(gefunden))
+    , xembed_(xembed)
+    , gefunden_(std::move(gefunden))
 {
     if (bus_.isConnected()) {
         waechter_.setConnection(bus_);
@@ -43,7 +43,7 @@ Traywache::Traywache(Uhr &zeit, const QDBusConnection &sitzung, XEmbedtray &tray
 
 void Traywache::hostFragen()
 {
-    if (!ruf_) {
+    if (!gefunden_) {
         return;
     }
     QDBusMessage frage = QDBusMessage::createMethodCall(
@@ -83,8 +83,8 @@ void Traywache::xembedErschienen()
 
 void Traywache::melden(Trayart art)
 {
-    if (ruf_) {
-        std::exchange(ruf_, {})(art);
+    if (gefunden_) {
+        std::exchange(gefunden_, {})(art);
     }
 }
 

@@ -40,7 +40,7 @@ private:
     Uhr &uhr_;
     QDBusConnection bus_;
     XEmbedtray &xembed_;
-    std::function<void(Trayart)> ruf_;
+    std::function<void(Trayart)> gefunden_;
     QDBusServiceWatcher waechter_;
     Weckruf nocheinmal_;
     Weckruf bedenkzeit_;

@@ -3,6 +3,7 @@
 #include "foundation/konstanten.h"
 
 #include <QCoreApplication>
+#include <QDir>
 
 namespace kalvaro {
 
@@ -73,9 +74,9 @@ QString autostartordner()
     return (gilt ? gesetzt : QDir::homePath() + u"/.config"_s) + u"/autostart"_s;
 }
 
-XdgAnmeldestart::XdgAnmeldestart(QString pfad, const QString &ordner)
+XdgAnmeldestart::XdgAnmeldestart(QString programm, const QString &ordner)
     : Startdatei(ordner + u'/' + KENNUNG + u".desktop"_s)
-    , programm_(std::move(pfad))
+    , programm_(std::move(programm))
 {
 }
 

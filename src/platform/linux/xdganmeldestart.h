@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/launchagent.h"
+#include "platform/startdatei.h"
 
 namespace kalvaro {
 

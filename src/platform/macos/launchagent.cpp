@@ -1,11 +1,6 @@
-#include "platform/launchagent.h"
+#include "platform/macos/launchagent.h"
 
 #include "foundation/konstanten.h"
-#include "foundation/protokoll.h"
-
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 
 #include <memory>
 #include <plist/plist.h>
@@ -23,35 +18,10 @@ plist_t knoten(const QString &text)
 
 } // namespace
 
-Startdatei::Startdatei(QString datei)
-    : ort_(std::move(datei))
-{
-}
-
-bool Startdatei::an() const
-{
-    return QFileInfo::exists(ort_);
-}
-
-void Startdatei::setzen(bool einschalten)
-{
-    if (einschalten) {
-        QDir().mkpath(QFileInfo(ort_).path());
-        QSaveFile ziel(ort_);
-        if (ziel.open(QIODevice::WriteOnly)) {
-            ziel.write(inhalt());
-            ziel.commit();
-        }
-    } else {
-        QFile::remove(ort_);
-    }
-    protokoll(u"Start beim Anmelden: "_s + (einschalten ? u"an"_s : u"aus"_s));
-}
-
-LaunchAgent::LaunchAgent(QString pfad, const QString &heim)
+LaunchAgent::LaunchAgent(QString programm, const QString &heim)
     : Startdatei(heim + u"/Library/LaunchAgents/"_s + KENNUNG + u".plist"_s)
-    , programm_(pfad.isEmpty() ? u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s
-                               : std::move(pfad))
+    , programm_(programm.isEmpty() ? u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s
+                                   : std::move(programm))
 {
 }
 
