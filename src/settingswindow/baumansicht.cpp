@@ -108,7 +108,7 @@ void Baumansicht::wiederherstellen(int stelle)
         expand(modell_.zuStelle(offener));
     }
     executeDelayedItemsLayout();
-    aktuelleSetzen(stelle);
+    aktuelleSetzen(stelle < 0 ? vorherige_ : stelle);
     if (stelle < 0 || stelle == vorherige_) {
         verticalScrollBar()->setValue(rollstand_);
     }

@@ -1,6 +1,7 @@
 // The main menu: its rows and what they do.
 
 #include "app/hauptmenue.h"
+#include "testlauf.h"
 
 #include "steuerungsprobe.h"
 
@@ -8,7 +9,6 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -169,5 +169,5 @@ private:
     std::unique_ptr<Steuerungsprobe> p;
 };
 
-QTEST_MAIN(TestHauptmenue)
+KALVARO_FENSTERTEST(TestHauptmenue)
 #include "tst_hauptmenue.moc"

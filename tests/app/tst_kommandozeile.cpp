@@ -1,8 +1,7 @@
 // What is read from the command line.
 
 #include "app/kommandozeile.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -73,5 +72,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestKommandozeile)
+KALVARO_TEST(TestKommandozeile)
 #include "tst_kommandozeile.moc"

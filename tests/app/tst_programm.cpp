@@ -144,7 +144,7 @@ private Q_SLOTS:
     void bild()
     {
         QFETCH(const bool, hintergrund);
-        const QString pfad = p->programme.filePath(u"bild.png"_s);
+        const QString pfad = p->programme.pfad() + u"/bild.png"_s;
         p->abgleiche = {gut};
         Mitschnitt ausgabe(stdout);
 

@@ -2,14 +2,15 @@
 
 #include "democloud.h"
 
+#include "doubles/dateien.h"
 #include "doubles/rohserver.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 
@@ -42,14 +43,7 @@ public:
 
     void kontoSchreiben(const QString &server) const
     {
-        QDir().mkpath(daten());
-        QFile konto(daten() + u"/konto.json"_s);
-        if (!konto.open(QIODevice::WriteOnly)) {
-            qFatal("Cannot write the account");
-        }
-        konto.write("{\"name\":\"Pult\",\"geraet\":\"demo-mac\",\"schluessel\":\"demo-schluessel\","
-                    "\"server\":[\"" +
-                    server.toLatin1() + "\"]}");
+        dateiSchreiben(daten() + u"/konto.json"_s, demokonto(server));
     }
 
     [[nodiscard]] QProcessEnvironment umgebung() const
@@ -75,19 +69,7 @@ public:
     [[nodiscard]] QString daten() const { return wurzel.filePath(u"daten/kalvaro"_s); }
 
     // The texts of the log lines, without their time stamps.
-    [[nodiscard]] QStringList protokoll() const
-    {
-        constexpr qsizetype stempel = 21;
-        QFile log(daten() + u"/kalvaro.log"_s);
-        QStringList zeilen;
-        if (log.open(QIODevice::ReadOnly)) {
-            zeilen = QString::fromUtf8(log.readAll()).split(u'\n', Qt::SkipEmptyParts);
-        }
-        for (QString &zeile : zeilen) {
-            zeile.remove(0, stempel);
-        }
-        return zeilen;
-    }
+    [[nodiscard]] QStringList protokoll() const { return logzeilen(daten() + u"/kalvaro.log"_s); }
 
 private:
     const QTemporaryDir wurzel;
@@ -146,6 +128,8 @@ class TestProgrammlauf final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { KALVARO_BRAUCHT_EIGENE_PROZESSE(); }
+
     void bild_data()
     {
         QTest::addColumn<QStringList>("davor");
@@ -329,5 +313,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestProgrammlauf)
+KALVARO_TEST(TestProgrammlauf)
 #include "tst_programmlauf.moc"

@@ -4,6 +4,7 @@
 
 #include "foundation/uhr.h"
 #include "server/netztransport.h"
+#include "testlauf.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -11,7 +12,6 @@
 #include <QPushButton>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -19,6 +19,14 @@ using namespace Qt::StringLiterals;
 class TestSprache final : public QObject
 {
     Q_OBJECT
+
+public:
+    static void vorDerAnwendung()
+    {
+        qputenv("LANG", "C");
+        qputenv("LC_ALL", "C");
+        qunsetenv("LANGUAGE");
+    }
 
 private Q_SLOTS:
     void initTestCase()
@@ -73,14 +81,5 @@ private:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    qputenv("LANG", "C");
-    qputenv("LC_ALL", "C");
-    qunsetenv("LANGUAGE");
-    QApplication anwendung(argc, argv);
-    TestSprache test;
-    QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&test, argc, argv);
-}
+KALVARO_FENSTERTEST(TestSprache)
 #include "tst_sprache.moc"

@@ -1,10 +1,10 @@
 #include "assessment/aenderungstexte.h"
 
-#include "foundation/jsonlesen.h"
+#include "doubles/jsonlesen.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -16,7 +16,7 @@ const QString laeuft = u" überträgt gerade noch – dessen Änderungen fehlen 
 
 } // namespace
 
-class TstAenderungstexte : public QObject
+class TestAenderungstexte final : public QObject
 {
     Q_OBJECT
 
@@ -36,7 +36,7 @@ private Q_SLOTS:
     void verschachtelungBisZurGrenzeDesParsers();
 };
 
-void TstAenderungstexte::mengen_data()
+void TestAenderungstexte::mengen_data()
 {
     QTest::addColumn<QByteArray>("aenderungen");
     QTest::addColumn<QString>("erwartet");
@@ -72,14 +72,14 @@ void TstAenderungstexte::mengen_data()
     QTest::newRow("keys in other case") << QByteArray(R"({"djmdcontent":3})") << QString();
 }
 
-void TstAenderungstexte::mengen()
+void TestAenderungstexte::mengen()
 {
     QFETCH(QByteArray, aenderungen);
 
     QTEST(menge(json(aenderungen)), "erwartet");
 }
 
-void TstAenderungstexte::richtungssaetze_data()
+void TestAenderungstexte::richtungssaetze_data()
 {
     QTest::addColumn<QByteArray>("ergebnis");
     QTest::addColumn<QString>("wirklich");
@@ -115,7 +115,7 @@ void TstAenderungstexte::richtungssaetze_data()
     QTest::newRow("no map at all") << QByteArray("null") << klein << kleinProbe;
 }
 
-void TstAenderungstexte::richtungssaetze()
+void TestAenderungstexte::richtungssaetze()
 {
     QFETCH(QByteArray, ergebnis);
 
@@ -123,7 +123,7 @@ void TstAenderungstexte::richtungssaetze()
     QTEST(richtungen(json(ergebnis), true), "probe");
 }
 
-void TstAenderungstexte::hinweise_data()
+void TestAenderungstexte::hinweise_data()
 {
     QTest::addColumn<QByteArray>("andere");
     QTest::addColumn<QString>("erwartet");
@@ -162,7 +162,7 @@ void TstAenderungstexte::hinweise_data()
         << u"„B“"_s + laeuft;
 }
 
-void TstAenderungstexte::hinweise()
+void TestAenderungstexte::hinweise()
 {
     QFETCH(QByteArray, andere);
 
@@ -172,7 +172,7 @@ void TstAenderungstexte::hinweise()
     QTEST(*hinweise, "erwartet");
 }
 
-void TstAenderungstexte::keineHinweise_data()
+void TestAenderungstexte::keineHinweise_data()
 {
     QTest::addColumn<QByteArray>("antwort");
 
@@ -191,14 +191,14 @@ void TstAenderungstexte::keineHinweise_data()
     QTest::newRow("an answer that is null") << QByteArray("null");
 }
 
-void TstAenderungstexte::keineHinweise()
+void TestAenderungstexte::keineHinweise()
 {
     QFETCH(QByteArray, antwort);
 
     QVERIFY(!andereHinweise(json(antwort)).has_value());
 }
 
-void TstAenderungstexte::ohneWert()
+void TestAenderungstexte::ohneWert()
 {
     const QJsonValue fehlt(QJsonValue::Undefined);
 
@@ -207,7 +207,7 @@ void TstAenderungstexte::ohneWert()
     QVERIFY(!andereHinweise(fehlt).has_value());
 }
 
-void TstAenderungstexte::hunderttausendGeraete()
+void TestAenderungstexte::hunderttausendGeraete()
 {
     QJsonArray andere;
     for (int i = 0; i < 100'000; ++i) {
@@ -227,7 +227,7 @@ void TstAenderungstexte::hunderttausendGeraete()
     QVERIFY2(stoppuhr.elapsed() < 10'000, qPrintable(QString::number(stoppuhr.elapsed())));
 }
 
-void TstAenderungstexte::einMegabyteName()
+void TestAenderungstexte::einMegabyteName()
 {
     const QString lang(1'000'000, u'x');
     const QJsonArray andere{QJsonObject{{u"name"_s, lang}, {u"laeuft"_s, true}}};
@@ -237,7 +237,7 @@ void TstAenderungstexte::einMegabyteName()
     QCOMPARE(hinweise, u"„"_s + lang + u"“"_s + laeuft);
 }
 
-void TstAenderungstexte::verschachtelungBisZurGrenzeDesParsers()
+void TestAenderungstexte::verschachtelungBisZurGrenzeDesParsers()
 {
     const QJsonObject tief = verschachtelt(1024, R"("djmdContent")").object();
     QVERIFY(!tief.isEmpty());
@@ -248,5 +248,5 @@ void TstAenderungstexte::verschachtelungBisZurGrenzeDesParsers()
     QVERIFY(!andereHinweise(QJsonObject{{u"andere"_s, QJsonArray{tief}}}).has_value());
 }
 
-QTEST_GUILESS_MAIN(TstAenderungstexte)
+KALVARO_TEST(TestAenderungstexte)
 #include "tst_aenderungstexte.moc"

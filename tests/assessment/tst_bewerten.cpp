@@ -1,12 +1,11 @@
 #include "assessment/bewerten.h"
 
 #include "doubles/datenordner.h"
+#include "doubles/jsonlesen.h"
 #include "doubles/scripttransport.h"
 #include "doubles/testuhr.h"
-#include "foundation/jsonlesen.h"
 #include "server/zentrale.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -37,7 +36,7 @@ const QString studioOffenSatz =
 
 } // namespace
 
-class TstBewerten : public QObject
+class TestBewerten final : public QObject
 {
     Q_OBJECT
 
@@ -91,7 +90,7 @@ private:
             ergebnis = b;
             ++rufe;
         });
-        vor(1000s);
+        uhr->vor(1000s);
         if (rufe > 1) {
             qFatal("called more than once");
         }
@@ -104,26 +103,12 @@ private:
         weg->dann(Scripttransport::antwort(status, antwort));
     }
 
-    // Lets virtual time pass, and all that follows from it: a request takes a few turns of the
-    // event loop.
-    void vor(Sekunden dauer)
-    {
-        constexpr int runden = 8;
-        for (int i = 0; i < runden; ++i) {
-            QCoreApplication::processEvents();
-        }
-        uhr->vor(dauer);
-        for (int i = 0; i < runden; ++i) {
-            QCoreApplication::processEvents();
-        }
-    }
-
     Datenordner ordner;
     std::optional<Testuhr> uhr; // new for each test, as is the transport
     std::optional<Scripttransport> weg;
 };
 
-void TstBewerten::init()
+void TestBewerten::init()
 {
     ordner.leeren();
     weg.reset();
@@ -131,7 +116,7 @@ void TstBewerten::init()
     weg.emplace(&*uhr);
 }
 
-void TstBewerten::zustand_data()
+void TestBewerten::zustand_data()
 {
     QTest::addColumn<QByteArray>("antwort");
     QTest::addColumn<QString>("art");
@@ -215,7 +200,7 @@ void TstBewerten::zustand_data()
     unbekannt("markup in the state", mitZustand("<b>x</b>"), u"<b>x</b>"_s);
 }
 
-void TstBewerten::zustand()
+void TestBewerten::zustand()
 {
     QFETCH(QByteArray, antwort);
 
@@ -232,7 +217,7 @@ void TstBewerten::zustand()
     QVERIFY2(ordner.protokollzeilen().isEmpty(), "the caller logs");
 }
 
-void TstBewerten::probelauf_data()
+void TestBewerten::probelauf_data()
 {
     QTest::addColumn<QByteArray>("antwort");
     QTest::addColumn<QString>("art");
@@ -282,7 +267,7 @@ void TstBewerten::probelauf_data()
           abgeglichen, identisch);
 }
 
-void TstBewerten::probelauf()
+void TestBewerten::probelauf()
 {
     QFETCH(QByteArray, antwort);
     // Whatever mode the server reports, the sentence of the dry run stands there once.
@@ -297,7 +282,7 @@ void TstBewerten::probelauf()
     }
 }
 
-void TstBewerten::probesatz_data()
+void TestBewerten::probesatz_data()
 {
     QTest::addColumn<QByteArray>("ergebnis");
     QTest::addColumn<QString>("betrieb");
@@ -339,7 +324,7 @@ void TstBewerten::probesatz_data()
     zeile("an empty mode", R"({"zustand":"aktuell"})", nichtsZuTun, QString());
 }
 
-void TstBewerten::probesatz()
+void TestBewerten::probesatz()
 {
     QFETCH(QByteArray, ergebnis);
     QFETCH(QString, betrieb);
@@ -352,7 +337,7 @@ void TstBewerten::probesatz()
     QVERIFY(b.detail.count(probe) <= 1);
 }
 
-void TstBewerten::andereGeraete_data()
+void TestBewerten::andereGeraete_data()
 {
     QTest::addColumn<QByteArray>("antwort");
     QTest::addColumn<QString>("detail");
@@ -384,14 +369,14 @@ void TstBewerten::andereGeraete_data()
           nichtsZuTun);
 }
 
-void TstBewerten::andereGeraete()
+void TestBewerten::andereGeraete()
 {
     QFETCH(QByteArray, antwort);
 
     QTEST(antwortBewerten(json(antwort)).detail, "detail");
 }
 
-void TstBewerten::updateAngebotBeiJedemZustand_data()
+void TestBewerten::updateAngebotBeiJedemZustand_data()
 {
     QTest::addColumn<QByteArray>("zustand");
 
@@ -402,7 +387,7 @@ void TstBewerten::updateAngebotBeiJedemZustand_data()
     }
 }
 
-void TstBewerten::updateAngebotBeiJedemZustand()
+void TestBewerten::updateAngebotBeiJedemZustand()
 {
     QFETCH(QByteArray, zustand);
     const QByteArray app = R"(,"app":{"version":"1.5","url":"https://cloud/kalvaro-1.5.zip"})";
@@ -417,7 +402,7 @@ void TstBewerten::updateAngebotBeiJedemZustand()
     QCOMPARE(mit.detail, ohne.detail);
 }
 
-void TstBewerten::antwortBleibtGanzErhalten()
+void TestBewerten::antwortBleibtGanzErhalten()
 {
     const QJsonValue antwort = json(
         R"({"ergebnis":{"zustand":"fehler"},"statistik":{"titel":12,"stand":null},"x":[1,{"y":2}]})");
@@ -425,7 +410,7 @@ void TstBewerten::antwortBleibtGanzErhalten()
     QCOMPARE(antwortBewerten(antwort).antwort, antwort);
 }
 
-void TstBewerten::antwortenOhneInhalt_data()
+void TestBewerten::antwortenOhneInhalt_data()
 {
     QTest::addColumn<QJsonValue>("antwort");
 
@@ -436,7 +421,7 @@ void TstBewerten::antwortenOhneInhalt_data()
     QTest::newRow("ergebnis a text") << json(R"({"ergebnis":"aktuell"})");
 }
 
-void TstBewerten::antwortenOhneInhalt()
+void TestBewerten::antwortenOhneInhalt()
 {
     QFETCH(QJsonValue, antwort);
 
@@ -445,7 +430,7 @@ void TstBewerten::antwortenOhneInhalt()
     QCOMPARE(b, (Bewertung{.titel = u"Unbekannter Zustand"_s, .antwort = antwort}));
 }
 
-void TstBewerten::fehlerDerZentrale_data()
+void TestBewerten::fehlerDerZentrale_data()
 {
     QTest::addColumn<ZentraleFehler>("fehler");
     QTest::addColumn<Bewertung>("erwartet");
@@ -480,7 +465,7 @@ void TstBewerten::fehlerDerZentrale_data()
         << abgelehnt(u"Die Anfrage lässt sich nicht als JSON schreiben."_s);
 }
 
-void TstBewerten::fehlerDerZentrale()
+void TestBewerten::fehlerDerZentrale()
 {
     QFETCH(ZentraleFehler, fehler);
     QFETCH(Bewertung, erwartet);
@@ -493,7 +478,7 @@ void TstBewerten::fehlerDerZentrale()
     QCOMPARE(b, erwartet);
 }
 
-void TstBewerten::verschachtelungBisZurGrenzeDesParsers()
+void TestBewerten::verschachtelungBisZurGrenzeDesParsers()
 {
     // The two levels around it belong to the answer.
     const QByteArray tief = QByteArray("{\"a\":").repeated(1021) + "{\"djmdContent\":3}" +
@@ -507,7 +492,7 @@ void TstBewerten::verschachtelungBisZurGrenzeDesParsers()
              u"Kleinere Änderungen (Cues, Verlauf, Analysen) übertragen."_s);
 }
 
-void TstBewerten::einMegabyteText()
+void TestBewerten::einMegabyteText()
 {
     const QString lang(1'000'000, u'ß');
     const auto antwort = [&](const QString &zustand) {
@@ -523,7 +508,7 @@ void TstBewerten::einMegabyteText()
     QCOMPARE(antwortBewerten(antwort(lang)).detail, lang + u' ' + probe);
 }
 
-void TstBewerten::hunderttausendGeraete()
+void TestBewerten::hunderttausendGeraete()
 {
     QJsonArray andere;
     for (int i = 0; i < 100'000; ++i) {
@@ -536,7 +521,7 @@ void TstBewerten::hunderttausendGeraete()
     QCOMPARE(b.detail.count(studioOffenSatz), 100'000);
 }
 
-void TstBewerten::anfrage_data()
+void TestBewerten::anfrage_data()
 {
     QTest::addColumn<QString>("anlass");
 
@@ -547,7 +532,7 @@ void TstBewerten::anfrage_data()
     }
 }
 
-void TstBewerten::anfrage()
+void TestBewerten::anfrage()
 {
     QFETCH(QString, anlass);
     antworten(mitZustand("aktuell"));
@@ -564,7 +549,7 @@ void TstBewerten::anfrage()
         (QJsonObject{{u"geraet"_s, u"mac-1"_s}, {u"anlass"_s, anlass}, {u"version"_s, u"1.4"_s}}));
 }
 
-void TstBewerten::ergebnisAusDerCloud()
+void TestBewerten::ergebnisAusDerCloud()
 {
     const QByteArray antwort =
         R"({"betrieb":"schatten","ergebnis":{"zustand":"aktuell"},)" + studioOffen +
@@ -583,7 +568,7 @@ void TstBewerten::ergebnisAusDerCloud()
                            .updateAdresse = u"https://c/k"_s}));
 }
 
-void TstBewerten::angehaltenWirdProtokolliert_data()
+void TestBewerten::angehaltenWirdProtokolliert_data()
 {
     QTest::addColumn<QByteArray>("weiteres");
     QTest::addColumn<QString>("zeile");
@@ -594,7 +579,7 @@ void TstBewerten::angehaltenWirdProtokolliert_data()
     QTest::newRow("without") << QByteArray() << u"angehalten: "_s;
 }
 
-void TstBewerten::angehaltenWirdProtokolliert()
+void TestBewerten::angehaltenWirdProtokolliert()
 {
     QFETCH(QByteArray, weiteres);
     antworten(mitZustand("angehalten", weiteres));
@@ -606,7 +591,7 @@ void TstBewerten::angehaltenWirdProtokolliert()
     QTEST(ordner.protokollzeilen().join(u'\n'), "zeile");
 }
 
-void TstBewerten::sonstWirdNichtsProtokolliert_data()
+void TestBewerten::sonstWirdNichtsProtokolliert_data()
 {
     QTest::addColumn<QByteArray>("zustand");
 
@@ -617,7 +602,7 @@ void TstBewerten::sonstWirdNichtsProtokolliert_data()
     }
 }
 
-void TstBewerten::sonstWirdNichtsProtokolliert()
+void TestBewerten::sonstWirdNichtsProtokolliert()
 {
     QFETCH(QByteArray, zustand);
     antworten(mitZustand(zustand, R"(,"geraet":{"zustand":"angehalten"})"));
@@ -627,7 +612,7 @@ void TstBewerten::sonstWirdNichtsProtokolliert()
     QCOMPARE(ordner.protokollzeilen(), QStringList());
 }
 
-void TstBewerten::gescheiterteAnfrage_data()
+void TestBewerten::gescheiterteAnfrage_data()
 {
     using Ergebnisse = QList<Transport::Ergebnis>;
     QTest::addColumn<Ergebnisse>("antworten");
@@ -651,7 +636,7 @@ void TstBewerten::gescheiterteAnfrage_data()
         << u"krit"_s << u"Die Cloud antwortet mit 401: Schlüssel unbekannt"_s;
 }
 
-void TstBewerten::gescheiterteAnfrage()
+void TestBewerten::gescheiterteAnfrage()
 {
     QFETCH(QList<Transport::Ergebnis>, antworten);
     for (const auto &antwort : antworten) {
@@ -670,7 +655,7 @@ void TstBewerten::gescheiterteAnfrage()
     QCOMPARE(ordner.protokollzeilen(), QStringList());
 }
 
-void TstBewerten::fristVonAchtMinuten()
+void TestBewerten::fristVonAchtMinuten()
 {
     weg->dann(Scripttransport::antwort(200));
     weg->dannHaengen();
@@ -678,9 +663,9 @@ void TstBewerten::fristVonAchtMinuten()
     std::optional<Bewertung> ergebnis;
     bewerten(zentrale, u"hand"_s, &zentrale, [&](const Bewertung &b) { ergebnis = b; });
 
-    vor(479900ms);
+    uhr->vor(479900ms);
     QVERIFY(!ergebnis.has_value());
-    vor(100ms);
+    uhr->vor(100ms);
 
     QCOMPARE(ergebnis,
              (Bewertung{.art = u"warn"_s,
@@ -692,20 +677,20 @@ void TstBewerten::fristVonAchtMinuten()
     QCOMPARE(weg->anfragen().size(), 2);
 }
 
-void TstBewerten::rufErstAusDerEreignisschleife()
+void TestBewerten::rufErstAusDerEreignisschleife()
 {
     Zentrale zentrale({u"m"_s, u"m"_s, {}, {}}, *weg);
     std::optional<Bewertung> ergebnis;
 
     bewerten(zentrale, u"hand"_s, &zentrale, [&](const Bewertung &b) { ergebnis = b; });
     QVERIFY(!ergebnis.has_value());
-    vor(0s);
+    uhr->vor(0s);
 
     QVERIFY(ergebnis.has_value());
     QCOMPARE(ergebnis->detail, offline.arg(u"keine Cloud-Adresse eingetragen"_s));
 }
 
-void TstBewerten::ohneBesitzerKeinRuf()
+void TestBewerten::ohneBesitzerKeinRuf()
 {
     antworten(mitZustand("angehalten"));
     Zentrale zentrale({u"m"_s, u"m"_s, {}, {u"http://cloud"_s}}, *weg);
@@ -714,13 +699,13 @@ void TstBewerten::ohneBesitzerKeinRuf()
     bewerten(zentrale, u"hand"_s, besitzer.get(), [&](const Bewertung &) { gerufen = true; });
 
     besitzer.reset();
-    vor(1000s);
+    uhr->vor(1000s);
 
     QVERIFY(!gerufen);
     QVERIFY(ordner.protokollzeilen().isEmpty());
 }
 
-void TstBewerten::zweiAnfragenZugleich()
+void TestBewerten::zweiAnfragenZugleich()
 {
     weg->nach([](const Netzanfrage &anfrage) {
         const QByteArray zustand =
@@ -732,10 +717,10 @@ void TstBewerten::zweiAnfragenZugleich()
 
     bewerten(zentrale, u"nachher"_s, &zentrale, [&](const Bewertung &b) { titel += b.titel; });
     bewerten(zentrale, u"hand"_s, &zentrale, [&](const Bewertung &b) { titel += b.titel; });
-    vor(1s);
+    uhr->vor(1s);
 
     QCOMPARE(titel, (QStringList{u"Abgleich verschoben"_s, abgeglichen}));
 }
 
-QTEST_GUILESS_MAIN(TstBewerten)
+KALVARO_TEST(TestBewerten)
 #include "tst_bewerten.moc"

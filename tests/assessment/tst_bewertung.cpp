@@ -1,13 +1,12 @@
 #include "assessment/bewertung.h"
 
-#include "foundation/jsonlesen.h"
-
-#include <QTest>
+#include "doubles/jsonlesen.h"
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TstBewertung : public QObject
+class TestBewertung final : public QObject
 {
     Q_OBJECT
 
@@ -26,7 +25,7 @@ private Q_SLOTS:
     void keineAdresse();
 };
 
-void TstBewertung::vorgaben()
+void TestBewertung::vorgaben()
 {
     const Bewertung b;
 
@@ -41,7 +40,7 @@ void TstBewertung::vorgaben()
     QVERIFY(!b.updateAdresse.has_value());
 }
 
-void TstBewertung::einzelneAngaben()
+void TestBewertung::einzelneAngaben()
 {
     const Bewertung b{.titel = u"Titel"_s, .startbar = true, .neueVersion = u"2"_s};
 
@@ -53,7 +52,7 @@ void TstBewertung::einzelneAngaben()
     QVERIFY(b.antwort.isUndefined());
 }
 
-void TstBewertung::gleichheit()
+void TestBewertung::gleichheit()
 {
     const Bewertung b{.art = u"gut"_s, .antwort = json(R"({"a":1})")};
     Bewertung kopie = b;
@@ -64,7 +63,7 @@ void TstBewertung::gleichheit()
     QVERIFY(kopie != b);
 }
 
-void TstBewertung::angebot_data()
+void TestBewertung::angebot_data()
 {
     QTest::addColumn<QByteArray>("antwort");
     QTest::addColumn<QString>("version");
@@ -90,7 +89,7 @@ void TstBewertung::angebot_data()
         << u"1.5"_s << ziel;
 }
 
-void TstBewertung::angebot()
+void TestBewertung::angebot()
 {
     QFETCH(QByteArray, antwort);
     QFETCH(QString, version);
@@ -102,7 +101,7 @@ void TstBewertung::angebot()
     QCOMPARE(*angebot, (Updateangebot{version, url}));
 }
 
-void TstBewertung::keinAngebot_data()
+void TestBewertung::keinAngebot_data()
 {
     QTest::addColumn<QByteArray>("antwort");
 
@@ -136,19 +135,19 @@ void TstBewertung::keinAngebot_data()
     QTest::newRow("an answer that is a list") << QByteArray("[]");
 }
 
-void TstBewertung::keinAngebot()
+void TestBewertung::keinAngebot()
 {
     QFETCH(QByteArray, antwort);
 
     QVERIFY(!updateAngebot(json(antwort)).has_value());
 }
 
-void TstBewertung::ohneAntwortKeinAngebot()
+void TestBewertung::ohneAntwortKeinAngebot()
 {
     QVERIFY(!updateAngebot(QJsonValue::Undefined).has_value());
 }
 
-void TstBewertung::adresse_data()
+void TestBewertung::adresse_data()
 {
     QTest::addColumn<QString>("adresse");
 
@@ -156,7 +155,7 @@ void TstBewertung::adresse_data()
     QTest::newRow("with port, query and fragment") << u"https://cloud.example:8443/a?b=c&d=%20#e"_s;
 }
 
-void TstBewertung::adresse()
+void TestBewertung::adresse()
 {
     QFETCH(QString, adresse);
 
@@ -166,7 +165,7 @@ void TstBewertung::adresse()
     QCOMPARE(url->toString(QUrl::FullyEncoded), adresse);
 }
 
-void TstBewertung::keineAdresse_data()
+void TestBewertung::keineAdresse_data()
 {
     QTest::addColumn<QString>("adresse");
 
@@ -177,12 +176,12 @@ void TstBewertung::keineAdresse_data()
     QTest::newRow("an open bracket") << u"https://[::1/"_s;
 }
 
-void TstBewertung::keineAdresse()
+void TestBewertung::keineAdresse()
 {
     QFETCH(QString, adresse);
 
     QVERIFY(!updateUrl(adresse).has_value());
 }
 
-QTEST_GUILESS_MAIN(TstBewertung)
+KALVARO_TEST(TestBewertung)
 #include "tst_bewertung.moc"

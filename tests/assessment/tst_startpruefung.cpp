@@ -1,13 +1,13 @@
 #include "assessment/startpruefung.h"
 
 #include "doubles/datenordner.h"
+#include "doubles/jsonlesen.h"
 #include "doubles/scripttransport.h"
 #include "doubles/testuhr.h"
-#include "foundation/jsonlesen.h"
 #include "server/zentrale.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -22,7 +22,7 @@ using Hinweis = std::optional<QString>;
 
 } // namespace
 
-class TstStartpruefung : public QObject
+class TestStartpruefung final : public QObject
 {
     Q_OBJECT
 
@@ -59,25 +59,11 @@ private:
             ergebnis = p;
             ++rufe;
         });
-        vor(60s);
+        uhr->vor(60s);
         if (rufe > 1) {
             qFatal("called more than once");
         }
         return ergebnis;
-    }
-
-    // Lets virtual time pass, and all that follows from it: a request takes a few turns of the
-    // event loop.
-    void vor(Sekunden dauer)
-    {
-        constexpr int runden = 8;
-        for (int i = 0; i < runden; ++i) {
-            QCoreApplication::processEvents();
-        }
-        uhr->vor(dauer);
-        for (int i = 0; i < runden; ++i) {
-            QCoreApplication::processEvents();
-        }
     }
 
     Datenordner ordner;
@@ -85,7 +71,7 @@ private:
     std::optional<Scripttransport> weg;
 };
 
-void TstStartpruefung::init()
+void TestStartpruefung::init()
 {
     ordner.leeren();
     weg.reset();
@@ -93,7 +79,7 @@ void TstStartpruefung::init()
     weg.emplace(&*uhr);
 }
 
-void TstStartpruefung::vorgaben()
+void TestStartpruefung::vorgaben()
 {
     const Startpruefung p;
 
@@ -101,7 +87,7 @@ void TstStartpruefung::vorgaben()
     QVERIFY(!p.hinweis.has_value());
 }
 
-void TstStartpruefung::geprueft_data()
+void TestStartpruefung::geprueft_data()
 {
     QTest::addColumn<QByteArray>("stand");
     QTest::addColumn<bool>("noetig");
@@ -151,7 +137,7 @@ void TstStartpruefung::geprueft_data()
     zeile("an answer that is a list", R"([{"ausstehend": true}])", false, keiner, passt);
 }
 
-void TstStartpruefung::geprueft()
+void TestStartpruefung::geprueft()
 {
     QFETCH(QByteArray, stand);
     QFETCH(bool, noetig);
@@ -164,12 +150,12 @@ void TstStartpruefung::geprueft()
     QVERIFY2(ordner.protokollzeilen().isEmpty(), "the caller logs");
 }
 
-void TstStartpruefung::protokolliert_data()
+void TestStartpruefung::protokolliert_data()
 {
     geprueft_data();
 }
 
-void TstStartpruefung::protokolliert()
+void TestStartpruefung::protokolliert()
 {
     QFETCH(QByteArray, stand);
     QFETCH(bool, noetig);
@@ -184,13 +170,13 @@ void TstStartpruefung::protokolliert()
     QCOMPARE(ordner.protokollzeilen(), QStringList{zeile});
 }
 
-void TstStartpruefung::ohneStandNichtsNoetig()
+void TestStartpruefung::ohneStandNichtsNoetig()
 {
     QCOMPARE(standPruefen(QJsonValue::Undefined), Startpruefung());
     QCOMPARE(standPruefen(QJsonValue::Null), Startpruefung());
 }
 
-void TstStartpruefung::hunderttausendGeraete()
+void TestStartpruefung::hunderttausendGeraete()
 {
     QJsonArray andere;
     for (int i = 0; i < 100'000; ++i) {
@@ -206,7 +192,7 @@ void TstStartpruefung::hunderttausendGeraete()
     QVERIFY(stoppuhr.elapsed() < 10'000);
 }
 
-void TstStartpruefung::geraetInDerAnfrage_data()
+void TestStartpruefung::geraetInDerAnfrage_data()
 {
     QTest::addColumn<QString>("geraet");
     QTest::addColumn<QString>("kodiert");
@@ -223,7 +209,7 @@ void TstStartpruefung::geraetInDerAnfrage_data()
     QTest::newRow("a line feed and a zero byte") << u"a\nb"_s + QChar(0) << u"a%0Ab%00"_s;
 }
 
-void TstStartpruefung::geraetInDerAnfrage()
+void TestStartpruefung::geraetInDerAnfrage()
 {
     QFETCH(QString, geraet);
     QFETCH(QString, kodiert);
@@ -236,7 +222,7 @@ void TstStartpruefung::geraetInDerAnfrage()
     QCOMPARE(auftrag.zeit, 8s);
 }
 
-void TstStartpruefung::gefragtWirdMitKurzerFrist()
+void TestStartpruefung::gefragtWirdMitKurzerFrist()
 {
     weg->dann(Scripttransport::antwort(200));
     weg->dann(Scripttransport::antwort(200, "{}"));
@@ -249,7 +235,7 @@ void TstStartpruefung::gefragtWirdMitKurzerFrist()
     QCOMPARE(weg->anfragen().at(1).limit, 8s);
 }
 
-void TstStartpruefung::geraetGehtKodiertAufDenWeg()
+void TestStartpruefung::geraetGehtKodiertAufDenWeg()
 {
     weg->dann(Scripttransport::antwort(200));
     weg->dann(Scripttransport::antwort(200, "{}"));
@@ -260,7 +246,7 @@ void TstStartpruefung::geraetGehtKodiertAufDenWeg()
              u"GET http://cloud/api/stand?geraet=J%C3%B6rgs%20Ger%C3%A4t%20&%20%231"_s);
 }
 
-void TstStartpruefung::ohneAntwortInAchtSekunden()
+void TestStartpruefung::ohneAntwortInAchtSekunden()
 {
     weg->dann(Scripttransport::antwort(200));
     weg->dannHaengen();
@@ -268,9 +254,9 @@ void TstStartpruefung::ohneAntwortInAchtSekunden()
     std::optional<Startpruefung> ergebnis;
     startPruefen(zentrale, &zentrale, [&](const Startpruefung &p) { ergebnis = p; });
 
-    vor(7900ms);
+    uhr->vor(7900ms);
     QVERIFY(!ergebnis.has_value());
-    vor(100ms);
+    uhr->vor(100ms);
 
     QCOMPARE(ergebnis, Startpruefung());
     QCOMPARE(ordner.protokollzeilen(),
@@ -278,7 +264,7 @@ void TstStartpruefung::ohneAntwortInAchtSekunden()
                          "Die Cloud hat nicht rechtzeitig geantwortet."_s});
 }
 
-void TstStartpruefung::fehler_data()
+void TestStartpruefung::fehler_data()
 {
     using Ergebnisse = QList<Transport::Ergebnis>;
     QTest::addColumn<Ergebnisse>("antworten");
@@ -297,7 +283,7 @@ void TstStartpruefung::fehler_data()
         << u"Die Cloud antwortet mit 404: Gerät unbekannt"_s;
 }
 
-void TstStartpruefung::fehler()
+void TestStartpruefung::fehler()
 {
     QFETCH(QList<Transport::Ergebnis>, antworten);
     for (const auto &antwort : antworten) {
@@ -311,7 +297,7 @@ void TstStartpruefung::fehler()
     QCOMPARE(ordner.protokollzeilen(), QStringList{u"Startprüfung ohne Antwort: "_s + meldung});
 }
 
-void TstStartpruefung::antwortOhneJsonIstEineAntwort()
+void TestStartpruefung::antwortOhneJsonIstEineAntwort()
 {
     weg->dann(Scripttransport::antwort(200));
     weg->dann(Scripttransport::antwort(200, "<html>"));
@@ -321,7 +307,7 @@ void TstStartpruefung::antwortOhneJsonIstEineAntwort()
     QCOMPARE(ordner.protokollzeilen(), QStringList{u"Startprüfung: Stand passt"_s});
 }
 
-void TstStartpruefung::ohneBesitzerKeinRuf()
+void TestStartpruefung::ohneBesitzerKeinRuf()
 {
     weg->dann(Scripttransport::antwort(200));
     weg->dann(Scripttransport::antwort(200, R"({"ausstehend":true})"));
@@ -331,25 +317,25 @@ void TstStartpruefung::ohneBesitzerKeinRuf()
     startPruefen(zentrale, besitzer.get(), [&](const Startpruefung &) { gerufen = true; });
 
     besitzer.reset();
-    vor(60s);
+    uhr->vor(60s);
 
     QVERIFY(!gerufen);
     QVERIFY(ordner.protokollzeilen().isEmpty());
 }
 
-void TstStartpruefung::rufErstAusDerEreignisschleife()
+void TestStartpruefung::rufErstAusDerEreignisschleife()
 {
     Zentrale zentrale({u"m"_s, u"m"_s, {}, {}}, *weg);
     bool gerufen = false;
 
     startPruefen(zentrale, &zentrale, [&](const Startpruefung &) { gerufen = true; });
     QVERIFY(!gerufen);
-    vor(0s);
+    uhr->vor(0s);
 
     QVERIFY(gerufen);
     QCOMPARE(ordner.protokollzeilen(),
              QStringList{u"Startprüfung ohne Antwort: keine Cloud-Adresse eingetragen"_s});
 }
 
-QTEST_GUILESS_MAIN(TstStartpruefung)
+KALVARO_TEST(TestStartpruefung)
 #include "tst_startpruefung.moc"

@@ -1,9 +1,6 @@
 #include "steuerungsprobe.h"
 
 #include <QAction>
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMenu>
@@ -12,27 +9,6 @@
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-void dateiSchreiben(const QString &pfad, const QByteArray &inhalt)
-{
-    QFile ziel(pfad);
-    if (!ziel.open(QIODevice::WriteOnly) || ziel.write(inhalt) != inhalt.size()) {
-        qFatal("Cannot write %s", qPrintable(pfad));
-    }
-}
-
-// Lets requests go through all their steps, each of which posts the next one.
-void ereignisseAbarbeiten()
-{
-    constexpr int schritte = 20;
-    for (int i = 0; i < schritte; ++i) {
-        QCoreApplication::processEvents();
-    }
-}
-
-} // namespace
 
 Transport::Ergebnis jsonAntwort(const QJsonObject &inhalt)
 {
@@ -81,25 +57,17 @@ void Steuerungsprobe::starten(bool hintergrund)
 
 void Steuerungsprobe::vor(double sekunden)
 {
-    ereignisseAbarbeiten();
     uhr.vor(Sekunden(sekunden));
-    ereignisseAbarbeiten();
 }
 
 QString Steuerungsprobe::installieren(const QString &version) const
 {
-    const QString buendel = programme.filePath(u"rekordbox "_s + version + u"/rekordbox.app"_s);
-    QDir().mkpath(buendel + u"/Contents"_s);
-    dateiSchreiben(buendel + u"/Contents/Info.plist"_s,
-                   "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
-                   "<key>CFBundleShortVersionString</key><string>" +
-                       version.toUtf8() + "</string></dict></plist>\n");
-    return buendel;
+    return programme.installieren(version);
 }
 
 void Steuerungsprobe::deinstallieren(const QString &version) const
 {
-    QDir(programme.filePath(u"rekordbox "_s + version)).removeRecursively();
+    programme.deinstallieren(version);
 }
 
 void Steuerungsprobe::rekordboxLaeuft(bool offen, int haupt, int agent)

@@ -2,6 +2,7 @@
 
 #include "controller/adapter.h"
 #include "controller/steuerung.h"
+#include "doubles/buendel.h"
 #include "doubles/datenordner.h"
 #include "doubles/fakeanmeldestart.h"
 #include "doubles/fakearbeitsplatz.h"
@@ -11,8 +12,6 @@
 #include "doubles/scripttransport.h"
 #include "doubles/testuhr.h"
 #include "rekordbox/rekordbox.h"
-
-#include <QTemporaryDir>
 
 namespace kalvaro {
 
@@ -75,8 +74,8 @@ public:
     FakeAnmeldestart anmeldestart;
     FakeMitteilungen mitteilungen;
     FakeStatusobjekt statusobjekt;
-    const QTemporaryDir programme;
-    const Rekordbox rekordbox{prozesse, programme.path()};
+    const Programmordner programme;
+    const Rekordbox rekordbox{prozesse, programme.pfad()};
     const Adapter adapter{uhr,          netz,         prozesse,     rekordbox,
                           arbeitsplatz, anmeldestart, mitteilungen, statusobjekt};
     Konto konto{QStringLiteral("Mein Mac"),

@@ -1,9 +1,9 @@
 #include "doubles/datenordner.h"
 
+#include "doubles/dateien.h"
 #include "foundation/datenordner.h"
 
 #include <QDir>
-#include <QFile>
 
 namespace kalvaro {
 
@@ -26,27 +26,17 @@ void Datenordner::leeren() const
 
 void Datenordner::schreiben(const QString &name, const QByteArray &inhalt) const
 {
-    QFile ziel(datei(name));
-    if (!ziel.open(QIODevice::WriteOnly) || ziel.write(inhalt) != inhalt.size()) {
-        qFatal("Cannot write into the test's data folder");
-    }
+    dateiSchreiben(datei(name), inhalt);
 }
 
 QByteArray Datenordner::inhalt(const QString &name) const
 {
-    QFile quelle(datei(name));
-    return quelle.open(QIODevice::ReadOnly) ? quelle.readAll() : QByteArray();
+    return dateiLesen(datei(name));
 }
 
 QStringList Datenordner::protokollzeilen() const
 {
-    constexpr qsizetype stempel = 21; // "yyyy-MM-dd HH:mm:ss" and two blanks
-    QStringList zeilen =
-        QString::fromUtf8(inhalt(u"kalvaro.log"_s)).split(u'\n', Qt::SkipEmptyParts);
-    for (QString &zeile : zeilen) {
-        zeile.remove(0, stempel);
-    }
-    return zeilen;
+    return logzeilen(datei(u"kalvaro.log"_s));
 }
 
 } // namespace kalvaro

@@ -1,20 +1,11 @@
 #pragma once
 
+#include "doubles/mitteilung.h"
 #include "platform/mitteilungen.h"
 
 #include <QList>
 
 namespace kalvaro {
-
-// A notification as it was posted.
-struct Mitteilung
-{
-    QString titel{};
-    QString inhalt{};
-    std::optional<QString> ziel{};
-
-    bool operator==(const Mitteilung &) const = default;
-};
 
 // Notifications that nobody sees: records them and lets the test click.
 class FakeMitteilungen final : public Mitteilungen

@@ -1,5 +1,7 @@
 #include "doubles/testuhr.h"
 
+#include "doubles/ereignisse.h"
+
 #include <QCoreApplication>
 
 namespace kalvaro {
@@ -69,14 +71,15 @@ Weckruf Testuhr::alle(Sekunden abstand, std::function<void()> ruf)
 
 void Testuhr::vor(Sekunden dauer)
 {
-    QCoreApplication::processEvents();
+    ereignisseAbarbeiten();
     const auto ziel = vergangen + std::chrono::ceil<std::chrono::milliseconds>(dauer);
     while (!termine.empty() && termine.begin()->first.first <= ziel) {
         vergangen = termine.begin()->first.first;
         termine.begin()->second->faellig();
-        QCoreApplication::processEvents();
+        QCoreApplication::processEvents(); // one turn: a long run has a great many of them
     }
     vergangen = ziel;
+    ereignisseAbarbeiten();
 }
 
 } // namespace kalvaro

@@ -17,7 +17,7 @@ public:
 
     // Moves on by `dauer` and runs all that becomes due on the way, in order of time; calls that
     // are due at one moment run in the order in which they were set. Between two calls the event
-    // loop handles what they posted.
+    // loop has a turn; before the first and after the last, all that is posted happens.
     void vor(Sekunden dauer);
 
     // How many calls are still due.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "doubles/mitteilung.h"
 #include "mainwindow/treiber.h"
 
 #include <QList>
@@ -13,14 +14,7 @@ class Treiberdouble final : public Treiber
     Q_OBJECT
 
 public:
-    struct Mitteilung
-    {
-        QString titel;
-        QString inhalt;
-        std::optional<QString> ziel;
-
-        bool operator==(const Mitteilung &) const = default;
-    };
+    using Mitteilung = kalvaro::Mitteilung;
 
     void abgleich(const QString &anlass, std::function<void(const Bewertung &)> fertig) override;
     void mitteilen(const QString &titel, const QString &inhalt,

@@ -1,17 +1,19 @@
 #include "democloud.h"
-#include "desktop/e2e/anzeige.h"
-#include "desktop/mitteilungsserver.h"
-#include "desktop/statushost.h"
-#include "desktop/testbus.h"
+#include "doubles/dateien.h"
 #include "doubles/datenordner.h"
+#include "doubles/mitteilungsserver.h"
+#include "doubles/statushost.h"
+#include "doubles/testbus.h"
+#include "e2e/anzeige.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTest>
 
 #include <algorithm>
 #include <csignal>
+#include <optional>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -50,11 +52,17 @@ private:
     [[nodiscard]] bool protokolliert(const QString &zeile) const;
     [[nodiscard]] int nocheinmal(const QStringList &argumente) const;
 
+    // The desktop that the program runs on.
+    struct Desktop
+    {
+        Anzeige anzeige;
+        Testbus bus;
+        Statushost leiste{bus.verbindung()};
+        Mitteilungsserver mitteilungen{bus.verbindung(), {u"body"_s, u"actions"_s}};
+    };
+
     Datenordner daten;
-    Anzeige anzeige;
-    Testbus bus;
-    Statushost leiste{bus.verbindung()};
-    Mitteilungsserver mitteilungen{bus.verbindung(), {u"body"_s, u"actions"_s}};
+    std::optional<Desktop> desktop;
     Democloud cloud;
     QProcessEnvironment umgebung;
     QProcess kalvaro;
@@ -88,15 +96,16 @@ int TestAuftritt::nocheinmal(const QStringList &argumente) const
 
 void TestAuftritt::initTestCase()
 {
+    KALVARO_BRAUCHT_EIGENE_PROZESSE();
+    KALVARO_BRAUCHT(u"Xvfb"_s, u"dbus-daemon"_s, u"pgrep"_s);
+    desktop.emplace();
     QVERIFY(cloud.starten());
-    daten.schreiben(u"konto.json"_s, "{\"geraet\":\"demo-mac\",\"schluessel\":\"demo-schluessel\","
-                                     "\"server\":[\"" +
-                                         cloud.adresse().toLatin1() + "\"]}");
+    daten.schreiben(u"konto.json"_s, demokonto(cloud.adresse()));
     daten.schreiben(u"einstellungen.json"_s, R"({"autostart":true})");
-    umgebung = anzeige.umgebung(bus.adresse());
+    umgebung = desktop->anzeige.umgebung(desktop->bus.adresse());
     umgebung.insert(u"XDG_DATA_HOME"_s, qEnvironmentVariable("XDG_DATA_HOME"));
-    umgebung.insert(u"XDG_CONFIG_HOME"_s, bus.ordner());
-    umgebung.insert(u"XDG_RUNTIME_DIR"_s, bus.ordner());
+    umgebung.insert(u"XDG_CONFIG_HOME"_s, desktop->bus.ordner());
+    umgebung.insert(u"XDG_RUNTIME_DIR"_s, desktop->bus.ordner());
     umgebung.insert(u"KALVARO_APPLICATIONS"_s, QStringLiteral(PROGRAMME));
     kalvaro.setProcessEnvironment(umgebung);
     kalvaro.setProcessChannelMode(QProcess::ForwardedChannels);
@@ -107,13 +116,13 @@ void TestAuftritt::initTestCase()
 
 void TestAuftritt::oeffnenAbgleichenHerunterzaehlenStarten()
 {
-    QVERIFY(bald([this] { return leiste.elemente().size() == 1; }, geduld));
+    QVERIFY(bald([this] { return desktop->leiste.elemente().size() == 1; }, geduld));
     QVERIFY(bald([this] { return anlaesse() == QStringList{u"vorstart"_s}; }, geduld));
     QVERIFY(bald([] { return prozesse(u"rekordbox"_s).size() == 1; }, geduld));
     QVERIFY(bald([this] { return protokolliert(u"rekordbox 7.1.4 gestartet"_s); }, geduld));
     QVERIFY(protokolliert(u"Startprüfung: Stand passt"_s));
     QVERIFY(bald([this] { return protokolliert(u"rekordbox gestartet"_s); }, geduld));
-    QVERIFY(leiste.hinweis().contains(u"rekordbox läuft"_s));
+    QVERIFY(desktop->leiste.hinweis().contains(u"rekordbox läuft"_s));
 }
 
 void TestAuftritt::zweiterStartImHintergrundEndetLeise()
@@ -128,7 +137,7 @@ void TestAuftritt::zweiterStartImHintergrundEndetLeise()
 void TestAuftritt::nachDemBeendenFolgtDerAbgleich()
 {
     const QStringList vorher = anlaesse();
-    const qsizetype bisher = mitteilungen.mitteilungen().size();
+    const qsizetype bisher = desktop->mitteilungen.mitteilungen().size();
     const QStringList laufende = prozesse(u"rekordbox"_s);
     QCOMPARE(laufende.size(), 1);
     ::kill(laufende.first().toInt(), SIGTERM);
@@ -136,8 +145,9 @@ void TestAuftritt::nachDemBeendenFolgtDerAbgleich()
     QVERIFY(bald([this] { return protokolliert(u"rekordbox beendet"_s); }, geduld));
     QVERIFY(bald([&] { return anlaesse() == vorher + QStringList{u"nachher"_s}; }, geduld));
     // The window hides while rekordbox runs, so the outcome comes as a notification.
-    QVERIFY(bald([&] { return mitteilungen.mitteilungen().size() == bisher + 1; }, geduld));
-    QCOMPARE(mitteilungen.mitteilungen().last().titel, u"Bibliothek ist abgeglichen"_s);
+    QVERIFY(
+        bald([&] { return desktop->mitteilungen.mitteilungen().size() == bisher + 1; }, geduld));
+    QCOMPARE(desktop->mitteilungen.mitteilungen().last().titel, u"Bibliothek ist abgeglichen"_s);
 }
 
 void TestAuftritt::zweiterStartOeffnetDasFenster()
@@ -150,32 +160,21 @@ void TestAuftritt::zweiterStartOeffnetDasFenster()
 
 void TestAuftritt::beendenImMenue()
 {
-    leiste.menueOeffnen();
-    const auto zeilen = leiste.menue();
+    desktop->leiste.menueOeffnen();
+    const auto zeilen = desktop->leiste.menue();
     const auto zeile = std::find_if(zeilen.begin(), zeilen.end(), [](const Menuezeile &z) {
         return z.angaben[u"label"_s].toString() == u"kalvaro beenden"_s;
     });
     QVERIFY(zeile != zeilen.end());
     QElapsedTimer seit;
     seit.start();
-    leiste.menueKlicken(zeile->id);
+    desktop->leiste.menueKlicken(zeile->id);
     QVERIFY(kalvaro.waitForFinished(geduld));
     QCOMPARE(kalvaro.exitStatus(), QProcess::NormalExit);
     QCOMPARE(kalvaro.exitCode(), 0);
     QCOMPARE(daten.protokollzeilen().last(), u"beendet"_s);
-    QVERIFY(bald([this] { return leiste.elemente().isEmpty(); }, geduld));
+    QVERIFY(bald([this] { return desktop->leiste.elemente().isEmpty(); }, geduld));
 }
 
-int main(int argc, char *argv[])
-{
-    const QString fehlt = fehlendes({u"Xvfb"_s, u"dbus-daemon"_s, u"pgrep"_s});
-    if (!fehlt.isEmpty()) {
-        qWarning("Skipped: %s is missing", qPrintable(fehlt));
-        return uebersprungen;
-    }
-    QCoreApplication anwendung(argc, argv);
-    TestAuftritt test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+KALVARO_TEST(TestAuftritt)
 #include "tst_auftritt.moc"

@@ -1,7 +1,8 @@
 #include "doubles/datenordner.h"
-#include "einschraenkung.h"
+#include "doubles/einschraenkung.h"
 #include "foundation/datenordner.h"
 #include "foundation/einstellungen.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,14 +10,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
-#include <QTest>
 
 #include <sys/stat.h>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TstEinstellungen : public QObject
+class TestEinstellungen final : public QObject
 {
     Q_OBJECT
 
@@ -61,13 +61,13 @@ private:
     Datenordner ordner;
 };
 
-void TstEinstellungen::init()
+void TestEinstellungen::init()
 {
     ordner.leeren();
     QTest::failOnWarning(QRegularExpression(u"."_s));
 }
 
-void TstEinstellungen::gelesen_data()
+void TestEinstellungen::gelesen_data()
 {
     QTest::addColumn<QByteArray>("inhalt");
     QTest::addColumn<bool>("autostart");
@@ -136,7 +136,7 @@ void TstEinstellungen::gelesen_data()
     }
 }
 
-void TstEinstellungen::gelesen()
+void TestEinstellungen::gelesen()
 {
     QFETCH(QByteArray, inhalt);
     ordner.schreiben(u"einstellungen.json"_s, inhalt);
@@ -149,7 +149,7 @@ void TstEinstellungen::gelesen()
     QCOMPARE(ordner.inhalt(u"einstellungen.json"_s), inhalt);
 }
 
-void TstEinstellungen::ohneDateiGeltenDieVorgaben()
+void TestEinstellungen::ohneDateiGeltenDieVorgaben()
 {
     const Einstellungen e;
 
@@ -159,7 +159,7 @@ void TstEinstellungen::ohneDateiGeltenDieVorgaben()
     QVERIFY2(dateien().isEmpty(), "reading must not create the file");
 }
 
-void TstEinstellungen::unlesbareDateiGibtVorgaben_data()
+void TestEinstellungen::unlesbareDateiGibtVorgaben_data()
 {
     QTest::addColumn<QString>("art");
 
@@ -168,7 +168,7 @@ void TstEinstellungen::unlesbareDateiGibtVorgaben_data()
     QTest::newRow("a pipe that nobody writes must not block") << u"pipe"_s;
 }
 
-void TstEinstellungen::unlesbareDateiGibtVorgaben()
+void TestEinstellungen::unlesbareDateiGibtVorgaben()
 {
     QFETCH(QString, art);
     const Rechte oben(QFileInfo(appOrdner()).path(), lesbarFuerAlle | QFile::WriteOwner);
@@ -187,7 +187,7 @@ void TstEinstellungen::unlesbareDateiGibtVorgaben()
     QVERIFY(!e.autostart);
 }
 
-void TstEinstellungen::ersteSpeicherungLegtDieDateiAn()
+void TestEinstellungen::ersteSpeicherungLegtDieDateiAn()
 {
     const Einstellungen e;
 
@@ -199,7 +199,7 @@ void TstEinstellungen::ersteSpeicherungLegtDieDateiAn()
     QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
 }
 
-void TstEinstellungen::gespeichertWirdKnappUndVollstaendig_data()
+void TestEinstellungen::gespeichertWirdKnappUndVollstaendig_data()
 {
     QTest::addColumn<bool>("autostart");
     QTest::addColumn<QString>("version");
@@ -210,7 +210,7 @@ void TstEinstellungen::gespeichertWirdKnappUndVollstaendig_data()
     QTest::newRow("texts that JSON escapes") << true << u"7 \"ü\"\n\\"_s << u"\u2028/</x>"_s;
 }
 
-void TstEinstellungen::gespeichertWirdKnappUndVollstaendig()
+void TestEinstellungen::gespeichertWirdKnappUndVollstaendig()
 {
     Einstellungen e;
     QFETCH(bool, autostart);
@@ -230,7 +230,7 @@ void TstEinstellungen::gespeichertWirdKnappUndVollstaendig()
              QJsonDocument(soll).toJson(QJsonDocument::Compact));
 }
 
-void TstEinstellungen::gespeichertesKommtWieder()
+void TestEinstellungen::gespeichertesKommtWieder()
 {
     {
         Einstellungen e;
@@ -247,7 +247,7 @@ void TstEinstellungen::gespeichertesKommtWieder()
     QCOMPARE(wieder.updateGemeldet, u"1.5|2026-03-13"_s);
 }
 
-void TstEinstellungen::speichernErsetztDieDateiGanz_data()
+void TestEinstellungen::speichernErsetztDieDateiGanz_data()
 {
     QTest::addColumn<QByteArray>("vorher");
     QTest::addColumn<QString>("version");
@@ -261,7 +261,7 @@ void TstEinstellungen::speichernErsetztDieDateiGanz_data()
     QTest::newRow("a list is replaced") << QByteArray("[1,2]") << QString();
 }
 
-void TstEinstellungen::speichernErsetztDieDateiGanz()
+void TestEinstellungen::speichernErsetztDieDateiGanz()
 {
     QFETCH(QByteArray, vorher);
     ordner.schreiben(u"einstellungen.json"_s, vorher);
@@ -276,7 +276,7 @@ void TstEinstellungen::speichernErsetztDieDateiGanz()
     QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
 }
 
-void TstEinstellungen::speichernErsetztAufEinenSchlag()
+void TestEinstellungen::speichernErsetztAufEinenSchlag()
 {
     const QByteArray alt = R"({"version":"alt"})";
     ordner.schreiben(u"einstellungen.json"_s, alt);
@@ -293,7 +293,7 @@ void TstEinstellungen::speichernErsetztAufEinenSchlag()
     QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
 }
 
-void TstEinstellungen::schreibenEinesFeldesSpeichertNicht()
+void TestEinstellungen::schreibenEinesFeldesSpeichertNicht()
 {
     Einstellungen e;
 
@@ -302,7 +302,7 @@ void TstEinstellungen::schreibenEinesFeldesSpeichertNicht()
     QVERIFY(dateien().isEmpty());
 }
 
-void TstEinstellungen::nachDemStartWirdNichtNeuGelesen()
+void TestEinstellungen::nachDemStartWirdNichtNeuGelesen()
 {
     Einstellungen e;
     e.version = u"7"_s;
@@ -315,7 +315,7 @@ void TstEinstellungen::nachDemStartWirdNichtNeuGelesen()
     QCOMPARE(gespeichert()[u"autostart"], QJsonValue(false));
 }
 
-void TstEinstellungen::volleFestplatteLaesstDieAlteDateiGanz_data()
+void TestEinstellungen::volleFestplatteLaesstDieAlteDateiGanz_data()
 {
     QTest::addColumn<int>("platz");
     QTest::addColumn<int>("laenge");
@@ -325,7 +325,7 @@ void TstEinstellungen::volleFestplatteLaesstDieAlteDateiGanz_data()
     QTest::newRow("room for the first buffer, not for the rest") << 20'000 << 200'000;
 }
 
-void TstEinstellungen::volleFestplatteLaesstDieAlteDateiGanz()
+void TestEinstellungen::volleFestplatteLaesstDieAlteDateiGanz()
 {
     const QByteArray alt = R"({"autostart":true,"version":"alt","update_gemeldet":""})";
     ordner.schreiben(u"einstellungen.json"_s, alt);
@@ -343,7 +343,7 @@ void TstEinstellungen::volleFestplatteLaesstDieAlteDateiGanz()
     QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
 }
 
-void TstEinstellungen::gesperrterOrdnerLaesstDieAlteDateiGanz()
+void TestEinstellungen::gesperrterOrdnerLaesstDieAlteDateiGanz()
 {
     const QByteArray alt = R"({"version":"alt"})";
     ordner.schreiben(u"einstellungen.json"_s, alt);
@@ -364,7 +364,7 @@ void TstEinstellungen::gesperrterOrdnerLaesstDieAlteDateiGanz()
     QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
 }
 
-void TstEinstellungen::ohneOrdnerGeschiehtNichts()
+void TestEinstellungen::ohneOrdnerGeschiehtNichts()
 {
     QVERIFY(QDir(appOrdner()).removeRecursively());
     const Einstellungen e;
@@ -374,7 +374,7 @@ void TstEinstellungen::ohneOrdnerGeschiehtNichts()
     QVERIFY(!QFileInfo::exists(appOrdner()));
 }
 
-void TstEinstellungen::ordnerAnStelleDerDateiBleibt()
+void TestEinstellungen::ordnerAnStelleDerDateiBleibt()
 {
     QVERIFY(QDir().mkdir(pfad()));
     const Einstellungen e;
@@ -385,7 +385,7 @@ void TstEinstellungen::ordnerAnStelleDerDateiBleibt()
     QCOMPARE(dateien(), QStringList{u"einstellungen.json"_s});
 }
 
-void TstEinstellungen::pipeAnStelleDerDateiWirdErsetzt()
+void TestEinstellungen::pipeAnStelleDerDateiWirdErsetzt()
 {
     QCOMPARE(mkfifo(QFile::encodeName(pfad()).constData(), 0600), 0);
     const Einstellungen e;
@@ -395,5 +395,5 @@ void TstEinstellungen::pipeAnStelleDerDateiWirdErsetzt()
     QCOMPARE(gespeichert().size(), 3);
 }
 
-QTEST_GUILESS_MAIN(TstEinstellungen)
+KALVARO_TEST(TestEinstellungen)
 #include "tst_einstellungen.moc"

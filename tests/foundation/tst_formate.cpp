@@ -1,8 +1,8 @@
 #include "foundation/formate.h"
 #include "foundation/speicherplatz.h"
+#include "testlauf.h"
 
 #include <QLocale>
-#include <QTest>
 
 #include <cmath>
 #include <ctime>
@@ -21,7 +21,7 @@ constexpr double keineZahl = std::numeric_limits<double>::quiet_NaN();
 
 } // namespace
 
-class TstFormate : public QObject
+class TestFormate final : public QObject
 {
     Q_OBJECT
 
@@ -46,7 +46,7 @@ private:
     const QDateTime jetzt{QDate(2026, 3, 13), QTime(18, 7)};
 };
 
-void TstFormate::initTestCase()
+void TestFormate::initTestCase()
 {
     // Figures are German whatever the system's language; times are those of a European zone with
     // summer time, written out so that no time zone database is needed.
@@ -55,7 +55,7 @@ void TstFormate::initTestCase()
     tzset();
 }
 
-void TstFormate::zahlen_data()
+void TestFormate::zahlen_data()
 {
     QTest::addColumn<Zahl>("wert");
     QTest::addColumn<QString>("erwartet");
@@ -80,14 +80,14 @@ void TstFormate::zahlen_data()
     QTest::newRow("infinity") << Zahl(unendlich) << u"∞"_s;
 }
 
-void TstFormate::zahlen()
+void TestFormate::zahlen()
 {
     QFETCH(Zahl, wert);
 
     QTEST(fZahl(wert), "erwartet");
 }
 
-void TstFormate::gigabyte_data()
+void TestFormate::gigabyte_data()
 {
     QTest::addColumn<Zahl>("bytes");
     QTest::addColumn<QString>("erwartet");
@@ -114,14 +114,14 @@ void TstFormate::gigabyte_data()
     QTest::newRow("infinity") << Zahl(unendlich) << u"∞ GB"_s;
 }
 
-void TstFormate::gigabyte()
+void TestFormate::gigabyte()
 {
     QFETCH(Zahl, bytes);
 
     QTEST(fGB(bytes), "erwartet");
 }
 
-void TstFormate::zeitpunkt_data()
+void TestFormate::zeitpunkt_data()
 {
     QTest::addColumn<QDateTime>("zeit");
     QTest::addColumn<QString>("erwartet");
@@ -143,14 +143,14 @@ void TstFormate::zeitpunkt_data()
         << QDateTime(QDate(2025, 3, 13), QTime(9, 15)) << u"13.03. 09:15"_s;
 }
 
-void TstFormate::zeitpunkt()
+void TestFormate::zeitpunkt()
 {
     QFETCH(QDateTime, zeit);
 
     QTEST(fZeit(zeit, jetzt), "erwartet");
 }
 
-void TstFormate::zeitpunktEinerAnderenZone()
+void TestFormate::zeitpunktEinerAnderenZone()
 {
     const QDateTime weltzeit(QDate(2026, 3, 12), QTime(23, 30), Qt::UTC);
 
@@ -158,7 +158,7 @@ void TstFormate::zeitpunktEinerAnderenZone()
     QCOMPARE(fZeit(weltzeit, jetzt.toUTC()), u"heute 00:30"_s);
 }
 
-void TstFormate::stempel_data()
+void TestFormate::stempel_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("erwartet");
@@ -194,14 +194,14 @@ void TstFormate::stempel_data()
     }
 }
 
-void TstFormate::stempel()
+void TestFormate::stempel()
 {
     QFETCH(QString, text);
 
     QTEST(fZeit(text, jetzt), "erwartet");
 }
 
-void TstFormate::stempelImJahreswechsel()
+void TestFormate::stempelImJahreswechsel()
 {
     const QDateTime neujahr(QDate(2027, 1, 1), QTime(0, 5));
 
@@ -209,7 +209,7 @@ void TstFormate::stempelImJahreswechsel()
     QCOMPARE(fZeit(u"2026-12-30 23:58:00"_s, neujahr), u"30.12. 23:58"_s);
 }
 
-void TstFormate::freierPlatz_data()
+void TestFormate::freierPlatz_data()
 {
     QTest::addColumn<QByteArray>("zuhause");
     QTest::addColumn<Zahl>("erwartet");
@@ -218,7 +218,7 @@ void TstFormate::freierPlatz_data()
     QTest::newRow("a file system without room") << QByteArray("/proc") << Zahl(0);
 }
 
-void TstFormate::freierPlatz()
+void TestFormate::freierPlatz()
 {
     const QByteArray vorher = qgetenv("HOME");
     QFETCH(QByteArray, zuhause);
@@ -230,7 +230,7 @@ void TstFormate::freierPlatz()
     QTEST(frei, "erwartet");
 }
 
-void TstFormate::freierPlatzIstDerEinesNutzers()
+void TestFormate::freierPlatzIstDerEinesNutzers()
 {
     const QByteArray vorher = qgetenv("HOME");
     qputenv("HOME", "/");
@@ -246,5 +246,5 @@ void TstFormate::freierPlatzIstDerEinesNutzers()
     QVERIFY(*frei > 0 && *frei < static_cast<double>(platz.capacity));
 }
 
-QTEST_GUILESS_MAIN(TstFormate)
+KALVARO_TEST(TestFormate)
 #include "tst_formate.moc"

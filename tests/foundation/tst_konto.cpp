@@ -1,19 +1,19 @@
 #include "doubles/datenordner.h"
-#include "einschraenkung.h"
+#include "doubles/einschraenkung.h"
 #include "foundation/datenordner.h"
 #include "foundation/konto.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTest>
 
 #include <sys/stat.h>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TstKonto : public QObject
+class TestKonto final : public QObject
 {
     Q_OBJECT
 
@@ -60,12 +60,12 @@ private:
     Datenordner ordner;
 };
 
-void TstKonto::init()
+void TestKonto::init()
 {
     ordner.leeren();
 }
 
-void TstKonto::neuesKontoIstLeer()
+void TestKonto::neuesKontoIstLeer()
 {
     const Konto konto;
 
@@ -75,7 +75,7 @@ void TstKonto::neuesKontoIstLeer()
     QVERIFY(konto.server.isEmpty());
 }
 
-void TstKonto::geladen_data()
+void TestKonto::geladen_data()
 {
     QTest::addColumn<QByteArray>("inhalt");
     QTest::addColumn<Konto>("erwartet");
@@ -137,7 +137,7 @@ void TstKonto::geladen_data()
         << nurServer({u"z"_s, u"a"_s, u"z"_s, QString(), QString()});
 }
 
-void TstKonto::geladen()
+void TestKonto::geladen()
 {
     QFETCH(QByteArray, inhalt);
     ordner.schreiben(u"konto.json"_s, inhalt);
@@ -153,7 +153,7 @@ void TstKonto::geladen()
     QVERIFY(*konto == erwartet);
 }
 
-void TstKonto::unvollstaendig_data()
+void TestKonto::unvollstaendig_data()
 {
     QTest::addColumn<QByteArray>("inhalt");
 
@@ -179,7 +179,7 @@ void TstKonto::unvollstaendig_data()
     QTest::newRow("keys in capitals") << QByteArray(R"({"Geraet":"mac-1","Server":["https://a"]})");
 }
 
-void TstKonto::unvollstaendig()
+void TestKonto::unvollstaendig()
 {
     QFETCH(QByteArray, inhalt);
     ordner.schreiben(u"konto.json"_s, inhalt);
@@ -187,7 +187,7 @@ void TstKonto::unvollstaendig()
     QCOMPARE(meldung(), pfad() + u" ist unvollständig."_s);
 }
 
-void TstKonto::keinJson_data()
+void TestKonto::keinJson_data()
 {
     QTest::addColumn<QByteArray>("inhalt");
     QTest::addColumn<QString>("stelle");
@@ -211,7 +211,7 @@ void TstKonto::keinJson_data()
     QTest::newRow("nested without end") << QByteArray(100'000, '[') << u"Zeile 1"_s;
 }
 
-void TstKonto::keinJson()
+void TestKonto::keinJson()
 {
     QFETCH(QByteArray, inhalt);
     ordner.schreiben(u"konto.json"_s, inhalt);
@@ -225,7 +225,7 @@ void TstKonto::keinJson()
     QVERIFY2(text.contains(stelle), qPrintable(text));
 }
 
-void TstKonto::stelleImJsonZaehltZeichen()
+void TestKonto::stelleImJsonZaehltZeichen()
 {
     ordner.schreiben(u"konto.json"_s, "{\n\"name\":\"Jorgs Gerat\" x}");
     const QString ohneUmlaute = meldung();
@@ -235,26 +235,26 @@ void TstKonto::stelleImJsonZaehltZeichen()
     QVERIFY2(ohneUmlaute.contains(u"Zeile 2, Zeichen 2"), qPrintable(ohneUmlaute));
 }
 
-void TstKonto::fehlendeDatei()
+void TestKonto::fehlendeDatei()
 {
     QCOMPARE(meldung(), satz(u"existiert nicht."_s));
 }
 
-void TstKonto::fehlenderDatenordner()
+void TestKonto::fehlenderDatenordner()
 {
     QVERIFY(QDir(appOrdner()).removeRecursively());
 
     QCOMPARE(meldung(), satz(u"existiert nicht."_s));
 }
 
-void TstKonto::leererVerweis()
+void TestKonto::leererVerweis()
 {
     QVERIFY(QFile::link(appOrdner() + u"/nirgends"_s, pfad()));
 
     QCOMPARE(meldung(), satz(u"existiert nicht."_s));
 }
 
-void TstKonto::nichtLesbareDatei()
+void TestKonto::nichtLesbareDatei()
 {
     ordner.schreiben(u"konto.json"_s, R"({"geraet":"mac-1","server":["https://a"]})");
     const Rechte oben(QFileInfo(appOrdner()).path(), lesbarFuerAlle | QFile::WriteOwner);
@@ -269,7 +269,7 @@ void TstKonto::nichtLesbareDatei()
     QCOMPARE(text, satz(u"lässt sich nicht öffnen: Es fehlen die Rechte."_s));
 }
 
-void TstKonto::nichtBetretbarerDatenordner()
+void TestKonto::nichtBetretbarerDatenordner()
 {
     ordner.schreiben(u"konto.json"_s, R"({"geraet":"mac-1","server":["https://a"]})");
     const Rechte gesperrt(appOrdner(), {});
@@ -283,7 +283,7 @@ void TstKonto::nichtBetretbarerDatenordner()
     QCOMPARE(text, satz(u"lässt sich nicht öffnen: Es fehlen die Rechte."_s));
 }
 
-void TstKonto::verweisImKreis()
+void TestKonto::verweisImKreis()
 {
     QVERIFY(QFile::link(u"konto.json"_s, pfad()));
 
@@ -292,7 +292,7 @@ void TstKonto::verweisImKreis()
     QVERIFY2(text.startsWith(satz(u"lässt sich nicht öffnen"_s)), qPrintable(text));
 }
 
-void TstKonto::keineDateienMehrFrei()
+void TestKonto::keineDateienMehrFrei()
 {
     ordner.schreiben(u"konto.json"_s, R"({"geraet":"mac-1","server":["https://a"]})");
     QString text;
@@ -305,7 +305,7 @@ void TstKonto::keineDateienMehrFrei()
     QCOMPARE(text, satz(u"lässt sich nicht öffnen."_s));
 }
 
-void TstKonto::lesefehlerUnterwegs()
+void TestKonto::lesefehlerUnterwegs()
 {
     // The one file of every Linux that opens well and then fails to be read at its beginning.
     QVERIFY(QFile::link(u"/proc/self/mem"_s, pfad()));
@@ -313,7 +313,7 @@ void TstKonto::lesefehlerUnterwegs()
     QCOMPARE(meldung(), satz(u"lässt sich nicht lesen."_s));
 }
 
-void TstKonto::keineGewoehnlicheDatei_data()
+void TestKonto::keineGewoehnlicheDatei_data()
 {
     QTest::addColumn<QString>("art");
 
@@ -322,7 +322,7 @@ void TstKonto::keineGewoehnlicheDatei_data()
     QTest::newRow("a device without end") << u"geraet"_s;
 }
 
-void TstKonto::keineGewoehnlicheDatei()
+void TestKonto::keineGewoehnlicheDatei()
 {
     QFETCH(QString, art);
     if (art == u"ordner") {
@@ -336,7 +336,7 @@ void TstKonto::keineGewoehnlicheDatei()
     QCOMPARE(meldung(), satz(u"ist keine gewöhnliche Datei."_s));
 }
 
-void TstKonto::verweisAufEineDatei()
+void TestKonto::verweisAufEineDatei()
 {
     ordner.schreiben(u"echt.json"_s, R"({"geraet":"mac-1","server":["https://a"]})");
     QVERIFY(QFile::link(datei(u"echt.json"_s), pfad()));
@@ -347,7 +347,7 @@ void TstKonto::verweisAufEineDatei()
     QCOMPARE(konto->geraet, u"mac-1"_s);
 }
 
-void TstKonto::ladenAendertDieDateiNicht()
+void TestKonto::ladenAendertDieDateiNicht()
 {
     const QByteArray inhalt = R"({"geraet":"mac-1","server":["https://a/"],"x":1})";
     ordner.schreiben(u"konto.json"_s, inhalt);
@@ -358,5 +358,5 @@ void TstKonto::ladenAendertDieDateiNicht()
     QCOMPARE(QDir(appOrdner()).entryList(QDir::Files), QStringList{u"konto.json"_s});
 }
 
-QTEST_GUILESS_MAIN(TstKonto)
+KALVARO_TEST(TestKonto)
 #include "tst_konto.moc"

@@ -1,14 +1,14 @@
 #include "doubles/datenordner.h"
-#include "einschraenkung.h"
+#include "doubles/einschraenkung.h"
 #include "foundation/datenordner.h"
 #include "foundation/protokoll.h"
+#include "testlauf.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QLocale>
 #include <QRegularExpression>
-#include <QTest>
 
 #include <functional>
 
@@ -43,7 +43,7 @@ QString nachricht(int schreiber, int nummer)
 
 } // namespace
 
-class TstProtokoll : public QObject
+class TestProtokoll final : public QObject
 {
     Q_OBJECT
 
@@ -78,18 +78,18 @@ private:
     Datenordner ordner;
 };
 
-void TstProtokoll::init()
+void TestProtokoll::init()
 {
     ordner.leeren();
     QTest::failOnWarning(QRegularExpression(u"."_s));
 }
 
-void TstProtokoll::cleanup()
+void TestProtokoll::cleanup()
 {
     QLocale::setDefault(QLocale::c());
 }
 
-void TstProtokoll::datenordnerLiegtImNutzerordner()
+void TestProtokoll::datenordnerLiegtImNutzerordner()
 {
     const QString daten = qEnvironmentVariable("XDG_DATA_HOME");
 
@@ -97,7 +97,7 @@ void TstProtokoll::datenordnerLiegtImNutzerordner()
     QCOMPARE(datei(u"konto.json"_s), daten + u"/kalvaro/konto.json"_s);
 }
 
-void TstProtokoll::datenordnerWirdEinmalBestimmt()
+void TestProtokoll::datenordnerWirdEinmalBestimmt()
 {
     const QByteArray daten = qgetenv("XDG_DATA_HOME");
     QVERIFY(!appOrdner().isEmpty());
@@ -109,7 +109,7 @@ void TstProtokoll::datenordnerWirdEinmalBestimmt()
     QVERIFY(bleibt);
 }
 
-void TstProtokoll::ordnerEntstehtMitElternordnern()
+void TestProtokoll::ordnerEntstehtMitElternordnern()
 {
     QVERIFY(QDir(QFileInfo(appOrdner()).path()).removeRecursively());
 
@@ -118,7 +118,7 @@ void TstProtokoll::ordnerEntstehtMitElternordnern()
     QVERIFY(QFileInfo(appOrdner()).isDir());
 }
 
-void TstProtokoll::ordnerDerSchonDaIstBleibt()
+void TestProtokoll::ordnerDerSchonDaIstBleibt()
 {
     ordner.schreiben(u"konto.json"_s, "{}");
 
@@ -127,7 +127,7 @@ void TstProtokoll::ordnerDerSchonDaIstBleibt()
     QCOMPARE(ordner.inhalt(u"konto.json"_s), QByteArray("{}"));
 }
 
-void TstProtokoll::ordnerDenEineDateiVersperrtStoertNicht()
+void TestProtokoll::ordnerDenEineDateiVersperrtStoertNicht()
 {
     QVERIFY(QDir().rmdir(appOrdner()));
     QFile sperre(appOrdner());
@@ -141,7 +141,7 @@ void TstProtokoll::ordnerDenEineDateiVersperrtStoertNicht()
     QVERIFY(sperre.remove());
 }
 
-void TstProtokoll::zeileBestehtAusZeitZweiLeerzeichenUndText()
+void TestProtokoll::zeileBestehtAusZeitZweiLeerzeichenUndText()
 {
     const QDateTime vorher = QDateTime::currentDateTime().addMSecs(-999);
 
@@ -155,7 +155,7 @@ void TstProtokoll::zeileBestehtAusZeitZweiLeerzeichenUndText()
     QVERIFY(zeit >= vorher && zeit <= QDateTime::currentDateTime());
 }
 
-void TstProtokoll::nachricht_data()
+void TestProtokoll::nachricht_data()
 {
     QTest::addColumn<QString>("text");
 
@@ -169,7 +169,7 @@ void TstProtokoll::nachricht_data()
     QTest::newRow("a megabyte") << QString(1'000'000, u'x');
 }
 
-void TstProtokoll::nachricht()
+void TestProtokoll::nachricht()
 {
     QFETCH(QString, text);
 
@@ -178,7 +178,7 @@ void TstProtokoll::nachricht()
     QCOMPARE(log().sliced(19), u"  "_s + text + u'\n');
 }
 
-void TstProtokoll::ersterAufrufLegtDieDateiMitEinerZeileAn()
+void TestProtokoll::ersterAufrufLegtDieDateiMitEinerZeileAn()
 {
     QVERIFY(!QFile::exists(datei(u"kalvaro.log"_s)));
 
@@ -188,7 +188,7 @@ void TstProtokoll::ersterAufrufLegtDieDateiMitEinerZeileAn()
     QCOMPARE(ordner.protokollzeilen(), QStringList{u"eins"_s});
 }
 
-void TstProtokoll::spaetereAufrufeHaengenAn()
+void TestProtokoll::spaetereAufrufeHaengenAn()
 {
     const QByteArray alt = "von früher, ohne Zeit\n";
     ordner.schreiben(u"kalvaro.log"_s, alt);
@@ -201,7 +201,7 @@ void TstProtokoll::spaetereAufrufeHaengenAn()
     QVERIFY(rest.match(log().sliced(QString::fromUtf8(alt).size())).hasMatch());
 }
 
-void TstProtokoll::leereNachrichtIstZeitUndZweiLeerzeichen()
+void TestProtokoll::leereNachrichtIstZeitUndZweiLeerzeichen()
 {
     protokoll({});
 
@@ -210,7 +210,7 @@ void TstProtokoll::leereNachrichtIstZeitUndZweiLeerzeichen()
     QVERIFY(zeile.match(log()).hasMatch());
 }
 
-void TstProtokoll::andereSpracheAendertDasFormatNicht()
+void TestProtokoll::andereSpracheAendertDasFormatNicht()
 {
     QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
 
@@ -220,7 +220,7 @@ void TstProtokoll::andereSpracheAendertDasFormatNicht()
     QVERIFY(zeile.match(log()).hasMatch());
 }
 
-void TstProtokoll::einzelnesErsatzzeichenWirdNichtGeschrieben_data()
+void TestProtokoll::einzelnesErsatzzeichenWirdNichtGeschrieben_data()
 {
     QTest::addColumn<QString>("text");
 
@@ -232,7 +232,7 @@ void TstProtokoll::einzelnesErsatzzeichenWirdNichtGeschrieben_data()
     QTest::newRow("the two in the wrong order") << u"vor"_s + tief + hoch;
 }
 
-void TstProtokoll::einzelnesErsatzzeichenWirdNichtGeschrieben()
+void TestProtokoll::einzelnesErsatzzeichenWirdNichtGeschrieben()
 {
     QFETCH(QString, text);
 
@@ -243,7 +243,7 @@ void TstProtokoll::einzelnesErsatzzeichenWirdNichtGeschrieben()
     QCOMPARE(ordner.protokollzeilen(), (QStringList{u"davor"_s, u"danach"_s}));
 }
 
-void TstProtokoll::schreibfehlerBleibtUnbemerkt_data()
+void TestProtokoll::schreibfehlerBleibtUnbemerkt_data()
 {
     using Stoerung = std::function<void()>;
     QTest::addColumn<Stoerung>("stoeren");
@@ -259,7 +259,7 @@ void TstProtokoll::schreibfehlerBleibtUnbemerkt_data()
     });
 }
 
-void TstProtokoll::schreibfehlerBleibtUnbemerkt()
+void TestProtokoll::schreibfehlerBleibtUnbemerkt()
 {
     QFETCH(std::function<void()>, stoeren);
     stoeren();
@@ -274,7 +274,7 @@ void TstProtokoll::schreibfehlerBleibtUnbemerkt()
     QVERIFY(!log().contains(u"geht nicht"));
 }
 
-void TstProtokoll::volleFestplatteBleibtUnbemerkt()
+void TestProtokoll::volleFestplatteBleibtUnbemerkt()
 {
     protokoll(u"davor"_s);
 
@@ -288,7 +288,7 @@ void TstProtokoll::volleFestplatteBleibtUnbemerkt()
     QCOMPARE(ordner.protokollzeilen(), (QStringList{u"davor"_s, u"danach"_s}));
 }
 
-void TstProtokoll::nachEinemFehlerGehtEsWeiter()
+void TestProtokoll::nachEinemFehlerGehtEsWeiter()
 {
     QVERIFY(QDir(appOrdner()).removeRecursively());
     protokoll(u"geht nicht"_s);
@@ -299,7 +299,7 @@ void TstProtokoll::nachEinemFehlerGehtEsWeiter()
     QCOMPARE(ordner.protokollzeilen(), QStringList{u"geht wieder"_s});
 }
 
-void TstProtokoll::mehrereProzesseZerreissenKeineZeile()
+void TestProtokoll::mehrereProzesseZerreissenKeineZeile()
 {
     constexpr int schreiber = 4;
     constexpr int zeilen = 300;
@@ -337,5 +337,5 @@ void TstProtokoll::mehrereProzesseZerreissenKeineZeile()
     QCOMPARE(log().count(stempel), schreiber * zeilen);
 }
 
-QTEST_GUILESS_MAIN(TstProtokoll)
+KALVARO_TEST(TestProtokoll)
 #include "tst_protokoll.moc"

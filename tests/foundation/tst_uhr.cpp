@@ -1,15 +1,15 @@
 #include "foundation/uhr.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace std::chrono_literals;
 
 // The adapter over the system's timers is the one place where a test has to let real time pass:
 // milliseconds, in an event loop that the clock itself ends.
-class TstUhr : public QObject
+class TestUhr final : public QObject
 {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ private:
     Systemuhr uhr;
 };
 
-void TstUhr::jetztIstDieOrtszeit()
+void TestUhr::jetztIstDieOrtszeit()
 {
     const QDateTime vorher = QDateTime::currentDateTime();
 
@@ -47,7 +47,7 @@ void TstUhr::jetztIstDieOrtszeit()
     QCOMPARE(jetzt.timeSpec(), Qt::LocalTime);
 }
 
-void TstUhr::nachRuftEinmal()
+void TestUhr::nachRuftEinmal()
 {
     int rufe = 0;
     const Weckruf wecker = uhr.nach(2ms, [&] { ++rufe; });
@@ -58,7 +58,7 @@ void TstUhr::nachRuftEinmal()
     QCOMPARE(rufe, 1);
 }
 
-void TstUhr::nachRuftNichtZuFrueh()
+void TestUhr::nachRuftNichtZuFrueh()
 {
     QElapsedTimer stoppuhr;
     stoppuhr.start();
@@ -70,7 +70,7 @@ void TstUhr::nachRuftNichtZuFrueh()
     QVERIFY2(gewartet >= 49, qPrintable(QString::number(gewartet)));
 }
 
-void TstUhr::nachNullRuftErstAusDerEreignisschleife()
+void TestUhr::nachNullRuftErstAusDerEreignisschleife()
 {
     int rufe = 0;
     const Weckruf wecker = uhr.nach(0s, [&] { ++rufe; });
@@ -81,7 +81,7 @@ void TstUhr::nachNullRuftErstAusDerEreignisschleife()
     QCOMPARE(rufe, 1);
 }
 
-void TstUhr::alleRuftImmerWieder()
+void TestUhr::alleRuftImmerWieder()
 {
     QElapsedTimer stoppuhr;
     stoppuhr.start();
@@ -99,7 +99,7 @@ void TstUhr::alleRuftImmerWieder()
     QVERIFY2(stoppuhr.elapsed() >= 29, qPrintable(QString::number(stoppuhr.elapsed())));
 }
 
-void TstUhr::fristenLaufenInDerReihenfolgeIhrerZeit()
+void TestUhr::fristenLaufenInDerReihenfolgeIhrerZeit()
 {
     QList<int> folge;
     const Weckruf spaet = uhr.nach(20ms, [&] { folge.append(20); });
@@ -111,14 +111,14 @@ void TstUhr::fristenLaufenInDerReihenfolgeIhrerZeit()
     QCOMPARE(folge, (QList<int>{5, 10, 20}));
 }
 
-void TstUhr::werDenWeckrufZerstoertHoertNichts_data()
+void TestUhr::werDenWeckrufZerstoertHoertNichts_data()
 {
     QTest::addColumn<bool>("wiederholt");
     QTest::newRow("once") << false;
     QTest::newRow("repeatedly") << true;
 }
 
-void TstUhr::werDenWeckrufZerstoertHoertNichts()
+void TestUhr::werDenWeckrufZerstoertHoertNichts()
 {
     QFETCH(bool, wiederholt);
     int rufe = 0;
@@ -131,12 +131,12 @@ void TstUhr::werDenWeckrufZerstoertHoertNichts()
     QCOMPARE(rufe, 0);
 }
 
-void TstUhr::derWeckrufDarfSichImRufSelbstZerstoeren_data()
+void TestUhr::derWeckrufDarfSichImRufSelbstZerstoeren_data()
 {
     werDenWeckrufZerstoertHoertNichts_data();
 }
 
-void TstUhr::derWeckrufDarfSichImRufSelbstZerstoeren()
+void TestUhr::derWeckrufDarfSichImRufSelbstZerstoeren()
 {
     QFETCH(bool, wiederholt);
     int rufe = 0;
@@ -154,5 +154,5 @@ void TstUhr::derWeckrufDarfSichImRufSelbstZerstoeren()
     QVERIFY(!wecker);
 }
 
-QTEST_GUILESS_MAIN(TstUhr)
+KALVARO_TEST(TestUhr)
 #include "tst_uhr.moc"

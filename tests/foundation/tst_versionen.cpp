@@ -1,6 +1,5 @@
 #include "foundation/versionen.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -15,7 +14,7 @@ int richtung(QStringView a, QStringView b)
 
 } // namespace
 
-class TstVersionen : public QObject
+class TestVersionen final : public QObject
 {
     Q_OBJECT
 
@@ -25,7 +24,7 @@ private Q_SLOTS:
     void ordnetEineListe();
 };
 
-void TstVersionen::vergleichen_data()
+void TestVersionen::vergleichen_data()
 {
     QTest::addColumn<QString>("a");
     QTest::addColumn<QString>("b");
@@ -58,7 +57,7 @@ void TstVersionen::vergleichen_data()
         << u"340282366920938463463374607431768211455"_s << 1;
 }
 
-void TstVersionen::vergleichen()
+void TestVersionen::vergleichen()
 {
     QFETCH(QString, a);
     QFETCH(QString, b);
@@ -67,7 +66,7 @@ void TstVersionen::vergleichen()
     QTEST(-richtung(b, a), "erwartet");
 }
 
-void TstVersionen::ordnetEineListe()
+void TestVersionen::ordnetEineListe()
 {
     QStringList liste{u"10"_s, u"6.8.5"_s, u"7"_s, u"6.8.10"_s, u"7.0.1"_s, u"6.10"_s};
 
@@ -78,5 +77,5 @@ void TstVersionen::ordnetEineListe()
     QCOMPARE(liste, (QStringList{u"6.8.5"_s, u"6.8.10"_s, u"6.10"_s, u"7"_s, u"7.0.1"_s, u"10"_s}));
 }
 
-QTEST_GUILESS_MAIN(TstVersionen)
+KALVARO_TEST(TestVersionen)
 #include "tst_versionen.moc"

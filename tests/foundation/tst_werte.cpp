@@ -1,11 +1,11 @@
 #include "foundation/werte.h"
 
-#include "jsonlesen.h"
+#include "doubles/jsonlesen.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>
 #include <QLocale>
-#include <QTest>
 
 #include <cmath>
 
@@ -27,7 +27,7 @@ QString tieferWeg(int tiefe)
 
 } // namespace
 
-class TstWerte : public QObject
+class TestWerte final : public QObject
 {
     Q_OBJECT
 
@@ -59,12 +59,12 @@ private Q_SLOTS:
     void einMegabyteZiffern();
 };
 
-void TstWerte::initTestCase()
+void TestWerte::initTestCase()
 {
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
 }
 
-void TstWerte::weg_data()
+void TestWerte::weg_data()
 {
     QTest::addColumn<QByteArray>("wert");
     QTest::addColumn<QString>("weg");
@@ -96,7 +96,7 @@ void TstWerte::weg_data()
         << QByteArray(R"({"a.b":1})") << u"a.b"_s << fehlt;
 }
 
-void TstWerte::weg()
+void TestWerte::weg()
 {
     QFETCH(QByteArray, wert);
     QFETCH(QString, weg);
@@ -104,7 +104,7 @@ void TstWerte::weg()
     QTEST(pfad(json(wert), weg), "erwartet");
 }
 
-void TstWerte::wegOhneSchluesselGibtDenWertSelbst_data()
+void TestWerte::wegOhneSchluesselGibtDenWertSelbst_data()
 {
     QTest::addColumn<QString>("weg");
 
@@ -113,7 +113,7 @@ void TstWerte::wegOhneSchluesselGibtDenWertSelbst_data()
     QTest::newRow("dots only") << u"...."_s;
 }
 
-void TstWerte::wegOhneSchluesselGibtDenWertSelbst()
+void TestWerte::wegOhneSchluesselGibtDenWertSelbst()
 {
     QFETCH(QString, weg);
     const QJsonValue werte[] = {json("{\"a\":1}"), json("[1]"),           json("\"x\""),
@@ -124,7 +124,7 @@ void TstWerte::wegOhneSchluesselGibtDenWertSelbst()
     }
 }
 
-void TstWerte::texte_data()
+void TestWerte::texte_data()
 {
     QTest::addColumn<QByteArray>("wert");
     QTest::addColumn<QString>("weg");
@@ -170,7 +170,7 @@ void TstWerte::texte_data()
     zeile("an empty map", "{}", u"{}"_s);
 }
 
-void TstWerte::texte()
+void TestWerte::texte()
 {
     QFETCH(QByteArray, wert);
     QFETCH(QString, weg);
@@ -178,7 +178,7 @@ void TstWerte::texte()
     QTEST(text(json(wert), weg), "erwartet");
 }
 
-void TstWerte::zahlen_data()
+void TestWerte::zahlen_data()
 {
     QTest::addColumn<QByteArray>("wert");
     QTest::addColumn<Zahl>("erwartet");
@@ -197,7 +197,7 @@ void TstWerte::zahlen_data()
     QTest::newRow("the string true") << QByteArray(R"("true")") << Zahl();
 }
 
-void TstWerte::zahlen()
+void TestWerte::zahlen()
 {
     QFETCH(QByteArray, wert);
 
@@ -205,7 +205,7 @@ void TstWerte::zahlen()
     QTEST(zahl(json(wert), u""), "erwartet");
 }
 
-void TstWerte::zahltexte_data()
+void TestWerte::zahltexte_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<Zahl>("erwartet");
@@ -260,7 +260,7 @@ void TstWerte::zahltexte_data()
         << QString(QChar(0x0131)) << Zahl();
 }
 
-void TstWerte::zahltexte()
+void TestWerte::zahltexte()
 {
     QFETCH(QString, text);
 
@@ -269,7 +269,7 @@ void TstWerte::zahltexte()
     QTEST(gelesen, "erwartet");
 }
 
-void TstWerte::wahrheit_data()
+void TestWerte::wahrheit_data()
 {
     QTest::addColumn<QByteArray>("wert");
     QTest::addColumn<bool>("erwartet");
@@ -289,14 +289,14 @@ void TstWerte::wahrheit_data()
     QTest::newRow("a list") << QByteArray("[1]") << false;
 }
 
-void TstWerte::wahrheit()
+void TestWerte::wahrheit()
 {
     QFETCH(QByteArray, wert);
 
     QTEST(wahr(json("{\"k\":" + wert + '}'), u"k"), "erwartet");
 }
 
-void TstWerte::summen_data()
+void TestWerte::summen_data()
 {
     QTest::addColumn<QByteArray>("wert");
     QTest::addColumn<double>("erwartet");
@@ -318,14 +318,14 @@ void TstWerte::summen_data()
         << QByteArray(R"({"a":9007199254740993})") << 9007199254740992.0;
 }
 
-void TstWerte::summen()
+void TestWerte::summen()
 {
     QFETCH(QByteArray, wert);
 
     QTEST(summe(json(wert)), "erwartet");
 }
 
-void TstWerte::fehltDerWertGeltenDieVorgaben()
+void TestWerte::fehltDerWertGeltenDieVorgaben()
 {
     const QJsonValue fehlt(QJsonValue::Undefined);
 
@@ -338,7 +338,7 @@ void TstWerte::fehltDerWertGeltenDieVorgaben()
     QCOMPARE(summe(fehlt), 0.0);
 }
 
-void TstWerte::verschachtelungBisZurGrenzeDesParsers()
+void TestWerte::verschachtelungBisZurGrenzeDesParsers()
 {
     QVERIFY(verschachtelt(groessteTiefe + 1, "1").isNull());
     const QJsonValue tief(verschachtelt(groessteTiefe, "1").object());
@@ -352,7 +352,7 @@ void TstWerte::verschachtelungBisZurGrenzeDesParsers()
     QCOMPARE(text(tief, u"").size(), groessteTiefe * 6 + 1);
 }
 
-void TstWerte::listenBisZurGrenzeDesParsers()
+void TestWerte::listenBisZurGrenzeDesParsers()
 {
     const QByteArray quelle =
         QByteArray("[").repeated(groessteTiefe) + '7' + QByteArray("]").repeated(groessteTiefe);
@@ -364,7 +364,7 @@ void TstWerte::listenBisZurGrenzeDesParsers()
     QVERIFY(!zahl(tief, u"").has_value());
 }
 
-void TstWerte::breiteSumme()
+void TestWerte::breiteSumme()
 {
     QJsonObject breit;
     for (int i = 0; i < 100'000; ++i) {
@@ -378,7 +378,7 @@ void TstWerte::breiteSumme()
     QVERIFY(stoppuhr.elapsed() < zuLange);
 }
 
-void TstWerte::einMegabyteText()
+void TestWerte::einMegabyteText()
 {
     const QString lang(megabyte, u'ä');
     const QJsonValue wert(QJsonObject{{u"a"_s, lang}});
@@ -395,7 +395,7 @@ void TstWerte::einMegabyteText()
     QVERIFY(stoppuhr.elapsed() < zuLange);
 }
 
-void TstWerte::einMegabyteZiffern_data()
+void TestWerte::einMegabyteZiffern_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<Zahl>("erwartet");
@@ -414,7 +414,7 @@ void TstWerte::einMegabyteZiffern_data()
     QTest::newRow("points only") << QString(megabyte, u'.') << Zahl();
 }
 
-void TstWerte::einMegabyteZiffern()
+void TestWerte::einMegabyteZiffern()
 {
     QFETCH(QString, text);
     QElapsedTimer stoppuhr;
@@ -426,5 +426,5 @@ void TstWerte::einMegabyteZiffern()
     QTEST(gelesen, "erwartet");
 }
 
-QTEST_GUILESS_MAIN(TstWerte)
+KALVARO_TEST(TestWerte)
 #include "tst_werte.moc"

@@ -1,10 +1,9 @@
 #include "mainwindow/fensterprobe.h"
 
+#include "doubles/ereignisse.h"
 #include "mainwindow/statuskarte.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFile>
 #include <QJsonObject>
 #include <QTimer>
 
@@ -14,26 +13,6 @@ using namespace Qt::StringLiterals;
 
 const QString rekordboxLaeuftDetail =
     u"Nach dem Beenden überträgt kalvaro deine Änderungen automatisch."_s;
-
-Programmordner::Programmordner(const QStringList &versionen)
-{
-    for (const QString &version : versionen) {
-        const QString inhalt = buendel(version) + u"/Contents"_s;
-        QDir().mkpath(inhalt);
-        QFile datei(inhalt + u"/Info.plist"_s);
-        if (!datei.open(QIODevice::WriteOnly)) {
-            qFatal("Cannot write the bundle of a test");
-        }
-        const QString plist = u"<plist version=\"1.0\"><dict><key>CFBundleShortVersionString</key>"
-                              "<string>%1</string></dict></plist>"_s;
-        datei.write(plist.arg(version.toHtmlEscaped()).toUtf8());
-    }
-}
-
-QString Programmordner::buendel(const QString &version) const
-{
-    return ordner.path() + u"/rekordbox "_s + version + u"/rekordbox.app"_s;
-}
 
 Fensterprobe::Fensterprobe(const Aufbau &aufbau)
     : programme(aufbau.versionen)
@@ -58,10 +37,7 @@ Fensterprobe::Fensterprobe(const Aufbau &aufbau)
 
 void Fensterprobe::ruhe()
 {
-    for (int i = 0; i < 5; ++i) {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
+    ereignisseAbarbeiten();
 }
 
 QString Fensterprobe::art() const

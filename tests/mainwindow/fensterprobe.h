@@ -1,5 +1,6 @@
 #pragma once
 
+#include "doubles/buendel.h"
 #include "doubles/datenordner.h"
 #include "doubles/fakeanmeldestart.h"
 #include "doubles/fakearbeitsplatz.h"
@@ -20,19 +21,6 @@
 #include <memory>
 
 namespace kalvaro {
-
-// A folder of applications with a bundle for each version, "rekordbox VERSION/rekordbox.app".
-class Programmordner
-{
-public:
-    explicit Programmordner(const QStringList &versionen);
-
-    [[nodiscard]] QString pfad() const { return ordner.path(); }
-    [[nodiscard]] QString buendel(const QString &version) const;
-
-private:
-    QTemporaryDir ordner;
-};
 
 // A main window with doubles all around it.
 struct Fensterprobe

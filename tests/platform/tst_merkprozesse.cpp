@@ -1,12 +1,12 @@
+#include "doubles/ereignisse.h"
 #include "doubles/fakeprozesse.h"
 #include "platform/merkprozesse.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TestMerkprozesse : public QObject
+class TestMerkprozesse final : public QObject
 {
     Q_OBJECT
 
@@ -31,10 +31,10 @@ private Q_SLOTS:
         const Merkprozesse prozesse(ganze);
         QCOMPARE(prozesse.anzahl(u"rekordbox"_s), 0);
         ganze.laufend[u"rekordbox"_s] = 2;
-        QCoreApplication::processEvents();
+        ereignisseAbarbeiten();
         QCOMPARE(prozesse.anzahl(u"rekordbox"_s), 2);
         ganze.laufend[u"rekordbox"_s] = 0;
-        QCoreApplication::processEvents();
+        ereignisseAbarbeiten();
         QCOMPARE(prozesse.anzahl(u"rekordbox"_s), 0);
     }
 
@@ -48,6 +48,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMerkprozesse)
-
+KALVARO_TEST(TestMerkprozesse)
 #include "tst_merkprozesse.moc"

@@ -1,10 +1,10 @@
+#include "doubles/buendel.h"
 #include "platform/buendel.h"
 #include "platform/plist.h"
-#include "platform/testbuendel.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <sys/stat.h>
 
@@ -88,7 +88,7 @@ QByteArray gift(const QByteArray &art)
 
 } // namespace
 
-class TstPlist : public QObject
+class TestPlist final : public QObject
 {
     Q_OBJECT
 
@@ -277,5 +277,5 @@ private:
     QTemporaryDir ordner;
 };
 
-QTEST_GUILESS_MAIN(TstPlist)
+KALVARO_TEST(TestPlist)
 #include "tst_plist.moc"

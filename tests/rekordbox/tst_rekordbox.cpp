@@ -1,12 +1,14 @@
+#include "doubles/buendel.h"
+#include "doubles/dateien.h"
+#include "doubles/einschraenkung.h"
 #include "doubles/fakeprozesse.h"
 #include "foundation/einstellungen.h"
-#include "platform/testbuendel.h"
 #include "rekordbox/rekordbox.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <memory>
 #include <sys/stat.h>
@@ -32,7 +34,7 @@ QByteArray info(Plistform form, const QString &version)
 
 } // namespace
 
-class TstRekordbox : public QObject
+class TestRekordbox final : public QObject
 {
     Q_OBJECT
 
@@ -83,7 +85,7 @@ private:
     std::unique_ptr<QTemporaryDir> ordner;
 };
 
-void TstRekordbox::installationen_data()
+void TestRekordbox::installationen_data()
 {
     QTest::addColumn<Programme>("programme");
     QTest::addColumn<QStringList>("erwartet");
@@ -124,7 +126,7 @@ void TstRekordbox::installationen_data()
           u"7.9.1 rekordbox d/rekordbox.app"_s, u"7.9 rekordbox a/rekordbox.app"_s});
 }
 
-void TstRekordbox::installationen()
+void TestRekordbox::installationen()
 {
     QFETCH(const Programme, programme);
     QFETCH(const QStringList, erwartet);
@@ -136,7 +138,7 @@ void TstRekordbox::installationen()
     }
 }
 
-void TstRekordbox::version_data()
+void TestRekordbox::version_data()
 {
     QTest::addColumn<QByteArray>("plist");
     QTest::addColumn<QString>("erwartet");
@@ -163,7 +165,7 @@ void TstRekordbox::version_data()
     QTest::newRow("huge") << info(Plistform::Xml, QString(1048576, u'7')) << u"0"_s;
 }
 
-void TstRekordbox::version()
+void TestRekordbox::version()
 {
     QFETCH(const QByteArray, plist);
     QFETCH(const QString, erwartet);
@@ -172,7 +174,7 @@ void TstRekordbox::version()
     QCOMPARE(gefunden().first().version, erwartet);
 }
 
-void TstRekordbox::gleicheVersionenWieImOrdner()
+void TestRekordbox::gleicheVersionenWieImOrdner()
 {
     constexpr int viele = 40; // an unstable sort keeps the order of a few
     for (int i = 0; i < viele; ++i) {
@@ -192,7 +194,7 @@ void TstRekordbox::gleicheVersionenWieImOrdner()
     QCOMPARE(liste(), neu + alt);
 }
 
-void TstRekordbox::ortDesBuendels()
+void TestRekordbox::ortDesBuendels()
 {
     buendelSchreiben(pfad(u"rekordbox 7/rekordbox.app"_s), info(Plistform::Xml, u"7"_s));
     const Installation erwartet{u"7"_s, QUrl::fromLocalFile(pfad(u"rekordbox 7/rekordbox.app"_s))};
@@ -200,7 +202,7 @@ void TstRekordbox::ortDesBuendels()
     QCOMPARE(Rekordbox(prozesse, ordner->path() + u'/').installationen(), QList{erwartet});
 }
 
-void TstRekordbox::gewaehlt_data()
+void TestRekordbox::gewaehlt_data()
 {
     QTest::addColumn<QStringList>("versionen");
     QTest::addColumn<QString>("wunsch");
@@ -219,7 +221,7 @@ void TstRekordbox::gewaehlt_data()
         << QStringList{u"7"_s, u""_s} << u""_s << 0;
 }
 
-void TstRekordbox::gewaehlt()
+void TestRekordbox::gewaehlt()
 {
     QFETCH(const QStringList, versionen);
     QFETCH(const QString, wunsch);
@@ -235,7 +237,7 @@ void TstRekordbox::gewaehlt()
     QCOMPARE(wahl, erwartet < 0 ? std::nullopt : std::optional(installiert[erwartet]));
 }
 
-void TstRekordbox::verweise()
+void TestRekordbox::verweise()
 {
     QTemporaryDir anderswo;
     const QString wirklich = anderswo.filePath(u"rekordbox.app"_s);
@@ -252,7 +254,7 @@ void TstRekordbox::verweise()
                                 u"7.1 rekordbox 7/rekordbox.app"_s, u"7.1 rekordbox.app"_s}));
 }
 
-void TstRekordbox::keinBuendel_data()
+void TestRekordbox::keinBuendel_data()
 {
     QTest::addColumn<QString>("art");
     for (const char *art :
@@ -263,7 +265,7 @@ void TstRekordbox::keinBuendel_data()
 }
 
 // Is there, so it is listed; its version is 0.
-void TstRekordbox::keinBuendel()
+void TestRekordbox::keinBuendel()
 {
     QFETCH(const QString, art);
     const QString buendel = pfad(u"rekordbox.app"_s);
@@ -286,13 +288,13 @@ void TstRekordbox::keinBuendel()
         QVERIFY(QFile::setPermissions(art.startsWith(u"Info") ? plist : contents, {}));
     }
     {
-        const Ohnmacht ohnmacht;
+        const OhneRechte niemand;
         QCOMPARE(liste(), QStringList{u"0 rekordbox.app"_s});
     }
     QFile::setPermissions(contents, QFile::Permissions(0x7755)); // else it cannot be removed
 }
 
-void TstRekordbox::ordnerNichtLesbar_data()
+void TestRekordbox::ordnerNichtLesbar_data()
 {
     QTest::addColumn<QString>("art");
     for (const char *art : {"missing", "a file", "unreadable", "unreadable inside"}) {
@@ -300,7 +302,7 @@ void TstRekordbox::ordnerNichtLesbar_data()
     }
 }
 
-void TstRekordbox::ordnerNichtLesbar()
+void TestRekordbox::ordnerNichtLesbar()
 {
     QFETCH(const QString, art);
     QVERIFY(QFile::setPermissions(ordner->path(), QFile::Permissions(0x7755)));
@@ -314,14 +316,14 @@ void TstRekordbox::ordnerNichtLesbar()
         QVERIFY(QFile::setPermissions(art == u"unreadable" ? programme : innen, {}));
     }
     {
-        const Ohnmacht ohnmacht;
+        const OhneRechte niemand;
         QCOMPARE(Rekordbox(prozesse, programme).installationen(), QList<Installation>());
     }
     QFile::setPermissions(programme, QFile::Permissions(0x7755));
     QFile::setPermissions(innen, QFile::Permissions(0x7755));
 }
 
-void TstRekordbox::laeuft_data()
+void TestRekordbox::laeuft_data()
 {
     QTest::addColumn<int>("haupt");
     QTest::addColumn<int>("agent");
@@ -333,7 +335,7 @@ void TstRekordbox::laeuft_data()
     QTest::newRow("Both running, twice") << 2 << 2 << true << true;
 }
 
-void TstRekordbox::laeuft()
+void TestRekordbox::laeuft()
 {
     QFETCH(const int, haupt);
     QFETCH(const int, agent);
@@ -344,7 +346,7 @@ void TstRekordbox::laeuft()
     QTEST(rekordbox.laeuft(), "laeuft");
 }
 
-void TstRekordbox::anzahl()
+void TestRekordbox::anzahl()
 {
     FakeProzesse tabelle;
     tabelle.laufend = {{u"rekordbox"_s, 3}};
@@ -354,5 +356,5 @@ void TstRekordbox::anzahl()
     QCOMPARE(tabelle.gefragt, QStringList({u"rekordbox"_s, u"anderes"_s}));
 }
 
-QTEST_GUILESS_MAIN(TstRekordbox)
+KALVARO_TEST(TestRekordbox)
 #include "tst_rekordbox.moc"

@@ -1,8 +1,7 @@
 #include "server/entpacken.h"
+#include "testlauf.h"
 
 #include "gepackt.h"
-
-#include <QTest>
 
 using namespace kalvaro;
 
@@ -113,5 +112,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestEntpacken)
+KALVARO_TEST(TestEntpacken)
 #include "tst_entpacken.moc"

@@ -1,8 +1,8 @@
 #include "server/netzfehler.h"
+#include "testlauf.h"
 
 #include <QMetaEnum>
 #include <QSet>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -80,5 +80,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestNetzfehler)
+KALVARO_TEST(TestNetzfehler)
 #include "tst_netzfehler.moc"

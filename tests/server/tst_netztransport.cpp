@@ -1,6 +1,7 @@
 // What the server sends, and what the caller hears of it.
 
 #include "doubles/rohserver.h"
+#include "testlauf.h"
 
 #include "gepackt.h"
 #include "netzprobe.h"
@@ -255,5 +256,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestNetztransport)
+KALVARO_TEST(TestNetztransport)
 #include "tst_netztransport.moc"

@@ -1,6 +1,8 @@
 // How an exchange ends when no answer ends it: by its limit or with its owner, in every state.
 
+#include "doubles/ereignisse.h"
 #include "doubles/rohserver.h"
+#include "testlauf.h"
 
 #include "netzprobe.h"
 
@@ -49,7 +51,7 @@ const QByteArray angefangen = "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nabc
 
 } // namespace
 
-class TestEnde final : public QObject
+class TestNetztransportEnde final : public QObject
 {
     Q_OBJECT
 
@@ -177,7 +179,7 @@ private Q_SLOTS:
         QTRY_VERIFY(schlange.voll());
         Netzprobe probe;
         probe.senden(get(schlange.adresse()));
-        QCoreApplication::processEvents();
+        ereignisseAbarbeiten();
         probe.besitzer.reset();
         probe.uhr.vor(Sekunden(1000));
         QCOMPARE(probe.rufe, 0);
@@ -276,5 +278,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestEnde)
+KALVARO_TEST(TestNetztransportEnde)
 #include "tst_netztransport_ende.moc"

@@ -1,6 +1,7 @@
 // Which redirects are followed, and what the next server gets to see.
 
 #include "doubles/rohserver.h"
+#include "testlauf.h"
 
 #include "netzprobe.h"
 
@@ -20,7 +21,7 @@ QByteArray ersteZeile(const Rohserver &server, qsizetype nummer)
 
 } // namespace
 
-class TestUmleitungen final : public QObject
+class TestNetztransportUmleitungen final : public QObject
 {
     Q_OBJECT
 
@@ -186,5 +187,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestUmleitungen)
+KALVARO_TEST(TestNetztransportUmleitungen)
 #include "tst_netztransport_umleitungen.moc"

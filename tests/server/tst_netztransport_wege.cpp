@@ -1,6 +1,7 @@
 // The way to the server: addresses, proxies, TLS.
 
 #include "doubles/rohserver.h"
+#include "testlauf.h"
 
 #include "netzprobe.h"
 
@@ -70,7 +71,7 @@ const QString unsicher = u"Es kam keine sichere Verbindung zustande."_s;
 
 } // namespace
 
-class TestWege final : public QObject
+class TestNetztransportWege final : public QObject
 {
     Q_OBJECT
 
@@ -315,5 +316,5 @@ private:
     qsizetype vorher = 0;
 };
 
-QTEST_GUILESS_MAIN(TestWege)
+KALVARO_TEST(TestNetztransportWege)
 #include "tst_netztransport_wege.moc"

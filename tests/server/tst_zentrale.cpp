@@ -4,6 +4,7 @@
 #include "server/zentrale.h"
 
 #include "doubles/scripttransport.h"
+#include "testlauf.h"
 
 #include "zentraleprobe.h"
 
@@ -351,5 +352,5 @@ private:
     std::unique_ptr<Zentraleprobe> probe;
 };
 
-QTEST_GUILESS_MAIN(TestZentrale)
+KALVARO_TEST(TestZentrale)
 #include "tst_zentrale.moc"

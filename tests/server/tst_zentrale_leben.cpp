@@ -5,6 +5,7 @@
 
 #include "doubles/scripttransport.h"
 #include "doubles/testuhr.h"
+#include "testlauf.h"
 
 #include "zentraleprobe.h"
 
@@ -278,5 +279,5 @@ private:
     std::unique_ptr<Zentrale> zentrale;
 };
 
-QTEST_GUILESS_MAIN(TestZentraleLeben)
+KALVARO_TEST(TestZentraleLeben)
 #include "tst_zentrale_leben.moc"

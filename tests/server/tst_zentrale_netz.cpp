@@ -3,6 +3,7 @@
 #include "doubles/rohserver.h"
 #include "doubles/testuhr.h"
 #include "server/netztransport.h"
+#include "testlauf.h"
 
 #include "zentraleprobe.h"
 
@@ -146,5 +147,5 @@ private:
     Netztransport transport{uhr};
 };
 
-QTEST_GUILESS_MAIN(TestZentraleNetz)
+KALVARO_TEST(TestZentraleNetz)
 #include "tst_zentrale_netz.moc"

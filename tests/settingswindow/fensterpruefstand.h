@@ -2,6 +2,7 @@
 
 #include "antworten.h"
 #include "doubles/datenordner.h"
+#include "doubles/ereignisse.h"
 #include "doubles/fakeanmeldestart.h"
 #include "doubles/scripttransport.h"
 #include "doubles/testuhr.h"
@@ -32,7 +33,6 @@ protected:
     EinstellungenFenster &oeffnen(const QString &betrieb = {});
     void laden(const QJsonObject &daten);
     void zentraleErneuern();
-    static void warten() { QCoreApplication::processEvents(); }
     template<typename T>
     [[nodiscard]] T *feld(const QString &name) const
     {

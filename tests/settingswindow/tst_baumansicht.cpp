@@ -1,7 +1,9 @@
 #include "antworten.h"
+#include "doubles/ereignisse.h"
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/playlistenmodell.h"
 #include "settingswindow/playlistenzeile.h"
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/stil.h"
 
@@ -12,13 +14,12 @@
 #include <QMenu>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTest>
 #include <QToolTip>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TstBaumansicht : public QObject
+class TestBaumansicht final : public QObject
 {
     Q_OBJECT
 
@@ -78,12 +79,12 @@ private:
     std::unique_ptr<Baumansicht> ansicht;
 };
 
-void TstBaumansicht::initTestCase()
+void TestBaumansicht::initTestCase()
 {
     erscheinungEinrichten(*qApp);
 }
 
-void TstBaumansicht::init()
+void TestBaumansicht::init()
 {
     ansicht.reset();
     modell = std::make_unique<PlaylistenModell>();
@@ -96,7 +97,7 @@ void TstBaumansicht::init()
     QVERIFY(QTest::qWaitForWindowActive(ansicht.get()));
 }
 
-QModelIndex TstBaumansicht::zeile(const QString &name) const
+QModelIndex TestBaumansicht::zeile(const QString &name) const
 {
     for (int i = 0; i < std::ssize(modell->alle()); ++i) {
         if (modell->alle()[size_t(i)].name == name) {
@@ -106,7 +107,7 @@ QModelIndex TstBaumansicht::zeile(const QString &name) const
     return {};
 }
 
-void TstBaumansicht::klickAufDenKastenHaktAn()
+void TestBaumansicht::klickAufDenKastenHaktAn()
 {
     klicken(kasten(u"N5"_s));
     QVERIFY(an(u"N5"_s));
@@ -115,13 +116,13 @@ void TstBaumansicht::klickAufDenKastenHaktAn()
     QVERIFY(!an(u"N5"_s));
 }
 
-void TstBaumansicht::klickAufDenTitelHaktAn()
+void TestBaumansicht::klickAufDenTitelHaktAn()
 {
     klicken(QPoint(titel(u"N2"_s).right() - 6, titel(u"N2"_s).center().y()));
     QVERIFY(an(u"N2"_s));
 }
 
-void TstBaumansicht::klickDanebenHaktNichtAn()
+void TestBaumansicht::klickDanebenHaktNichtAn()
 {
     klicken(QPoint(400, titel(u"N2"_s).center().y()));
     QVERIFY(!an(u"N2"_s));
@@ -134,13 +135,13 @@ void TstBaumansicht::klickDanebenHaktNichtAn()
     QVERIFY(!an(u"N2"_s));
 }
 
-void TstBaumansicht::rechteTasteHaktNichtAn()
+void TestBaumansicht::rechteTasteHaktNichtAn()
 {
     klicken(kasten(u"N2"_s), Qt::RightButton);
     QVERIFY(!an(u"N2"_s));
 }
 
-void TstBaumansicht::doppelklickKlapptNicht()
+void TestBaumansicht::doppelklickKlapptNicht()
 {
     const QPoint ort = kasten(u"N1"_s);
     QTest::mouseClick(ansicht->viewport(), Qt::LeftButton, {}, ort);
@@ -148,7 +149,7 @@ void TstBaumansicht::doppelklickKlapptNicht()
     QVERIFY(ansicht->isExpanded(zeile(u"N1"_s)));
 }
 
-void TstBaumansicht::leertasteHaktAn()
+void TestBaumansicht::leertasteHaktAn()
 {
     ansicht->setCurrentIndex(zeile(u"N1"_s));
     QTest::keyClick(ansicht.get(), Qt::Key_Space);
@@ -158,7 +159,7 @@ void TstBaumansicht::leertasteHaktAn()
     QVERIFY(!an(u"N1"_s) && !an(u"N2"_s) && an(u"N3"_s));
 }
 
-void TstBaumansicht::pfeiltastenKlappen()
+void TestBaumansicht::pfeiltastenKlappen()
 {
     ansicht->setCurrentIndex(zeile(u"N1"_s));
     QTest::keyClick(ansicht.get(), Qt::Key_Left);
@@ -167,7 +168,7 @@ void TstBaumansicht::pfeiltastenKlappen()
     QVERIFY(ansicht->isExpanded(zeile(u"N1"_s)));
 }
 
-void TstBaumansicht::gesperrteAnsichtHaktNicht()
+void TestBaumansicht::gesperrteAnsichtHaktNicht()
 {
     const QPoint ort = kasten(u"N2"_s);
     ansicht->setEnabled(false);
@@ -176,7 +177,7 @@ void TstBaumansicht::gesperrteAnsichtHaktNicht()
     QVERIFY(!an(u"N2"_s));
 }
 
-void TstBaumansicht::hakenLaesstAufgeklapptesUndRollstand()
+void TestBaumansicht::hakenLaesstAufgeklapptesUndRollstand()
 {
     QJsonArray liste;
     for (int i = 0; i < 40; ++i) {
@@ -188,21 +189,21 @@ void TstBaumansicht::hakenLaesstAufgeklapptesUndRollstand()
     for (int i = 0; i < 40; i += 2) {
         ansicht->expand(modell->index(i, 0));
     }
-    QCoreApplication::processEvents(); // lays the rows out
+    ereignisseAbarbeiten(); // lays the rows out
     ansicht->verticalScrollBar()->setValue(333);
 
     klicken(kasten(u"N14"_s));
     QVERIFY(an(u"N14k"_s));
     klicken(kasten(u"N14k"_s));
     QVERIFY(!an(u"N14"_s));
-    QCoreApplication::processEvents();
+    ereignisseAbarbeiten();
     QCOMPARE(ansicht->verticalScrollBar()->value(), 333);
     for (int i = 0; i < 40; ++i) {
         QCOMPARE(ansicht->isExpanded(modell->index(i, 0)), i % 2 == 0);
     }
 }
 
-void TstBaumansicht::filterKlapptAufUndStelltWiederHer()
+void TestBaumansicht::filterKlapptAufUndStelltWiederHer()
 {
     ansicht->collapseAll();
     ansicht->expand(zeile(u"N1"_s));
@@ -216,7 +217,7 @@ void TstBaumansicht::filterKlapptAufUndStelltWiederHer()
     QVERIFY(!ansicht->isExpanded(zeile(u"N4"_s)));
 }
 
-void TstBaumansicht::filterBehaeltDieAktuelleZeile()
+void TestBaumansicht::filterBehaeltDieAktuelleZeile()
 {
     ansicht->setCurrentIndex(zeile(u"N5"_s));
     ansicht->filtern(u"n5"_s);
@@ -225,7 +226,7 @@ void TstBaumansicht::filterBehaeltDieAktuelleZeile()
     QCOMPARE(ansicht->currentIndex(), zeile(u"N5"_s));
 }
 
-void TstBaumansicht::gefundenesBleibtNachDemFilterZuSehen()
+void TestBaumansicht::gefundenesBleibtNachDemFilterZuSehen()
 {
     ansicht->collapseAll();
     ansicht->filtern(u"n5"_s);
@@ -235,7 +236,7 @@ void TstBaumansicht::gefundenesBleibtNachDemFilterZuSehen()
     QVERIFY(ansicht->viewport()->rect().contains(ansicht->visualRect(zeile(u"N5"_s)).center()));
 }
 
-void TstBaumansicht::nichtsGefunden()
+void TestBaumansicht::nichtsGefunden()
 {
     const QImage voll = ansicht->grab().toImage();
     ansicht->filtern(u"gibt es nicht"_s);
@@ -246,7 +247,7 @@ void TstBaumansicht::nichtsGefunden()
     QVERIFY(ansicht->grab().toImage() != leer); // says nothing where nothing is searched for
 }
 
-void TstBaumansicht::buchstabenWollenGesuchtWerden()
+void TestBaumansicht::buchstabenWollenGesuchtWerden()
 {
     QSignalSpy getippt(ansicht.get(), &Baumansicht::getippt);
     ansicht->setCurrentIndex(zeile(u"N1"_s));
@@ -256,7 +257,7 @@ void TstBaumansicht::buchstabenWollenGesuchtWerden()
     QCOMPARE(ansicht->currentIndex(), zeile(u"N1"_s));
 }
 
-void TstBaumansicht::kontextmenue()
+void TestBaumansicht::kontextmenue()
 {
     const auto menue = [this] {
         QContextMenuEvent ruf(QContextMenuEvent::Mouse, QPoint(5, 5),
@@ -280,14 +281,14 @@ void TstBaumansicht::kontextmenue()
     auf->close();
 }
 
-void TstBaumansicht::alleZuklappenBehaeltDieZeile()
+void TestBaumansicht::alleZuklappenBehaeltDieZeile()
 {
     ansicht->setCurrentIndex(zeile(u"N5"_s));
     ansicht->alleZuklappen();
     QCOMPARE(ansicht->currentIndex(), zeile(u"N1"_s));
 }
 
-void TstBaumansicht::tiefeKetteAufklappen()
+void TestBaumansicht::tiefeKetteAufklappen()
 {
     modell->setKnoten(baumAus(antwort(kette(100'000))));
     ansicht->alleAufklappen();
@@ -305,7 +306,7 @@ void TstBaumansicht::tiefeKetteAufklappen()
     QVERIFY(!ansicht->grab().isNull());
 }
 
-void TstBaumansicht::langerNameBehaeltDieZahl()
+void TestBaumansicht::langerNameBehaeltDieZahl()
 {
     const QString lang(2'000'000, u'W');
     modell->setKnoten(
@@ -324,7 +325,7 @@ void TstBaumansicht::langerNameBehaeltDieZahl()
     QVERIFY(punkte > 5);
 }
 
-void TstBaumansicht::nameStehtInEinerZeile()
+void TestBaumansicht::nameStehtInEinerZeile()
 {
     modell->setKnoten(
         baumAus(antwort({eintrag(u"1"_s, u""_s, {{u"name"_s, u"<b>a</b>\nzwei"_s}}),
@@ -336,7 +337,7 @@ void TstBaumansicht::nameStehtInEinerZeile()
     QCOMPARE(bild.copy(erste), bild.copy(zweite));
 }
 
-void TstBaumansicht::hinweisNurWoGekuerzt()
+void TestBaumansicht::hinweisNurWoGekuerzt()
 {
     const QString lang = u"<img src=x> "_s + QString(100, u'W');
     modell->setKnoten(
@@ -352,12 +353,12 @@ void TstBaumansicht::hinweisNurWoGekuerzt()
     QToolTip::hideText();
 }
 
-void TstBaumansicht::zeilenhoehe()
+void TestBaumansicht::zeilenhoehe()
 {
     QCOMPARE(ansicht->visualRect(zeile(u"N1"_s)).height(), 26);
 }
 
-void TstBaumansicht::vorgelesenWirdJedeZeile()
+void TestBaumansicht::vorgelesenWirdJedeZeile()
 {
     QAccessibleInterface *const baum = QAccessible::queryAccessibleInterface(ansicht.get());
     QVERIFY(baum != nullptr);
@@ -388,7 +389,7 @@ void TstBaumansicht::vorgelesenWirdJedeZeile()
     QVERIFY(oben->state().collapsed);
 }
 
-void TstBaumansicht::vorlesehilfeHaktAn()
+void TestBaumansicht::vorlesehilfeHaktAn()
 {
     QAccessible::setActive(true);
     QAccessibleInterface *const baum = QAccessible::queryAccessibleInterface(ansicht.get());
@@ -412,7 +413,7 @@ void TstBaumansicht::vorlesehilfeHaktAn()
     QAccessible::setActive(false);
 }
 
-void TstBaumansicht::vorlesehilfeUeberlebtDenFilter()
+void TestBaumansicht::vorlesehilfeUeberlebtDenFilter()
 {
     QAccessible::setActive(true);
     QAccessibleInterface *const baum = QAccessible::queryAccessibleInterface(ansicht.get());
@@ -432,5 +433,5 @@ void TstBaumansicht::vorlesehilfeUeberlebtDenFilter()
     QAccessible::setActive(false);
 }
 
-QTEST_MAIN(TstBaumansicht)
+KALVARO_FENSTERTEST(TestBaumansicht)
 #include "tst_baumansicht.moc"

@@ -1,4 +1,5 @@
 #include "fensterpruefstand.h"
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 
 #include <QApplication>
@@ -10,7 +11,7 @@ using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // Ending the sheet, keyboard and mouse, and its look.
-class TstEinstellungenbedienung : public Fensterpruefstand
+class TestEinstellungenbedienung final : public Fensterpruefstand
 {
     Q_OBJECT
 
@@ -34,7 +35,7 @@ private Q_SLOTS:
     void bleibtGleichHoch();
 };
 
-void TstEinstellungenbedienung::abbrechenSichertNichts()
+void TestEinstellungenbedienung::abbrechenSichertNichts()
 {
     laden(antwort(beispiel()));
     anhaken(5);
@@ -42,14 +43,14 @@ void TstEinstellungenbedienung::abbrechenSichertNichts()
     feld<QCheckBox>(u"cbAnmeldung"_s)->setChecked(true);
     QTest::mouseClick(feld<QPushButton>(u"knAbbrechen"_s), Qt::LeftButton);
     QCOMPARE(ende->value(0).value(0).toInt(), 0);
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
     QVERIFY(!einst->autostart);
     QVERIFY(anmeldestart->gesetzt().isEmpty());
     QVERIFY(ordner.inhalt(u"einstellungen.json"_s).isEmpty());
 }
 
-void TstEinstellungenbedienung::schliessenIstAbbrechen()
+void TestEinstellungenbedienung::schliessenIstAbbrechen()
 {
     oeffnen();
     QVERIFY(fenster->close());
@@ -57,7 +58,7 @@ void TstEinstellungenbedienung::schliessenIstAbbrechen()
     QVERIFY(!fenster->isVisible());
 }
 
-void TstEinstellungenbedienung::escapeUndReturn_data()
+void TestEinstellungenbedienung::escapeUndReturn_data()
 {
     QTest::addColumn<QString>("fokus");
     for (const char *name :
@@ -66,7 +67,7 @@ void TstEinstellungenbedienung::escapeUndReturn_data()
     }
 }
 
-void TstEinstellungenbedienung::escapeUndReturn()
+void TestEinstellungenbedienung::escapeUndReturn()
 {
     QFETCH(const QString, fokus);
     for (const auto &[taste, ergebnis] : {std::pair(Qt::Key_Return, 1), std::pair(Qt::Key_Enter, 1),
@@ -82,7 +83,7 @@ void TstEinstellungenbedienung::escapeUndReturn()
     }
 }
 
-void TstEinstellungenbedienung::schliessenWaehrendDesLadens()
+void TestEinstellungenbedienung::schliessenWaehrendDesLadens()
 {
     oeffnen();
     weg->dann(Scripttransport::antwort(200, "{}"));
@@ -90,7 +91,7 @@ void TstEinstellungenbedienung::schliessenWaehrendDesLadens()
     QTRY_COMPARE(weg->haengend(), 1);
     fenster->close();
     weg->beantworten(Scripttransport::antwort(200, alsText(antwort(beispiel()))));
-    warten();
+    ereignisseAbarbeiten();
     QCOMPARE(modell().rowCount(), 0);
     QCOMPARE(ende->size(), 1);
 
@@ -102,7 +103,7 @@ void TstEinstellungenbedienung::schliessenWaehrendDesLadens()
     QCOMPARE(weg->haengend(), 0);
 }
 
-void TstEinstellungenbedienung::schliessenWaehrendDerUebertragung()
+void TestEinstellungenbedienung::schliessenWaehrendDerUebertragung()
 {
     for (const int status : {200, 500}) {
         delete fenster;
@@ -115,13 +116,13 @@ void TstEinstellungenbedienung::schliessenWaehrendDerUebertragung()
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
         QCOMPARE(ende->value(0).value(0).toInt(), 0);
         weg->beantworten(Scripttransport::antwort(status, "{}"));
-        warten();
+        ereignisseAbarbeiten();
         QCOMPARE(ende->size(), 1);
         QVERIFY(ordner.protokollzeilen().isEmpty());
     }
 }
 
-void TstEinstellungenbedienung::elternfensterVerschwindet()
+void TestEinstellungenbedienung::elternfensterVerschwindet()
 {
     laden(antwort(beispiel()));
     anhaken(5);
@@ -130,10 +131,10 @@ void TstEinstellungenbedienung::elternfensterVerschwindet()
     eltern.reset();
     QVERIFY(fenster.isNull());
     QCOMPARE(weg->haengend(), 0);
-    warten();
+    ereignisseAbarbeiten();
 }
 
-void TstEinstellungenbedienung::zentraleVerschwindet()
+void TestEinstellungenbedienung::zentraleVerschwindet()
 {
     laden(antwort(beispiel()));
     anhaken(5);
@@ -145,7 +146,7 @@ void TstEinstellungenbedienung::zentraleVerschwindet()
     QCOMPARE(ende->value(0).value(0).toInt(), 0);
 }
 
-void TstEinstellungenbedienung::zweitesEndeZaehltNicht()
+void TestEinstellungenbedienung::zweitesEndeZaehltNicht()
 {
     oeffnen();
     fenster->sichern();
@@ -155,11 +156,11 @@ void TstEinstellungenbedienung::zweitesEndeZaehltNicht()
     fenster->laden();
     QCOMPARE(ende->size(), 1);
     QCOMPARE(fenster->result(), 1);
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
 }
 
-void TstEinstellungenbedienung::suchfeldFiltert()
+void TestEinstellungenbedienung::suchfeldFiltert()
 {
     laden(antwort(beispiel(), {u"u2"_s}));
     const QString vorher = info()->text();
@@ -168,11 +169,11 @@ void TstEinstellungenbedienung::suchfeldFiltert()
     QVERIFY(!modell().zuStelle(1).isValid());
     QCOMPARE(info()->text(), vorher);
     fenster->sichern();
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty()); // what is hidden is still chosen
 }
 
-void TstEinstellungenbedienung::buchstabenImBaumSuchen()
+void TestEinstellungenbedienung::buchstabenImBaumSuchen()
 {
     laden(antwort(beispiel()));
     feld<QWidget>(u"baum"_s)->setFocus();
@@ -183,7 +184,7 @@ void TstEinstellungenbedienung::buchstabenImBaumSuchen()
     QCOMPARE(modell().rowCount(), 1);
 }
 
-void TstEinstellungenbedienung::pfeilFuehrtZumGefundenen()
+void TestEinstellungenbedienung::pfeilFuehrtZumGefundenen()
 {
     laden(antwort(beispiel()));
     auto *const suchfeld = feld<QLineEdit>(u"suchfeld"_s);
@@ -196,7 +197,7 @@ void TstEinstellungenbedienung::pfeilFuehrtZumGefundenen()
 }
 
 // Version, options, search, tree and button, without the mouse.
-void TstEinstellungenbedienung::ganzMitDerTastatur()
+void TestEinstellungenbedienung::ganzMitDerTastatur()
 {
     laden(antwort(beispiel()));
     const auto druecken = [](Qt::Key taste) {
@@ -230,7 +231,7 @@ void TstEinstellungenbedienung::ganzMitDerTastatur()
     QCOMPARE(anmeldestart->gesetzt(), QList<bool>{true});
 }
 
-void TstEinstellungenbedienung::mitDerMaus()
+void TestEinstellungenbedienung::mitDerMaus()
 {
     laden(antwort(beispiel()));
     auto *const baum = feld<Baumansicht>(u"baum"_s);
@@ -245,14 +246,14 @@ void TstEinstellungenbedienung::mitDerMaus()
     QVERIFY(Einstellungen().autostart);
 }
 
-void TstEinstellungenbedienung::hellUndDunkelFolgen()
+void TestEinstellungenbedienung::hellUndDunkelFolgen()
 {
     laden(antwort(beispiel()));
     const QPalette vorher = QApplication::palette();
     for (const bool dunkel : {true, false}) {
         const QPalette palette = eigenePalette(dunkel);
         QApplication::setPalette(palette);
-        warten();
+        ereignisseAbarbeiten();
         const QImage bild = fenster->grab().toImage();
         QCOMPARE(bild.pixelColor(4, 4), palette.color(QPalette::Window));
         const QPoint imBaum = feld<QWidget>(u"baum"_s)->mapTo(fenster.data(), QPoint(300, 200));
@@ -261,7 +262,7 @@ void TstEinstellungenbedienung::hellUndDunkelFolgen()
     QApplication::setPalette(vorher);
 }
 
-void TstEinstellungenbedienung::groessereSchriftWirdNichtGekuerzt()
+void TestEinstellungenbedienung::groessereSchriftWirdNichtGekuerzt()
 {
     const QFont vorher = QApplication::font();
     QFont gross = vorher;
@@ -285,12 +286,12 @@ void TstEinstellungenbedienung::groessereSchriftWirdNichtGekuerzt()
     QApplication::setFont(vorher);
 }
 
-void TstEinstellungenbedienung::bleibtGleichHoch()
+void TestEinstellungenbedienung::bleibtGleichHoch()
 {
     oeffnen();
     const int vorher = fenster->height();
     laden(antwort(beispiel(), {u"u2"_s}));
-    warten();
+    ereignisseAbarbeiten();
     QCOMPARE(fenster->height(), vorher);
     anhaken(5);
     weg->dann(Scripttransport::antwort(
@@ -298,9 +299,9 @@ void TstEinstellungenbedienung::bleibtGleichHoch()
         alsText({{u"fehler"_s, u"Die Festplatte der Cloud ist voll, bitte räumen Sie auf."_s}})));
     fenster->sichern();
     QTRY_VERIFY(info()->text().startsWith(u"Nicht gespeichert"_s));
-    warten();
+    ereignisseAbarbeiten();
     QCOMPARE(fenster->height(), vorher);
 }
 
-QTEST_MAIN(TstEinstellungenbedienung)
+KALVARO_FENSTERTEST(TestEinstellungenbedienung)
 #include "tst_einstellungenbedienung.moc"

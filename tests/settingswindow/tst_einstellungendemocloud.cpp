@@ -6,6 +6,7 @@
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/einstellungenfenster.h"
 #include "settingswindow/playlistenmodell.h"
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
 
@@ -13,7 +14,6 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -37,7 +37,7 @@ Welt welt()
 } // namespace
 
 // The sheet against a real server, over the network.
-class TstEinstellungendemocloud : public QObject
+class TestEinstellungendemocloud final : public QObject
 {
     Q_OBJECT
 
@@ -67,12 +67,12 @@ private:
     std::unique_ptr<EinstellungenFenster> fenster;
 };
 
-void TstEinstellungendemocloud::initTestCase()
+void TestEinstellungendemocloud::initTestCase()
 {
     erscheinungEinrichten(*qApp);
 }
 
-void TstEinstellungendemocloud::init()
+void TestEinstellungendemocloud::init()
 {
     fenster.reset();
     ordner.leeren();
@@ -85,7 +85,7 @@ void TstEinstellungendemocloud::init()
     anmeldestart = std::make_unique<FakeAnmeldestart>();
 }
 
-void TstEinstellungendemocloud::oeffnen()
+void TestEinstellungendemocloud::oeffnen()
 {
     const QList<Installation> installationen{{u"7.1.4"_s, {}}, {u"6.8.5"_s, {}}};
     fenster = std::make_unique<EinstellungenFenster>(
@@ -97,7 +97,7 @@ void TstEinstellungendemocloud::oeffnen()
     fenster->laden();
 }
 
-void TstEinstellungendemocloud::ganzMitDerTastatur()
+void TestEinstellungendemocloud::ganzMitDerTastatur()
 {
     oeffnen();
     QTRY_COMPARE(info(), u"1 Playlist ausgewählt (19 Einträge). Kopiert wird beim nächsten "
@@ -128,7 +128,7 @@ void TstEinstellungendemocloud::ganzMitDerTastatur()
     QTRY_VERIFY(info().startsWith(u"2 Playlisten ausgewählt"_s));
 }
 
-void TstEinstellungendemocloud::cloudWegBeimLaden()
+void TestEinstellungendemocloud::cloudWegBeimLaden()
 {
     cloud->beenden();
     oeffnen();
@@ -138,7 +138,7 @@ void TstEinstellungendemocloud::cloudWegBeimLaden()
     QCOMPARE(ende.size(), 1);
 }
 
-void TstEinstellungendemocloud::cloudWegBeimSichern()
+void TestEinstellungendemocloud::cloudWegBeimSichern()
 {
     oeffnen();
     QTRY_VERIFY(info().startsWith(u"1 Playlist"_s));
@@ -158,5 +158,5 @@ void TstEinstellungendemocloud::cloudWegBeimSichern()
     QCOMPARE(cloud->welt().geraete.first().lokal.size(), 4);
 }
 
-QTEST_MAIN(TstEinstellungendemocloud)
+KALVARO_FENSTERTEST(TestEinstellungendemocloud)
 #include "tst_einstellungendemocloud.moc"

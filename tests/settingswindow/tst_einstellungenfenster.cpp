@@ -1,4 +1,5 @@
 #include "fensterpruefstand.h"
+#include "testlauf.h"
 #include "ui/farbe.h"
 
 #include <QCheckBox>
@@ -10,7 +11,7 @@ using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // What the sheet shows, and loading.
-class TstEinstellungenfenster : public Fensterpruefstand
+class TestEinstellungenfenster final : public Fensterpruefstand
 {
     Q_OBJECT
 
@@ -34,7 +35,7 @@ private Q_SLOTS:
     void sichernVorDerAntwort();
 };
 
-void TstEinstellungenfenster::texteUndFolge()
+void TestEinstellungenfenster::texteUndFolge()
 {
     oeffnen();
     QCOMPARE(info()->text(), u"Playlisten werden geladen …"_s);
@@ -71,7 +72,7 @@ void TstEinstellungenfenster::texteUndFolge()
     QCOMPARE(fenster->windowModality(), Qt::WindowModal);
 }
 
-void TstEinstellungenfenster::alleTexteSindWoertlich()
+void TestEinstellungenfenster::alleTexteSindWoertlich()
 {
     installationen = {{u"<b>7</b>&1"_s, {}}};
     oeffnen();
@@ -84,7 +85,7 @@ void TstEinstellungenfenster::alleTexteSindWoertlich()
     }
 }
 
-void TstEinstellungenfenster::vorleseNamen()
+void TestEinstellungenfenster::vorleseNamen()
 {
     oeffnen();
     QCOMPARE(feld<QWidget>(u"popVersion"_s)->accessibleName(), u"Diese Version starten"_s);
@@ -93,7 +94,7 @@ void TstEinstellungenfenster::vorleseNamen()
     QCOMPARE(info()->accessibleName(), info()->text());
 }
 
-void TstEinstellungenfenster::tabfolge()
+void TestEinstellungenfenster::tabfolge()
 {
     laden(antwort(beispiel()));
     feld<QWidget>(u"popVersion"_s)->setFocus();
@@ -107,7 +108,7 @@ void TstEinstellungenfenster::tabfolge()
     QCOMPARE(fenster->focusWidget()->objectName(), u"popVersion"_s);
 }
 
-void TstEinstellungenfenster::versionen_data()
+void TestEinstellungenfenster::versionen_data()
 {
     QTest::addColumn<QStringList>("vorhanden");
     QTest::addColumn<QString>("gewaehlt");
@@ -134,7 +135,7 @@ void TstEinstellungenfenster::versionen_data()
         << 1;
 }
 
-void TstEinstellungenfenster::versionen()
+void TestEinstellungenfenster::versionen()
 {
     QFETCH(const QStringList, vorhanden);
     QFETCH(const QString, gewaehlt);
@@ -160,7 +161,7 @@ void TstEinstellungenfenster::versionen()
     QCOMPARE(Einstellungen().version, stelle == 0 ? QString() : vorhanden[stelle - 1]);
 }
 
-void TstEinstellungenfenster::anfangsstandDerHaken_data()
+void TestEinstellungenfenster::anfangsstandDerHaken_data()
 {
     QTest::addColumn<bool>("autostart");
     QTest::addColumn<bool>("anmeldung");
@@ -169,7 +170,7 @@ void TstEinstellungenfenster::anfangsstandDerHaken_data()
     QTest::newRow("login on") << false << true;
 }
 
-void TstEinstellungenfenster::anfangsstandDerHaken()
+void TestEinstellungenfenster::anfangsstandDerHaken()
 {
     QFETCH(const bool, autostart);
     QFETCH(const bool, anmeldung);
@@ -181,7 +182,7 @@ void TstEinstellungenfenster::anfangsstandDerHaken()
     QVERIFY(anmeldestart->gesetzt().isEmpty());
 }
 
-void TstEinstellungenfenster::ladenFragtNachDenPlaylisten()
+void TestEinstellungenfenster::ladenFragtNachDenPlaylisten()
 {
     oeffnen();
     QVERIFY(weg->anfragen().isEmpty());
@@ -197,7 +198,7 @@ void TstEinstellungenfenster::ladenFragtNachDenPlaylisten()
                  u"Playlisten nicht ladbar: Die Cloud hat nicht rechtzeitig geantwortet."_s);
 }
 
-void TstEinstellungenfenster::ladenZweimalFragtEinmal()
+void TestEinstellungenfenster::ladenZweimalFragtEinmal()
 {
     oeffnen();
     weg->dann(Scripttransport::antwort(200, "{}"));
@@ -206,11 +207,11 @@ void TstEinstellungenfenster::ladenZweimalFragtEinmal()
     fenster->laden();
     QTRY_COMPARE(modell().alle().size(), size_t(6));
     fenster->laden();
-    warten();
+    ereignisseAbarbeiten();
     QCOMPARE(weg->anfragen().size(), 2);
 }
 
-void TstEinstellungenfenster::geladenZeigtBaumUndZusammenfassung()
+void TestEinstellungenfenster::geladenZeigtBaumUndZusammenfassung()
 {
     laden(antwort(beispiel(), {u"u2"_s, u"u4"_s}));
     QCOMPARE(modell().rowCount(), 2);
@@ -219,7 +220,7 @@ void TstEinstellungenfenster::geladenZeigtBaumUndZusammenfassung()
     QCOMPARE(info()->farbe(), Farbe::sekundaer(info()->palette()));
 }
 
-void TstEinstellungenfenster::antwortOhneListen()
+void TestEinstellungenfenster::antwortOhneListen()
 {
     for (const char *daten : {"{}", "[]", "kein JSON", R"({"playlisten":7,"lokal":{"a":1}})"}) {
         oeffnen();
@@ -234,7 +235,7 @@ void TstEinstellungenfenster::antwortOhneListen()
     }
 }
 
-void TstEinstellungenfenster::ladefehler_data()
+void TestEinstellungenfenster::ladefehler_data()
 {
     QTest::addColumn<int>("status");
     QTest::addColumn<QByteArray>("daten");
@@ -245,7 +246,7 @@ void TstEinstellungenfenster::ladefehler_data()
                                  << u"Die Cloud antwortet mit 500: Wartung"_s;
 }
 
-void TstEinstellungenfenster::ladefehler()
+void TestEinstellungenfenster::ladefehler()
 {
     QFETCH(const int, status);
     QFETCH(const QByteArray, daten);
@@ -266,7 +267,7 @@ void TstEinstellungenfenster::ladefehler()
     QVERIFY(feld<QPushButton>(u"knSichern"_s)->isEnabled());
 }
 
-void TstEinstellungenfenster::nachLadefehlerNochmalLaden()
+void TestEinstellungenfenster::nachLadefehlerNochmalLaden()
 {
     oeffnen();
     weg->dann(Scripttransport::fehler(u"weg"_s));
@@ -277,7 +278,7 @@ void TstEinstellungenfenster::nachLadefehlerNochmalLaden()
     QCOMPARE(info()->farbe(), Farbe::sekundaer(info()->palette()));
 }
 
-void TstEinstellungenfenster::ladefehlerLaesstOptionenSichern()
+void TestEinstellungenfenster::ladefehlerLaesstOptionenSichern()
 {
     oeffnen();
     weg->dann(Scripttransport::fehler(u"weg"_s));
@@ -288,11 +289,11 @@ void TstEinstellungenfenster::ladefehlerLaesstOptionenSichern()
     fenster->sichern();
     QCOMPARE(ende->value(0).value(0).toInt(), 1);
     QVERIFY(Einstellungen().autostart);
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
 }
 
-void TstEinstellungenfenster::sichernVorDerAntwort()
+void TestEinstellungenfenster::sichernVorDerAntwort()
 {
     oeffnen();
     weg->dann(Scripttransport::antwort(200, "{}"));
@@ -302,10 +303,10 @@ void TstEinstellungenfenster::sichernVorDerAntwort()
     fenster->sichern();
     QCOMPARE(ende->value(0).value(0).toInt(), 1);
     weg->beantworten(Scripttransport::antwort(200, alsText(antwort(beispiel()))));
-    warten();
+    ereignisseAbarbeiten();
     QCOMPARE(modell().rowCount(), 0);
     QCOMPARE(ende->size(), 1);
 }
 
-QTEST_MAIN(TstEinstellungenfenster)
+KALVARO_FENSTERTEST(TestEinstellungenfenster)
 #include "tst_einstellungenfenster.moc"

@@ -1,4 +1,5 @@
 #include "fensterpruefstand.h"
+#include "testlauf.h"
 #include "ui/farbe.h"
 
 #include <QApplication>
@@ -10,7 +11,7 @@ using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // Choosing and saving.
-class TstEinstellungensichern : public Fensterpruefstand
+class TestEinstellungensichern final : public Fensterpruefstand
 {
     Q_OBJECT
 
@@ -31,7 +32,7 @@ private Q_SLOTS:
     void versionWirdGesichert();
 };
 
-void TstEinstellungensichern::hakenSchreibtDieZeileNeu()
+void TestEinstellungensichern::hakenSchreibtDieZeileNeu()
 {
     laden(antwort(beispiel()));
     anhaken(0);
@@ -42,7 +43,7 @@ void TstEinstellungensichern::hakenSchreibtDieZeileNeu()
                              "Kopiert wird beim nächsten Abgleich."_s);
 }
 
-void TstEinstellungensichern::schattenbetrieb()
+void TestEinstellungensichern::schattenbetrieb()
 {
     oeffnen(u"schatten"_s);
     laden(antwort(beispiel(), {u"u6"_s}));
@@ -50,46 +51,46 @@ void TstEinstellungensichern::schattenbetrieb()
                              "Kopiert wird ab dem Ende des Probebetriebs."_s);
 }
 
-void TstEinstellungensichern::ohneAenderungKeineAnfrage()
+void TestEinstellungensichern::ohneAenderungKeineAnfrage()
 {
     laden(antwort(beispiel(), {u"u2"_s}));
     fenster->sichern();
     QCOMPARE(ende->value(0).value(0).toInt(), 1);
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
     QVERIFY(ordner.protokollzeilen().isEmpty());
     QVERIFY(!ordner.inhalt(u"einstellungen.json"_s).isEmpty());
 }
 
-void TstEinstellungensichern::hinUndZurueckIstKeineAenderung()
+void TestEinstellungensichern::hinUndZurueckIstKeineAenderung()
 {
     laden(antwort(beispiel(), {u"u2"_s}));
     anhaken(5);
     anhaken(5, false);
     fenster->sichern();
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
 }
 
-void TstEinstellungensichern::fremdeKennungIstKeineAenderung()
+void TestEinstellungensichern::fremdeKennungIstKeineAenderung()
 {
     // The server keeps a playlist that is no longer in the library.
     laden(antwort(beispiel(), {u"weg"_s, u"u2"_s}));
     fenster->sichern();
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
     QCOMPARE(ende->value(0).value(0).toInt(), 1);
 }
 
-void TstEinstellungensichern::andererReihenfolgeIstKeineAenderung()
+void TestEinstellungensichern::andererReihenfolgeIstKeineAenderung()
 {
     laden(antwort(beispiel(), {u"u6"_s, u"u2"_s, u"u6"_s}));
     fenster->sichern();
-    warten();
+    ereignisseAbarbeiten();
     QVERIFY(weg->anfragen().isEmpty());
 }
 
-void TstEinstellungensichern::sichernUebertraegtDieAuswahl()
+void TestEinstellungensichern::sichernUebertraegtDieAuswahl()
 {
     laden(antwort(beispiel(), {u"u6"_s, u"weg"_s}));
     anhaken(3); // the folder N4 with N5
@@ -104,7 +105,7 @@ void TstEinstellungensichern::sichernUebertraegtDieAuswahl()
     QCOMPARE(ordner.protokollzeilen(), QStringList{u"lokal gespeicherte Playlisten: 3"_s});
 }
 
-void TstEinstellungensichern::waehrendDerUebertragung()
+void TestEinstellungensichern::waehrendDerUebertragung()
 {
     laden(antwort(beispiel()));
     anhaken(5);
@@ -129,7 +130,7 @@ void TstEinstellungensichern::waehrendDerUebertragung()
     QTRY_COMPARE(ende->size(), 1);
 }
 
-void TstEinstellungensichern::nichtGespeichert()
+void TestEinstellungensichern::nichtGespeichert()
 {
     laden(antwort(beispiel()));
     anhaken(5);
@@ -149,7 +150,7 @@ void TstEinstellungensichern::nichtGespeichert()
     QCOMPARE(info()->farbe(), Farbe::sekundaer(info()->palette()));
 }
 
-void TstEinstellungensichern::nachFehlerNochmalSichern()
+void TestEinstellungensichern::nachFehlerNochmalSichern()
 {
     laden(antwort(beispiel()));
     anhaken(5);
@@ -163,7 +164,7 @@ void TstEinstellungensichern::nachFehlerNochmalSichern()
     QCOMPARE(gesendet()[u"lokal"_s].toArray(), (QJsonArray{u"u2"_s, u"u6"_s}));
 }
 
-void TstEinstellungensichern::optionenBleibenTrotzFehler()
+void TestEinstellungensichern::optionenBleibenTrotzFehler()
 {
     laden(antwort(beispiel()));
     anhaken(5);
@@ -178,7 +179,7 @@ void TstEinstellungensichern::optionenBleibenTrotzFehler()
     QVERIFY(einst->autostart);
 }
 
-void TstEinstellungensichern::anmeldestartNurBeiUnterschied_data()
+void TestEinstellungensichern::anmeldestartNurBeiUnterschied_data()
 {
     QTest::addColumn<bool>("war");
     QTest::addColumn<bool>("wird");
@@ -189,7 +190,7 @@ void TstEinstellungensichern::anmeldestartNurBeiUnterschied_data()
     QTest::newRow("off") << true << false << QList<bool>{false};
 }
 
-void TstEinstellungensichern::anmeldestartNurBeiUnterschied()
+void TestEinstellungensichern::anmeldestartNurBeiUnterschied()
 {
     QFETCH(const bool, war);
     QFETCH(const bool, wird);
@@ -201,7 +202,7 @@ void TstEinstellungensichern::anmeldestartNurBeiUnterschied()
     QCOMPARE(anmeldestart->gesetzt(), gesetzt);
 }
 
-void TstEinstellungensichern::versionWirdGesichert()
+void TestEinstellungensichern::versionWirdGesichert()
 {
     oeffnen();
     feld<QComboBox>(u"popVersion"_s)->setCurrentIndex(2);
@@ -210,5 +211,5 @@ void TstEinstellungensichern::versionWirdGesichert()
     QCOMPARE(Einstellungen().version, u"6.8.5"_s);
 }
 
-QTEST_MAIN(TstEinstellungensichern)
+KALVARO_FENSTERTEST(TestEinstellungensichern)
 #include "tst_einstellungensichern.moc"

@@ -1,8 +1,7 @@
 #include "antworten.h"
 #include "nachbau.h"
 #include "settingswindow/knoten.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -44,7 +43,7 @@ int stelle(const Knotenliste &alle, const QString &name)
 
 } // namespace
 
-class TstKnoten : public QObject
+class TestKnoten final : public QObject
 {
     Q_OBJECT
 
@@ -67,7 +66,7 @@ private Q_SLOTS:
     void zehntausendBaeumeWieNachgerechnet();
 };
 
-void TstKnoten::gebaut_data()
+void TestKnoten::gebaut_data()
 {
     QTest::addColumn<QJsonObject>("daten");
     QTest::addColumn<QString>("baum");
@@ -123,7 +122,7 @@ void TstKnoten::gebaut_data()
         << u"N1+ N2"_s;
 }
 
-void TstKnoten::gebaut()
+void TestKnoten::gebaut()
 {
     QFETCH(const QJsonObject, daten);
     QFETCH(const QString, baum);
@@ -131,7 +130,7 @@ void TstKnoten::gebaut()
     QCOMPARE(alsZeile(baumAus(daten)), baum);
 }
 
-void TstKnoten::felderEinesEintrags()
+void TestKnoten::felderEinesEintrags()
 {
     const Knotenliste alle = baumAus(
         antwort({ordner(u"1"_s, u""_s, {{u"titel"_s, QJsonValue::Null}}),
@@ -146,7 +145,7 @@ void TstKnoten::felderEinesEintrags()
     QVERIFY(alle == erwartet);
 }
 
-void TstKnoten::geschwisterStehenNachSeq()
+void TestKnoten::geschwisterStehenNachSeq()
 {
     const auto bei = [](const QString &id, const QJsonValue &seq) {
         return eintrag(id, u""_s, {{u"seq"_s, seq}});
@@ -158,7 +157,7 @@ void TstKnoten::geschwisterStehenNachSeq()
     QCOMPARE(alsZeile(baumAus(antwort(liste))), u"Nd Ne Nf Nb Nc Ng Na"_s);
 }
 
-void TstKnoten::ketteVonHunderttausendOrdnern()
+void TestKnoten::ketteVonHunderttausendOrdnern()
 {
     constexpr int tiefe = 100'000;
     Knotenliste alle = baumAus(antwort(kette(tiefe)));
@@ -172,7 +171,7 @@ void TstKnoten::ketteVonHunderttausendOrdnern()
     QVERIFY(auswahl(alle).isEmpty());
 }
 
-void TstKnoten::hunderttausendInEinemOrdner()
+void TestKnoten::hunderttausendInEinemOrdner()
 {
     constexpr int anzahl = 100'000;
     QJsonArray liste{ordner(u"o"_s, u""_s)};
@@ -187,7 +186,7 @@ void TstKnoten::hunderttausendInEinemOrdner()
                                         "Kopiert wird beim nächsten Abgleich."_s);
 }
 
-void TstKnoten::hunderttausendMitEinerId()
+void TestKnoten::hunderttausendMitEinerId()
 {
     constexpr int anzahl = 100'000;
     QJsonArray liste;
@@ -200,7 +199,7 @@ void TstKnoten::hunderttausendMitEinerId()
     QCOMPARE(auswahl(alle).size(), 0);
 }
 
-void TstKnoten::ordnerNimmtAllesMit()
+void TestKnoten::ordnerNimmtAllesMit()
 {
     Knotenliste alle = baumAus(antwort(beispiel(), {u"u5"_s}));
     QVERIFY(hakenSetzen(alle, 0, true).empty());
@@ -211,7 +210,7 @@ void TstKnoten::ordnerNimmtAllesMit()
     QCOMPARE(alsZeile(alle), u"N1(N2 N3 N4(N5)) N6"_s);
 }
 
-void TstKnoten::abhakenLoestDieOrdnerDarueber()
+void TestKnoten::abhakenLoestDieOrdnerDarueber()
 {
     Knotenliste alle = baumAus(antwort(beispiel()));
     hakenSetzen(alle, 0, true);
@@ -222,7 +221,7 @@ void TstKnoten::abhakenLoestDieOrdnerDarueber()
     QVERIFY(hakenSetzen(alle, stelle(alle, u"N2"_s), false).empty());
 }
 
-void TstKnoten::letzteAngehaktePlaylistHaktDenOrdnerNichtAn()
+void TestKnoten::letzteAngehaktePlaylistHaktDenOrdnerNichtAn()
 {
     Knotenliste alle = baumAus(antwort(beispiel()));
     for (const QString &name : {u"N2"_s, u"N3"_s, u"N5"_s}) {
@@ -231,7 +230,7 @@ void TstKnoten::letzteAngehaktePlaylistHaktDenOrdnerNichtAn()
     QCOMPARE(alsZeile(alle), u"N1(N2+ N3+ N4(N5+)) N6"_s);
 }
 
-void TstKnoten::auswahlStehtInBaumfolge()
+void TestKnoten::auswahlStehtInBaumfolge()
 {
     QJsonArray liste = beispiel();
     liste.append(eintrag(u"7"_s, u"4"_s, {{u"uuid"_s, u"u2"_s}, {u"seq"_s, 2}}));
@@ -243,7 +242,7 @@ void TstKnoten::auswahlStehtInBaumfolge()
     QCOMPARE(auswahl(alle), (QStringList{u"u2"_s, u"u4"_s, u"u5"_s, u"u6"_s}));
 }
 
-void TstKnoten::zusammengefasst_data()
+void TestKnoten::zusammengefasst_data()
 {
     QTest::addColumn<QStringList>("lokal");
     QTest::addColumn<QString>("betrieb");
@@ -263,7 +262,7 @@ void TstKnoten::zusammengefasst_data()
                                      "beim nächsten Abgleich."_s;
 }
 
-void TstKnoten::zusammengefasst()
+void TestKnoten::zusammengefasst()
 {
     QFETCH(const QStringList, lokal);
     QFETCH(const QString, betrieb);
@@ -276,7 +275,7 @@ void TstKnoten::zusammengefasst()
     QCOMPARE(zusammenfassung(baumAus(antwort(liste, lokal)), betrieb), zeile);
 }
 
-void TstKnoten::zehntausendBaeumeWieNachgerechnet()
+void TestKnoten::zehntausendBaeumeWieNachgerechnet()
 {
     constexpr quint32 baeume = 10'000;
     qsizetype knoten = 0;
@@ -314,5 +313,5 @@ void TstKnoten::zehntausendBaeumeWieNachgerechnet()
     QVERIFY(knoten > qsizetype{4} * baeume); // the trees are worth the name
 }
 
-QTEST_MAIN(TstKnoten)
+KALVARO_FENSTERTEST(TestKnoten)
 #include "tst_knoten.moc"

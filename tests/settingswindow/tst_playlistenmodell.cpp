@@ -1,11 +1,11 @@
 #include "antworten.h"
 #include "settingswindow/playlistenmodell.h"
+#include "testlauf.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
 #include <QSet>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -61,7 +61,7 @@ QJsonObject zufaelligerBaum(QRandomGenerator &zufall)
 
 } // namespace
 
-class TstPlaylistenmodell : public QObject
+class TestPlaylistenmodell final : public QObject
 {
     Q_OBJECT
 
@@ -92,7 +92,7 @@ private:
     std::unique_ptr<QAbstractItemModelTester> pruefer;
 };
 
-void TstPlaylistenmodell::init()
+void TestPlaylistenmodell::init()
 {
     pruefer.reset();
     modell = std::make_unique<PlaylistenModell>();
@@ -100,7 +100,7 @@ void TstPlaylistenmodell::init()
         modell.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
 }
 
-void TstPlaylistenmodell::zeigtDenBaum()
+void TestPlaylistenmodell::zeigtDenBaum()
 {
     QCOMPARE(modell->rowCount(), 0);
     modell->setKnoten(baumAus(antwort(beispiel(), {u"u2"_s, u"u4"_s})));
@@ -111,7 +111,7 @@ void TstPlaylistenmodell::zeigtDenBaum()
     QVERIFY(!modell->index(0, 1).isValid());
 }
 
-void TstPlaylistenmodell::zeilenInhalt()
+void TestPlaylistenmodell::zeilenInhalt()
 {
     modell->setKnoten(
         baumAus(antwort({ordner(u"1"_s, u""_s), eintrag(u"2"_s, u"1"_s, {{u"titel"_s, 1208}}),
@@ -132,7 +132,7 @@ void TstPlaylistenmodell::zeilenInhalt()
     QVERIFY(!liste.data(Qt::ToolTipRole).isValid());
 }
 
-void TstPlaylistenmodell::leererOrdnerHatNichtsDarunter()
+void TestPlaylistenmodell::leererOrdnerHatNichtsDarunter()
 {
     modell->setKnoten(baumAus(antwort({ordner(u"1"_s, u""_s)})));
     const QModelIndex index = modell->index(0, 0);
@@ -140,7 +140,7 @@ void TstPlaylistenmodell::leererOrdnerHatNichtsDarunter()
     QVERIFY(index.flags().testFlag(Qt::ItemNeverHasChildren));
 }
 
-void TstPlaylistenmodell::hakenUeberDasModell()
+void TestPlaylistenmodell::hakenUeberDasModell()
 {
     modell->setKnoten(baumAus(antwort(beispiel())));
     QSignalSpy geaendert(modell.get(), &PlaylistenModell::hakenGeaendert);
@@ -152,7 +152,7 @@ void TstPlaylistenmodell::hakenUeberDasModell()
     QCOMPARE(geaendert.size(), 2);
 }
 
-void TstPlaylistenmodell::andereRollenAendernNichts()
+void TestPlaylistenmodell::andereRollenAendernNichts()
 {
     modell->setKnoten(baumAus(antwort(beispiel())));
     QVERIFY(!modell->setData(modell->index(0, 0), u"x"_s, Qt::EditRole));
@@ -160,7 +160,7 @@ void TstPlaylistenmodell::andereRollenAendernNichts()
     QCOMPARE(alsZeile(*modell), u"N1(N2 N3 N4(N5)) N6"_s);
 }
 
-void TstPlaylistenmodell::gemeldetWirdNurWasSichAendert()
+void TestPlaylistenmodell::gemeldetWirdNurWasSichAendert()
 {
     modell->setKnoten(baumAus(antwort(beispiel(), {u"u1"_s})));
     QSignalSpy meldungen(modell.get(), &QAbstractItemModel::dataChanged);
@@ -180,7 +180,7 @@ void TstPlaylistenmodell::gemeldetWirdNurWasSichAendert()
     QCOMPARE(neu.size() + umbau.size(), 0);
 }
 
-void TstPlaylistenmodell::jedeAenderungWirdGemeldet()
+void TestPlaylistenmodell::jedeAenderungWirdGemeldet()
 {
     QRandomGenerator zufall(7);
     for (int runde = 0; runde < 300; ++runde) {
@@ -213,7 +213,7 @@ void TstPlaylistenmodell::jedeAenderungWirdGemeldet()
     }
 }
 
-void TstPlaylistenmodell::filter_data()
+void TestPlaylistenmodell::filter_data()
 {
     QTest::addColumn<QString>("suchwort");
     QTest::addColumn<QString>("zeilen");
@@ -236,7 +236,7 @@ void TstPlaylistenmodell::filter_data()
     QTest::newRow("not the number of tracks") << u"10 "_s << u"100 %"_s;
 }
 
-void TstPlaylistenmodell::filter()
+void TestPlaylistenmodell::filter()
 {
     QFETCH(const QString, suchwort);
     QFETCH(const QString, zeilen);
@@ -255,7 +255,7 @@ void TstPlaylistenmodell::filter()
     QCOMPARE(alsZeile(*modell), u"Häuser(Café del Mar ПЕСНЯ) Straße Tiësto(Ordner) 100 %"_s);
 }
 
-void TstPlaylistenmodell::filterAendertKeinenHaken()
+void TestPlaylistenmodell::filterAendertKeinenHaken()
 {
     modell->setKnoten(baumAus(antwort(beispiel(), {u"u2"_s, u"u6"_s})));
     const Knotenliste vorher = modell->alle();
@@ -268,7 +268,7 @@ void TstPlaylistenmodell::filterAendertKeinenHaken()
     QCOMPARE(geaendert.size(), 0);
 }
 
-void TstPlaylistenmodell::filterMitAllenLaesstAlles()
+void TestPlaylistenmodell::filterMitAllenLaesstAlles()
 {
     modell->setKnoten(baumAus(antwort(beispiel())));
     QSignalSpy neu(modell.get(), &QAbstractItemModel::modelReset);
@@ -278,7 +278,7 @@ void TstPlaylistenmodell::filterMitAllenLaesstAlles()
     QCOMPARE(neu.size(), 1);
 }
 
-void TstPlaylistenmodell::ordnerNimmtAuchVerborgenesMit()
+void TestPlaylistenmodell::ordnerNimmtAuchVerborgenesMit()
 {
     modell->setKnoten(baumAus(antwort(beispiel())));
     modell->filtern(u"N5"_s);
@@ -288,7 +288,7 @@ void TstPlaylistenmodell::ordnerNimmtAuchVerborgenesMit()
     QCOMPARE(alsZeile(*modell), u"N1+(N2+ N3+ N4+(N5+)) N6"_s);
 }
 
-void TstPlaylistenmodell::stellenImFilter()
+void TestPlaylistenmodell::stellenImFilter()
 {
     modell->setKnoten(baumAus(antwort(beispiel())));
     modell->filtern(u"N5"_s);
@@ -299,7 +299,7 @@ void TstPlaylistenmodell::stellenImFilter()
     QCOMPARE(modell->zuStelle(4).data(PlaylistenModell::NameRolle).toString(), u"N5"_s);
 }
 
-void TstPlaylistenmodell::tiefeKetteWirdFlachGezeigt()
+void TestPlaylistenmodell::tiefeKetteWirdFlachGezeigt()
 {
     constexpr int tiefe = 5'000;
     pruefer.reset(); // walks the tree by recursion
@@ -320,7 +320,7 @@ void TstPlaylistenmodell::tiefeKetteWirdFlachGezeigt()
     QCOMPARE(gezeigt.size(), tiefe + 1);
 }
 
-void TstPlaylistenmodell::tiefeKetteMeldetAlleZeilen()
+void TestPlaylistenmodell::tiefeKetteMeldetAlleZeilen()
 {
     pruefer.reset();
     modell->setKnoten(baumAus(antwort(kette(300))));
@@ -338,7 +338,7 @@ void TstPlaylistenmodell::tiefeKetteMeldetAlleZeilen()
     QCOMPARE(zeilen, 301 - flach);
 }
 
-void TstPlaylistenmodell::zufaelligeBaeumeHaltenDasModellEin()
+void TestPlaylistenmodell::zufaelligeBaeumeHaltenDasModellEin()
 {
     QRandomGenerator zufall(3);
     for (int runde = 0; runde < 200; ++runde) {
@@ -360,5 +360,5 @@ void TstPlaylistenmodell::zufaelligeBaeumeHaltenDasModellEin()
     }
 }
 
-QTEST_MAIN(TstPlaylistenmodell)
+KALVARO_FENSTERTEST(TestPlaylistenmodell)
 #include "tst_playlistenmodell.moc"

@@ -1,10 +1,10 @@
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QPainter>
-#include <QTest>
 
 #include <memory>
 
@@ -41,7 +41,7 @@ double tintenkontrast(const QImage &gezeichnet, const QColor &grund)
 
 } // namespace
 
-class TstBeschriftung : public QObject
+class TestBeschriftung final : public QObject
 {
     Q_OBJECT
 
@@ -67,7 +67,7 @@ private Q_SLOTS:
     void ansagen();
 };
 
-void TstBeschriftung::woertlich_data()
+void TestBeschriftung::woertlich_data()
 {
     QTest::addColumn<QString>("inhalt");
     QTest::newRow("bold") << u"<b>fett</b>"_s;
@@ -79,7 +79,7 @@ void TstBeschriftung::woertlich_data()
 }
 
 // As wide as every sign of it, and drawn like that.
-void TstBeschriftung::woertlich()
+void TestBeschriftung::woertlich()
 {
     QFETCH(QString, inhalt);
     const auto eines = label(inhalt);
@@ -98,7 +98,7 @@ void TstBeschriftung::woertlich()
     QCOMPARE(bild(*eines, breite + 2), erwartet);
 }
 
-void TstBeschriftung::zeilenwechsel()
+void TestBeschriftung::zeilenwechsel()
 {
     const auto eine = label(u"eins\nzwei\r\ndrei"_s);
     QVERIFY(!eine->hasHeightForWidth());
@@ -110,7 +110,7 @@ void TstBeschriftung::zeilenwechsel()
     QCOMPARE(drei->text(), u"eins\nzwei\r\ndrei"_s);
 }
 
-void TstBeschriftung::ohneUmbruchNieZweiZeilen()
+void TestBeschriftung::ohneUmbruchNieZweiZeilen()
 {
     const auto lang = label(u"Wort "_s.repeated(80));
     lang->resize(100, 60);
@@ -119,7 +119,7 @@ void TstBeschriftung::ohneUmbruchNieZweiZeilen()
     QVERIFY(!lang->toolTip().isEmpty());
 }
 
-void TstBeschriftung::mitUmbruchBeiDerBreite()
+void TestBeschriftung::mitUmbruchBeiDerBreite()
 {
     const auto lang = label(u"Wort "_s.repeated(16), 200);
     QVERIFY(lang->hasHeightForWidth());
@@ -131,7 +131,7 @@ void TstBeschriftung::mitUmbruchBeiDerBreite()
     QCOMPARE(label(u"kurz"_s, 200)->heightForWidth(200), 20);
 }
 
-void TstBeschriftung::zehnKilobyteOhneLeerzeichen()
+void TestBeschriftung::zehnKilobyteOhneLeerzeichen()
 {
     const QString inhalt(10'000, u'x');
     const auto umbrochen = label(inhalt, 360);
@@ -146,7 +146,7 @@ void TstBeschriftung::zehnKilobyteOhneLeerzeichen()
     QCOMPARE(einzeilig->sizeHint().height(), 20);
 }
 
-void TstBeschriftung::einMegabyteIstSchnell()
+void TestBeschriftung::einMegabyteIstSchnell()
 {
     for (const QString &inhalt :
          {QString(1'000'000, u'x'), u"Wort "_s.repeated(200'000), QString(1'000'000, u'\n')}) {
@@ -165,7 +165,7 @@ void TstBeschriftung::einMegabyteIstSchnell()
     }
 }
 
-void TstBeschriftung::hinweisNurWennGekuerzt()
+void TestBeschriftung::hinweisNurWennGekuerzt()
 {
     const auto eines = label(u"Ein ganzer Satz"_s);
     bild(*eines, 300);
@@ -176,7 +176,7 @@ void TstBeschriftung::hinweisNurWennGekuerzt()
     QVERIFY(eines->toolTip().isEmpty());
 }
 
-void TstBeschriftung::hinweisIstWoertlich()
+void TestBeschriftung::hinweisIstWoertlich()
 {
     const auto eines = label(u"<b>fett</b> & <img src=x>"_s);
     bild(*eines, 30);
@@ -189,13 +189,13 @@ void TstBeschriftung::hinweisIstWoertlich()
     QVERIFY(lang.contains(u'…'));
 }
 
-void TstBeschriftung::fordertKeineBreite()
+void TestBeschriftung::fordertKeineBreite()
 {
     QVERIFY(label(u"Ein langer Satz ohne Umbruch"_s)->minimumSizeHint().width() < 20);
     QVERIFY(label(u"Ein langer Satz mit Umbruch"_s, 360)->minimumSizeHint().width() < 20);
 }
 
-void TstBeschriftung::schrumpfen()
+void TestBeschriftung::schrumpfen()
 {
     const QString inhalt = u"Keine Verbindung zur Cloud – Zahlen folgen beim nächsten Abgleich."_s;
     const auto eines = label(inhalt, 1000);
@@ -211,7 +211,7 @@ void TstBeschriftung::schrumpfen()
     QVERIFY(eines->toolTip().isEmpty());
 }
 
-void TstBeschriftung::zahlBleibtBeiDerEinheit()
+void TestBeschriftung::zahlBleibtBeiDerEinheit()
 {
     const auto eines = label(u"Vergleich läuft  (12 s)"_s, 1000);
     const int breite = eines->fontMetrics().horizontalAdvance(u"Vergleich läuft  (12 "_s);
@@ -222,7 +222,7 @@ void TstBeschriftung::zahlBleibtBeiDerEinheit()
 }
 
 // A group moves to the next line whole, and no line ends with the dot.
-void TstBeschriftung::mittelpunkteTrennenZeilen()
+void TestBeschriftung::mittelpunkteTrennenZeilen()
 {
     const auto eines = label(u"Titel: 12 Stück   ·   Frei auf dem Mac: 214 GB"_s, 1000);
     const int breite =
@@ -234,7 +234,7 @@ void TstBeschriftung::mittelpunkteTrennenZeilen()
     QCOMPARE(eines->heightForWidth(1000), 20);
 }
 
-void TstBeschriftung::schriftUndFarbe()
+void TestBeschriftung::schriftUndFarbe()
 {
     const std::unique_ptr<Beschriftung> einfach(beschriftung(u"x"_s, 13.5));
     QCOMPARE(einfach->font().weight(), QFont::Normal);
@@ -248,7 +248,7 @@ void TstBeschriftung::schriftUndFarbe()
     QTRY_COMPARE(fett->farbe(), QColor(0xa1a1a8));
 }
 
-void TstBeschriftung::lesbarAufGrund_data()
+void TestBeschriftung::lesbarAufGrund_data()
 {
     QTest::addColumn<double>("groesse");
     QTest::addColumn<double>("mindestens");
@@ -256,7 +256,7 @@ void TstBeschriftung::lesbarAufGrund_data()
     QTest::newRow("from 17 points on") << 17.0 << 3.0;
 }
 
-void TstBeschriftung::lesbarAufGrund()
+void TestBeschriftung::lesbarAufGrund()
 {
     QFETCH(double, groesse);
     QFETCH(double, mindestens);
@@ -275,7 +275,7 @@ void TstBeschriftung::lesbarAufGrund()
 }
 
 // Screen readers are told what the accessible name becomes.
-void TstBeschriftung::ansagen()
+void TestBeschriftung::ansagen()
 {
     const auto eines = label(u"eins"_s);
     eines->textSetzen(u"zwei"_s);
@@ -287,5 +287,5 @@ void TstBeschriftung::ansagen()
     QVERIFY(eines->accessibleName().size() < 5000);
 }
 
-QTEST_MAIN(TstBeschriftung)
+KALVARO_FENSTERTEST(TestBeschriftung)
 #include "tst_beschriftung.moc"

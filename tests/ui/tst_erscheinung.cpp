@@ -1,4 +1,5 @@
 #include "doubles/testuhr.h"
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
 #include "ui/karte.h"
@@ -14,7 +15,6 @@
 #include <QApplication>
 #include <QStyle>
 #include <QStyleFactory>
-#include <QTest>
 #include <QVBoxLayout>
 
 #include <memory>
@@ -61,7 +61,7 @@ std::unique_ptr<QWidget> allesauf(Uhr &uhr)
 
 } // namespace
 
-class TstErscheinung : public QObject
+class TestErscheinung final : public QObject
 {
     Q_OBJECT
 
@@ -88,14 +88,14 @@ private:
     const QFont grundschrift = QApplication::font();
 };
 
-void TstErscheinung::ohneDesktopDieEigene_data()
+void TestErscheinung::ohneDesktopDieEigene_data()
 {
     QTest::addColumn<bool>("dunkel");
     QTest::newRow("light") << false;
     QTest::newRow("dark") << true;
 }
 
-void TstErscheinung::ohneDesktopDieEigene()
+void TestErscheinung::ohneDesktopDieEigene()
 {
     QFETCH(bool, dunkel);
     erscheinungEinrichten(*qApp, dunkel);
@@ -105,7 +105,7 @@ void TstErscheinung::ohneDesktopDieEigene()
     QCOMPARE(Farbe::istDunkel(QApplication::palette()), dunkel);
 }
 
-void TstErscheinung::paletteDesDesktopsBleibt()
+void TestErscheinung::paletteDesDesktopsBleibt()
 {
     QPalette fremd = QApplication::style()->standardPalette();
     fremd.setColor(QPalette::Window, QColor(1, 2, 3));
@@ -114,7 +114,7 @@ void TstErscheinung::paletteDesDesktopsBleibt()
     QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(1, 2, 3));
 }
 
-void TstErscheinung::stilDesDesktopsBleibt()
+void TestErscheinung::stilDesDesktopsBleibt()
 {
     QVERIFY(QStyleFactory::keys().contains(u"Windows"_s));
     QApplication::setStyle(u"windows"_s);
@@ -123,7 +123,7 @@ void TstErscheinung::stilDesDesktopsBleibt()
     QVERIFY(qobject_cast<Stil *>(QApplication::style()) == nullptr);
 }
 
-void TstErscheinung::gesperrtesIstBlasser()
+void TestErscheinung::gesperrtesIstBlasser()
 {
     for (const bool dunkel : {false, true}) {
         const QPalette p = eigenePalette(dunkel);
@@ -133,13 +133,13 @@ void TstErscheinung::gesperrtesIstBlasser()
     }
 }
 
-void TstErscheinung::wechselImLaufenden_data()
+void TestErscheinung::wechselImLaufenden_data()
 {
     ohneDesktopDieEigene_data();
 }
 
 // What was open while the appearance changed looks like what is built afterwards.
-void TstErscheinung::wechselImLaufenden()
+void TestErscheinung::wechselImLaufenden()
 {
     QFETCH(bool, dunkel);
     Testuhr uhr;
@@ -155,7 +155,7 @@ void TstErscheinung::wechselImLaufenden()
     QVERIFY(offen->grab().toImage() != vorher);
 }
 
-void TstErscheinung::schriftfaktor_data()
+void TestErscheinung::schriftfaktor_data()
 {
     QTest::addColumn<int>("pixel");
     QTest::addColumn<double>("faktor");
@@ -166,7 +166,7 @@ void TstErscheinung::schriftfaktor_data()
     QTest::newRow("twice as large") << 26 << 2.0;
 }
 
-void TstErscheinung::schriftfaktor()
+void TestErscheinung::schriftfaktor()
 {
     QFETCH(int, pixel);
     QFont schrift = grundschrift;
@@ -175,7 +175,7 @@ void TstErscheinung::schriftfaktor()
     QTEST(kalvaro::schriftfaktor(), "faktor");
 }
 
-void TstErscheinung::systemschrift()
+void TestErscheinung::systemschrift()
 {
     QFont gross = grundschrift;
     gross.setPixelSize(26);
@@ -185,5 +185,5 @@ void TstErscheinung::systemschrift()
     QCOMPARE(QFontInfo(kalvaro::systemschrift(20)).pixelSize(), 40);
 }
 
-QTEST_MAIN(TstErscheinung)
+KALVARO_FENSTERTEST(TestErscheinung)
 #include "tst_erscheinung.moc"

@@ -1,7 +1,6 @@
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/farbe.h"
-
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -33,7 +32,7 @@ QColor karte(Farbton fuellung, const QPalette &palette)
 
 } // namespace
 
-class TstFarbe : public QObject
+class TestFarbe final : public QObject
 {
     Q_OBJECT
 
@@ -57,7 +56,7 @@ private Q_SLOTS:
     void haarlinieBleibtSichtbar();
 };
 
-void TstFarbe::werte_data()
+void TestFarbe::werte_data()
 {
     QTest::addColumn<Farbton>("ton");
     QTest::addColumn<QColor>("inHell");
@@ -82,7 +81,7 @@ void TstFarbe::werte_data()
     QTest::newRow("link") << Farbton(Farbe::verweis) << QColor(0x0a5cc8) << QColor(0x5aa2ff);
 }
 
-void TstFarbe::werte()
+void TestFarbe::werte()
 {
     QFETCH(Farbton, ton);
     QFETCH(QColor, inHell);
@@ -91,7 +90,7 @@ void TstFarbe::werte()
     QCOMPARE(ton(dunkel()).rgba(), inDunkel.rgba());
 }
 
-void TstFarbe::weicheBleibenGleich_data()
+void TestFarbe::weicheBleibenGleich_data()
 {
     QTest::addColumn<Farbton>("ton");
     QTest::addColumn<QColor>("farbe");
@@ -101,7 +100,7 @@ void TstFarbe::weicheBleibenGleich_data()
     QTest::newRow("kritWeich") << Farbton(Farbe::kritWeich) << QColor(255, 59, 48) << 0.13F;
 }
 
-void TstFarbe::weicheBleibenGleich()
+void TestFarbe::weicheBleibenGleich()
 {
     QFETCH(Farbton, ton);
     QFETCH(QColor, farbe);
@@ -111,7 +110,7 @@ void TstFarbe::weicheBleibenGleich()
     QVERIFY(qAbs(ton(hell()).alphaF() - deckung) < 0.0001F);
 }
 
-void TstFarbe::dynamisch()
+void TestFarbe::dynamisch()
 {
     QVERIFY(!Farbe::istDunkel(hell()));
     QVERIFY(Farbe::istDunkel(dunkel()));
@@ -125,7 +124,7 @@ void TstFarbe::dynamisch()
     QCOMPARE(Farbe::dynamisch(grau, Qt::red, Qt::blue), QColor(Qt::red));
 }
 
-void TstFarbe::ueber()
+void TestFarbe::ueber()
 {
     QCOMPARE(Farbe::ueber(QColor(0, 0, 0, 0), QColor(10, 20, 30)).rgba(),
              QColor(10, 20, 30).rgba());
@@ -137,7 +136,7 @@ void TstFarbe::ueber()
     QCOMPARE(grau.alphaF(), 1.0F);
 }
 
-void TstFarbe::kontrast()
+void TestFarbe::kontrast()
 {
     QVERIFY(qAbs(Farbe::kontrast(Qt::black, Qt::white) - 21) < 0.001);
     QVERIFY(qAbs(Farbe::kontrast(Qt::white, Qt::black) - 21) < 0.001);
@@ -147,13 +146,13 @@ void TstFarbe::kontrast()
     QVERIFY(Farbe::kontrast(QColor(0x777777), Qt::white) < 4.5);
 }
 
-void TstFarbe::lesbarLaesstWasLesbarIst()
+void TestFarbe::lesbarLaesstWasLesbarIst()
 {
     QCOMPARE(Farbe::lesbar(QColor(0x1d1d1f), Qt::white, 4.5).rgb(), QColor(0x1d1d1f).rgb());
     QCOMPARE(Farbe::lesbar(QColor(0x767676), Qt::white, 4.5).rgb(), QColor(0x767676).rgb());
 }
 
-void TstFarbe::lesbarGehtNurSoWeitWieNoetig()
+void TestFarbe::lesbarGehtNurSoWeitWieNoetig()
 {
     const QColor grund = karte(Farbe::kritWeich, hell());
     const QColor schwach = Farbe::sekundaer(hell());
@@ -168,7 +167,7 @@ void TstFarbe::lesbarGehtNurSoWeitWieNoetig()
     QVERIFY(Farbe::kontrast(heller, Qt::black) >= 4.5);
 }
 
-void TstFarbe::lesbarAufMittlererFarbe()
+void TestFarbe::lesbarAufMittlererFarbe()
 {
     for (int stufe = 0; stufe < 256; ++stufe) {
         const QColor grund(stufe, stufe, stufe);
@@ -177,14 +176,14 @@ void TstFarbe::lesbarAufMittlererFarbe()
     }
 }
 
-void TstFarbe::textAufKarten_data()
+void TestFarbe::textAufKarten_data()
 {
     QTest::addColumn<bool>("istDunkel");
     QTest::newRow("light") << false;
     QTest::newRow("dark") << true;
 }
 
-void TstFarbe::textAufKarten()
+void TestFarbe::textAufKarten()
 {
     QFETCH(bool, istDunkel);
     const QPalette &palette = istDunkel ? dunkel() : hell();
@@ -207,12 +206,12 @@ void TstFarbe::textAufKarten()
     QVERIFY(Farbe::kontrast(Farbe::sekundaer(palette), Farbe::fenster(palette)) >= 4.5);
 }
 
-void TstFarbe::pillenAufKarten_data()
+void TestFarbe::pillenAufKarten_data()
 {
     textAufKarten_data();
 }
 
-void TstFarbe::pillenAufKarten()
+void TestFarbe::pillenAufKarten()
 {
     QFETCH(bool, istDunkel);
     const QPalette &palette = istDunkel ? dunkel() : hell();
@@ -227,7 +226,7 @@ void TstFarbe::pillenAufKarten()
 }
 
 // Most desktops have a placeholder text that is a translucent text colour.
-void TstFarbe::durchscheinendesSekundaer()
+void TestFarbe::durchscheinendesSekundaer()
 {
     for (QPalette palette : {hell(), dunkel()}) {
         QColor halb = palette.color(QPalette::WindowText);
@@ -242,7 +241,7 @@ void TstFarbe::durchscheinendesSekundaer()
     }
 }
 
-void TstFarbe::verweisEinesDunklenDesktops()
+void TestFarbe::verweisEinesDunklenDesktops()
 {
     QPalette palette = dunkel();
     palette.setColor(QPalette::Link, QColor(0, 0, 255));
@@ -250,7 +249,7 @@ void TstFarbe::verweisEinesDunklenDesktops()
     QVERIFY(Farbe::kontrast(Farbe::verweis(palette), Farbe::fenster(palette)) >= 4.5);
 }
 
-void TstFarbe::haarlinieBleibtSichtbar()
+void TestFarbe::haarlinieBleibtSichtbar()
 {
     for (QPalette palette : {hell(), dunkel()}) {
         palette.setColor(QPalette::Midlight, palette.color(QPalette::Base));
@@ -259,5 +258,5 @@ void TstFarbe::haarlinieBleibtSichtbar()
     }
 }
 
-QTEST_MAIN(TstFarbe)
+KALVARO_FENSTERTEST(TestFarbe)
 #include "tst_farbe.moc"

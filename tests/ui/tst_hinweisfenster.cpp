@@ -1,17 +1,17 @@
+#include "testlauf.h"
 #include "ui/hinweisfenster.h"
 
 #include <QAbstractButton>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
-#include <QTest>
 
 #include <memory>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TstHinweisfenster : public QObject
+class TestHinweisfenster final : public QObject
 {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ private Q_SLOTS:
     void elternteil();
 };
 
-void TstHinweisfenster::zeigtAllesWoertlich()
+void TestHinweisfenster::zeigtAllesWoertlich()
 {
     const QString meldung = u"<b>Titel</b> &amp; mehr"_s;
     const QString grund = u"<img src=x> <i>Grund</i>"_s;
@@ -41,7 +41,7 @@ void TstHinweisfenster::zeigtAllesWoertlich()
     QVERIFY(fenster->isModal());
 }
 
-void TstHinweisfenster::einKnopfUndWeg()
+void TestHinweisfenster::einKnopfUndWeg()
 {
     const QPointer<QMessageBox> fenster = hinweisfenster(u"Titel"_s, u"Grund"_s);
     fenster->open();
@@ -51,7 +51,7 @@ void TstHinweisfenster::einKnopfUndWeg()
 }
 
 // A dialogue of a window that cannot be seen could not be seen either.
-void TstHinweisfenster::elternteil()
+void TestHinweisfenster::elternteil()
 {
     QWidget fenster;
     const std::unique_ptr<QMessageBox> verborgen(hinweisfenster({}, {}, &fenster));
@@ -64,5 +64,5 @@ void TstHinweisfenster::elternteil()
     QCOMPARE(sichtbar->parentWidget(), &fenster);
 }
 
-QTEST_MAIN(TstHinweisfenster)
+KALVARO_FENSTERTEST(TestHinweisfenster)
 #include "tst_hinweisfenster.moc"

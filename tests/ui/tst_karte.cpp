@@ -1,10 +1,10 @@
+#include "doubles/stillstil.h"
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/karte.h"
 
 #include <QApplication>
 #include <QLayout>
-#include <QProxyStyle>
-#include <QTest>
 
 #include <cmath>
 
@@ -14,19 +14,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QRect platz(30, 30, 200, 100); // of the card on its ground
-
-// A system that asks for less motion.
-class Stillstil final : public QProxyStyle
-{
-public:
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *mehr) const override
-    {
-        return hint == SH_Widget_Animation_Duration
-                   ? 0
-                   : QProxyStyle::styleHint(hint, option, widget, mehr);
-    }
-};
 
 // A card that lies on a ground.
 struct Probe
@@ -59,7 +46,7 @@ double imKreis(int x, int y, double mitte, double radius)
 
 } // namespace
 
-class TstKarte : public QObject
+class TestKarte final : public QObject
 {
     Q_OBJECT
 
@@ -87,7 +74,7 @@ private Q_SLOTS:
 };
 
 // Red card on white: the red share of each pixel at the corner tells its coverage.
-void TstKarte::radius()
+void TestKarte::radius()
 {
     QPalette palette = eigenePalette(false);
     palette.setColor(QPalette::Window, Qt::white);
@@ -108,7 +95,7 @@ void TstKarte::radius()
     QCOMPARE(bild.pixelColor(0, 14), QColor(Qt::red));
 }
 
-void TstKarte::schatten_data()
+void TestKarte::schatten_data()
 {
     QTest::addColumn<QPoint>("ort");
     QTest::addColumn<double>("abstand"); // from the edge of the shadow, which falls one down
@@ -123,7 +110,7 @@ void TstKarte::schatten_data()
 }
 
 // Black at 0.08, blurred by 3.
-void TstKarte::schatten()
+void TestKarte::schatten()
 {
     QFETCH(QPoint, ort);
     QFETCH(double, abstand);
@@ -138,7 +125,7 @@ void TstKarte::schatten()
     QCOMPARE(farbe.red(), farbe.blue());
 }
 
-void TstKarte::schattenNurSichtbarerKarten()
+void TestKarte::schattenNurSichtbarerKarten()
 {
     Probe probe;
     probe.karte.hide();
@@ -146,14 +133,14 @@ void TstKarte::schattenNurSichtbarerKarten()
     QCOMPARE(probe.bild().pixelColor(darunter), Farbe::fenster(QApplication::palette()));
 }
 
-void TstKarte::fuellung_data()
+void TestKarte::fuellung_data()
 {
     QTest::addColumn<bool>("dunkel");
     QTest::newRow("light") << false;
     QTest::newRow("dark") << true;
 }
 
-void TstKarte::fuellung()
+void TestKarte::fuellung()
 {
     QFETCH(bool, dunkel);
     const QPalette palette = eigenePalette(dunkel);
@@ -169,14 +156,14 @@ void TstKarte::fuellung()
     }
 }
 
-void TstKarte::ohneFuellung()
+void TestKarte::ohneFuellung()
 {
     Probe probe;
     QVERIFY(probe.karte.fuellung() == Farbton(Farbe::durchsichtig));
     QCOMPARE(probe.mitte(), Farbe::flaeche(QApplication::palette()));
 }
 
-void TstKarte::einsetzen_data()
+void TestKarte::einsetzen_data()
 {
     QTest::addColumn<QList<int>>("raender");
     QTest::addColumn<QRect>("erwartet");
@@ -184,7 +171,7 @@ void TstKarte::einsetzen_data()
     QTest::newRow("given") << QList<int>{5, 7} << QRect(5, 7, 190, 86);
 }
 
-void TstKarte::einsetzen()
+void TestKarte::einsetzen()
 {
     QFETCH(QList<int>, raender);
     Karte karte;
@@ -200,7 +187,7 @@ void TstKarte::einsetzen()
     QTEST(inhalt->geometry(), "erwartet");
 }
 
-void TstKarte::wechselLaeuftUndEndet()
+void TestKarte::wechselLaeuftUndEndet()
 {
     Probe probe;
     probe.grund.show();
@@ -211,7 +198,7 @@ void TstKarte::wechselLaeuftUndEndet()
     QVERIFY(probe.mitte() != vorher);
 }
 
-void TstKarte::wechselZurueckMittendrin()
+void TestKarte::wechselZurueckMittendrin()
 {
     Probe probe;
     probe.grund.show();
@@ -222,14 +209,14 @@ void TstKarte::wechselZurueckMittendrin()
     QTRY_COMPARE(probe.mitte().rgb(), vorher.rgb());
 }
 
-void TstKarte::wechselVerborgen()
+void TestKarte::wechselVerborgen()
 {
     Probe probe;
     probe.karte.setFuellung(Farbe::kritWeich);
     QCOMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
 }
 
-void TstKarte::wechselBeiWenigerBewegung()
+void TestKarte::wechselBeiWenigerBewegung()
 {
     QApplication::setStyle(new Stillstil);
     Probe probe;
@@ -239,7 +226,7 @@ void TstKarte::wechselBeiWenigerBewegung()
 }
 
 // It once ended on the colour of the appearance in which it had begun.
-void TstKarte::erscheinungMittenImWechsel()
+void TestKarte::erscheinungMittenImWechsel()
 {
     Probe probe;
     probe.grund.show();
@@ -249,7 +236,7 @@ void TstKarte::erscheinungMittenImWechsel()
     QCOMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
 }
 
-void TstKarte::grundFolgtDerErscheinung()
+void TestKarte::grundFolgtDerErscheinung()
 {
     Probe probe;
     QCOMPARE(probe.bild().pixelColor(1, 1), QColor(0xf2f2f4));
@@ -257,7 +244,7 @@ void TstKarte::grundFolgtDerErscheinung()
     QTRY_COMPARE(probe.bild().pixelColor(1, 1), QColor(0x1e1e20));
 }
 
-void TstKarte::haarlinie()
+void TestKarte::haarlinie()
 {
     Haarlinie waagrecht(Qt::Horizontal);
     Haarlinie senkrecht(Qt::Vertical);
@@ -268,5 +255,5 @@ void TstKarte::haarlinie()
     QCOMPARE(waagrecht.grab().toImage().pixelColor(25, 0), QColor(0xe6e6ea));
 }
 
-QTEST_MAIN(TstKarte)
+KALVARO_FENSTERTEST(TestKarte)
 #include "tst_karte.moc"

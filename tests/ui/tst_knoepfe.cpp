@@ -1,3 +1,4 @@
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/farbe.h"
 #include "ui/knoepfe.h"
@@ -6,7 +7,6 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <memory>
 
@@ -45,7 +45,7 @@ void arten()
 
 } // namespace
 
-class TstKnoepfe : public QObject
+class TestKnoepfe final : public QObject
 {
     Q_OBJECT
 
@@ -74,7 +74,7 @@ private Q_SLOTS:
     void hakenAnklicken();
 };
 
-void TstKnoepfe::verweisRuftSeineAktion()
+void TestKnoepfe::verweisRuftSeineAktion()
 {
     QObject ziel;
     int rufe = 0;
@@ -89,7 +89,7 @@ void TstKnoepfe::verweisRuftSeineAktion()
     QCOMPARE(rufe, 1);
 }
 
-void TstKnoepfe::verweisMitTasten()
+void TestKnoepfe::verweisMitTasten()
 {
     int rufe = 0;
     const std::unique_ptr<Verweis> link(verweis(u"Abbrechen"_s, this, [&] { ++rufe; }));
@@ -99,7 +99,7 @@ void TstKnoepfe::verweisMitTasten()
     QCOMPARE(rufe, 3);
 }
 
-void TstKnoepfe::verweisOhneZiel()
+void TestKnoepfe::verweisOhneZiel()
 {
     const std::unique_ptr<Verweis> link(verweis(u"Abbrechen"_s));
     QSignalSpy gedrueckt(link.get(), &QPushButton::clicked);
@@ -107,7 +107,7 @@ void TstKnoepfe::verweisOhneZiel()
     QCOMPARE(gedrueckt.size(), 1);
 }
 
-void TstKnoepfe::zielIstWeg()
+void TestKnoepfe::zielIstWeg()
 {
     int rufe = 0;
     auto ziel = std::make_unique<QObject>();
@@ -117,7 +117,7 @@ void TstKnoepfe::zielIstWeg()
     QCOMPARE(rufe, 0);
 }
 
-void TstKnoepfe::verweisAussehen()
+void TestKnoepfe::verweisAussehen()
 {
     const Verweis link(u"Jetzt abgleichen"_s);
     QVERIFY(link.isFlat());
@@ -126,7 +126,7 @@ void TstKnoepfe::verweisAussehen()
     QVERIFY(link.sizeHint().width() >= link.fontMetrics().horizontalAdvance(link.text()));
 }
 
-void TstKnoepfe::undZeichen()
+void TestKnoepfe::undZeichen()
 {
     QFETCH(int, art);
     const auto einer = knopf(Art(art), u"Rock & Roll"_s);
@@ -143,7 +143,7 @@ void TstKnoepfe::undZeichen()
     QCOMPARE(nameVon(*einer), u"A & B"_s);
 }
 
-void TstKnoepfe::fokusNurMitTasten()
+void TestKnoepfe::fokusNurMitTasten()
 {
     QFETCH(int, art);
     QWidget fenster;
@@ -172,7 +172,7 @@ void TstKnoepfe::fokusNurMitTasten()
     }
 }
 
-void TstKnoepfe::fokusKommtMitDemFensterWieder()
+void TestKnoepfe::fokusKommtMitDemFensterWieder()
 {
     QWidget fenster;
     QHBoxLayout layout(&fenster);
@@ -195,7 +195,7 @@ void TstKnoepfe::fokusKommtMitDemFensterWieder()
     QCOMPARE(mitTasten.grab().toImage(), ohne);
 }
 
-void TstKnoepfe::startknopfMasse()
+void TestKnoepfe::startknopfMasse()
 {
     const Startknopf start(u"rekordbox starten"_s);
     QCOMPARE(start.sizeHint().height(), 38);
@@ -204,7 +204,7 @@ void TstKnoepfe::startknopfMasse()
     QVERIFY(!start.isDefault());
 }
 
-void TstKnoepfe::startknopfFarben()
+void TestKnoepfe::startknopfFarben()
 {
     Startknopf start(u"rekordbox starten"_s);
     start.resize(472, 38);
@@ -220,7 +220,7 @@ void TstKnoepfe::startknopfFarben()
     QTRY_COMPARE(flaeche(), QColor(0x2f7df6));
 }
 
-void TstKnoepfe::startknopfKuerztInDerMitte()
+void TestKnoepfe::startknopfKuerztInDerMitte()
 {
     Startknopf lang(u"rekordbox "_s + QString(500, u'7') + u" starten"_s);
     lang.resize(472, 38);
@@ -232,7 +232,7 @@ void TstKnoepfe::startknopfKuerztInDerMitte()
     }
 }
 
-void TstKnoepfe::hakenZweiZeilen()
+void TestKnoepfe::hakenZweiZeilen()
 {
     const Haken eine(u"rekordbox automatisch starten"_s);
     const Haken zwei(u"rekordbox automatisch starten\n(5 Sekunden später)"_s);
@@ -241,7 +241,7 @@ void TstKnoepfe::hakenZweiZeilen()
     QCOMPARE(zwei.accessibleName(), u"rekordbox automatisch starten (5 Sekunden später)"_s);
 }
 
-void TstKnoepfe::hakenKaestchenStehtOben()
+void TestKnoepfe::hakenKaestchenStehtOben()
 {
     Haken zwei(u"rekordbox automatisch starten\n(5 Sekunden später)"_s);
     zwei.setChecked(true);
@@ -253,7 +253,7 @@ void TstKnoepfe::hakenKaestchenStehtOben()
     }
 }
 
-void TstKnoepfe::hakenAnklicken()
+void TestKnoepfe::hakenAnklicken()
 {
     Haken haken(u"Titel\nzweite Zeile"_s);
     haken.resize(400, haken.sizeHint().height());
@@ -267,5 +267,5 @@ void TstKnoepfe::hakenAnklicken()
     QVERIFY(haken.isChecked());
 }
 
-QTEST_MAIN(TstKnoepfe)
+KALVARO_FENSTERTEST(TestKnoepfe)
 #include "tst_knoepfe.moc"

@@ -1,9 +1,9 @@
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/pille.h"
 
 #include <QApplication>
 #include <QLayout>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -24,7 +24,7 @@ double tintenkontrast(const QImage &bild, const QColor &grund)
 
 } // namespace
 
-class TstPille : public QObject
+class TestPille final : public QObject
 {
     Q_OBJECT
 
@@ -40,14 +40,14 @@ private Q_SLOTS:
     void folgtDerErscheinung();
 };
 
-void TstPille::neueIstVerborgen()
+void TestPille::neueIstVerborgen()
 {
     const Pille pille;
     QVERIFY(pille.isHidden());
     QVERIFY(pille.label()->text().isEmpty());
 }
 
-void TstPille::leererTextVerbirgt()
+void TestPille::leererTextVerbirgt()
 {
     Pille pille;
     pille.setzen(u"Aktiv"_s, Farbe::gut, Farbe::gutWeich);
@@ -61,7 +61,7 @@ void TstPille::leererTextVerbirgt()
     QVERIFY(!pille.isHidden());
 }
 
-void TstPille::schriftUndRaender()
+void TestPille::schriftUndRaender()
 {
     Pille pille;
     pille.setzen(u"Probebetrieb"_s, Farbe::warn, Farbe::warnWeich);
@@ -74,7 +74,7 @@ void TstPille::schriftUndRaender()
     QVERIFY(pille.label()->toolTip().isEmpty());
 }
 
-void TstPille::fuellungUndForm()
+void TestPille::fuellungUndForm()
 {
     Pille pille;
     pille.setzen(u"Aktiv"_s, Farbe::gut, Farbe::gutWeich);
@@ -94,14 +94,14 @@ void TstPille::fuellungUndForm()
     QVERIFY(istVoll(0, 20));
 }
 
-void TstPille::textBleibtLesbar_data()
+void TestPille::textBleibtLesbar_data()
 {
     QTest::addColumn<bool>("dunkel");
     QTest::newRow("light") << false;
     QTest::newRow("dark") << true;
 }
 
-void TstPille::textBleibtLesbar()
+void TestPille::textBleibtLesbar()
 {
     QFETCH(bool, dunkel);
     const QPalette palette = eigenePalette(dunkel);
@@ -125,7 +125,7 @@ void TstPille::textBleibtLesbar()
     }
 }
 
-void TstPille::folgtDerErscheinung()
+void TestPille::folgtDerErscheinung()
 {
     Pille pille;
     pille.setzen(u"Aktiv"_s, Farbe::gut, Farbe::gutWeich);
@@ -140,5 +140,5 @@ void TstPille::folgtDerErscheinung()
     QCOMPARE(gewechselt, neu.grab().toImage());
 }
 
-QTEST_MAIN(TstPille)
+KALVARO_FENSTERTEST(TestPille)
 #include "tst_pille.moc"

@@ -1,36 +1,14 @@
+#include "doubles/stillstil.h"
 #include "doubles/testuhr.h"
+#include "testlauf.h"
 #include "ui/rad.h"
 
 #include <QApplication>
-#include <QProxyStyle>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// A system that asks for less motion.
-class Stillstil final : public QProxyStyle
-{
-public:
-    Stillstil()
-        : QProxyStyle(u"fusion"_s)
-    {
-    }
-
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *mehr) const override
-    {
-        return hint == SH_Widget_Animation_Duration
-                   ? 0
-                   : QProxyStyle::styleHint(hint, option, widget, mehr);
-    }
-};
-
-} // namespace
-
-class TstRad : public QObject
+class TestRad final : public QObject
 {
     Q_OBJECT
 
@@ -48,14 +26,14 @@ private:
     Testuhr uhr;
 };
 
-void TstRad::stehtAmAnfang()
+void TestRad::stehtAmAnfang()
 {
     Rad rad(uhr);
     rad.show();
     QCOMPARE(uhr.offen(), 0);
 }
 
-void TstRad::drehtNurSichtbar()
+void TestRad::drehtNurSichtbar()
 {
     Rad rad(uhr);
     rad.drehen();
@@ -72,7 +50,7 @@ void TstRad::drehtNurSichtbar()
     QCOMPARE(uhr.offen(), 0);
 }
 
-void TstRad::anhaltenWaehrendVerborgen()
+void TestRad::anhaltenWaehrendVerborgen()
 {
     Rad rad(uhr);
     rad.show();
@@ -83,7 +61,7 @@ void TstRad::anhaltenWaehrendVerborgen()
     QCOMPARE(uhr.offen(), 0);
 }
 
-void TstRad::dreht()
+void TestRad::dreht()
 {
     Rad rad(uhr);
     rad.setFixedSize(44, 44);
@@ -97,7 +75,7 @@ void TstRad::dreht()
     QCOMPARE(rad.grab().toImage(), anfang);
 }
 
-void TstRad::wenigerBewegung()
+void TestRad::wenigerBewegung()
 {
     QApplication::setStyle(new Stillstil);
     Rad rad(uhr);
@@ -110,7 +88,7 @@ void TstRad::wenigerBewegung()
     QCOMPARE(rad.grab().toImage(), anfang);
 }
 
-void TstRad::endetMitDemWidget()
+void TestRad::endetMitDemWidget()
 {
     {
         Rad rad(uhr);
@@ -120,5 +98,5 @@ void TstRad::endetMitDemWidget()
     QCOMPARE(uhr.offen(), 0);
 }
 
-QTEST_MAIN(TstRad)
+KALVARO_FENSTERTEST(TestRad)
 #include "tst_rad.moc"

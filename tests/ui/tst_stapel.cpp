@@ -1,7 +1,7 @@
+#include "testlauf.h"
 #include "ui/stapel.h"
 
 #include <QBoxLayout>
-#include <QTest>
 
 #include <memory>
 
@@ -18,7 +18,7 @@ QWidget *block(int breite, int hoehe)
 
 } // namespace
 
-class TstStapel : public QObject
+class TestStapel final : public QObject
 {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ private Q_SLOTS:
     void leer();
 };
 
-void TstStapel::nebeneinander()
+void TestStapel::nebeneinander()
 {
     QWidget *const a = block(30, 10);
     QWidget *const b = block(50, 10);
@@ -44,7 +44,7 @@ void TstStapel::nebeneinander()
     QCOMPARE(b->x(), 42);
 }
 
-void TstStapel::untereinander()
+void TestStapel::untereinander()
 {
     QWidget *const a = block(30, 10);
     QWidget *const b = block(50, 20);
@@ -55,13 +55,13 @@ void TstStapel::untereinander()
     QCOMPARE(b->y(), 13);
 }
 
-void TstStapel::abstandOhneAngabe()
+void TestStapel::abstandOhneAngabe()
 {
     const std::unique_ptr<QWidget> ganz(stapel({block(10, 10), block(10, 10)}, Qt::Vertical));
     QCOMPARE(ganz->sizeHint().height(), 28);
 }
 
-void TstStapel::ausrichtung()
+void TestStapel::ausrichtung()
 {
     QWidget *const klein = block(30, 10);
     const std::unique_ptr<QWidget> ganz(
@@ -71,7 +71,7 @@ void TstStapel::ausrichtung()
     QCOMPARE(klein->y(), 30);
 }
 
-void TstStapel::ohneAusrichtungFuelltEsDieBreite()
+void TestStapel::ohneAusrichtungFuelltEsDieBreite()
 {
     auto *const biegsam = new QWidget;
     const std::unique_ptr<QWidget> ganz(stapel({biegsam}, Qt::Vertical));
@@ -80,11 +80,11 @@ void TstStapel::ohneAusrichtungFuelltEsDieBreite()
     QCOMPARE(biegsam->width(), 200);
 }
 
-void TstStapel::leer()
+void TestStapel::leer()
 {
     const std::unique_ptr<QWidget> ganz(stapel({}, Qt::Vertical));
     QCOMPARE(ganz->sizeHint(), QSize(0, 0));
 }
 
-QTEST_MAIN(TstStapel)
+KALVARO_FENSTERTEST(TestStapel)
 #include "tst_stapel.moc"

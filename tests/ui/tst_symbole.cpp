@@ -1,8 +1,8 @@
+#include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/symbole.h"
 
 #include <QApplication>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -46,7 +46,7 @@ int tinte(const QImage &bild)
 
 } // namespace
 
-class TstSymbole : public QObject
+class TestSymbole final : public QObject
 {
     Q_OBJECT
 
@@ -62,7 +62,7 @@ private Q_SLOTS:
     void zeichenOhneName();
 };
 
-void TstSymbole::zeichnung_data()
+void TestSymbole::zeichnung_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("groesse");
@@ -77,7 +77,7 @@ void TstSymbole::zeichnung_data()
     }
 }
 
-void TstSymbole::zeichnung()
+void TestSymbole::zeichnung()
 {
     QFETCH(QString, name);
     QFETCH(int, groesse);
@@ -108,7 +108,7 @@ void TstSymbole::zeichnung()
     QVERIFY(weiche(bild) < weiche(gestreckt) * 8 / 10);
 }
 
-void TstSymbole::alleSindVerschieden()
+void TestSymbole::alleSindVerschieden()
 {
     QList<QImage> bilder;
     for (const QString &name : namen) {
@@ -118,13 +118,13 @@ void TstSymbole::alleSindVerschieden()
     }
 }
 
-void TstSymbole::unbekannterName()
+void TestSymbole::unbekannterName()
 {
     QVERIFY(symbolbild(u"gibt.es.nicht"_s, 22, Qt::black, 1).isNull());
     QVERIFY(symbolbild({}, 22, Qt::black, 1).isNull());
 }
 
-void TstSymbole::programmsymbol()
+void TestSymbole::programmsymbol()
 {
     const QIcon symbol = kalvaro::programmsymbol();
     for (const int groesse : {16, 32, 48, 64, 128, 256}) {
@@ -134,7 +134,7 @@ void TstSymbole::programmsymbol()
     }
 }
 
-void TstSymbole::zeichenFolgtDerErscheinung()
+void TestSymbole::zeichenFolgtDerErscheinung()
 {
     Zeichen zeichen(44);
     zeichen.setzen(u"checkmark.circle.fill"_s, Farbe::systemGruen, u"Erledigt"_s);
@@ -147,7 +147,7 @@ void TstSymbole::zeichenFolgtDerErscheinung()
     QCOMPARE(zeichen.grab().toImage().pixelColor(10, 22), QColor(48, 209, 88));
 }
 
-void TstSymbole::zeichenOhneName()
+void TestSymbole::zeichenOhneName()
 {
     Zeichen zeichen(44);
     zeichen.setzen({}, Farbe::schrift, {});
@@ -157,5 +157,5 @@ void TstSymbole::zeichenOhneName()
     QCOMPARE(bild, leer);
 }
 
-QTEST_MAIN(TstSymbole)
+KALVARO_FENSTERTEST(TestSymbole)
 #include "tst_symbole.moc"

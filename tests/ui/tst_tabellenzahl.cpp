@@ -1,7 +1,6 @@
+#include "testlauf.h"
 #include "ui/schrift.h"
 #include "ui/tabellenzahl.h"
-
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -26,7 +25,7 @@ QString spalten(Tabellenzahl &zahl)
 
 } // namespace
 
-class TstTabellenzahl : public QObject
+class TestTabellenzahl final : public QObject
 {
     Q_OBJECT
 
@@ -36,7 +35,7 @@ private Q_SLOTS:
     void nachbarnSchrumpfenMit();
 };
 
-void TstTabellenzahl::ziffernSindGleichBreit()
+void TestTabellenzahl::ziffernSindGleichBreit()
 {
     Tabellenzahl schmal(u"11.111"_s);
     Tabellenzahl breit(u"88.888"_s);
@@ -46,7 +45,7 @@ void TstTabellenzahl::ziffernSindGleichBreit()
     QCOMPARE(schmal.sizeHint(), breit.sizeHint());
 }
 
-void TstTabellenzahl::schrumpftStattZuKuerzen()
+void TestTabellenzahl::schrumpftStattZuKuerzen()
 {
     Tabellenzahl zahl(u"1.234.567"_s);
     zahl.setFont(systemschrift(22, QFont::DemiBold));
@@ -60,7 +59,7 @@ void TstTabellenzahl::schrumpftStattZuKuerzen()
     QVERIFY2(tinte.endsWith(u'.'), "the last digit is cut");
 }
 
-void TstTabellenzahl::nachbarnSchrumpfenMit()
+void TestTabellenzahl::nachbarnSchrumpfenMit()
 {
     Tabellenzahl kurz(u"321"_s);
     Tabellenzahl lang(u"12.345.678"_s);
@@ -76,5 +75,5 @@ void TstTabellenzahl::nachbarnSchrumpfenMit()
     QVERIFY(daneben > 0);
 }
 
-QTEST_MAIN(TstTabellenzahl)
+KALVARO_FENSTERTEST(TestTabellenzahl)
 #include "tst_tabellenzahl.moc"

@@ -23,6 +23,9 @@ namespace {
 
 constexpr qsizetype groessteAusgabe = 1 << 20; // far more than the process table can hold
 
+// The states of proc(5) but Z and X: what has ended and waits for its parent does not run.
+const QString laufend = u"DIKPRSTWt"_s;
+
 int rest(const QDeadlineTimer &frist)
 {
     return static_cast<int>(frist.remainingTime());
@@ -88,7 +91,8 @@ LinuxProzesse::LinuxProzesse(QString werkzeug, QByteArray proc, std::chrono::mil
 
 qsizetype LinuxProzesse::anzahl(const QString &name) const
 {
-    const auto bytes = ausgabe(werkzeug_, {u"-x"_s, name}, QDeadlineTimer(frist_));
+    const auto bytes = ausgabe(werkzeug_, {u"-x"_s, u"--runstates"_s, laufend, name},
+                               QDeadlineTimer(frist_));
     if (!bytes) {
         return 0;
     }

@@ -15,9 +15,6 @@ void anTestBinden(QProcess &programm);
 class Testbus
 {
 public:
-    // Whether dbus-daemon is installed; tests skip without it.
-    [[nodiscard]] static bool vorhanden();
-
     explicit Testbus(const QProcessEnvironment &umgebung = QProcessEnvironment::systemEnvironment(),
                      const QString &dienstordner = {});
     ~Testbus();

@@ -1,23 +1,25 @@
-#include "desktop/e2e/anzeige.h"
-#include "desktop/statushost.h"
-#include "desktop/testbus.h"
+#include "doubles/statushost.h"
+#include "doubles/testbus.h"
+#include "e2e/anzeige.h"
+#include "testlauf.h"
 
 #include <QDir>
-#include <QTest>
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // The item in the tray of a display of our own. Each test is a process of its own that has the
 // item, because Qt decides once per process what kind of tray there is.
-class TestStatusobjekt : public QObject
+class TestStatusobjekt final : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -36,17 +38,23 @@ private:
     void programmStarten();
     void befehl(const QString &zeile);
 
-    Anzeige anzeige;
+    std::optional<Anzeige> anzeige;
     std::unique_ptr<Testbus> bus;
     std::unique_ptr<Statushost> host;
     std::unique_ptr<Programm> programm;
     QProcessEnvironment umgebung;
 };
 
+void TestStatusobjekt::initTestCase()
+{
+    KALVARO_BRAUCHT(u"Xvfb"_s, u"dbus-daemon"_s);
+    anzeige.emplace();
+}
+
 void TestStatusobjekt::init()
 {
     bus = std::make_unique<Testbus>();
-    umgebung = anzeige.umgebung(bus->adresse());
+    umgebung = anzeige->umgebung(bus->adresse());
 }
 
 void TestStatusobjekt::cleanup()
@@ -205,16 +213,5 @@ void TestStatusobjekt::einKlickOeffnetDasMenue()
     QTRY_VERIFY(programm->zeilen().contains(u"oeffnet"_s));
 }
 
-int main(int argc, char *argv[])
-{
-    const QString fehlt = fehlendes({u"Xvfb"_s, u"dbus-daemon"_s});
-    if (!fehlt.isEmpty()) {
-        qWarning("skipped: needs %s", qPrintable(fehlt));
-        return uebersprungen;
-    }
-    const QCoreApplication programm(argc, argv);
-    TestStatusobjekt test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+KALVARO_TEST(TestStatusobjekt)
 #include "tst_statusobjekt.moc"

@@ -1,4 +1,4 @@
-#include "desktop/statushost.h"
+#include "doubles/statushost.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>

@@ -1,26 +1,27 @@
-#include "desktop/statushost.h"
-#include "desktop/testbus.h"
+#include "doubles/statushost.h"
+#include "doubles/testbus.h"
 #include "doubles/testuhr.h"
 #include "platform/linux/traysymbol.h"
 #include "platform/linux/traywache.h"
+#include "testlauf.h"
 #include "ui/symbole.h"
 
 #include <QDBusConnectionInterface>
 #include <QIcon>
 #include <QImage>
 #include <QPixmap>
-#include <QTest>
 
 #include <memory>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TestTray : public QObject
+class TestTray final : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { KALVARO_BRAUCHT(u"dbus-daemon"_s); }
     void init();
     void cleanup();
 
@@ -49,9 +50,7 @@ void TestTray::init()
 {
     gefunden.clear();
     xembed = std::make_unique<XEmbedtray>();
-    if (Testbus::vorhanden()) {
-        bus = std::make_unique<Testbus>();
-    }
+    bus = std::make_unique<Testbus>();
 }
 
 void TestTray::cleanup()
@@ -63,9 +62,6 @@ void TestTray::cleanup()
 
 void TestTray::wachen()
 {
-    if (!bus) {
-        QSKIP("needs dbus-daemon");
-    }
     wache = std::make_unique<Traywache>(uhr, bus->verbindung(), *xembed,
                                         [this](Trayart art) { gefunden.append(art); });
 }
@@ -176,5 +172,5 @@ void TestTray::einUnbekanntesSymbolIstLeer()
     QCOMPARE(symbolImThema(u"gibt.es.nicht"_s), QString());
 }
 
-QTEST_MAIN(TestTray)
+KALVARO_FENSTERTEST(TestTray)
 #include "tst_tray.moc"

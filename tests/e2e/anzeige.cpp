@@ -1,24 +1,13 @@
-#include "desktop/e2e/anzeige.h"
+#include "e2e/anzeige.h"
 
-#include "desktop/testbus.h"
+#include "doubles/testbus.h"
 
 #include <QDeadlineTimer>
-#include <QStandardPaths>
 #include <QTest>
 
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
-
-QString fehlendes(const QStringList &programme)
-{
-    for (const QString &programm : programme) {
-        if (QStandardPaths::findExecutable(programm).isEmpty()) {
-            return programm;
-        }
-    }
-    return {};
-}
 
 bool bald(const std::function<bool()> &bedingung, int geduld)
 {

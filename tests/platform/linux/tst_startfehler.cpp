@@ -1,6 +1,5 @@
 #include "platform/linux/startfehler.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 #include <cerrno>
 #include <cstring>
@@ -8,7 +7,7 @@
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TstStartfehler : public QObject
+class TestStartfehler final : public QObject
 {
     Q_OBJECT
 
@@ -38,5 +37,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TstStartfehler)
+KALVARO_TEST(TestStartfehler)
 #include "tst_startfehler.moc"

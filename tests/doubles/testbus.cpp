@@ -1,7 +1,7 @@
-#include "desktop/testbus.h"
+#include "doubles/testbus.h"
 
-#include <QFile>
-#include <QStandardPaths>
+#include "doubles/dateien.h"
+
 #include <QUuid>
 
 #include <csignal>
@@ -12,14 +12,6 @@ namespace kalvaro {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-void schreiben(const QString &pfad, const QString &inhalt)
-{
-    QFile datei(pfad);
-    if (!datei.open(QIODevice::WriteOnly) || datei.write(inhalt.toUtf8()) < 0) {
-        qFatal("Cannot write the configuration of the test's bus");
-    }
-}
 
 QString einstellung(const QString &adresse, const QString &dienstordner)
 {
@@ -40,16 +32,11 @@ void anTestBinden(QProcess &programm)
     programm.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
 }
 
-bool Testbus::vorhanden()
-{
-    return !QStandardPaths::findExecutable(u"dbus-daemon"_s).isEmpty();
-}
-
 Testbus::Testbus(const QProcessEnvironment &umgebung, const QString &dienstordner)
     : platz(ablage.path())
     , wo(u"unix:path="_s + platz + u"/bus"_s)
 {
-    schreiben(platz + u"/bus.conf"_s, einstellung(wo, dienstordner));
+    dateiSchreiben(platz + u"/bus.conf"_s, einstellung(wo, dienstordner).toUtf8());
     daemon.setProcessEnvironment(umgebung);
     starten();
 }

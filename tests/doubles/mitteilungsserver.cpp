@@ -1,4 +1,4 @@
-#include "desktop/mitteilungsserver.h"
+#include "doubles/mitteilungsserver.h"
 
 #include <QDBusMessage>
 

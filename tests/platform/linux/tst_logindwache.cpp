@@ -1,14 +1,13 @@
-#include "desktop/testbus.h"
 #include "doubles/datenordner.h"
+#include "doubles/testbus.h"
 #include "doubles/testuhr.h"
 #include "platform/linux/logindwache.h"
+#include "testlauf.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QDir>
-#include <QStandardPaths>
-#include <QTest>
 
 #include <memory>
 #include <optional>
@@ -16,7 +15,7 @@
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TestLogindwache : public QObject
+class TestLogindwache final : public QObject
 {
     Q_OBJECT
 
@@ -48,10 +47,9 @@ private:
 
 void TestLogindwache::initTestCase()
 {
-    const bool da = Testbus::vorhanden() &&
-                    QProcess::execute(u"/usr/bin/python3"_s, {u"-c"_s, u"import dbusmock"_s}) == 0;
-    if (!da) {
-        QSKIP("needs dbus-daemon and python3-dbusmock");
+    KALVARO_BRAUCHT(u"dbus-daemon"_s);
+    if (QProcess::execute(u"/usr/bin/python3"_s, {u"-c"_s, u"import dbusmock"_s}) != 0) {
+        QSKIP("needs python3-dbusmock");
     }
 }
 
@@ -199,5 +197,5 @@ void TestLogindwache::derBusStartetNeu()
     QTRY_VERIFY((uhr.vor(Sekunden(5)), schlaf(false), QTest::qWait(1), aufgewacht > 0));
 }
 
-QTEST_GUILESS_MAIN(TestLogindwache)
+KALVARO_TEST(TestLogindwache)
 #include "tst_logindwache.moc"

@@ -9,12 +9,6 @@
 
 namespace kalvaro {
 
-// The value that tells ctest that a test was skipped.
-inline constexpr int uebersprungen = 77;
-
-// The first of `programme` that is not installed; empty when all are.
-[[nodiscard]] QString fehlendes(const QStringList &programme);
-
 // Waits until `bedingung` holds, `geduld` milliseconds at most; false when it never does. Unlike
 // QTRY_VERIFY, counts the time that the condition itself takes.
 [[nodiscard]] bool bald(const std::function<bool()> &bedingung, int geduld = 60000);

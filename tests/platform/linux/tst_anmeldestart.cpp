@@ -1,12 +1,12 @@
+#include "doubles/dateien.h"
 #include "doubles/datenordner.h"
 #include "platform/linux/xdganmeldestart.h"
 #include "platform/macos/launchagent.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <cstdlib>
 #include <memory>
@@ -35,23 +35,9 @@ QString text(plist_t knoten)
     return kopie;
 }
 
-QByteArray inhalt(const QString &pfad)
-{
-    QFile datei(pfad);
-    return datei.open(QIODevice::ReadOnly) ? datei.readAll() : QByteArray();
-}
-
-void anlegen(const QString &pfad, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(pfad).path());
-    QFile datei(pfad);
-    QVERIFY(datei.open(QIODevice::WriteOnly));
-    datei.write(bytes);
-}
-
 } // namespace
 
-class TestAnmeldestart : public QObject
+class TestAnmeldestart final : public QObject
 {
     Q_OBJECT
 
@@ -103,10 +89,10 @@ void TestAnmeldestart::zweimalAnSchreibtDasselbe()
 {
     XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
     start.setzen(true);
-    const QByteArray erst = inhalt(pfad(u"a/de.kalvaro.kalvaro.desktop"_s));
+    const QByteArray erst = dateiLesen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s));
     start.setzen(true);
     QVERIFY(!erst.isEmpty());
-    QCOMPARE(inhalt(pfad(u"a/de.kalvaro.kalvaro.desktop"_s)), erst);
+    QCOMPARE(dateiLesen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s)), erst);
     QCOMPARE(QDir(pfad(u"a"_s)).entryList(QDir::Files).size(), 1);
 }
 
@@ -119,15 +105,15 @@ void TestAnmeldestart::ausOhneDateiIstKeinFehler()
 
 void TestAnmeldestart::jedeDateiAmOrtGilt()
 {
-    anlegen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s), "von Hand\n");
+    dateiSchreiben(pfad(u"a/de.kalvaro.kalvaro.desktop"_s), "von Hand\n");
     QVERIFY(XdgAnmeldestart(u"/opt/kalvaro"_s, pfad(u"a"_s)).an());
-    anlegen(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s), "");
+    dateiSchreiben(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s), "");
     QVERIFY(LaunchAgent(QString(), ordner->path()).an());
 }
 
 void TestAnmeldestart::unbeschreibbarerOrdnerZeigtSichAlsAus()
 {
-    anlegen(pfad(u"a"_s), "a file where the folder should be");
+    dateiSchreiben(pfad(u"a"_s), "a file where the folder should be");
     XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
     start.setzen(true);
     QVERIFY(!start.an());
@@ -137,7 +123,7 @@ void TestAnmeldestart::unbeschreibbarerOrdnerZeigtSichAlsAus()
 void TestAnmeldestart::schreibtDenEintragZeileFuerZeile()
 {
     XdgAnmeldestart(u"/opt/mein \"Pro`gr$amm\\100"_s, pfad(u"a"_s)).setzen(true);
-    QCOMPARE(QString::fromUtf8(inhalt(pfad(u"a/de.kalvaro.kalvaro.desktop"_s))),
+    QCOMPARE(QString::fromUtf8(dateiLesen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s))),
              u"[Desktop Entry]\n"
              "Type=Application\n"
              "Version=1.5\n"
@@ -193,15 +179,12 @@ void TestAnmeldestart::dieSitzungStartetGenauDenPfad_data()
 // GLib is what most sessions read autostart entries with.
 void TestAnmeldestart::dieSitzungStartetGenauDenPfad()
 {
-    const QString gio = QStandardPaths::findExecutable(u"gio"_s);
-    if (gio.isEmpty()) {
-        QSKIP("needs gio (libglib2.0-bin)");
-    }
+    KALVARO_BRAUCHT(u"gio"_s);
     QFETCH(QString, name);
     const QString programm = pfad(name);
     const QString zeuge = pfad(u"zeuge"_s);
-    anlegen(programm, "#!/bin/sh\nprintf '%s\\0' \"$0\" \"$@\" > \"$ZEUGE.neu\"\n"
-                      "mv \"$ZEUGE.neu\" \"$ZEUGE\"\n");
+    dateiSchreiben(programm, "#!/bin/sh\nprintf '%s\\0' \"$0\" \"$@\" > \"$ZEUGE.neu\"\n"
+                             "mv \"$ZEUGE.neu\" \"$ZEUGE\"\n");
     QVERIFY(
         QFile::setPermissions(programm, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     XdgAnmeldestart(programm, pfad(u"autostart"_s)).setzen(true);
@@ -212,11 +195,11 @@ void TestAnmeldestart::dieSitzungStartetGenauDenPfad()
     umgebung.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"disabled:"_s);
     sitzung.setProcessEnvironment(umgebung);
-    sitzung.start(gio, {u"launch"_s, pfad(u"autostart/de.kalvaro.kalvaro.desktop"_s)});
+    sitzung.start(u"gio"_s, {u"launch"_s, pfad(u"autostart/de.kalvaro.kalvaro.desktop"_s)});
     QVERIFY(sitzung.waitForFinished());
     QCOMPARE(sitzung.exitCode(), 0);
     QTRY_VERIFY(QFile::exists(zeuge));
-    QCOMPARE(inhalt(zeuge), QFile::encodeName(programm) + '\0' + "--hintergrund" + '\0');
+    QCOMPARE(dateiLesen(zeuge), QFile::encodeName(programm) + '\0' + "--hintergrund" + '\0');
 }
 
 void TestAnmeldestart::agentLiestSichByteFuerByte()
@@ -224,7 +207,7 @@ void TestAnmeldestart::agentLiestSichByteFuerByte()
     LaunchAgent agent(u"/Users/ich/Böse <Apps> & \"mehr\"/kalvaro"_s, ordner->path());
     agent.setzen(true);
     QVERIFY(agent.an());
-    const QByteArray bytes = inhalt(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s));
+    const QByteArray bytes = dateiLesen(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s));
     const Liste liste = lesen(bytes);
     QVERIFY(liste);
     QCOMPARE(plist_get_node_type(liste.get()), PLIST_DICT);
@@ -249,10 +232,10 @@ void TestAnmeldestart::agentLiestSichByteFuerByte()
 void TestAnmeldestart::agentOhneBekanntenPfad()
 {
     LaunchAgent(QString(), ordner->path()).setzen(true);
-    const Liste liste = lesen(inhalt(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s)));
+    const Liste liste = lesen(dateiLesen(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s)));
     QCOMPARE(text(plist_array_get_item(plist_dict_get_item(liste.get(), "ProgramArguments"), 0)),
              u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s);
 }
 
-QTEST_GUILESS_MAIN(TestAnmeldestart)
+KALVARO_TEST(TestAnmeldestart)
 #include "tst_anmeldestart.moc"

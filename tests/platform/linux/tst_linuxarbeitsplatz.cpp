@@ -1,10 +1,13 @@
+#include "doubles/buendel.h"
+#include "doubles/dateien.h"
+#include "doubles/einschraenkung.h"
+#include "doubles/ereignisse.h"
 #include "platform/linux/linuxarbeitsplatz.h"
-#include "platform/testbuendel.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <cerrno>
 #include <csignal>
@@ -19,7 +22,7 @@ using namespace Qt::StringLiterals;
 using Antwort = std::optional<QString>;
 using Umbau = std::function<void(const QString &)>; // does something to the file or folder
 
-class TstLinuxarbeitsplatz : public QObject
+class TestLinuxarbeitsplatz final : public QObject
 {
     Q_OBJECT
 
@@ -95,7 +98,7 @@ private:
     std::unique_ptr<QTemporaryDir> ordner;
 };
 
-void TstLinuxarbeitsplatz::init()
+void TestLinuxarbeitsplatz::init()
 {
     ordner = std::make_unique<QTemporaryDir>();
     QVERIFY(ordner->isValid());
@@ -104,12 +107,12 @@ void TstLinuxarbeitsplatz::init()
     qputenv("ZEUGE_BERICHT", QFile::encodeName(pfad(u"bericht"_s)));
 }
 
-void TstLinuxarbeitsplatz::cleanup()
+void TestLinuxarbeitsplatz::cleanup()
 {
     qputenv("HOME", urspruenglich);
 }
 
-void TstLinuxarbeitsplatz::startetUnabhaengig()
+void TestLinuxarbeitsplatz::startetUnabhaengig()
 {
     qputenv("ZEUGE_BLEIBT", "1");
     const QString ort = zeugenbuendel();
@@ -135,7 +138,7 @@ void TstLinuxarbeitsplatz::startetUnabhaengig()
     QTRY_VERIFY(QFile::symLinkTarget(u"/proc/%1/exe"_s.arg(pid)).isEmpty());
 }
 
-void TstLinuxarbeitsplatz::umgebung()
+void TestLinuxarbeitsplatz::umgebung()
 {
     for (const char *name :
          {"DESKTOP_STARTUP_ID", "XDG_ACTIVATION_TOKEN", "QT_SCALE_FACTOR", "KALVARO_APPLICATIONS",
@@ -158,7 +161,7 @@ void TstLinuxarbeitsplatz::umgebung()
     QCOMPARE(zeuge[u"env.PATH"_s], qEnvironmentVariable("PATH"));
 }
 
-void TstLinuxarbeitsplatz::deskriptoren()
+void TestLinuxarbeitsplatz::deskriptoren()
 {
     const QByteArray name = QFile::encodeName(pfad(u"offen"_s));
     const int unseres = ::open(name.constData(), O_RDWR | O_CREAT, 0600); // survives exec
@@ -171,7 +174,7 @@ void TstLinuxarbeitsplatz::deskriptoren()
     ::close(unseres);
 }
 
-void TstLinuxarbeitsplatz::signale()
+void TestLinuxarbeitsplatz::signale()
 {
     struct sigaction ignorieren = {};
     struct sigaction vorher = {};
@@ -199,7 +202,7 @@ void TstLinuxarbeitsplatz::signale()
 }
 
 // The pipe to the child would then be a standard descriptor.
-void TstLinuxarbeitsplatz::ohneStandardeingabe()
+void TestLinuxarbeitsplatz::ohneStandardeingabe()
 {
     const int eingabe = ::dup(0);
     ::close(0);
@@ -214,14 +217,14 @@ void TstLinuxarbeitsplatz::ohneStandardeingabe()
     QVERIFY(bericht()[u"fds"_s].startsWith(u"0:/dev/null"));
 }
 
-void TstLinuxarbeitsplatz::ohneHeimatordner()
+void TestLinuxarbeitsplatz::ohneHeimatordner()
 {
     qputenv("HOME", "/nirgends");
     QCOMPARE(starten(zeugenbuendel()), QString());
     QCOMPARE(bericht()[u"cwd"_s], u"/"_s);
 }
 
-void TstLinuxarbeitsplatz::ueberVerweis()
+void TestLinuxarbeitsplatz::ueberVerweis()
 {
     const QString ort = zeugenbuendel();
     QVERIFY(QFile::link(ort, pfad(u"rekordbox.app"_s)));
@@ -229,7 +232,7 @@ void TstLinuxarbeitsplatz::ueberVerweis()
     QCOMPARE(bericht()[u"exe"_s], ort + u"/Contents/MacOS/zeuge"_s);
 }
 
-void TstLinuxarbeitsplatz::scheitertAmPaket_data()
+void TestLinuxarbeitsplatz::scheitertAmPaket_data()
 {
     QTest::addColumn<Umbau>("umbau");
     QTest::addColumn<QString>("erwartet"); // %1: the bundle
@@ -260,7 +263,7 @@ void TstLinuxarbeitsplatz::scheitertAmPaket_data()
     QTest::newRow("a name that is none") << plist({{u"CFBundleExecutable"_s, 7}}) << nennt;
 }
 
-void TstLinuxarbeitsplatz::scheitertAmPaket()
+void TestLinuxarbeitsplatz::scheitertAmPaket()
 {
     QFETCH(const Umbau, umbau);
     QFETCH(QString, erwartet);
@@ -269,7 +272,7 @@ void TstLinuxarbeitsplatz::scheitertAmPaket()
     QCOMPARE(starten(ort), erwartet.replace(u"%1"_s, ort));
 }
 
-void TstLinuxarbeitsplatz::scheitertAmProgramm_data()
+void TestLinuxarbeitsplatz::scheitertAmProgramm_data()
 {
     QTest::addColumn<QString>("name"); // the bundle's CFBundleExecutable
     QTest::addColumn<Umbau>("umbau");  // gets the path that this name leads to
@@ -314,7 +317,7 @@ void TstLinuxarbeitsplatz::scheitertAmProgramm_data()
         << lang << nichts << u"Der Name „%1/Contents/MacOS/"_s + lang + u"“ ist zu lang."_s;
 }
 
-void TstLinuxarbeitsplatz::scheitertAmProgramm()
+void TestLinuxarbeitsplatz::scheitertAmProgramm()
 {
     QFETCH(const QString, name);
     QFETCH(const Umbau, umbau);
@@ -324,7 +327,7 @@ void TstLinuxarbeitsplatz::scheitertAmProgramm()
     QCOMPARE(starten(ort), erwartet.replace(u"%1"_s, ort));
 }
 
-void TstLinuxarbeitsplatz::darfNicht_data()
+void TestLinuxarbeitsplatz::darfNicht_data()
 {
     QTest::addColumn<QString>("was"); // that only its owner, or nobody, may enter or read
     QTest::addColumn<QString>("erwartet");
@@ -336,7 +339,7 @@ void TstLinuxarbeitsplatz::darfNicht_data()
                                 << u"„%1/Contents/MacOS/zeuge“ darf nicht ausgeführt werden."_s;
 }
 
-void TstLinuxarbeitsplatz::darfNicht()
+void TestLinuxarbeitsplatz::darfNicht()
 {
     QFETCH(const QString, was);
     QFETCH(QString, erwartet);
@@ -347,14 +350,14 @@ void TstLinuxarbeitsplatz::darfNicht()
     QVERIFY(QFile::setPermissions(gesperrt, QFile::Permissions(root ? 0x7700 : 0)));
     QString antwort;
     {
-        const Ohnmacht ohnmacht;
+        const OhneRechte niemand;
         antwort = starten(ort);
     }
     QFile::setPermissions(gesperrt, QFile::Permissions(0x7755)); // else it cannot be removed
     QCOMPARE(antwort, erwartet.replace(u"%1"_s, ort));
 }
 
-void TstLinuxarbeitsplatz::meldetEinmalUndSpaeter()
+void TestLinuxarbeitsplatz::meldetEinmalUndSpaeter()
 {
     for (const QString &ort : {zeugenbuendel(), pfad(u"fehlt.app"_s)}) {
         int mal = 0;
@@ -363,13 +366,13 @@ void TstLinuxarbeitsplatz::meldetEinmalUndSpaeter()
         QCOMPARE(mal, 0);
         QTRY_COMPARE(mal, 1);
         QTRY_VERIFY(besitzer.children().isEmpty()); // nothing left that could call again
-        QCoreApplication::processEvents();
+        ereignisseAbarbeiten();
         QCOMPARE(mal, 1);
     }
 }
 
 // As with a message box: the call is not over, but the event loop goes on.
-void TstLinuxarbeitsplatz::meldetEinmalAuchWennDieAntwortVerweilt()
+void TestLinuxarbeitsplatz::meldetEinmalAuchWennDieAntwortVerweilt()
 {
     int mal = 0;
     QObject besitzer;
@@ -383,7 +386,7 @@ void TstLinuxarbeitsplatz::meldetEinmalAuchWennDieAntwortVerweilt()
     QCOMPARE(mal, 1);
 }
 
-void TstLinuxarbeitsplatz::meldetKeinemDerNichtMehrIst()
+void TestLinuxarbeitsplatz::meldetKeinemDerNichtMehrIst()
 {
     int mal = 0;
     auto besitzer = std::make_unique<QObject>();
@@ -396,5 +399,5 @@ void TstLinuxarbeitsplatz::meldetKeinemDerNichtMehrIst()
     QCOMPARE(mal, 0);
 }
 
-QTEST_GUILESS_MAIN(TstLinuxarbeitsplatz)
+KALVARO_TEST(TestLinuxarbeitsplatz)
 #include "tst_linuxarbeitsplatz.moc"

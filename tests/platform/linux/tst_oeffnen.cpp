@@ -1,7 +1,7 @@
 #include "platform/linux/linuxarbeitsplatz.h"
+#include "testlauf.h"
 
 #include <QDesktopServices>
-#include <QTest>
 #include <QUrl>
 
 using namespace kalvaro;
@@ -38,7 +38,7 @@ private:
     const QStringList schemata{u"http"_s, u"https"_s, u"file"_s, u"mailto"_s, u"javascript"_s};
 };
 
-class TstOeffnen : public QObject
+class TestOeffnen final : public QObject
 {
     Q_OBJECT
 
@@ -47,7 +47,7 @@ private Q_SLOTS:
     void oeffnet();
 };
 
-void TstOeffnen::oeffnet_data()
+void TestOeffnen::oeffnet_data()
 {
     QTest::addColumn<QUrl>("adresse");
     QTest::addColumn<bool>("geoeffnet");
@@ -65,7 +65,7 @@ void TstOeffnen::oeffnet_data()
     fall("https://[kaputt", false);
 }
 
-void TstOeffnen::oeffnet()
+void TestOeffnen::oeffnet()
 {
     QFETCH(const QUrl, adresse);
     QFETCH(const bool, geoeffnet);
@@ -79,5 +79,5 @@ void TstOeffnen::oeffnet()
     QCOMPARE(browser.adressen, geoeffnet ? QList<QUrl>({adresse, letzte}) : QList<QUrl>{letzte});
 }
 
-QTEST_GUILESS_MAIN(TstOeffnen)
+KALVARO_TEST(TestOeffnen)
 #include "tst_oeffnen.moc"

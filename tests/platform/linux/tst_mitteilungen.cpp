@@ -1,16 +1,15 @@
-#include "desktop/mitteilungsserver.h"
-#include "desktop/testbus.h"
 #include "doubles/datenordner.h"
+#include "doubles/mitteilungsserver.h"
+#include "doubles/testbus.h"
 #include "platform/linux/dbusmitteilungen.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 #include <memory>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TestMitteilungen : public QObject
+class TestMitteilungen final : public QObject
 {
     Q_OBJECT
 
@@ -44,7 +43,7 @@ private Q_SLOTS:
 private:
     void serverStarten(const QStringList &faehigkeiten = {u"body"_s, u"body-markup"_s,
                                                           u"actions"_s});
-    [[nodiscard]] const Mitteilungsserver::Mitteilung &eine(qsizetype nr = 0) const
+    [[nodiscard]] const Mitteilungsserver::Aufruf &eine(qsizetype nr = 0) const
     {
         return server->mitteilungen().at(nr);
     }
@@ -58,9 +57,7 @@ private:
 
 void TestMitteilungen::initTestCase()
 {
-    if (!Testbus::vorhanden()) {
-        QSKIP("needs dbus-daemon");
-    }
+    KALVARO_BRAUCHT(u"dbus-daemon"_s);
 }
 
 void TestMitteilungen::init()
@@ -348,5 +345,5 @@ void TestMitteilungen::ohneBusStehtEsImProtokoll()
              QStringList(u"Mitteilung nicht zugestellt: Titel – Inhalt (kein Sitzungsbus)"_s));
 }
 
-QTEST_GUILESS_MAIN(TestMitteilungen)
+KALVARO_TEST(TestMitteilungen)
 #include "tst_mitteilungen.moc"

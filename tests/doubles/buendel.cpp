@@ -1,10 +1,10 @@
-#include "platform/testbuendel.h"
+#include "doubles/buendel.h"
+
+#include "doubles/dateien.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 #include <plist/plist.h>
-#include <unistd.h>
 
 namespace kalvaro {
 
@@ -48,38 +48,34 @@ QByteArray plistBytes(Plistform form, const QMap<QString, QVariant> &eintraege)
     return inhalt;
 }
 
-void dateiSchreiben(const QString &name, const QByteArray &inhalt, bool ausfuehrbar)
-{
-    QDir().mkpath(QFileInfo(name).path());
-    QFile datei(name);
-    if (!datei.open(QIODevice::WriteOnly) || datei.write(inhalt) != inhalt.size()) {
-        qFatal("Cannot write a file of the test");
-    }
-    if (ausfuehrbar) {
-        datei.setPermissions(QFile::Permissions(0x7755));
-    }
-}
-
 void buendelSchreiben(const QString &ordner, const QByteArray &info)
 {
     QDir().mkpath(ordner + u"/Contents/MacOS"_s);
     dateiSchreiben(ordner + u"/Contents/Info.plist"_s, info);
 }
 
-Ohnmacht::Ohnmacht()
-    : warRoot(::geteuid() == 0)
+Programmordner::Programmordner(const QStringList &versionen)
 {
-    constexpr uid_t nobody = 65534;
-    if (warRoot && ::setresuid(nobody, nobody, 0) != 0) {
-        qFatal("Cannot give up root");
+    for (const QString &version : versionen) {
+        installieren(version);
     }
 }
 
-Ohnmacht::~Ohnmacht()
+QString Programmordner::buendel(const QString &version) const
 {
-    if (warRoot && ::setresuid(0, 0, 0) != 0) {
-        qFatal("Cannot become root again");
-    }
+    return ordner.filePath(u"rekordbox %1/rekordbox.app"_s.arg(version));
+}
+
+QString Programmordner::installieren(const QString &version) const
+{
+    QString ort = buendel(version);
+    buendelSchreiben(ort, plistBytes(Plistform::Xml, {{u"CFBundleShortVersionString"_s, version}}));
+    return ort;
+}
+
+void Programmordner::deinstallieren(const QString &version) const
+{
+    QDir(ordner.filePath(u"rekordbox "_s + version)).removeRecursively();
 }
 
 } // namespace kalvaro

@@ -17,7 +17,8 @@ class Mitteilungsserver : public QObject, protected QDBusContext
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
 
 public:
-    struct Mitteilung
+    // A call of Notify, as it came.
+    struct Aufruf
     {
         uint id = 0;
         QString programm;
@@ -41,7 +42,7 @@ public:
     void klicken(uint id, const QString &marke, const QString &aktion = QStringLiteral("default"));
     void schliessen(uint id);
 
-    [[nodiscard]] const QList<Mitteilung> &mitteilungen() const { return erhalten; }
+    [[nodiscard]] const QList<Aufruf> &mitteilungen() const { return erhalten; }
     [[nodiscard]] int fragen() const { return gefragt; }
 
 public Q_SLOTS:
@@ -55,7 +56,7 @@ private:
 
     QDBusConnection bus;
     const QStringList kann;
-    QList<Mitteilung> erhalten;
+    QList<Aufruf> erhalten;
     uint letzte = 0;
     int gefragt = 0;
     bool stumm = false;

@@ -1,19 +1,20 @@
-#include "desktop/e2e/anzeige.h"
-#include "desktop/testbus.h"
+#include "doubles/dateien.h"
 #include "doubles/datenordner.h"
+#include "doubles/testbus.h"
+#include "e2e/anzeige.h"
 #include "platform/linux/dbusmitteilungen.h"
+#include "testlauf.h"
 
 #include <QDBusConnectionInterface>
-#include <QFile>
-#include <QTest>
 
 #include <memory>
+#include <optional>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // Notifications on a server that is in use out there, with real clicks.
-class TestDunst : public QObject
+class TestDunst final : public QObject
 {
     Q_OBJECT
 
@@ -31,7 +32,7 @@ private:
     void zeigen(const QString &inhalt);
 
     Datenordner daten;
-    Anzeige anzeige;
+    std::optional<Anzeige> anzeige;
     QTemporaryDir ablage;
     std::unique_ptr<Testbus> bus;
     std::unique_ptr<Programm> server;
@@ -41,12 +42,13 @@ private:
 
 void TestDunst::initTestCase()
 {
-    QFile einstellung(ablage.filePath(u"dunstrc"_s));
-    QVERIFY(einstellung.open(QIODevice::WriteOnly));
-    einstellung.write("[global]\norigin = top-left\noffset = 20x20\nwidth = 300\nmonitor = 0\n"
-                      "mouse_left_click = do_action, close_current\nmarkup = full\n"
-                      "[urgency_normal]\nbackground = \"#0000ff\"\nforeground = \"#ffffff\"\n"
-                      "frame_color = \"#0000ff\"\ntimeout = 0\n");
+    KALVARO_BRAUCHT(u"Xvfb"_s, u"dbus-daemon"_s, u"dunst"_s, u"xdotool"_s, u"import"_s);
+    anzeige.emplace();
+    dateiSchreiben(ablage.filePath(u"dunstrc"_s),
+                   "[global]\norigin = top-left\noffset = 20x20\nwidth = 300\nmonitor = 0\n"
+                   "mouse_left_click = do_action, close_current\nmarkup = full\n"
+                   "[urgency_normal]\nbackground = \"#0000ff\"\nforeground = \"#ffffff\"\n"
+                   "frame_color = \"#0000ff\"\ntimeout = 0\n");
 }
 
 void TestDunst::init()
@@ -71,7 +73,7 @@ void TestDunst::serverStarten()
     server.reset();
     server = std::make_unique<Programm>(u"dunst"_s,
                                         QStringList({u"-conf"_s, ablage.filePath(u"dunstrc"_s)}),
-                                        anzeige.umgebung(bus->adresse()));
+                                        anzeige->umgebung(bus->adresse()));
     const QDBusConnection frage = bus->verbindung();
     QTRY_VERIFY_WITH_TIMEOUT(
         frage.interface()->isServiceRegistered(u"org.freedesktop.Notifications"_s), 20000);
@@ -80,7 +82,7 @@ void TestDunst::serverStarten()
 // Where the notification shows: all that is blue.
 QRect TestDunst::fenster() const
 {
-    const QImage bild = anzeige.bild();
+    const QImage bild = anzeige->bild();
     QRect wo;
     for (int y = 0; y < bild.height(); ++y) {
         for (int x = 0; x < bild.width(); ++x) {
@@ -102,7 +104,7 @@ void TestDunst::zeigen(const QString &inhalt)
 void TestDunst::einKlickOeffnetDasZiel()
 {
     zeigen(u"Hier <i>klicken</i> & laden"_s);
-    anzeige.klicken(fenster().center(), 1);
+    anzeige->klicken(fenster().center(), 1);
     QTRY_COMPARE(klicks, QStringList(u"https://x.example/"_s));
     QVERIFY(bald([this] { return fenster().isEmpty(); }));
     QTRY_COMPARE(mitteilungen->offene(), 0);
@@ -115,21 +117,9 @@ void TestDunst::einNeuGestarteterServerZeigtDieNaechste()
     serverStarten();
     QTRY_COMPARE(mitteilungen->offene(), 0);
     zeigen(u"nachher"_s);
-    anzeige.klicken(fenster().center(), 1);
+    anzeige->klicken(fenster().center(), 1);
     QTRY_COMPARE(klicks, QStringList(u"https://x.example/"_s));
 }
 
-int main(int argc, char *argv[])
-{
-    const QString fehlt =
-        fehlendes({u"Xvfb"_s, u"dbus-daemon"_s, u"dunst"_s, u"xdotool"_s, u"import"_s});
-    if (!fehlt.isEmpty()) {
-        qWarning("skipped: needs %s", qPrintable(fehlt));
-        return uebersprungen;
-    }
-    const QCoreApplication programm(argc, argv);
-    TestDunst test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+KALVARO_TEST(TestDunst)
 #include "tst_dunst.moc"

@@ -1,26 +1,23 @@
+#include "doubles/dateien.h"
 #include "platform/linux/linuxprozesse.h"
-#include "platform/testbuendel.h"
+#include "testlauf.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
 #include <memory>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-
-QByteArray inhalt(const QString &name)
-{
-    QFile datei(name);
-    return datei.open(QIODevice::ReadOnly) ? datei.readAll() : QByteArray();
-}
 
 // A process that waits, from a copy of its program at `programm`; ends with this object.
 class Schlaefer
@@ -51,9 +48,54 @@ private:
     QProcess prozess;
 };
 
+// A child with a name; dead, it stays a zombie until this object ends.
+class Kind
+{
+public:
+    explicit Kind(const QByteArray &name)
+        : pid(::fork())
+    {
+        if (pid == 0) {
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+            ::prctl(PR_SET_NAME, name.constData());
+            for (;;) {
+                ::pause();
+            }
+        }
+    }
+
+    ~Kind()
+    {
+        toeten();
+        ::waitpid(pid, nullptr, 0);
+    }
+
+    Kind(const Kind &) = delete;
+    Kind &operator=(const Kind &) = delete;
+
+    void toeten() const
+    {
+        ::kill(pid, SIGKILL);
+        siginfo_t ende = {};
+        ::waitid(P_PID, static_cast<id_t>(pid), &ende, WEXITED | WNOWAIT);
+    }
+
+    // As the kernel tells it: "name", and the letter of its state.
+    [[nodiscard]] QByteArray name() const { return angabe("comm"); }
+    [[nodiscard]] QByteArray zustand() const { return angabe("stat").split(')').last().mid(1, 1); }
+
+private:
+    [[nodiscard]] QByteArray angabe(const char *datei) const
+    {
+        return dateiLesen(u"/proc/%1/%2"_s.arg(pid).arg(QLatin1String(datei))).trimmed();
+    }
+
+    const pid_t pid;
+};
+
 } // namespace
 
-class TstLinuxprozesse : public QObject
+class TestLinuxprozesse final : public QObject
 {
     Q_OBJECT
 
@@ -96,7 +138,8 @@ private Q_SLOTS:
     {
         const LinuxProzesse prozesse(werkzeug(R"(printf '%s|' "$@" > "$0.args")"));
         QCOMPARE(prozesse.anzahl(u"a b'$(c)"_s), 0);
-        QCOMPARE(inhalt(ordner->filePath(u"werkzeug.args"_s)), "-x|a b'$(c)|");
+        QCOMPARE(dateiLesen(ordner->filePath(u"werkzeug.args"_s)),
+                 "-x|--runstates|DIKPRSTWt|a b'$(c)|");
     }
 
     void werkzeugFehlt_data()
@@ -137,7 +180,7 @@ private Q_SLOTS:
         uhr.start();
         QCOMPARE(prozesse.anzahl(u"x"_s), 0);
         QVERIFY2(uhr.elapsed() < 10000, QByteArray::number(uhr.elapsed()).constData());
-        const int pid = inhalt(ordner->filePath(u"werkzeug.pid"_s)).trimmed().toInt();
+        const int pid = dateiLesen(ordner->filePath(u"werkzeug.pid"_s)).trimmed().toInt();
         if (pid > 0) { // else it was given up before it could tell
             QTRY_COMPARE(::kill(pid, 0), -1);
         }
@@ -158,6 +201,18 @@ private Q_SLOTS:
             QCOMPARE(prozesse.anzahl(name.chopped(1)), 0);
             QCOMPARE(prozesse.anzahl(name + u'x'), 0);
         }
+        QCOMPARE(prozesse.anzahl(name), 0);
+    }
+
+    void einZombieLaeuftNicht()
+    {
+        const LinuxProzesse prozesse;
+        const QString name = u"kz%1"_s.arg(QCoreApplication::applicationPid());
+        const Kind kind(name.toLatin1());
+        QTRY_COMPARE(prozesse.anzahl(name), 1);
+        kind.toeten();
+        QCOMPARE(kind.name(), name.toLatin1());
+        QCOMPARE(kind.zustand(), "Z");
         QCOMPARE(prozesse.anzahl(name), 0);
     }
 
@@ -262,5 +317,5 @@ private:
     std::unique_ptr<QTemporaryDir> ordner;
 };
 
-QTEST_GUILESS_MAIN(TstLinuxprozesse)
+KALVARO_TEST(TestLinuxprozesse)
 #include "tst_linuxprozesse.moc"

@@ -1,8 +1,8 @@
-#include "desktop/e2e/anzeige.h"
-#include "desktop/testbus.h"
+#include "doubles/testbus.h"
+#include "e2e/anzeige.h"
+#include "testlauf.h"
 
 #include <QDBusConnectionInterface>
-#include <QTest>
 
 #include <memory>
 
@@ -10,11 +10,12 @@ using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // The item in a panel that is in use out there, with its menu opened by real clicks.
-class TestPanel : public QObject
+class TestPanel final : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -63,6 +64,11 @@ QRect unterschied(const QImage &a, const QImage &b, const QImage &nochmal)
 }
 
 } // namespace
+
+void TestPanel::initTestCase()
+{
+    KALVARO_BRAUCHT(u"Xvfb"_s, u"dbus-daemon"_s, u"xfce4-panel"_s, u"xdotool"_s, u"import"_s);
+}
 
 void TestPanel::init()
 {
@@ -164,17 +170,5 @@ void TestPanel::panelKommtSpaeterUndStartetNeu()
     QVERIFY(bald([this] { return !elementSuchen().isEmpty(); }));
 }
 
-int main(int argc, char *argv[])
-{
-    const QString fehlt =
-        fehlendes({u"Xvfb"_s, u"dbus-daemon"_s, u"xfce4-panel"_s, u"xdotool"_s, u"import"_s});
-    if (!fehlt.isEmpty()) {
-        qWarning("skipped: needs %s", qPrintable(fehlt));
-        return uebersprungen;
-    }
-    const QCoreApplication programm(argc, argv);
-    TestPanel test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+KALVARO_TEST(TestPanel)
 #include "tst_panel.moc"

@@ -1,12 +1,11 @@
-#include "desktop/testbus.h"
 #include "doubles/datenordner.h"
+#include "doubles/testbus.h"
 #include "platform/linux/dbusverbindung.h"
+#include "testlauf.h"
 
 #include <QDBusError>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QStandardPaths>
-#include <QTest>
 
 #include <csignal>
 #include <memory>
@@ -57,7 +56,7 @@ private:
 
 } // namespace
 
-class TestEinzelinstanz : public QObject
+class TestEinzelinstanz final : public QObject
 {
     Q_OBJECT
 
@@ -106,9 +105,7 @@ private:
 
 void TestEinzelinstanz::initTestCase()
 {
-    if (!Testbus::vorhanden()) {
-        QSKIP("needs dbus-daemon");
-    }
+    KALVARO_BRAUCHT(u"dbus-daemon"_s);
 }
 
 void TestEinzelinstanz::init()
@@ -246,9 +243,7 @@ void TestEinzelinstanz::derDesktopOeffnet_data()
 
 void TestEinzelinstanz::derDesktopOeffnet()
 {
-    if (QStandardPaths::findExecutable(u"gdbus"_s).isEmpty()) {
-        QSKIP("needs gdbus (libglib2.0-bin)");
-    }
+    KALVARO_BRAUCHT(u"gdbus"_s);
     QFETCH(QStringList, ruf);
     const auto erster = start();
     QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
@@ -262,9 +257,7 @@ void TestEinzelinstanz::derDesktopOeffnet()
 
 void TestEinzelinstanz::gapplicationOeffnet()
 {
-    if (QStandardPaths::findExecutable(u"gapplication"_s).isEmpty()) {
-        QSKIP("needs gapplication (libglib2.0-bin)");
-    }
+    KALVARO_BRAUCHT(u"gapplication"_s);
     const auto erster = start();
     QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
     QCOMPARE(rufen(u"gapplication"_s, {u"launch"_s, u"de.kalvaro.kalvaro"_s}), 0);
@@ -371,5 +364,5 @@ void TestEinzelinstanz::derBusDesBenutzersGilt()
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
-QTEST_GUILESS_MAIN(TestEinzelinstanz)
+KALVARO_TEST(TestEinzelinstanz)
 #include "tst_einzelinstanz.moc"

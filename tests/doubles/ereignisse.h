@@ -1,0 +1,9 @@
+#pragma once
+
+namespace kalvaro {
+
+// Lets happen all that is posted, what that posts in turn, and what is to be deleted later: enough
+// turns of the event loop for a request to go through all its steps. No time passes.
+void ereignisseAbarbeiten();
+
+} // namespace kalvaro
