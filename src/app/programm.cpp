@@ -26,8 +26,8 @@ void schreiben(std::FILE *ziel, const QString &zeilen)
 
 } // namespace
 
-Programm::Programm(const Adapter &geraete, bool bildschirm)
-    : adapter_(geraete)
+Programm::Programm(const Umgebung &umgebung, bool bildschirm)
+    : umgebung_(umgebung)
     , mitBildschirm_(bildschirm)
 {
 }
@@ -42,8 +42,8 @@ bool Programm::hatBildschirm()
 
 void Programm::starten(const Kommandozeile &kommandozeile)
 {
-    adapter_.arbeitsplatz.auftreten(kommandozeile.hintergrund ? Arbeitsplatz::Auftritt::Zubehoer
-                                                              : Arbeitsplatz::Auftritt::Regulaer);
+    umgebung_.arbeitsplatz.auftreten(kommandozeile.hintergrund ? Arbeitsplatz::Auftritt::Zubehoer
+                                                               : Arbeitsplatz::Auftritt::Regulaer);
     const auto konto = Konto::laden();
     if (!konto) {
         ohneKonto(konto.error());
@@ -52,11 +52,11 @@ void Programm::starten(const Kommandozeile &kommandozeile)
     protokoll(u"gestartet (%1, Gerät %2)"_s.arg(VERSION, konto->geraet));
     // Picture mode ends with its window; the controller lives on without one.
     QApplication::setQuitOnLastWindowClosed(kommandozeile.bild.has_value());
+    ablauf_ = std::make_unique<Ablauf>(*konto, umgebung_);
     if (kommandozeile.bild) {
-        bildStarten(*konto, *kommandozeile.bild);
+        bildStarten(*kommandozeile.bild);
     } else {
-        steuerung_ =
-            std::make_unique<Steuerung>(*konto, adapter_, kommandozeile.hintergrund, menueBauen);
+        steuerung_ = std::make_unique<Steuerung>(*ablauf_, kommandozeile.hintergrund, menueBauen);
     }
 }
 
@@ -64,13 +64,6 @@ void Programm::wiederOeffnen()
 {
     if (steuerung_) {
         steuerung_->zeigen(true);
-    }
-}
-
-void Programm::aufgewacht()
-{
-    if (steuerung_) {
-        steuerung_->aufgewacht();
     }
 }
 
@@ -89,17 +82,15 @@ void Programm::ohneKonto(const QString &grund)
     alarm->activateWindow();
 }
 
-void Programm::bildStarten(const Konto &konto, const QString &pfad)
+void Programm::bildStarten(const QString &pfad)
 {
-    bildZentrale_ = std::make_unique<Zentrale>(konto, adapter_.transport);
-    bildEinstellungen_ = std::make_unique<Einstellungen>();
-    const Umgebung umgebung{*bildZentrale_,     *bildEinstellungen_,   adapter_.uhr,
-                            adapter_.rekordbox, adapter_.arbeitsplatz, adapter_.anmeldestart};
-    bildFenster_ = std::make_unique<Hauptfenster>(umgebung, pfad, nullptr);
+    bildFenster_ = std::make_unique<Hauptfenster>(*ablauf_, Verbleib::Allein, pfad);
     menueBauen(*bildFenster_);
     // Whoever asked for the picture learns the verdict as text as well.
     connect(bildFenster_.get(), &Hauptfenster::angezeigt, this,
-            [](const Bewertung &b) { schreiben(stdout, b.titel + u'\n' + b.detail); });
+            [](const QString &titel, const QString &detail) {
+                schreiben(stdout, titel + u'\n' + detail);
+            });
     bildFenster_->starten();
 }
 

@@ -38,6 +38,12 @@ QDateTime Systemuhr::jetzt() const
     return QDateTime::currentDateTime();
 }
 
+std::chrono::milliseconds Systemuhr::laufzeit() const
+{
+    return std::chrono::floor<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
+}
+
 Weckruf Systemuhr::nach(Sekunden dauer, std::function<void()> ruf)
 {
     return std::make_unique<Systemwecker>(dauer, true, std::move(ruf));

@@ -1,7 +1,8 @@
+// What the main window shows: syncs and what they come to, its sheet, its coming and going.
+
 #include "mainwindow/hauptfenster.h"
 
-#include "assessment/bewerten.h"
-#include "foundation/einstellungen.h"
+#include "ablauf/ablauf.h"
 #include "foundation/speicherplatz.h"
 #include "mainwindow/bild.h"
 #include "mainwindow/countdown.h"
@@ -9,7 +10,6 @@
 #include "mainwindow/updatekarte.h"
 #include "mainwindow/zahlenkarte.h"
 #include "platform/arbeitsplatz.h"
-#include "rekordbox/rekordbox.h"
 #include "settingswindow/einstellungenfenster.h"
 #include "ui/knoepfe.h"
 
@@ -27,24 +27,34 @@ constexpr Sekunden bildverzug{0.4};
 
 } // namespace
 
-Hauptfenster::Hauptfenster(const Umgebung &welt, std::optional<QString> bild, Treiber *treiber)
-    : umgebung_(welt)
+Hauptfenster::Hauptfenster(Ablauf &ablauf, Verbleib verbleib, std::optional<QString> bild)
+    : ablauf_(ablauf)
+    , verbleib_(verbleib)
     , bildPfad_(std::move(bild))
-    , steuerung_(treiber)
 {
     aufbauen();
+    startVerfolgen();
+    connect(&ablauf_.wache, &Rekordboxwache::gestartet, this, [this] {
+        if (isVisible()) {
+            rekordboxLaeuftAnzeigen();
+        }
+    });
+    connect(&ablauf_.wache, &Rekordboxwache::beendet, this, [this] {
+        if (isVisible()) {
+            ladenAnzeigen(u"Änderungen werden übertragen …"_s);
+        }
+    });
 }
 
 void Hauptfenster::oeffnen(bool mitAbgleich)
 {
-    umgebung_.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Regulaer);
-    installationen_ = umgebung_.rekordbox.installationen();
+    ablauf_.umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Regulaer);
+    ablauf_.starter.installationenLesen();
     nachVorn();
-    startKnopfAktualisieren();
-    if (umgebung_.rekordbox.laeuft()) {
+    if (!ablauf_.abgleichMoeglich()) {
         rekordboxLaeuftAnzeigen();
     } else if (mitAbgleich) {
-        abgleichen(u"vorstart"_s, true, {});
+        abgleichen(Anlass::Vorstart, !einstellungen_);
     }
 }
 
@@ -52,92 +62,78 @@ void Hauptfenster::nachVorn()
 {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
+    QWidget *vorn = this;
+    if (einstellungen_) {
+        einstellungen_->show();
+        vorn = einstellungen_;
+    }
     if (QGuiApplication::platformName() != u"offscreen"_s) {
-        raise();
-        activateWindow();
+        vorn->raise();
+        vorn->activateWindow();
     }
 }
 
 void Hauptfenster::starten()
 {
     nachVorn();
-    installationen_ = umgebung_.rekordbox.installationen();
-    startKnopfAktualisieren();
-    abgleichen(u"hand"_s, false, [this] {
-        if (!bildPfad_) {
-            return;
-        }
-        bildVerzug_ = umgebung_.uhr.nach(bildverzug, [this] {
-            bildSpeichern(ganz_, *bildPfad_);
-            QCoreApplication::quit();
+    ablauf_.starter.installationenLesen();
+    if (bildPfad_) {
+        connect(this, &Hauptfenster::angezeigt, this, [this] {
+            bildVerzug_ = ablauf_.umgebung.uhr.nach(bildverzug, [this] {
+                bildSpeichern(ganz_, *bildPfad_);
+                QCoreApplication::quit();
+            });
         });
-    });
+    }
+    abgleichen(Anlass::Hand, false);
 }
 
-void Hauptfenster::abgleichen(const QString &anlass, bool autostartErlaubt,
-                              std::function<void()> fertig)
+// One that runs already is not joined. `autostartErlaubt`: an outcome that allows it may start the
+// countdown.
+void Hauptfenster::abgleichen(Anlass anlass, bool autostartErlaubt)
 {
-    const auto rufen = [fertig = std::move(fertig)] {
-        if (fertig) {
-            fertig();
-        }
-    };
-    if (beschaeftigt_) {
-        rufen();
+    if (beschaeftigt()) {
         return;
     }
-    beschaeftigt_ = true;
-    countdownStopp();
-    lnkAbgleich_->setEnabled(false);
-    if (umgebung_.rekordbox.laeuft()) {
+    countdown_->stopp();
+    if (!ablauf_.abgleichMoeglich()) {
         rekordboxLaeuftAnzeigen();
-        beschaeftigt_ = false;
-        lnkAbgleich_->setEnabled(true);
-        rufen();
         return;
     }
-    ladenAnzeigen(anlass == u"nachher"_s ? u"Änderungen werden übertragen …"_s
-                                         : u"Bibliothek wird abgeglichen …"_s);
-    const QPointer<Hauptfenster> ich = this;
-    const auto abschluss = [ich, autostartErlaubt, rufen](const Bewertung &b) {
-        if (ich) {
-            ich->abgeschlossen(b, autostartErlaubt);
-            rufen();
-        }
-    };
-    const auto selbst = [this, anlass, abschluss] {
-        bewerten(umgebung_.zentrale, anlass, this, abschluss);
-    };
-    if (steuerung_) {
-        // A driver that goes takes the answer with it; then the window asks itself.
-        treiberWeg_ = connect(steuerung_, &QObject::destroyed, this, selbst);
-        steuerung_->abgleich(anlass, abschluss);
-    } else {
-        selbst();
-    }
+    gleichtAbSetzen(true);
+    ladenAnzeigen(u"Bibliothek wird abgeglichen …"_s);
+    ablauf_.abgleicher.abgleich(anlass, this, [this, autostartErlaubt](const Bewertung &b) {
+        abgeschlossen(b, autostartErlaubt);
+    });
 }
 
 void Hauptfenster::abgeschlossen(const Bewertung &b, bool autostartErlaubt)
 {
-    disconnect(treiberWeg_);
     ergebnisAnzeigen(b);
-    beschaeftigt_ = false;
-    lnkAbgleich_->setEnabled(true);
-    // Nothing counts down in a window that the user has put away meanwhile.
-    if (autostartErlaubt && umgebung_.einst.autostart && b.startbar &&
-        !umgebung_.rekordbox.laeuft() && gewaehlt() && isVisible()) {
+    gleichtAbSetzen(false);
+    // Nothing counts down in a window that the user has put away meanwhile, nor behind its sheet.
+    const bool imBlick = isVisible() && !einstellungen_;
+    if (autostartErlaubt && ablauf_.einst.autostart && b.startbar && imBlick && !beschaeftigt() &&
+        ablauf_.abgleichMoeglich() && ablauf_.starter.gewaehlt()) {
         countdown_->start(u"start"_s, countdownSekunden);
     }
 }
 
-void Hauptfenster::zeige(const QString &art, const QString &titel, const QString &detail)
+void Hauptfenster::gleichtAbSetzen(bool gleichtAb)
 {
-    karteStatus_->zeige(art, titel, detail);
+    gleichtAb_ = gleichtAb;
+    ablauf_.starter.fensterGleichtAb(gleichtAb);
+    lnkAbgleich_->setEnabled(!beschaeftigt());
+}
+
+bool Hauptfenster::beschaeftigt() const
+{
+    return gleichtAb_ || ablauf_.starter.imFenster();
 }
 
 void Hauptfenster::ladenAnzeigen(const QString &titel)
 {
-    zeige(u"laden"_s, titel, u"kalvaro vergleicht diesen Mac mit der Cloud"_s);
+    karteStatus_->laden(titel, u"kalvaro vergleicht diesen Mac mit der Cloud"_s);
 }
 
 void Hauptfenster::anzeigen(const Bewertung &b)
@@ -146,10 +142,10 @@ void Hauptfenster::anzeigen(const Bewertung &b)
     if (b.neueVersion && b.updateAdresse) {
         karteUpdate_->zeige(*b.neueVersion, *b.updateAdresse);
     }
-    zeige(b.art, b.titel, b.detail);
+    karteStatus_->zeige(b.art, b.titel, b.detail);
     karteStatus_->betriebZeigen(b.betrieb);
-    karteZahlen_->zeige(b.antwort, freiAufMac(), umgebung_.uhr.jetzt());
-    Q_EMIT angezeigt(b);
+    karteZahlen_->zeige(b.antwort, freiAufMac(), ablauf_.umgebung.uhr.jetzt());
+    Q_EMIT angezeigt(b.titel, b.detail);
 }
 
 void Hauptfenster::ergebnisAnzeigen(const Bewertung &b)
@@ -158,52 +154,34 @@ void Hauptfenster::ergebnisAnzeigen(const Bewertung &b)
     startKnopfAktualisieren();
 }
 
-void Hauptfenster::rekordboxLaeuftAnzeigen()
-{
-    countdownStopp();
-    zeige(u"aus"_s, u"rekordbox läuft"_s,
-          u"Nach dem Beenden überträgt kalvaro deine Änderungen automatisch."_s);
-    startKnopfAktualisieren();
-}
-
-void Hauptfenster::startKnopfAktualisieren()
-{
-    const auto i = gewaehlt();
-    const bool laeuft = i && umgebung_.rekordbox.hauptLaeuft();
-    const QString titel = !i       ? u"rekordbox nicht gefunden"_s
-                          : laeuft ? u"rekordbox läuft"_s
-                                   : u"rekordbox "_s + i->version + u" starten"_s;
-    titelSetzen(*knStart_, titel);
-    knStart_->setEnabled(i && !laeuft);
-}
-
 void Hauptfenster::verstecken()
 {
-    countdownStopp();
+    countdown_->stopp();
+    if (einstellungen_) {
+        einstellungen_->hide();
+    }
     hide();
-    umgebung_.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Zubehoer);
-}
-
-std::optional<Installation> Hauptfenster::gewaehlt() const
-{
-    return Rekordbox::gewaehlt(installationen_, umgebung_.einst);
+    ablauf_.umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Zubehoer);
 }
 
 void Hauptfenster::einstellungenOeffnen()
 {
-    countdownStopp();
+    countdown_->stopp();
     if (einstellungen_) {
         einstellungen_->raise();
         return;
     }
-    einstellungen_ =
-        new EinstellungenFenster({umgebung_.zentrale, umgebung_.einst, umgebung_.anmeldestart,
-                                  installationen_, letzte_ ? letzte_->betrieb : QString()},
-                                 this);
+    einstellungen_ = new EinstellungenFenster(
+        {ablauf_.zentrale, ablauf_.einst, ablauf_.umgebung.anmeldestart,
+         ablauf_.starter.installationen(), letzte_ ? letzte_->betrieb : QString()},
+        this);
     einstellungen_->setAttribute(Qt::WA_DeleteOnClose);
     connect(einstellungen_, &QDialog::finished, this, [this](int ergebnis) {
         if (ergebnis == QDialog::Accepted) {
-            cbAuto_->setChecked(umgebung_.einst.autostart);
+            cbAuto_->setChecked(ablauf_.einst.autostart);
+            if (!ablauf_.einst.autostart) {
+                countdown_->stopp();
+            }
             startKnopfAktualisieren();
         }
         einstellungen_.clear();
@@ -216,10 +194,14 @@ void Hauptfenster::closeEvent(QCloseEvent *event)
 {
     // Never refused: a refused close would hold up the end of the session.
     event->accept();
-    if (!steuerung_) {
+    switch (verbleib_) {
+    case Verbleib::Allein:
         QCoreApplication::quit();
-    } else if (!endgueltig_) {
-        verstecken();
+        break;
+    case Verbleib::Menueleiste:
+        if (!endgueltig_) {
+            verstecken();
+        }
     }
 }
 

@@ -2,14 +2,13 @@
 
 #include "mainwindow/hauptfenster.h"
 
-#include "foundation/einstellungen.h"
+#include "ablauf/ablauf.h"
 #include "foundation/konstanten.h"
 #include "mainwindow/countdown.h"
 #include "mainwindow/statuskarte.h"
 #include "mainwindow/updatekarte.h"
 #include "mainwindow/zahlenkarte.h"
 #include "platform/arbeitsplatz.h"
-#include "server/zentrale.h"
 #include "ui/beschriftung.h"
 #include "ui/karte.h"
 #include "ui/knoepfe.h"
@@ -66,7 +65,7 @@ void Hauptfenster::aufbauen()
     ganz_ = new Grund;
     ganz_->setObjectName(u"ganz"_s);
     karteUpdate_ = new Updatekarte;
-    karteStatus_ = new Statuskarte(umgebung_.uhr);
+    karteStatus_ = new Statuskarte(ablauf_.umgebung.uhr);
     karteZahlen_ = new Zahlenkarte;
     auto *const reihe = new QVBoxLayout(ganz_);
     reihe->setContentsMargins(24, 20, 24, 16);
@@ -79,23 +78,23 @@ void Hauptfenster::aufbauen()
     reihe->addStretch();
     connect(karteUpdate_, &Updatekarte::gedrueckt, this, [this](const QString &adresse) {
         if (const auto url = updateUrl(adresse)) {
-            umgebung_.arbeitsplatz.oeffnen(*url);
+            ablauf_.umgebung.arbeitsplatz.oeffnen(*url);
         }
     });
 
-    auto *const rollbereich = new QScrollArea;
-    rollbereich->setFrameShape(QFrame::NoFrame);
-    rollbereich->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    rollbereich->setWidgetResizable(true);
-    rollbereich->setFocusPolicy(Qt::NoFocus);
-    rollbereich->setWidget(ganz_);
+    rollbereich_ = new QScrollArea;
+    rollbereich_->setFrameShape(QFrame::NoFrame);
+    rollbereich_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    rollbereich_->setWidgetResizable(true);
+    rollbereich_->setFocusPolicy(Qt::NoFocus);
+    rollbereich_->setWidget(ganz_);
     auto *const rahmen = new QVBoxLayout(this);
     rahmen->setContentsMargins(0, 0, 0, 0);
-    rahmen->addWidget(rollbereich);
+    rahmen->addWidget(rollbereich_);
 
     ganz_->installEventFilter(this);
     aktionenAnlegen();
-    zeige(u"laden"_s, u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
+    karteStatus_->laden(u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
     knStart_->setFocus();
     groesseAnpassen();
     move(screen()->availableGeometry().center() - rect().center());
@@ -105,7 +104,7 @@ QWidget *Hauptfenster::kopfzeile() const
 {
     Beschriftung *const name = beschriftung(u"kalvaro"_s, 26, QFont::Bold);
     Beschriftung *const zeile =
-        beschriftung(u"rekordbox-Bibliothek · "_s + umgebung_.zentrale.konto().name, 12.5,
+        beschriftung(u"rekordbox-Bibliothek · "_s + ablauf_.zentrale.konto().name, 12.5,
                      QFont::Normal, Farbe::sekundaer);
     zeile->setObjectName(u"lblKonto"_s);
     QWidget *const texte = stapel({name, zeile}, Qt::Vertical, 0);
@@ -120,7 +119,7 @@ QWidget *Hauptfenster::startbereich()
     knStart_->setObjectName(u"knStart"_s);
     connect(knStart_, &QPushButton::clicked, this, &Hauptfenster::rekordboxStarten);
 
-    countdown_ = new Countdown(umgebung_.uhr);
+    countdown_ = new Countdown(ablauf_.umgebung.uhr);
     connect(countdown_, &Countdown::abgelaufen, this, [this](const QString &art) {
         if (art == u"start"_s) {
             rekordboxStarten();
@@ -130,7 +129,7 @@ QWidget *Hauptfenster::startbereich()
     cbAuto_ = new Haken(u"rekordbox beim Öffnen automatisch starten\n"
                         "(5 Sekunden, nachdem der Abgleich fertig ist)"_s);
     cbAuto_->setObjectName(u"cbAuto"_s);
-    cbAuto_->setChecked(umgebung_.einst.autostart);
+    cbAuto_->setChecked(ablauf_.einst.autostart);
     connect(cbAuto_, &QCheckBox::clicked, this, &Hauptfenster::autoGeaendert);
 
     return stapel({knStart_, countdown_, cbAuto_}, Qt::Vertical, 10);
@@ -142,7 +141,7 @@ QWidget *Hauptfenster::fusszeile()
         verweis(u"Einstellungen …"_s, this, [this] { einstellungenOeffnen(); });
     lnkEinstellungen->setObjectName(u"lnkEinstellungen"_s);
     lnkAbgleich_ =
-        verweis(u"Jetzt abgleichen"_s, this, [this] { abgleichen(u"hand"_s, false, {}); });
+        verweis(u"Jetzt abgleichen"_s, this, [this] { abgleichen(Anlass::Hand, false); });
     lnkAbgleich_->setObjectName(u"lnkAbgleich"_s);
     Beschriftung *const version =
         beschriftung(u"Version "_s + VERSION, 11, QFont::Normal, Farbe::tertiaer);
@@ -169,16 +168,12 @@ void Hauptfenster::aktionenAnlegen()
         return aktion;
     };
     aktionen_.ueber = anlegen(u"Über kalvaro"_s, {}, [this] { Q_EMIT ueberGewuenscht(); });
-    aktionen_.ausblenden = anlegen(u"kalvaro ausblenden"_s, Qt::CTRL | Qt::Key_H, [this] {
-        if (steuerung_) {
-            verstecken();
-        } else {
-            showMinimized();
-        }
-    });
-    aktionen_.beenden = anlegen(u"kalvaro beenden"_s, Qt::CTRL | Qt::Key_Q, [this] {
-        if (steuerung_) {
-            steuerung_->beenden();
+    const bool bleibt = verbleib_ == Verbleib::Menueleiste;
+    aktionen_.ausblenden = anlegen(u"kalvaro ausblenden"_s, Qt::CTRL | Qt::Key_H,
+                                   [this, bleibt] { bleibt ? verstecken() : showMinimized(); });
+    aktionen_.beenden = anlegen(u"kalvaro beenden"_s, Qt::CTRL | Qt::Key_Q, [this, bleibt] {
+        if (bleibt) {
+            Q_EMIT beendenGewuenscht();
         } else {
             close();
         }
@@ -204,7 +199,7 @@ void Hauptfenster::keyPressEvent(QKeyEvent *event)
         }
         break;
     case Qt::Key_Escape:
-        countdownStopp();
+        countdown_->stopp();
         break;
     default:
         QWidget::keyPressEvent(event);
@@ -229,8 +224,7 @@ void Hauptfenster::groesseAnpassen()
     const int breite = std::max(fensterbreite, ganz_->layout()->totalMinimumSize().width());
     const int inhalt = ganz_->layout()->totalHeightForWidth(breite);
     const int platz = screen()->availableGeometry().height() - titelleiste - menue;
-    const auto *const rollbereich = findChild<QScrollArea *>();
-    const int leiste = inhalt > platz ? rollbereich->verticalScrollBar()->sizeHint().width() : 0;
+    const int leiste = inhalt > platz ? rollbereich_->verticalScrollBar()->sizeHint().width() : 0;
     setFixedSize(breite + leiste, menue + std::min(inhalt, platz));
     // What has grown past the lower edge of the screen moves up.
     const QRect frei = screen()->availableGeometry();

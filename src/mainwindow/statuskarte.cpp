@@ -11,8 +11,6 @@
 #include <QBoxLayout>
 #include <QEvent>
 
-#include <algorithm>
-
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
@@ -27,36 +25,35 @@ constexpr int mindesthoehe = 96;
 
 struct Aussehen
 {
-    QString art;
     QString symbol;
     Farbton toenung;
     Farbton fuellung;
     Farbton schrift;
 };
 
-const Aussehen &aussehen(const QString &art)
+Aussehen aussehen(Art art)
 {
-    static const Aussehen arten[] = {
-        {u"gut"_s, u"checkmark.circle.fill"_s, Farbe::systemGruen, Farbe::gutWeich, Farbe::gut},
-        {u"warn"_s, u"exclamationmark.circle.fill"_s, Farbe::systemOrange, Farbe::warnWeich,
-         Farbe::warn},
-        {u"krit"_s, u"exclamationmark.octagon.fill"_s, Farbe::systemRot, Farbe::kritWeich,
-         Farbe::krit},
-        {u"aus"_s, u"play.circle.fill"_s, Farbe::akzent, Farbe::durchsichtig, Farbe::schrift},
-    };
-    static const Aussehen sonst{{}, {}, Farbe::schrift, Farbe::durchsichtig, Farbe::schrift};
-    const auto *const gefunden = std::find_if(std::begin(arten), std::end(arten),
-                                              [&](const Aussehen &a) { return a.art == art; });
-    return gefunden == std::end(arten) ? sonst : *gefunden;
+    switch (art) {
+    case Art::Gut:
+        return {u"checkmark.circle.fill"_s, Farbe::systemGruen, Farbe::gutWeich, Farbe::gut};
+    case Art::Warn:
+        return {u"exclamationmark.circle.fill"_s, Farbe::systemOrange, Farbe::warnWeich,
+                Farbe::warn};
+    case Art::Krit:
+        return {u"exclamationmark.octagon.fill"_s, Farbe::systemRot, Farbe::kritWeich, Farbe::krit};
+    case Art::Aus:
+        return {u"play.circle.fill"_s, Farbe::akzent, Farbe::durchsichtig, Farbe::schrift};
+    }
+    Q_UNREACHABLE();
 }
 
 } // namespace
 
-Statuskarte::Statuskarte(Uhr &zeit, QWidget *parent)
+Statuskarte::Statuskarte(Uhr &uhr, QWidget *parent)
     : Karte(parent)
-    , uhr_(zeit)
+    , uhr_(uhr)
     , bildZeichen_(new Zeichen(zeichengroesse))
-    , rad_(new Rad(zeit))
+    , rad_(new Rad(uhr))
     , lblTitel_(beschriftung({}, 17, QFont::DemiBold))
     , lblDetail_(beschriftung({}, 12, QFont::Normal, Farbe::sekundaer, detailbreite))
     , pille_(new Pille)
@@ -94,27 +91,34 @@ Statuskarte::Statuskarte(Uhr &zeit, QWidget *parent)
     setMinimumHeight(qRound(mindesthoehe * schriftfaktor()));
 }
 
-void Statuskarte::zeige(const QString &art, const QString &titel, const QString &detail)
+void Statuskarte::zeige(Art art, const QString &titel, const QString &detail)
 {
-    const Aussehen &neu = aussehen(art);
-    const bool laedt = art == u"laden"_s;
+    const Aussehen neu = aussehen(art);
     art_ = art;
-    setFuellung(neu.fuellung);
-    lblTitel_->setFarbe(neu.schrift);
-    hintergrundMelden();
-
     ladeUhr_.reset();
-    bildZeichen_->setVisible(!laedt);
-    rad_->setVisible(laedt);
-    if (laedt) {
-        rad_->drehen();
-        ladeText_ = detail;
-        ladeBeginn_ = uhr_.jetzt();
-        ladeUhr_ = uhr_.alle(Sekunden(1), [this] { ladetakt(); });
-    } else {
-        rad_->anhalten();
-        bildZeichen_->setzen(neu.symbol, neu.toenung, titel);
-    }
+    rad_->anhalten();
+    bildZeichen_->setzen(neu.symbol, neu.toenung, titel);
+    setzen(titel, detail, neu.schrift, neu.fuellung);
+}
+
+void Statuskarte::laden(const QString &titel, const QString &detail)
+{
+    art_.reset();
+    rad_->drehen();
+    ladeText_ = detail;
+    ladeBeginn_ = uhr_.laufzeit();
+    ladeUhr_ = uhr_.alle(Sekunden(1), [this] { ladetakt(); });
+    setzen(titel, detail, Farbe::schrift, Farbe::durchsichtig);
+}
+
+void Statuskarte::setzen(const QString &titel, const QString &detail, Farbton schrift,
+                         Farbton grund)
+{
+    setFuellung(grund);
+    lblTitel_->setFarbe(schrift);
+    hintergrundMelden();
+    bildZeichen_->setVisible(art_.has_value());
+    rad_->setVisible(!art_);
     lblTitel_->textSetzen(titel);
     lblDetail_->textSetzen(detail);
 
@@ -127,7 +131,7 @@ void Statuskarte::zeige(const QString &art, const QString &titel, const QString 
 
 void Statuskarte::ladetakt()
 {
-    const qint64 sekunden = std::max<qint64>(0, ladeBeginn_.msecsTo(uhr_.jetzt()) / 1000);
+    const qint64 sekunden = (uhr_.laufzeit() - ladeBeginn_) / std::chrono::seconds(1);
     lblDetail_->textLautlosSetzen(ladeText_ + u"  (%1 s)"_s.arg(sekunden));
 }
 

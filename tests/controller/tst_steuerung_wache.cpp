@@ -2,9 +2,9 @@
 // wakes.
 
 #include "steuerungsprobe.h"
+#include "testlauf.h"
 
 #include <QJsonArray>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -334,5 +334,5 @@ private:
     std::unique_ptr<Steuerungsprobe> p;
 };
 
-QTEST_MAIN(TestSteuerungWache)
+KALVARO_FENSTERTEST(TestSteuerungWache)
 #include "tst_steuerung_wache.moc"

@@ -3,6 +3,7 @@
 #include "foundation/einmalruf.h"
 #include "platform/buendel.h"
 #include "platform/linux/loesen.h"
+#include "platform/linux/logindwache.h"
 #include "platform/linux/startfehler.h"
 
 #include <QCoreApplication>
@@ -142,6 +143,13 @@ QList<QByteArray> umgebung()
 
 } // namespace
 
+LinuxArbeitsplatz::LinuxArbeitsplatz(Uhr &uhr)
+    : uhr_(uhr)
+{
+}
+
+LinuxArbeitsplatz::~LinuxArbeitsplatz() = default;
+
 void LinuxArbeitsplatz::starten(const QString &buendel, QObject *besitzer, Rueckruf fertig)
 {
     const auto scheitern = [&](const QString &grund) {
@@ -168,6 +176,11 @@ void LinuxArbeitsplatz::oeffnen(const QUrl &adresse)
         QMetaObject::invokeMethod(
             qApp, [adresse] { QDesktopServices::openUrl(adresse); }, Qt::QueuedConnection);
     }
+}
+
+void LinuxArbeitsplatz::beiAufwachen(std::function<void()> geweckt)
+{
+    wache_ = geweckt ? std::make_unique<Logindwache>(uhr_, std::move(geweckt)) : nullptr;
 }
 
 void LinuxArbeitsplatz::auftreten(Auftritt /*auftritt*/)

@@ -1,4 +1,4 @@
-#include "controller/rekordboxwache.h"
+#include "ablauf/rekordboxwache.h"
 
 #include "platform/prozesse.h"
 #include "rekordbox/rekordbox.h"
@@ -9,18 +9,16 @@ namespace kalvaro {
 
 namespace {
 
-constexpr qint64 laengstesSpeichern = 90'000; // milliseconds
+constexpr std::chrono::seconds laengstesSpeichern{90};
 
 } // namespace
 
-Rekordboxwache::Rekordboxwache(Uhr &zeit, const Prozesse &liste, const Rekordbox &rekordbox,
-                               QObject *parent)
-    : QObject(parent)
-    , uhr_(zeit)
-    , prozesse_(liste)
+Rekordboxwache::Rekordboxwache(const Uhr &uhr, const Prozesse &prozesse, const Rekordbox &rekordbox)
+    : uhr_(uhr)
+    , prozesse_(prozesse)
     , rekordbox_(rekordbox)
     , rbLief_(rekordboxOffen())
-    , rbEnde_(zeit.jetzt())
+    , rbEnde_(uhr.laufzeit())
 {
 }
 
@@ -42,13 +40,13 @@ void Rekordboxwache::wachen()
     } else if (!offen && rbLief_) {
         rbLief_ = false;
         wartetAufAgent_ = true;
-        rbEnde_ = uhr_.jetzt();
+        rbEnde_ = uhr_.laufzeit();
         Q_EMIT geschlossen();
     }
     if (!wartetAufAgent_) {
         return;
     }
-    if (rbEnde_.msecsTo(uhr_.jetzt()) <= laengstesSpeichern && rekordbox_.laeuft()) {
+    if (uhr_.laufzeit() - rbEnde_ <= laengstesSpeichern && rekordbox_.laeuft()) {
         return;
     }
     wartetAufAgent_ = false;

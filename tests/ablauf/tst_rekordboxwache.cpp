@@ -1,12 +1,12 @@
 // What the watch sees of rekordbox and what it reports, tick by tick.
 
-#include "controller/rekordboxwache.h"
+#include "ablauf/rekordboxwache.h"
 
 #include "doubles/fakeprozesse.h"
 #include "doubles/testuhr.h"
 #include "rekordbox/rekordbox.h"
+#include "testlauf.h"
 
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -231,5 +231,5 @@ private:
     QStringList verlauf;
 };
 
-QTEST_GUILESS_MAIN(TestRekordboxwache)
+KALVARO_TEST(TestRekordboxwache)
 #include "tst_rekordboxwache.moc"
