@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // The five addresses: what they answer, and what they refuse.
@@ -351,7 +352,7 @@ void TestDemocloud::anfragenWerdenGemerkt()
     QCOMPARE(anfragen[0].methode, QByteArray("GET"));
     QCOMPARE(anfragen[0].pfad, u"/api/stand"_s);
     QCOMPARE(anfragen[0].abfrage, QByteArray("geraet=demo-mac"));
-    QCOMPARE(anfragen[0].parameter("geraet"), u"demo-mac"_s);
+    QCOMPARE(anfragen[0].parameter(u"geraet"_s), u"demo-mac"_s);
     QCOMPARE(anfragen[0].kopfzeile("x-schluessel"), QByteArray("demo-schluessel"));
     QCOMPARE(anfragen[0].kopfzeile("REMOTE_ADDR"), QByteArray());
     QCOMPARE(anfragen[1].methode, QByteArray("POST"));

@@ -1,8 +1,9 @@
 #include "abruf.h"
-#include "andere.h"
+#include "welt.h"
 
 #include <QTest>
 
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // What a sync does to the world, and how the world moves with the clock.

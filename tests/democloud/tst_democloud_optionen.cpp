@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // The command line, without a process.

@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // Every state that can be forced.

@@ -6,6 +6,7 @@
 
 #include <vector>
 
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // The server on the wire: ports, its end, and clients that keep to no rule.

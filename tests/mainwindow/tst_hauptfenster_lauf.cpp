@@ -6,6 +6,7 @@
 #include <QTest>
 
 using namespace kalvaro;
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // One whole run against the demo cloud over a real connection; only the seconds are virtual.

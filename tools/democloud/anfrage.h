@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace kalvaro::democloud {
+
 // A request as the cloud received it.
 struct Anfrage
 {
@@ -13,12 +15,12 @@ struct Anfrage
     QString pfad;            // without the query
     QByteArray abfrage = {}; // the query as sent, without "?"
     QList<std::pair<QByteArray, QByteArray>> kopf = {};
-    QByteArray inhalt = {}; // empty for requests refused before their body was read
+    QByteArray inhalt = {}; // read for POST only
 
     // The first header of that name (any case), or an empty value.
     [[nodiscard]] QByteArray kopfzeile(const QByteArray &name) const;
     // The decoded query parameter; empty when missing. "+" stands for itself, as in RFC 3986.
-    [[nodiscard]] QString parameter(const QByteArray &name) const;
+    [[nodiscard]] QString parameter(const QString &name) const;
 };
 
 struct Antwort
@@ -27,3 +29,5 @@ struct Antwort
     QByteArray inhalt = {};
     QByteArray erlaubt = {}; // value of the header "Allow"; empty: none
 };
+
+} // namespace kalvaro::democloud

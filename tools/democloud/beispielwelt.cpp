@@ -2,30 +2,14 @@
 
 #include "bibliothek.h"
 
+namespace kalvaro::democloud {
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr qint64 playlisten = 184;
 constexpr qint64 letzterAbgleichVorSekunden = 1800;
-
-Statistik statistik(const QDateTime &jetzt)
-{
-    return {.titel = 12'483,
-            .hotCues = 38'112,
-            .dateigroesse = 123'456'000'000,
-            .analysiert = 12'310,
-            .analysegroesse = 5'210'000'000,
-            .stand = jetzt.addSecs(-letzterAbgleichVorSekunden).toString(u"yyyy-MM-dd HH:mm:ss"_s)};
-}
-
-Geraet geraet()
-{
-    return {.name = u"demo-mac"_s,
-            .fuerGeraet = {{u"djmdContent"_s, 24}, {u"djmdCue"_s, 61}, {u"djmdPlaylist"_s, 2}},
-            .fuerZentrale = {{u"djmdContent"_s, 3}, {u"djmdCue"_s, 11}, {u"djmdPlaylist"_s, 1}},
-            .lokal = {playlistUuid(1), playlistUuid(4)}};
-}
 
 QList<AnderesGeraet> andere()
 {
@@ -47,13 +31,37 @@ QList<AnderesGeraet> andere()
 
 Welt beispielwelt(const QDateTime &jetzt)
 {
+    const Unterschiede wartende = beispielunterschiede(Beispiel::Gross);
     Welt welt;
-    welt.statistik = statistik(jetzt);
-    welt.geraete = {geraet()};
+    welt.statistik = {.titel = 12'483,
+                      .hotCues = 38'112,
+                      .dateigroesse = 123'456'000'000,
+                      .analysiert = 12'310,
+                      .analysegroesse = 5'210'000'000,
+                      .stand = zeitpunkt(jetzt.addSecs(-letzterAbgleichVorSekunden))};
+    welt.geraete = {{.name = u"demo-mac"_s,
+                     .fuerGeraet = wartende.geraet,
+                     .fuerZentrale = wartende.zentrale,
+                     .lokal = {playlistUuid(1), playlistUuid(4)}}};
     welt.andere = andere();
     welt.nachRekordbox = {{u"djmdContent"_s, 2}, {u"djmdCue"_s, 6}, {u"djmdHistory"_s, 1}};
     playlistenErzeugen(welt, playlisten);
     return welt;
+}
+
+Unterschiede beispielunterschiede(Beispiel beispiel)
+{
+    switch (beispiel) {
+    case Beispiel::Nichts:
+        break;
+    case Beispiel::Klein:
+        return {.zentrale = {{u"djmdCue"_s, 11}, {u"djmdHistory"_s, 1}},
+                .geraet = {{u"djmdCue"_s, 4}, {u"contentFile"_s, 7}}};
+    case Beispiel::Gross:
+        return {.zentrale = {{u"djmdContent"_s, 3}, {u"djmdCue"_s, 11}, {u"djmdPlaylist"_s, 1}},
+                .geraet = {{u"djmdContent"_s, 24}, {u"djmdCue"_s, 61}, {u"djmdPlaylist"_s, 2}}};
+    }
+    return {};
 }
 
 void playlistenErzeugen(Welt &welt, qint64 anzahl)
@@ -61,3 +69,5 @@ void playlistenErzeugen(Welt &welt, qint64 anzahl)
     welt.playlisten = bibliothek(anzahl);
     welt.statistik.playlisten = anzahl;
 }
+
+} // namespace kalvaro::democloud

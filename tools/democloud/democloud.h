@@ -1,13 +1,18 @@
 #pragma once
 
-#include "anfrage.h"
-#include "szenario.h"
-#include "welt.h"
+#include "antworten.h"
 
+#include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <memory>
-#include <optional>
-#include <tl/expected.hpp>
+#include <mutex>
+
+namespace kalvaro::democloud {
+
+class Httpserver;
+
+inline constexpr double laengsteDauer = 86'400; // s that a sync may take
 
 struct DemocloudOptionen
 {
@@ -16,9 +21,9 @@ struct DemocloudOptionen
     double dauer = 0;                                       // seconds that a sync takes
     Szenario szenario = Szenario::Keins;
     std::optional<Welt> welt = {}; // absent: beispielwelt() for the start of the clock
-    // The world's clock, called from the server's threads; absent: the system's. It does not drive
+    // The world's clock, called under the lock from the server's threads. It does not drive
     // `dauer`, which passes in real time.
-    std::function<QDateTime()> uhr = {};
+    std::function<QDateTime()> uhr = [] { return QDateTime::currentDateTime(); };
 };
 
 // The demo cloud: an HTTP server on 127.0.0.1 with a world behind it that lives as long as this
@@ -49,13 +54,39 @@ public:
 
     // Both hold for syncs under way too: a test starts a sync that takes an hour, looks, and lets
     // it end with setDauer(0).
-    void setDauer(double sekunden);
+    void setDauer(double sekunden); // 0 to laengsteDauer
     void setSzenario(Szenario szenario);
     // A copy of the world, and a change to it between two requests.
     [[nodiscard]] Welt welt() const;
     void aendern(const std::function<void(Welt &)> &aenderung);
 
 private:
-    struct Innen;
-    std::unique_ptr<Innen> innen_;
+    using Sperre = std::unique_lock<std::mutex>;
+
+    // Called by the server's threads. A sync keeps its caller for the set duration, or until
+    // beenden().
+    [[nodiscard]] Antwort antworten(const Anfrage &anfrage);
+    [[nodiscard]] Antwort abgleichen(const Anfrage &anfrage, Sperre &sperre);
+    [[nodiscard]] std::optional<Antwort> erzwungenerServerfehler() const;
+    // False when the cloud ends first.
+    [[nodiscard]] bool dauerAbwarten(Sperre &sperre);
+    // The world as it is now.
+    [[nodiscard]] Umstaende umstaende();
+
+    const QByteArray schluessel_;
+    const std::function<QDateTime()> uhr_;
+
+    int port_;
+    std::unique_ptr<Httpserver> server_; // while it serves
+
+    mutable std::mutex mutex_; // guards everything below
+    std::condition_variable geaendert_;
+    Welt welt_;
+    Szenario szenario_;
+    double dauer_;           // seconds
+    QSet<QString> laufende_; // devices whose sync is under way
+    QList<Anfrage> anfragen_;
+    bool ende_ = false; // nobody waits any more
 };
+
+} // namespace kalvaro::democloud

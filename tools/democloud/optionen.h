@@ -2,6 +2,8 @@
 
 #include "democloud.h"
 
+namespace kalvaro::democloud {
+
 // The command line of kalvaro-democloud.
 struct Programmoptionen
 {
@@ -16,9 +18,12 @@ struct Abbruch
     QString meldung; // one German sentence
 };
 
-// `argumente` without the program's name; `jetzt` dates the world of the first start.
+// `argumente` without the program's name; `jetzt` dates the world of the first start. Of an option
+// that stands more than once the last one holds, but for "--geraet".
 [[nodiscard]] tl::expected<Programmoptionen, Abbruch> optionenLesen(const QStringList &argumente,
                                                                     const QDateTime &jetzt);
 
 // What --help prints.
 [[nodiscard]] QString hilfetext();
+
+} // namespace kalvaro::democloud
