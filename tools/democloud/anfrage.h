@@ -2,8 +2,9 @@
 
 #include <QByteArray>
 #include <QList>
-#include <QString>
+#include <QUrlQuery>
 
+#include <algorithm>
 #include <utility>
 
 namespace kalvaro::democloud {
@@ -18,9 +19,18 @@ struct Anfrage
     QByteArray inhalt = {}; // read for POST only
 
     // The first header of that name (any case), or an empty value.
-    [[nodiscard]] QByteArray kopfzeile(const QByteArray &name) const;
+    [[nodiscard]] QByteArray kopfzeile(const QByteArray &name) const
+    {
+        const auto treffer = std::find_if(kopf.begin(), kopf.end(), [&](const auto &zeile) {
+            return zeile.first.compare(name, Qt::CaseInsensitive) == 0;
+        });
+        return treffer == kopf.end() ? QByteArray() : treffer->second;
+    }
     // The decoded query parameter; empty when missing. "+" stands for itself, as in RFC 3986.
-    [[nodiscard]] QString parameter(const QString &name) const;
+    [[nodiscard]] QString parameter(const QString &name) const
+    {
+        return QUrlQuery(QString::fromUtf8(abfrage)).queryItemValue(name, QUrl::FullyDecoded);
+    }
 };
 
 struct Antwort

@@ -113,13 +113,6 @@ tl::expected<QJsonObject, Antwort> objektAus(const QByteArray &inhalt, const QSt
     return dokument.object();
 }
 
-Antwort statusAntwort(const Umstaende &umstaende)
-{
-    return {.inhalt = bytes(QJsonObject{{u"zustand"_s, u"bereit"_s},
-                                        {u"betrieb"_s, name(umstaende.welt.betrieb)},
-                                        {u"zeit"_s, zeitpunkt(umstaende.jetzt)}})};
-}
-
 Antwort abgleichAntwort(const Umstaende &umstaende, const Geraet &geraet, const Abgleich &abgleich)
 {
     const Welt &welt = umstaende.welt;
@@ -139,7 +132,16 @@ Antwort abgleichAntwort(const Umstaende &umstaende, const Geraet &geraet, const 
     return {.inhalt = bytes(objekt)};
 }
 
-Antwort standAntwort(const Umstaende &umstaende, const Anfrage &anfrage)
+namespace {
+
+Antwort status(const Umstaende &umstaende)
+{
+    return {.inhalt = bytes(QJsonObject{{u"zustand"_s, u"bereit"_s},
+                                        {u"betrieb"_s, name(umstaende.welt.betrieb)},
+                                        {u"zeit"_s, zeitpunkt(umstaende.jetzt)}})};
+}
+
+Antwort stand(const Umstaende &umstaende, const Anfrage &anfrage)
 {
     const QString gefragt = anfrage.parameter(u"geraet"_s);
     if (gefragt.isEmpty()) {
@@ -156,7 +158,7 @@ Antwort standAntwort(const Umstaende &umstaende, const Anfrage &anfrage)
                                         {u"andere"_s, andere(umstaende, *geraet)}})};
 }
 
-Antwort playlistenAntwort(const Umstaende &umstaende, const Anfrage &anfrage)
+Antwort playlisten(const Umstaende &umstaende, const Anfrage &anfrage)
 {
     const QString gefragt = anfrage.parameter(u"geraet"_s);
     const QString gemeint = gefragt.isEmpty() ? umstaende.welt.geraete.value(0).name : gefragt;
@@ -169,7 +171,7 @@ Antwort playlistenAntwort(const Umstaende &umstaende, const Anfrage &anfrage)
     return {.inhalt = "{\"lokal\":" + lokal + ",\"playlisten\":" + umstaende.welt.playlisten + '}'};
 }
 
-Antwort einstellungenAntwort(const Umstaende &umstaende, const Anfrage &anfrage)
+Antwort einstellungen(const Umstaende &umstaende, const Anfrage &anfrage)
 {
     const auto inhalt = objektAus(anfrage.inhalt, {u"geraet"_s});
     if (!inhalt) {
@@ -191,6 +193,16 @@ Antwort einstellungenAntwort(const Umstaende &umstaende, const Anfrage &anfrage)
     geraet->lokal.removeDuplicates();
     return {.inhalt = bytes(QJsonObject{{u"geraet"_s, geraet->name},
                                         {u"lokal"_s, QJsonArray::fromStringList(geraet->lokal)}})};
+}
+
+} // namespace
+
+Antwort antwort(const Umstaende &umstaende, const Anfrage &anfrage)
+{
+    return anfrage.pfad == u"/api/status"_s       ? status(umstaende)
+           : anfrage.pfad == u"/api/stand"_s      ? stand(umstaende, anfrage)
+           : anfrage.pfad == u"/api/playlisten"_s ? playlisten(umstaende, anfrage)
+                                                  : einstellungen(umstaende, anfrage);
 }
 
 } // namespace kalvaro::democloud

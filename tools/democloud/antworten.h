@@ -33,12 +33,9 @@ struct Umstaende
 [[nodiscard]] tl::expected<QJsonObject, Antwort> objektAus(const QByteArray &inhalt,
                                                            const QStringList &texte);
 
-[[nodiscard]] Antwort statusAntwort(const Umstaende &umstaende);
+// The answer to everything but a sync; keeps the chosen playlists.
+[[nodiscard]] Antwort antwort(const Umstaende &umstaende, const Anfrage &anfrage);
 [[nodiscard]] Antwort abgleichAntwort(const Umstaende &umstaende, const Geraet &geraet,
                                       const Abgleich &abgleich);
-[[nodiscard]] Antwort standAntwort(const Umstaende &umstaende, const Anfrage &anfrage);
-[[nodiscard]] Antwort playlistenAntwort(const Umstaende &umstaende, const Anfrage &anfrage);
-// Keeps the chosen playlists.
-[[nodiscard]] Antwort einstellungenAntwort(const Umstaende &umstaende, const Anfrage &anfrage);
 
 } // namespace kalvaro::democloud

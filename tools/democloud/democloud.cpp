@@ -14,11 +14,6 @@ namespace {
 
 constexpr qsizetype meisteAnfragen = 20'000; // kept for anfragen(); the oldest go first
 
-Antwort amEnde()
-{
-    return fehlerAntwort(503, u"Die Cloud wird gerade beendet."_s);
-}
-
 } // namespace
 
 Democloud::Democloud(DemocloudOptionen optionen)
@@ -64,16 +59,6 @@ void Democloud::beenden()
         geaendert_.notify_all();
     }
     server_.reset();
-}
-
-int Democloud::port() const
-{
-    return port_;
-}
-
-QString Democloud::adresse() const
-{
-    return u"http://127.0.0.1:%1"_s.arg(port_);
 }
 
 QList<Anfrage> Democloud::anfragen() const
@@ -134,26 +119,14 @@ Antwort Democloud::antworten(const Anfrage &anfrage)
     if (feste != welt_.festeAntworten.cend()) {
         return *feste;
     }
-    if (anfrage.pfad == u"/api/status"_s) {
-        return statusAntwort(umstaende());
+    if (anfrage.pfad != u"/api/status"_s) {
+        geaendert_.wait(sperre, [&] { return ende_ || szenario_ != Szenario::Stumm; });
+        if (const auto gestoert = stoerung()) {
+            return *gestoert;
+        }
     }
-    geaendert_.wait(sperre, [&] { return ende_ || szenario_ != Szenario::Stumm; });
-    if (ende_) {
-        return amEnde();
-    }
-    if (const auto serverfehler = erzwungenerServerfehler()) {
-        return *serverfehler;
-    }
-    if (anfrage.pfad == u"/api/stand"_s) {
-        return standAntwort(umstaende(), anfrage);
-    }
-    if (anfrage.pfad == u"/api/playlisten"_s) {
-        return playlistenAntwort(umstaende(), anfrage);
-    }
-    if (anfrage.pfad == u"/api/einstellungen"_s) {
-        return einstellungenAntwort(umstaende(), anfrage);
-    }
-    return abgleichen(anfrage, sperre);
+    return anfrage.pfad == u"/api/abgleich"_s ? abgleichen(anfrage, sperre)
+                                              : antwort(umstaende(), anfrage);
 }
 
 Antwort Democloud::abgleichen(const Anfrage &anfrage, Sperre &sperre)
@@ -171,17 +144,14 @@ Antwort Democloud::abgleichen(const Anfrage &anfrage, Sperre &sperre)
         return abgleichAntwort(umstaende(), *geraet, abgleichMit(*geraet, u"laeuft_schon"_s));
     }
     laufende_.insert(name);
-    const bool fertig = dauerAbwarten(sperre);
+    dauerAbwarten(sperre);
     laufende_.remove(name);
-    if (!fertig) {
-        return amEnde();
+    if (const auto gestoert = stoerung()) {
+        return *gestoert;
     }
     geraet = finde(welt_, name); // the world may have been changed meanwhile
     if (geraet == nullptr) {
         return unbekanntesGeraet(name);
-    }
-    if (const auto serverfehler = erzwungenerServerfehler()) {
-        return *serverfehler;
     }
     const Umstaende jetzige = umstaende();
     const QString anlass = inhalt->value(u"anlass"_s).toString();
@@ -191,31 +161,30 @@ Antwort Democloud::abgleichen(const Anfrage &anfrage, Sperre &sperre)
                                : erzwungen(szenario_, welt_, *geraet));
 }
 
-std::optional<Antwort> Democloud::erzwungenerServerfehler() const
+void Democloud::dauerAbwarten(Sperre &sperre)
 {
+    using Takt = std::chrono::steady_clock;
+    const auto beginn = Takt::now();
+    const auto frist = [&] {
+        const bool stumm = szenario_ == Szenario::Stumm; // for a day, that is
+        const double dauer = stumm ? laengsteDauer : std::clamp(dauer_, 0.0, laengsteDauer);
+        return beginn + std::chrono::round<Takt::duration>(std::chrono::duration<double>(dauer));
+    };
+    while (!ende_ && Takt::now() < frist()) {
+        geaendert_.wait_until(sperre, frist());
+    }
+}
+
+std::optional<Antwort> Democloud::stoerung() const
+{
+    if (ende_) {
+        return fehlerAntwort(503, u"Die Cloud wird gerade beendet."_s);
+    }
     if (szenario_ == Szenario::Serverfehler) {
         return fehlerAntwort(500, u"Die Datenbank der Cloud antwortet nicht."_s);
     }
     return szenario_ == Szenario::ServerfehlerOhneText ? std::optional(Antwort{.status = 500})
                                                        : std::nullopt;
-}
-
-bool Democloud::dauerAbwarten(Sperre &sperre)
-{
-    using Takt = std::chrono::steady_clock;
-    const Takt::time_point beginn = Takt::now();
-    while (!ende_) {
-        const std::chrono::duration<double> dauer(std::clamp(dauer_, 0.0, laengsteDauer));
-        const Takt::time_point frist = beginn + std::chrono::duration_cast<Takt::duration>(dauer);
-        if (szenario_ == Szenario::Stumm) {
-            geaendert_.wait(sperre);
-        } else if (Takt::now() >= frist) {
-            return true;
-        } else {
-            geaendert_.wait_until(sperre, frist);
-        }
-    }
-    return false;
 }
 
 Umstaende Democloud::umstaende()

@@ -43,8 +43,11 @@ public:
     // Ends within a fraction of a second, whatever is in flight: syncs under way answer 503 and
     // change nothing. Idempotent.
     void beenden();
-    [[nodiscard]] int port() const;        // 0 before the first start
-    [[nodiscard]] QString adresse() const; // "http://127.0.0.1:" and the port
+    [[nodiscard]] int port() const { return port_; } // 0 before the first start
+    [[nodiscard]] QString adresse() const
+    {
+        return QStringLiteral("http://127.0.0.1:%1").arg(port_);
+    }
 
     // What was asked, oldest first (the last 20,000), recorded before it is answered.
     [[nodiscard]] QList<Anfrage> anfragen() const;
@@ -67,9 +70,9 @@ private:
     // beenden().
     [[nodiscard]] Antwort antworten(const Anfrage &anfrage);
     [[nodiscard]] Antwort abgleichen(const Anfrage &anfrage, Sperre &sperre);
-    [[nodiscard]] std::optional<Antwort> erzwungenerServerfehler() const;
-    // False when the cloud ends first.
-    [[nodiscard]] bool dauerAbwarten(Sperre &sperre);
+    void dauerAbwarten(Sperre &sperre); // returns early when the cloud ends
+    // Why there is no other answer now: the cloud ends, or a scenario wants an error.
+    [[nodiscard]] std::optional<Antwort> stoerung() const;
     // The world as it is now.
     [[nodiscard]] Umstaende umstaende();
 

@@ -2,7 +2,6 @@
 
 #include "antworten.h"
 
-#include <array>
 #include <chrono>
 #include <thread>
 
@@ -24,10 +23,6 @@ constexpr const char *adresse = "127.0.0.1";
 // seconds for a large list, for nothing on loopback.
 constexpr const char *json = "application/json; charset=utf-8";
 
-// Added to the headers by the library itself; no client sent them.
-constexpr std::array<std::string_view, 4> vonDerBibliothek{"REMOTE_ADDR", "REMOTE_PORT",
-                                                           "LOCAL_ADDR", "LOCAL_PORT"};
-
 Anfrage uebersetzt(const httplib::Request &req)
 {
     Anfrage anfrage{.methode = QByteArray::fromStdString(req.method),
@@ -37,8 +32,8 @@ Anfrage uebersetzt(const httplib::Request &req)
         anfrage.abfrage = QByteArray::fromStdString(req.target.substr(frage + 1));
     }
     for (const auto &[name, wert] : req.headers) {
-        if (std::find(vonDerBibliothek.begin(), vonDerBibliothek.end(), name) ==
-            vonDerBibliothek.end()) {
+        // The library adds addresses and ports under names that no client sends.
+        if (!name.starts_with("REMOTE_") && !name.starts_with("LOCAL_")) {
             anfrage.kopf.append({QByteArray::fromStdString(name), QByteArray::fromStdString(wert)});
         }
     }
