@@ -17,6 +17,7 @@ private Q_SLOTS:
     void ohneOptionen();
     void alleOptionen();
     void mehrereGeraete();
+    void derLetzteWertGilt();
     void optionenAendernDieWelt();
     void hilfeGewinnt();
     void hilfeNenntAlles();
@@ -87,6 +88,16 @@ void TestDemocloudOptionen::mehrereGeraete()
     }
     QCOMPARE(namen, QStringList({u"a"_s, u"b"_s, u"demo-mac"_s}));
     QCOMPARE(lesen({u"--geraet=demo-mac"_s})->cloud.welt->geraete.size(), 1);
+}
+
+void TestDemocloudOptionen::derLetzteWertGilt()
+{
+    const auto optionen =
+        lesen({u"--port=1"_s, u"--dauer=1"_s, u"--port=2"_s, u"--dauer"_s, u"3"_s});
+
+    QVERIFY(optionen.has_value());
+    QCOMPARE(optionen->cloud.port, 2);
+    QCOMPARE(optionen->cloud.dauer, 3.0);
 }
 
 void TestDemocloudOptionen::optionenAendernDieWelt()
