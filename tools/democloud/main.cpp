@@ -25,7 +25,11 @@ sigset_t endsignaleSperren()
 
 int abbrechen(const Abbruch &abbruch)
 {
-    QTextStream(stderr) << u"kalvaro-democloud: %1\n"_s.arg(abbruch.meldung);
+    if (abbruch.ausgang == 0) {
+        QTextStream(stdout) << abbruch.meldung;
+    } else {
+        QTextStream(stderr) << u"kalvaro-democloud: %1\n"_s.arg(abbruch.meldung);
+    }
     return abbruch.ausgang;
 }
 
@@ -56,10 +60,6 @@ int main(int argc, char **argv)
     if (!optionen) {
         return abbrechen(optionen.error());
     }
-    if (optionen->hilfe) {
-        QTextStream(stdout) << hilfetext();
-        return 0;
-    }
-    Democloud cloud(optionen->cloud);
+    Democloud cloud(*optionen);
     return laufenLassen(cloud, signale);
 }

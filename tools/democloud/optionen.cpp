@@ -142,10 +142,31 @@ QString lesefehler(const QCommandLineParser &parser, const QStringList &argument
     return u"Der Option „%1“ fehlt der Wert."_s.arg(argumente.last());
 }
 
+QString hilfetext()
+{
+    QString text = u"Aufruf: kalvaro-democloud [Optionen]\n\n"
+                   "Eine Demo-Cloud für kalvaro auf 127.0.0.1. Den gewählten Port nennt die erste\n"
+                   "Zeile der Ausgabe als „port=ZAHL“. Strg+C oder SIGTERM beendet sie.\n\n"
+                   "Optionen:\n"_s;
+    for (const Option &option : bekannte) {
+        const QString links = u"--%1 %2"_s.arg(option.name, option.wert);
+        text += u"  %1  %2\n"_s.arg(links, -20).arg(option.hilfe);
+    }
+    text += u"\nSzenarien:\n"_s;
+    for (const Szenarioeintrag &eintrag : szenarien()) {
+        text += u"  %1  %2\n"_s.arg(eintrag.name, -28).arg(eintrag.beschreibung);
+    }
+    text +=
+        u"\nOhne „--welt“ gibt es eine Beispielwelt: Änderungen in beide Richtungen beim ersten\n"
+        "Abgleich, danach immer wieder neue von zwei anderen Geräten. Das Format einer\n"
+        "eigenen Welt steht in tools/democloud/README.md.\n"_s;
+    return text;
+}
+
 } // namespace
 
-tl::expected<Programmoptionen, Abbruch> optionenLesen(const QStringList &argumente,
-                                                      const QDateTime &jetzt)
+tl::expected<DemocloudOptionen, Abbruch> optionenLesen(const QStringList &argumente,
+                                                       const QDateTime &jetzt)
 {
     QCommandLineParser parser;
     for (const Option &option : bekannte) {
@@ -153,7 +174,7 @@ tl::expected<Programmoptionen, Abbruch> optionenLesen(const QStringList &argumen
     }
     const bool lesbar = parser.parse(QStringList{u"kalvaro-democloud"_s} + argumente);
     if (parser.isSet(u"help"_s)) {
-        return Programmoptionen{.cloud = {}, .hilfe = true};
+        return tl::unexpected(Abbruch{.ausgang = 0, .meldung = hilfetext()});
     }
     if (!lesbar || !parser.positionalArguments().isEmpty()) {
         return tl::unexpected(falsch(lesefehler(parser, argumente)));
@@ -178,28 +199,7 @@ tl::expected<Programmoptionen, Abbruch> optionenLesen(const QStringList &argumen
             }
         }
     }
-    return Programmoptionen{.cloud = std::move(cloud)};
-}
-
-QString hilfetext()
-{
-    QString text = u"Aufruf: kalvaro-democloud [Optionen]\n\n"
-                   "Eine Demo-Cloud für kalvaro auf 127.0.0.1. Den gewählten Port nennt die erste\n"
-                   "Zeile der Ausgabe als „port=ZAHL“. Strg+C oder SIGTERM beendet sie.\n\n"
-                   "Optionen:\n"_s;
-    for (const Option &option : bekannte) {
-        const QString links = u"--%1 %2"_s.arg(option.name, option.wert);
-        text += u"  %1  %2\n"_s.arg(links, -20).arg(option.hilfe);
-    }
-    text += u"\nSzenarien:\n"_s;
-    for (const Szenarioeintrag &eintrag : szenarien()) {
-        text += u"  %1  %2\n"_s.arg(eintrag.name, -28).arg(eintrag.beschreibung);
-    }
-    text +=
-        u"\nOhne „--welt“ gibt es eine Beispielwelt: Änderungen in beide Richtungen beim ersten\n"
-        "Abgleich, danach immer wieder neue von zwei anderen Geräten. Das Format einer\n"
-        "eigenen Welt steht in tools/democloud/README.md.\n"_s;
-    return text;
+    return cloud;
 }
 
 } // namespace kalvaro::democloud
