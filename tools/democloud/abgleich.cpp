@@ -1,7 +1,5 @@
 #include "abgleich.h"
 
-#include "beispielwelt.h"
-
 namespace kalvaro::democloud {
 
 using namespace Qt::StringLiterals;
@@ -21,6 +19,21 @@ QJsonObject json(const Unterschiede &unterschiede)
 {
     return {{u"aendert_zentrale"_s, json(unterschiede.zentrale)},
             {u"aendert_geraet"_s, json(unterschiede.geraet)}};
+}
+
+Unterschiede unterschiede(Beispiel beispiel)
+{
+    switch (beispiel) {
+    case Beispiel::Nichts:
+        break;
+    case Beispiel::Klein:
+        return {.zentrale = {{u"djmdCue"_s, 11}, {u"djmdHistory"_s, 1}},
+                .geraet = {{u"djmdCue"_s, 4}, {u"contentFile"_s, 7}}};
+    case Beispiel::Gross:
+        return {.zentrale = {{u"djmdContent"_s, 3}, {u"djmdCue"_s, 11}, {u"djmdPlaylist"_s, 1}},
+                .geraet = {{u"djmdContent"_s, 24}, {u"djmdCue"_s, 61}, {u"djmdPlaylist"_s, 2}}};
+    }
+    return {};
 }
 
 Abgleich vergleichen(Geraet &geraet, const Unterschiede &gefunden)
@@ -71,10 +84,9 @@ Abgleich erzwungen(Szenario szenario, const Welt &welt, const Geraet &geraet)
 {
     const Szenarioeintrag &eintrag = szenarien()[static_cast<std::size_t>(szenario)];
     Abgleich abgleich =
-        abgleichMit(geraet, eintrag.zustand.toString(), beispielunterschiede(eintrag.aenderungen));
+        abgleichMit(geraet, eintrag.zustand.toString(), unterschiede(eintrag.aenderungen));
     if (eintrag.vergleich) {
-        abgleich.geraet.insert(u"schatten_ergebnis"_s,
-                               json(beispielunterschiede(*eintrag.vergleich)));
+        abgleich.geraet.insert(u"schatten_ergebnis"_s, json(unterschiede(*eintrag.vergleich)));
     }
     if (szenario == Szenario::Verschoben) {
         abgleich.ergebnis.insert(u"hinweis"_s, u"die Musikplatte wird gerade gesichert"_s);

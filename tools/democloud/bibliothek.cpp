@@ -119,9 +119,4 @@ QByteArray bibliothek(qint64 anzahl)
     return json + ']';
 }
 
-QString playlistUuid(qint64 nummer)
-{
-    return uuid(nummer + 1).toString(QUuid::WithoutBraces);
-}
-
 } // namespace kalvaro::democloud

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
 
 namespace kalvaro::democloud {
 
@@ -13,8 +12,5 @@ inline constexpr int meistePlaylisten = 1'000'000;
 // The JSON array "playlisten" with `anzahl` playlists in folders, three levels deep at least and
 // deeper with size (seven for 100,000); the folders come on top of the number.
 [[nodiscard]] QByteArray bibliothek(qint64 anzahl);
-
-// The uuid of the generated playlist number `nummer` (from 0).
-[[nodiscard]] QString playlistUuid(qint64 nummer);
 
 } // namespace kalvaro::democloud

@@ -84,10 +84,11 @@ QString playlistenUebernehmen(DemocloudOptionen &cloud, const QString &wert)
 {
     const auto anzahl = ganzzahl(wert, meistePlaylisten);
     if (anzahl) {
-        playlistenErzeugen(*cloud.welt, *anzahl);
-        return {};
+        cloud.welt->playlisten = bibliothek(*anzahl);
+        cloud.welt->statistik.playlisten = *anzahl;
     }
-    return u"„%1“ ist keine Anzahl von Playlisten (0 bis %2)."_s.arg(wert).arg(meistePlaylisten);
+    return anzahl ? QString()
+                  : u"„%1“ ist keine Anzahl von Playlisten (0 bis 1000000)."_s.arg(wert);
 }
 
 struct Option

@@ -1,7 +1,6 @@
 #include "weltdatei.h"
 
 #include "antworten.h"
-#include "beispielwelt.h"
 #include "bibliothek.h"
 
 #include <QFile>
@@ -177,7 +176,8 @@ void playlistenLesen(Welt &welt, const Stelle &stelle)
     if (stelle.wert.isArray()) {
         welt.playlisten = QJsonDocument(stelle.wert.toArray()).toJson(QJsonDocument::Compact);
     } else if (stelle.wert.isDouble()) {
-        playlistenErzeugen(welt, stelle.ganzzahl(0, meistePlaylisten));
+        welt.statistik.playlisten = stelle.ganzzahl(0, meistePlaylisten);
+        welt.playlisten = bibliothek(welt.statistik.playlisten);
     } else if (!stelle.fehlt()) {
         stelle.melden(u"eine Liste [ … ] oder eine Anzahl wird erwartet"_s);
     }
