@@ -53,7 +53,7 @@ struct Stelle
     }
     [[nodiscard]] QString pflichttext() const
     {
-        const QString gelesener = text();
+        QString gelesener = text();
         if (gelesener.isEmpty()) {
             melden(u"ein Text wird erwartet, der nicht leer ist"_s);
         }
