@@ -1,11 +1,8 @@
 #pragma once
 
 #include <QByteArray>
-#include <QList>
+#include <QHash>
 #include <QUrlQuery>
-
-#include <algorithm>
-#include <utility>
 
 namespace kalvaro::democloud {
 
@@ -13,18 +10,15 @@ namespace kalvaro::democloud {
 struct Anfrage
 {
     QByteArray methode;
-    QString pfad;            // without the query
-    QByteArray abfrage = {}; // the query as sent, without "?"
-    QList<std::pair<QByteArray, QByteArray>> kopf = {};
-    QByteArray inhalt = {}; // read for POST only
+    QString pfad;                            // without the query
+    QByteArray abfrage = {};                 // the query as sent, without "?"
+    QHash<QByteArray, QByteArray> kopf = {}; // by name in lower case
+    QByteArray inhalt = {};                  // read for POST only
 
-    // The first header of that name (any case), or an empty value.
+    // The header of that name (any case), or an empty value.
     [[nodiscard]] QByteArray kopfzeile(const QByteArray &name) const
     {
-        const auto treffer = std::find_if(kopf.begin(), kopf.end(), [&](const auto &zeile) {
-            return zeile.first.compare(name, Qt::CaseInsensitive) == 0;
-        });
-        return treffer == kopf.end() ? QByteArray() : treffer->second;
+        return kopf.value(name.toLower());
     }
     // The decoded query parameter; empty when missing. "+" stands for itself, as in RFC 3986.
     [[nodiscard]] QString parameter(const QString &name) const

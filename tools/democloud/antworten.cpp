@@ -53,6 +53,67 @@ QJsonArray andere(const Umstaende &umstaende, const Geraet &geraet)
     return liste;
 }
 
+Antwort status(const Umstaende &umstaende)
+{
+    return {.inhalt = bytes(QJsonObject{{u"zustand"_s, u"bereit"_s},
+                                        {u"betrieb"_s, name(umstaende.welt.betrieb)},
+                                        {u"zeit"_s, zeitpunkt(umstaende.jetzt)}})};
+}
+
+Antwort stand(const Umstaende &umstaende, const Anfrage &anfrage)
+{
+    const QString gefragt = anfrage.parameter(u"geraet"_s);
+    if (gefragt.isEmpty()) {
+        return fehlerAntwort(400, u"In der Anfrage fehlt der Parameter „geraet“."_s);
+    }
+    const Geraet *const geraet = finde(umstaende.welt, gefragt);
+    if (geraet == nullptr) {
+        return unbekanntesGeraet(gefragt);
+    }
+    return {.inhalt = bytes(QJsonObject{{u"geraet"_s, geraet->name},
+                                        {u"betrieb"_s, name(umstaende.welt.betrieb)},
+                                        {u"ausstehend"_s, wartetEtwas(geraet->fuerGeraet)},
+                                        {u"stand"_s, umstaende.welt.statistik.stand},
+                                        {u"andere"_s, andere(umstaende, *geraet)}})};
+}
+
+Antwort playlisten(const Umstaende &umstaende, const Anfrage &anfrage)
+{
+    const QString gefragt = anfrage.parameter(u"geraet"_s);
+    const QString gemeint = gefragt.isEmpty() ? umstaende.welt.geraete.value(0).name : gefragt;
+    const Geraet *const geraet = finde(umstaende.welt, gemeint);
+    if (geraet == nullptr) {
+        return unbekanntesGeraet(gemeint);
+    }
+    // The list can be large and is kept serialised.
+    const QByteArray lokal = bytes(QJsonArray::fromStringList(geraet->lokal));
+    return {.inhalt = "{\"lokal\":" + lokal + ",\"playlisten\":" + umstaende.welt.playlisten + '}'};
+}
+
+Antwort einstellungen(const Umstaende &umstaende, const Anfrage &anfrage)
+{
+    const auto inhalt = objektAus(anfrage.inhalt, {u"geraet"_s});
+    if (!inhalt) {
+        return inhalt.error();
+    }
+    const QJsonValue lokal = inhalt->value(u"lokal"_s);
+    const QJsonArray uuids = lokal.toArray();
+    const bool texte = std::all_of(uuids.begin(), uuids.end(),
+                                   [](const QJsonValue &uuid) { return uuid.isString(); });
+    if (!lokal.isArray() || !texte) {
+        return fehlerAntwort(400, u"In der Anfrage fehlt die Liste „lokal“ von Texten."_s);
+    }
+    const QString gefragt = inhalt->value(u"geraet"_s).toString();
+    Geraet *const geraet = finde(umstaende.welt, gefragt);
+    if (geraet == nullptr) {
+        return unbekanntesGeraet(gefragt);
+    }
+    geraet->lokal = lokal.toVariant().toStringList();
+    geraet->lokal.removeDuplicates();
+    return {.inhalt = bytes(QJsonObject{{u"geraet"_s, geraet->name},
+                                        {u"lokal"_s, QJsonArray::fromStringList(geraet->lokal)}})};
+}
+
 } // namespace
 
 QStringList wege()
@@ -131,71 +192,6 @@ Antwort abgleichAntwort(const Umstaende &umstaende, const Geraet &geraet, const 
     }
     return {.inhalt = bytes(objekt)};
 }
-
-namespace {
-
-Antwort status(const Umstaende &umstaende)
-{
-    return {.inhalt = bytes(QJsonObject{{u"zustand"_s, u"bereit"_s},
-                                        {u"betrieb"_s, name(umstaende.welt.betrieb)},
-                                        {u"zeit"_s, zeitpunkt(umstaende.jetzt)}})};
-}
-
-Antwort stand(const Umstaende &umstaende, const Anfrage &anfrage)
-{
-    const QString gefragt = anfrage.parameter(u"geraet"_s);
-    if (gefragt.isEmpty()) {
-        return fehlerAntwort(400, u"In der Anfrage fehlt der Parameter „geraet“."_s);
-    }
-    const Geraet *const geraet = finde(umstaende.welt, gefragt);
-    if (geraet == nullptr) {
-        return unbekanntesGeraet(gefragt);
-    }
-    return {.inhalt = bytes(QJsonObject{{u"geraet"_s, geraet->name},
-                                        {u"betrieb"_s, name(umstaende.welt.betrieb)},
-                                        {u"ausstehend"_s, wartetEtwas(geraet->fuerGeraet)},
-                                        {u"stand"_s, umstaende.welt.statistik.stand},
-                                        {u"andere"_s, andere(umstaende, *geraet)}})};
-}
-
-Antwort playlisten(const Umstaende &umstaende, const Anfrage &anfrage)
-{
-    const QString gefragt = anfrage.parameter(u"geraet"_s);
-    const QString gemeint = gefragt.isEmpty() ? umstaende.welt.geraete.value(0).name : gefragt;
-    const Geraet *const geraet = finde(umstaende.welt, gemeint);
-    if (geraet == nullptr) {
-        return unbekanntesGeraet(gemeint);
-    }
-    // The list can be large and is kept serialised.
-    const QByteArray lokal = bytes(QJsonArray::fromStringList(geraet->lokal));
-    return {.inhalt = "{\"lokal\":" + lokal + ",\"playlisten\":" + umstaende.welt.playlisten + '}'};
-}
-
-Antwort einstellungen(const Umstaende &umstaende, const Anfrage &anfrage)
-{
-    const auto inhalt = objektAus(anfrage.inhalt, {u"geraet"_s});
-    if (!inhalt) {
-        return inhalt.error();
-    }
-    const QJsonValue lokal = inhalt->value(u"lokal"_s);
-    const QJsonArray uuids = lokal.toArray();
-    const bool texte = std::all_of(uuids.begin(), uuids.end(),
-                                   [](const QJsonValue &uuid) { return uuid.isString(); });
-    if (!lokal.isArray() || !texte) {
-        return fehlerAntwort(400, u"In der Anfrage fehlt die Liste „lokal“ von Texten."_s);
-    }
-    const QString gefragt = inhalt->value(u"geraet"_s).toString();
-    Geraet *const geraet = finde(umstaende.welt, gefragt);
-    if (geraet == nullptr) {
-        return unbekanntesGeraet(gefragt);
-    }
-    geraet->lokal = lokal.toVariant().toStringList();
-    geraet->lokal.removeDuplicates();
-    return {.inhalt = bytes(QJsonObject{{u"geraet"_s, geraet->name},
-                                        {u"lokal"_s, QJsonArray::fromStringList(geraet->lokal)}})};
-}
-
-} // namespace
 
 Antwort antwort(const Umstaende &umstaende, const Anfrage &anfrage)
 {

@@ -10,12 +10,6 @@ namespace kalvaro::democloud {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr qsizetype meisteAnfragen = 20'000; // kept for anfragen(); the oldest go first
-
-} // namespace
-
 Democloud::Democloud(DemocloudOptionen optionen)
     : schluessel_(optionen.schluessel.toUtf8())
     , uhr_(std::move(optionen.uhr))

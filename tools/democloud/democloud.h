@@ -12,7 +12,8 @@ namespace kalvaro::democloud {
 
 class Httpserver;
 
-inline constexpr double laengsteDauer = 86'400; // s that a sync may take
+inline constexpr double laengsteDauer = 86'400;     // s that a sync may take
+inline constexpr qsizetype meisteAnfragen = 20'000; // recorded; the oldest go first
 
 struct DemocloudOptionen
 {
@@ -49,7 +50,7 @@ public:
         return QStringLiteral("http://127.0.0.1:%1").arg(port_);
     }
 
-    // What was asked, oldest first (the last 20,000), recorded before it is answered.
+    // What was asked, oldest first (the last meisteAnfragen), recorded before it is answered.
     [[nodiscard]] QList<Anfrage> anfragen() const;
     void anfragenVergessen();
     // Devices whose sync is under way.

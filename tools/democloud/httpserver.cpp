@@ -34,7 +34,8 @@ Anfrage uebersetzt(const httplib::Request &req)
     for (const auto &[name, wert] : req.headers) {
         // The library adds addresses and ports under names that no client sends.
         if (!name.starts_with("REMOTE_") && !name.starts_with("LOCAL_")) {
-            anfrage.kopf.append({QByteArray::fromStdString(name), QByteArray::fromStdString(wert)});
+            anfrage.kopf.insert(QByteArray::fromStdString(name).toLower(),
+                                QByteArray::fromStdString(wert));
         }
     }
     return anfrage;

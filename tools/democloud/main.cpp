@@ -33,20 +33,6 @@ int abbrechen(const Abbruch &abbruch)
     return abbruch.ausgang;
 }
 
-int laufenLassen(Democloud &cloud, const sigset_t &signale)
-{
-    if (const auto begonnen = cloud.starten(); !begonnen) {
-        return abbrechen({.ausgang = 1, .meldung = begonnen.error()});
-    }
-    QTextStream(stdout) << u"port=%1\n"_s.arg(cloud.port());
-    QTextStream(stderr) << u"Die Demo-Cloud lauscht auf %1 – Strg+C beendet sie.\n"_s.arg(
-        cloud.adresse());
-    int signal = 0;
-    sigwait(&signale, &signal);
-    cloud.beenden();
-    return 0;
-}
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -61,5 +47,13 @@ int main(int argc, char **argv)
         return abbrechen(optionen.error());
     }
     Democloud cloud(*optionen);
-    return laufenLassen(cloud, signale);
+    if (const auto begonnen = cloud.starten(); !begonnen) {
+        return abbrechen({.ausgang = 1, .meldung = begonnen.error()});
+    }
+    QTextStream(stdout) << u"port=%1\n"_s.arg(cloud.port());
+    QTextStream(stderr) << u"Die Demo-Cloud lauscht auf %1 – Strg+C beendet sie.\n"_s.arg(
+        cloud.adresse());
+    int signal = 0;
+    sigwait(&signale, &signal);
+    return 0;
 }

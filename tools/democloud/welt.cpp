@@ -91,11 +91,6 @@ qint64 ankuenfte(const AnderesGeraet &geraet, double sekunden)
     return static_cast<qint64>(std::floor((sekunden - erste) / geraet.periode)) + 1;
 }
 
-double Welt::alter(const QDateTime &jetzt) const
-{
-    return static_cast<double>(beginn.msecsTo(jetzt)) / 1000.0;
-}
-
 void fortschreiben(Welt &welt, const QDateTime &jetzt)
 {
     for (AnderesGeraet &anderes : welt.andere) {

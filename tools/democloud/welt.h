@@ -3,7 +3,6 @@
 #include "anfrage.h"
 
 #include <QDateTime>
-#include <QHash>
 #include <QMap>
 #include <QStringList>
 
@@ -117,7 +116,10 @@ struct Welt
     QHash<QString, Antwort> festeAntworten;          // by path, for example "/api/stand"
 
     // Seconds from the beginning to `jetzt`.
-    [[nodiscard]] double alter(const QDateTime &jetzt) const;
+    [[nodiscard]] double alter(const QDateTime &jetzt) const
+    {
+        return static_cast<double>(beginn.msecsTo(jetzt)) / 1000.0;
+    }
 };
 
 // Brings everything that arrived from other devices until `jetzt` into the central library and

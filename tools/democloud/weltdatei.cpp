@@ -136,22 +136,21 @@ Geraet geraet(const Stelle &stelle)
     return gelesenes;
 }
 
-QList<Geraet> geraete(const Stelle &stelle)
+void geraeteLesen(Welt &welt, const Stelle &stelle)
 {
-    QList<Geraet> gelesene;
-    QStringList namen;
     const QList<Stelle> elemente = stelle.liste();
     for (const Stelle &element : elemente) {
-        gelesene.append(geraet(element));
-        if (namen.contains(gelesene.last().name)) {
-            element[u"name"_s].melden(u"„%1“ kommt zweimal vor"_s.arg(gelesene.last().name));
+        const Geraet neues = geraet(element);
+        if (finde(welt, neues.name) != nullptr) {
+            element[u"name"_s].melden(u"„%1“ kommt zweimal vor"_s.arg(neues.name));
         }
-        namen.append(gelesene.last().name);
+        welt.geraete.append(neues);
     }
-    if (gelesene.isEmpty()) {
+    if (stelle.fehlt()) {
+        welt.geraete = {{.name = u"demo-mac"_s}};
+    } else if (elemente.isEmpty()) {
         stelle.melden(u"mindestens ein Gerät wird gebraucht"_s);
     }
-    return gelesene;
 }
 
 AnderesGeraet anderes(const Stelle &stelle)
@@ -215,8 +214,7 @@ Welt gelesen(const Stelle &stelle)
     }
     playlistenLesen(welt, stelle[u"playlisten"_s]);
     welt.statistik = statistik(stelle[u"statistik"_s], welt.statistik.playlisten);
-    const Stelle eigene = stelle[u"geraete"_s];
-    welt.geraete = eigene.fehlt() ? QList<Geraet>{{.name = u"demo-mac"_s}} : geraete(eigene);
+    geraeteLesen(welt, stelle[u"geraete"_s]);
     const QList<Stelle> andere = stelle[u"andere"_s].liste();
     for (const Stelle &element : andere) {
         welt.andere.append(anderes(element));
@@ -237,7 +235,7 @@ tl::expected<Welt, QString> weltLaden(const QString &pfad)
 {
     QFile datei(pfad);
     const QFileInfo angaben(pfad);
-    if (angaben.isDir() || !datei.open(QIODevice::ReadOnly)) {
+    if (!datei.open(QIODevice::ReadOnly)) {
         return tl::unexpected(
             u"Welt „%1“: %2."_s.arg(pfad, !angaben.exists() ? u"die Datei gibt es nicht"_s
                                           : angaben.isDir() ? u"das ist ein Ordner"_s
