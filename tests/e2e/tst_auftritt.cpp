@@ -16,6 +16,7 @@
 #include <optional>
 
 using namespace kalvaro;
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -4,6 +4,7 @@
 #include "testlauf.h"
 
 using namespace kalvaro;
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // One whole run against the demo cloud over a real connection; only the seconds are virtual.

@@ -16,6 +16,7 @@
 #include <QSignalSpy>
 
 using namespace kalvaro;
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 namespace {
