@@ -107,7 +107,7 @@ void Beschriftung::setGrund(const QColor &grund)
 
 QSize Beschriftung::sizeHint() const
 {
-    const Satz satz = gesetzt(umbruch_ ? *umbruch_ : QWIDGETSIZE_MAX);
+    const Satz satz = gesetzt(QWIDGETSIZE_MAX);
     return {static_cast<int>(std::ceil(satz.breite)),
             static_cast<int>(std::ceil(zeilenabstand() * double(satz.zeilen.size())))};
 }
@@ -127,7 +127,7 @@ int Beschriftung::heightForWidth(int breite) const
     if (!umbruch_) {
         return -1;
     }
-    const Satz satz = gesetzt(std::min(breite, *umbruch_));
+    const Satz satz = gesetzt(breite);
     return static_cast<int>(std::ceil(zeilenabstand() * double(satz.zeilen.size())));
 }
 
@@ -177,9 +177,10 @@ QString Beschriftung::satztext() const
     return zusammengehalten(inhalt.replace(u'\n', QChar::LineSeparator));
 }
 
-// Breaks the text into lines of at most `breite`.
-Beschriftung::Satz Beschriftung::gesetzt(double breite) const
+// Breaks the text into lines for `platz` pixels.
+Beschriftung::Satz Beschriftung::gesetzt(int platz) const
 {
+    const double breite = umbruch_ ? std::min(platz, *umbruch_) : platz;
     Satz satz;
     const QString inhalt = satztext();
     satz.gekuerzt = text().size() > meisteZeichen;
@@ -219,8 +220,7 @@ Beschriftung::Satz Beschriftung::gesetzt(double breite) const
 
 void Beschriftung::hinweisErneuern()
 {
-    const double breite = umbruch_ ? std::min(width(), *umbruch_) : width();
-    setToolTip(gesetzt(breite).gekuerzt ? alsHinweis(text()) : QString());
+    setToolTip(gesetzt(width()).gekuerzt ? alsHinweis(text()) : QString());
 }
 
 void Beschriftung::resizeEvent(QResizeEvent *event)
@@ -249,9 +249,8 @@ void Beschriftung::paintEvent(QPaintEvent *)
             Farbe::lesbar(stift, grund_, gross ? Farbe::grosserKontrast : Farbe::lesbarerKontrast);
     }
     maler.setPen(stift);
-    const double breite = umbruch_ ? std::min(width(), *umbruch_) : width();
     const double hoehe = zeilenabstand();
-    const Satz satz = gesetzt(breite);
+    const Satz satz = gesetzt(width());
     maler.setFont(satz.schrift);
     double oben = umbruch_ ? 0 : (height() - hoehe) / 2;
     for (const QString &zeile : satz.zeilen) {

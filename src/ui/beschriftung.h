@@ -63,7 +63,7 @@ private:
     };
 
     [[nodiscard]] QString satztext() const;
-    [[nodiscard]] Satz gesetzt(double breite) const;
+    [[nodiscard]] Satz gesetzt(int platz) const;
     [[nodiscard]] QFont satzschrift(const QString &inhalt, double breite) const;
     [[nodiscard]] double zeilenabstand() const;
     void hinweisErneuern();

@@ -1,6 +1,7 @@
 #include "ui/karte.h"
 
 #include "ui/erscheinung.h"
+#include "ui/stilteile.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -85,10 +86,8 @@ void Karte::paintEvent(QPaintEvent *)
 {
     const bool laufend = wechsel_.state() == QAbstractAnimation::Running;
     QPainter maler(this);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setPen(Qt::NoPen);
-    maler.setBrush(laufend ? wechsel_.currentValue().value<QColor>() : grundfarbe());
-    maler.drawRoundedRect(rect(), radius, radius);
+    rundMalen(maler, rect(), radius,
+              laufend ? wechsel_.currentValue().value<QColor>() : grundfarbe());
 }
 
 Grund::Grund(QWidget *parent)

@@ -117,10 +117,7 @@ void Startknopf::paintEvent(QPaintEvent *)
         flaeche = Farbe::ueber(QColor(255, 255, 255, 22), flaeche);
     }
     QPainter maler(this);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setPen(Qt::NoPen);
-    maler.setBrush(flaeche);
-    maler.drawRoundedRect(rect(), radius, radius);
+    rundMalen(maler, rect(), radius, flaeche);
     maler.setPen(aktiv ? Farbe::akzentSchrift(palette()) : Farbe::tertiaer(palette()));
     const int breite = width() - 2 * 16;
     maler.drawText(rect(), textschalter,

@@ -1,5 +1,7 @@
 #include "ui/pille.h"
 
+#include "ui/stilteile.h"
+
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -51,10 +53,7 @@ void Pille::paintEvent(QPaintEvent *)
 {
     constexpr double radius = 11;
     QPainter maler(this);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setPen(Qt::NoPen);
-    maler.setBrush(fuellung_(palette()));
-    maler.drawRoundedRect(rect(), radius, radius);
+    rundMalen(maler, rect(), radius, fuellung_(palette()));
 }
 
 } // namespace kalvaro

@@ -35,11 +35,8 @@ void knopfMalen(QPainter &maler, const QStyleOption &option)
         flaeche = Farbe::ueber(QColor(128, 128, 128, 18), flaeche);
     }
     const QColor kontur = Farbe::ueber(QColor(128, 128, 128, 70), flaeche);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setBrush(flaeche);
-    maler.setPen(haupt ? QPen(Qt::NoPen) : QPen(kontur, 1));
-    maler.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), knopfradius,
-                          knopfradius);
+    rundMalen(maler, option.rect, knopfradius, flaeche,
+              QPen(kontur, 1, haupt ? Qt::NoPen : Qt::SolidLine));
 }
 
 // The frame of a list, a tree or a text area; not that of a pop-up list, which is a window.

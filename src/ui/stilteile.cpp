@@ -23,15 +23,6 @@ QColor kontur(const QPalette &palette)
     return Farbe::ueber(QColor(128, 128, 128, 70), Farbe::flaeche(palette));
 }
 
-void rundMalen(QPainter &maler, const QRect &platz, double radius, const QColor &flaeche,
-               const QColor &rand)
-{
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setPen(QPen(rand, 1));
-    maler.setBrush(flaeche);
-    maler.drawRoundedRect(QRectF(platz).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-}
-
 QColor feldflaeche(const QStyleOption &option)
 {
     const QPalette &palette = option.palette;
@@ -42,17 +33,24 @@ QColor feldflaeche(const QStyleOption &option)
 
 } // namespace
 
+void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush &flaeche,
+               const QPen &rand)
+{
+    maler.setRenderHint(QPainter::Antialiasing);
+    maler.setPen(rand);
+    maler.setBrush(flaeche);
+    const double halb = rand.widthF() / 2;
+    maler.drawRoundedRect(platz.adjusted(halb, halb, -halb, -halb), radius, radius);
+}
+
 void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
                     bool gesperrt)
 {
-    const QRectF kasten = platz.adjusted(0.5, 0.5, -0.5, -0.5);
     const double seite = platz.width();
-    maler.setRenderHint(QPainter::Antialiasing);
+    const QColor kontur = Farbe::ueber(QColor(128, 128, 128, 110), Farbe::flaeche(palette));
     maler.setOpacity(gesperrt ? 0.5 : 1);
-    maler.setPen(an ? QPen(Qt::NoPen)
-                    : QPen(Farbe::ueber(QColor(128, 128, 128, 110), Farbe::flaeche(palette)), 1));
-    maler.setBrush(an ? Farbe::akzent(palette) : Farbe::flaeche(palette));
-    maler.drawRoundedRect(kasten, seite * 0.27, seite * 0.27);
+    rundMalen(maler, platz, seite * 0.27, an ? Farbe::akzent(palette) : Farbe::flaeche(palette),
+              QPen(kontur, 1, an ? Qt::NoPen : Qt::SolidLine));
     if (an) {
         QPainterPath haken;
         haken.moveTo(platz.left() + seite * 0.28, platz.top() + seite * 0.52);
@@ -69,10 +67,7 @@ void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QPale
 {
     QColor ring = Farbe::akzent(palette);
     ring.setAlphaF(0.6F);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setBrush(Qt::NoBrush);
-    maler.setPen(QPen(ring, 2));
-    maler.drawRoundedRect(platz.adjusted(1, 1, -1, -1), radius, radius);
+    rundMalen(maler, platz, radius, Qt::NoBrush, QPen(ring, 2));
 }
 
 void feldMalen(QPainter &maler, const QStyleOption &option)
@@ -154,10 +149,7 @@ void rollbalkenMalen(QPainter &maler, const QStyleOptionSlider &option, const QC
     const double radius = std::min(daumen.width(), daumen.height()) / 2;
     QColor farbe = Farbe::schrift(option.palette);
     farbe.setAlphaF(gegriffen ? 0.5F : 0.28F);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setPen(Qt::NoPen);
-    maler.setBrush(farbe);
-    maler.drawRoundedRect(daumen, radius, radius);
+    rundMalen(maler, daumen, radius, farbe);
 }
 
 QRect rollbalkenstueck(const QStyleOptionSlider &option, QStyle::SubControl stueck)

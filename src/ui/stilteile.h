@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPen>
 #include <QStyle>
 
 class QStyleOptionComboBox;
@@ -7,6 +8,11 @@ class QStyleOptionSlider;
 
 // The parts of controls that Stil draws, some of which our own controls share.
 namespace kalvaro {
+
+// Fills a rounded shape and draws its edge, which lies within `platz`. What `maler` draws from then
+// on is smooth as well.
+void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush &flaeche,
+               const QPen &rand = QPen(Qt::NoBrush, 0, Qt::NoPen));
 
 // Draws the box of a check box into `platz`, a square with sides of usually `kaestchen`.
 inline constexpr int kaestchen = 16;
