@@ -3,13 +3,13 @@
 #include "democloud.h"
 
 #include "doubles/dateien.h"
+#include "doubles/fristen.h"
+#include "doubles/kindprogramm.h"
 #include "doubles/rohserver.h"
 #include "testlauf.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QImage>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <csignal>
@@ -21,13 +21,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int frist = 20'000; // ms before a test gives up
-
-// Milliseconds within which the program ends.
-#ifdef __SANITIZE_ADDRESS__
-constexpr qint64 sekunde = 5000; // the search for leaks comes on top
-#else
-constexpr qint64 sekunde = 1000;
-#endif
 
 const QString nichtEingerichtet = u"kalvaro ist auf diesem Mac noch nicht eingerichtet."_s;
 
@@ -76,39 +69,12 @@ private:
     const QTemporaryDir wurzel;
 };
 
-class Lauf : public QProcess
+class Lauf final : public Kindprogramm
 {
 public:
     Lauf(const Zuhause &wo, const QStringList &argumente)
+        : Kindprogramm(QStringLiteral(KALVARO_PROGRAMM), argumente, wo.umgebung())
     {
-        setProcessEnvironment(wo.umgebung());
-        start(QStringLiteral(KALVARO_PROGRAMM), argumente);
-        waitForStarted(frist);
-    }
-    Lauf(const Lauf &) = delete;
-    Lauf &operator=(const Lauf &) = delete;
-    ~Lauf() override
-    {
-        if (state() != NotRunning) {
-            kill();
-            waitForFinished(frist);
-        }
-    }
-
-    // Waits for the end; the exit code, or -1 when it did not end by itself.
-    int ende()
-    {
-        waitForFinished(frist);
-        return state() == NotRunning && exitStatus() == NormalExit ? exitCode() : -1;
-    }
-
-    // Sends `signal` and waits; the milliseconds that the end took, or -1 without a good one.
-    qint64 beenden(int signal)
-    {
-        QElapsedTimer zeit;
-        zeit.start();
-        ::kill(static_cast<pid_t>(processId()), signal);
-        return ende() == 0 ? zeit.elapsed() : -1;
     }
 };
 
@@ -150,11 +116,11 @@ private Q_SLOTS:
 
         QCOMPARE(lauf.ende(), 0);
         QCOMPARE(QImage(pfad, "PNG").width(), 520);
-        const QStringList ausgabe = QString::fromUtf8(lauf.readAllStandardOutput()).split(u'\n');
+        const QStringList ausgabe = QString::fromUtf8(lauf.ausgabe()).split(u'\n');
         QCOMPARE(ausgabe.size(), 3);
         QCOMPARE(ausgabe[0], u"Bibliothek ist abgeglichen"_s);
         QVERIFY(ausgabe[1].startsWith(u"Auf dem neuesten Stand – es gab nichts zu übertragen."_s));
-        QCOMPARE(lauf.readAllStandardError(), QByteArray());
+        QCOMPARE(lauf.fehlerausgabe(), QByteArray());
         QCOMPARE(zuhause.protokoll(), QStringList{u"gestartet (1.4, Gerät demo-mac)"_s});
         QCOMPARE(wege(cloud), (QStringList{u"GET /api/status"_s, u"POST /api/abgleich"_s}));
     }
@@ -171,7 +137,7 @@ private Q_SLOTS:
 
         QCOMPARE(lauf.ende(), 0);
         QVERIFY(!QImage(pfad).isNull());
-        QVERIFY(lauf.readAllStandardOutput().startsWith("Nicht abgeglichen\nKeine Verbindung"));
+        QVERIFY(lauf.ausgabe().startsWith("Nicht abgeglichen\nKeine Verbindung"));
     }
 
     void ohneKonto_data()
@@ -189,11 +155,11 @@ private Q_SLOTS:
         Lauf lauf(zuhause, argumente);
 
         QCOMPARE(lauf.ende(), 0);
-        const QStringList fehler = QString::fromUtf8(lauf.readAllStandardError()).split(u'\n');
+        const QStringList fehler = QString::fromUtf8(lauf.fehlerausgabe()).split(u'\n');
         QCOMPARE(fehler.size(), 3);
         QCOMPARE(fehler[0], nichtEingerichtet);
         QVERIFY2(fehler[1].contains(zuhause.daten() + u"/konto.json"_s), qPrintable(fehler[1]));
-        QCOMPARE(lauf.readAllStandardOutput(), QByteArray());
+        QCOMPARE(lauf.ausgabe(), QByteArray());
         QCOMPARE(zuhause.protokoll(), QStringList());
     }
 
@@ -214,8 +180,8 @@ private Q_SLOTS:
         Lauf lauf(zuhause, {u"--hintergrund"_s, option});
 
         QCOMPARE(lauf.ende(), 0);
-        QVERIFY(QString::fromUtf8(lauf.readAllStandardOutput()).startsWith(anfang));
-        QCOMPARE(lauf.readAllStandardError(), QByteArray());
+        QVERIFY(QString::fromUtf8(lauf.ausgabe()).startsWith(anfang));
+        QCOMPARE(lauf.fehlerausgabe(), QByteArray());
         QVERIFY(!QDir(zuhause.daten()).exists());
     }
 
@@ -246,8 +212,8 @@ private Q_SLOTS:
 
         const qint64 dauer = lauf.beenden(signal);
 
-        QVERIFY2(dauer >= 0 && dauer <= sekunde, qPrintable(QString::number(dauer)));
-        QCOMPARE(lauf.readAllStandardError(), QByteArray());
+        QVERIFY2(dauer >= 0 && dauer <= endfrist, qPrintable(QString::number(dauer)));
+        QCOMPARE(lauf.fehlerausgabe(), QByteArray());
     }
 
     void signalInRuhe()
@@ -261,7 +227,7 @@ private Q_SLOTS:
 
         const qint64 dauer = lauf.beenden(SIGTERM);
 
-        QVERIFY2(dauer >= 0 && dauer <= sekunde, qPrintable(QString::number(dauer)));
+        QVERIFY2(dauer >= 0 && dauer <= endfrist, qPrintable(QString::number(dauer)));
         QVERIFY(cloud.anfragen().isEmpty());
     }
 
@@ -275,8 +241,8 @@ private Q_SLOTS:
         {
             Lauf lauf(zuhause, {});
             QTRY_COMPARE_WITH_TIMEOUT(cloud.laufendeAbgleiche(), 1, frist);
-            lauf.kill();
-            QVERIFY(lauf.waitForFinished(frist));
+            lauf.toeten();
+            QVERIFY(!lauf.laeuft());
         }
         cloud.setDauer(0);
         QTRY_COMPARE_WITH_TIMEOUT(cloud.laufendeAbgleiche(), 0, frist);

@@ -63,7 +63,7 @@ Programmordner::Programmordner(const QStringList &versionen)
 
 QString Programmordner::buendel(const QString &version) const
 {
-    return ordner.filePath(u"rekordbox %1/rekordbox.app"_s.arg(version));
+    return ordner_.filePath(u"rekordbox %1/rekordbox.app"_s.arg(version));
 }
 
 QString Programmordner::installieren(const QString &version) const
@@ -75,7 +75,7 @@ QString Programmordner::installieren(const QString &version) const
 
 void Programmordner::deinstallieren(const QString &version) const
 {
-    QDir(ordner.filePath(u"rekordbox "_s + version)).removeRecursively();
+    QDir(ordner_.filePath(u"rekordbox "_s + version)).removeRecursively();
 }
 
 } // namespace kalvaro

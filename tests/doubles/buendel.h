@@ -23,7 +23,7 @@ class Programmordner
 public:
     explicit Programmordner(const QStringList &versionen = {});
 
-    [[nodiscard]] QString pfad() const { return ordner.path(); }
+    [[nodiscard]] QString pfad() const { return ordner_.path(); }
     [[nodiscard]] QString buendel(const QString &version) const;
 
     // Adds the bundle of a version; returns its path.
@@ -31,7 +31,7 @@ public:
     void deinstallieren(const QString &version) const;
 
 private:
-    QTemporaryDir ordner;
+    QTemporaryDir ordner_;
 };
 
 } // namespace kalvaro

@@ -31,6 +31,22 @@ Menuezeile zeile(const QDBusArgument &wert)
     return eine;
 }
 
+// a(iiay)
+QList<Pixmap> pixmapliste(const QDBusArgument &wert)
+{
+    QList<Pixmap> liste;
+    wert.beginArray();
+    while (!wert.atEnd()) {
+        Pixmap eine;
+        wert.beginStructure();
+        wert >> eine.breite >> eine.hoehe >> eine.bytes;
+        wert.endStructure();
+        liste.append(eine);
+    }
+    wert.endArray();
+    return liste;
+}
+
 } // namespace
 
 Statushost::Statushost(const QDBusConnection &sitzung, bool mitHost)
@@ -94,18 +110,7 @@ QVariant Statushost::eigenschaft(const QString &name) const
 
 QList<Pixmap> Statushost::pixmaps() const
 {
-    QList<Pixmap> liste;
-    const auto wert = eigenschaft(u"IconPixmap"_s).value<QDBusArgument>();
-    wert.beginArray();
-    while (!wert.atEnd()) {
-        Pixmap eine;
-        wert.beginStructure();
-        wert >> eine.breite >> eine.hoehe >> eine.bytes;
-        wert.endStructure();
-        liste.append(eine);
-    }
-    wert.endArray();
-    return liste;
+    return pixmapliste(eigenschaft(u"IconPixmap"_s).value<QDBusArgument>());
 }
 
 QString Statushost::hinweis() const
@@ -115,14 +120,7 @@ QString Statushost::hinweis() const
     QString titel;
     wert.beginStructure();
     wert >> symbol;
-    wert.beginArray();
-    while (!wert.atEnd()) {
-        Pixmap eine;
-        wert.beginStructure();
-        wert >> eine.breite >> eine.hoehe >> eine.bytes;
-        wert.endStructure();
-    }
-    wert.endArray();
+    (void)pixmapliste(wert);
     wert >> titel;
     wert.endStructure();
     return titel;

@@ -1,11 +1,11 @@
 #include "doubles/testbus.h"
 
 #include "doubles/dateien.h"
+#include "doubles/kindprogramm.h"
 
 #include <QUuid>
 
 #include <csignal>
-#include <sys/prctl.h>
 
 namespace kalvaro {
 
@@ -26,11 +26,6 @@ QString einstellung(const QString &adresse, const QString &dienstordner)
 }
 
 } // namespace
-
-void anTestBinden(QProcess &programm)
-{
-    programm.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-}
 
 Testbus::Testbus(const QProcessEnvironment &umgebung, const QString &dienstordner)
     : platz(ablage.path())

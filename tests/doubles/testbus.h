@@ -7,9 +7,6 @@
 
 namespace kalvaro {
 
-// Has the program end with the test, however that ends. Before start().
-void anTestBinden(QProcess &programm);
-
 // A message bus of the test's own: dbus-daemon with a configuration that knows only the services in
 // `dienstordner`, which run in `umgebung`. Ends with this object.
 class Testbus

@@ -1,6 +1,6 @@
 #include "e2e/anzeige.h"
 
-#include "doubles/testbus.h"
+#include "doubles/kindprogramm.h"
 
 #include <QDeadlineTimer>
 #include <QTest>
@@ -18,38 +18,6 @@ bool bald(const std::function<bool()> &bedingung, int geduld)
         erfuellt = bedingung();
     }
     return erfuellt;
-}
-
-Programm::Programm(const QString &datei, const QStringList &argumente,
-                   const QProcessEnvironment &umgebung)
-{
-    prozess.setProcessEnvironment(umgebung);
-    prozess.setStandardErrorFile(QProcess::nullDevice());
-    anTestBinden(prozess);
-    prozess.start(datei, argumente);
-    prozess.waitForStarted();
-}
-
-Programm::~Programm()
-{
-    beenden();
-}
-
-void Programm::schreiben(const QString &zeile)
-{
-    prozess.write((zeile + u'\n').toUtf8());
-}
-
-QStringList Programm::zeilen()
-{
-    gelesen += prozess.readAllStandardOutput();
-    return QString::fromUtf8(gelesen).split(u'\n', Qt::SkipEmptyParts);
-}
-
-void Programm::beenden()
-{
-    prozess.kill();
-    prozess.waitForFinished();
 }
 
 Anzeige::Anzeige()

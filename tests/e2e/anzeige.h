@@ -13,26 +13,6 @@ namespace kalvaro {
 // QTRY_VERIFY, counts the time that the condition itself takes.
 [[nodiscard]] bool bald(const std::function<bool()> &bedingung, int geduld = 60000);
 
-// A program with its standard input and output. Killed with this object.
-class Programm
-{
-public:
-    Programm(const QString &datei, const QStringList &argumente,
-             const QProcessEnvironment &umgebung);
-    ~Programm();
-    Programm(const Programm &) = delete;
-    Programm &operator=(const Programm &) = delete;
-
-    void schreiben(const QString &zeile);
-    [[nodiscard]] QStringList zeilen();
-    [[nodiscard]] bool laeuft() const { return prozess.state() != QProcess::NotRunning; }
-    void beenden();
-
-private:
-    QProcess prozess;
-    QByteArray gelesen;
-};
-
 // An X11 display of the test's own: Xvfb. Ends with this object.
 class Anzeige
 {
@@ -49,6 +29,9 @@ public:
     void ausfuehren(const QString &werkzeug, const QStringList &argumente) const;
 
     void klicken(QPoint wo, int knopf) const;
+
+    // The display's name, as in $DISPLAY.
+    [[nodiscard]] const QString &name() const { return wo; }
 
     // What is to be seen.
     [[nodiscard]] QImage bild() const;

@@ -1,6 +1,8 @@
 #include "democloud.h"
 #include "doubles/dateien.h"
 #include "doubles/datenordner.h"
+#include "doubles/fristen.h"
+#include "doubles/kindprogramm.h"
 #include "doubles/mitteilungsserver.h"
 #include "doubles/statushost.h"
 #include "doubles/testbus.h"
@@ -32,6 +34,15 @@ QStringList prozesse(const QString &name)
     return QString::fromUtf8(pgrep.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
 }
 
+// The desktop that the program runs on.
+struct Desktop
+{
+    Anzeige anzeige;
+    Testbus bus;
+    Statushost leiste{bus.verbindung()};
+    Mitteilungsserver mitteilungen{bus.verbindung(), {u"body"_s, u"actions"_s}};
+};
+
 } // namespace
 
 // An evening: the real program with its window, its item in the tray and its notifications, a demo
@@ -52,15 +63,6 @@ private:
     [[nodiscard]] QStringList anlaesse() const;
     [[nodiscard]] bool protokolliert(const QString &zeile) const;
     [[nodiscard]] int nocheinmal(const QStringList &argumente) const;
-
-    // The desktop that the program runs on.
-    struct Desktop
-    {
-        Anzeige anzeige;
-        Testbus bus;
-        Statushost leiste{bus.verbindung()};
-        Mitteilungsserver mitteilungen{bus.verbindung(), {u"body"_s, u"actions"_s}};
-    };
 
     Datenordner daten;
     std::optional<Desktop> desktop;
@@ -171,6 +173,7 @@ void TestAuftritt::beendenImMenue()
     seit.start();
     desktop->leiste.menueKlicken(zeile->id);
     QVERIFY(kalvaro.waitForFinished(geduld));
+    QVERIFY2(seit.elapsed() <= endfrist, qPrintable(QString::number(seit.elapsed())));
     QCOMPARE(kalvaro.exitStatus(), QProcess::NormalExit);
     QCOMPARE(kalvaro.exitCode(), 0);
     QCOMPARE(daten.protokollzeilen().last(), u"beendet"_s);

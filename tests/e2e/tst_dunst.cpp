@@ -1,5 +1,6 @@
 #include "doubles/dateien.h"
 #include "doubles/datenordner.h"
+#include "doubles/kindprogramm.h"
 #include "doubles/testbus.h"
 #include "e2e/anzeige.h"
 #include "platform/linux/dbusmitteilungen.h"
@@ -35,7 +36,7 @@ private:
     std::optional<Anzeige> anzeige;
     QTemporaryDir ablage;
     std::unique_ptr<Testbus> bus;
-    std::unique_ptr<Programm> server;
+    std::unique_ptr<Kindprogramm> server;
     std::unique_ptr<DBusMitteilungen> mitteilungen;
     QStringList klicks;
 };
@@ -71,9 +72,9 @@ void TestDunst::cleanup()
 void TestDunst::serverStarten()
 {
     server.reset();
-    server = std::make_unique<Programm>(u"dunst"_s,
-                                        QStringList({u"-conf"_s, ablage.filePath(u"dunstrc"_s)}),
-                                        anzeige->umgebung(bus->adresse()));
+    server = std::make_unique<Kindprogramm>(
+        u"dunst"_s, QStringList({u"-conf"_s, ablage.filePath(u"dunstrc"_s)}),
+        anzeige->umgebung(bus->adresse()));
     const QDBusConnection frage = bus->verbindung();
     QTRY_VERIFY_WITH_TIMEOUT(
         frage.interface()->isServiceRegistered(u"org.freedesktop.Notifications"_s), 20000);

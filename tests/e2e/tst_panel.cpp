@@ -1,5 +1,5 @@
 #include "doubles/testbus.h"
-#include "e2e/anzeige.h"
+#include "e2e/statusprogramm.h"
 #include "testlauf.h"
 
 #include <QDBusConnectionInterface>
@@ -34,8 +34,8 @@ private:
 
     std::unique_ptr<Anzeige> anzeige;
     std::unique_ptr<Testbus> bus;
-    std::unique_ptr<Programm> panel;
-    std::unique_ptr<Programm> programm;
+    std::unique_ptr<Kindprogramm> panel;
+    std::unique_ptr<Statusprogramm> programm;
 };
 
 namespace {
@@ -91,8 +91,8 @@ void TestPanel::panelStarten()
 {
     auto umgebung = anzeige->umgebung(bus->adresse());
     umgebung.insert(u"XFCE_PANEL_MIGRATE_DEFAULT"_s, u"1"_s); // asks nothing at its first start
-    panel = std::make_unique<Programm>(u"xfce4-panel"_s, QStringList(u"--disable-wm-check"_s),
-                                       umgebung);
+    panel = std::make_unique<Kindprogramm>(u"xfce4-panel"_s, QStringList(u"--disable-wm-check"_s),
+                                           umgebung);
     const QDBusConnection frage = bus->verbindung();
     QTRY_VERIFY_WITH_TIMEOUT(
         frage.interface()->isServiceRegistered(u"org.kde.StatusNotifierWatcher"_s), geduld);
@@ -101,17 +101,14 @@ void TestPanel::panelStarten()
 void TestPanel::programmStarten()
 {
     QFETCH(bool, mitBus);
-    programm =
-        std::make_unique<Programm>(QStringLiteral(PROBE), QStringList(),
-                                   anzeige->umgebung(mitBus ? bus->adresse() : u"disabled:"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(!programm->zeilen().isEmpty(), geduld);
+    programm = std::make_unique<Statusprogramm>(
+        anzeige->umgebung(mitBus ? bus->adresse() : u"disabled:"_s));
+    QVERIFY(programm->bereit());
 }
 
 void TestPanel::befehl(const QString &zeile)
 {
-    const qsizetype bisher = programm->zeilen().count(u"getan"_s);
-    programm->schreiben(zeile);
-    QTRY_COMPARE(programm->zeilen().count(u"getan"_s), bisher + 1);
+    QVERIFY(programm->befehl(zeile));
 }
 
 QImage TestPanel::bildMit(const QString &symbol)
@@ -164,7 +161,7 @@ void TestPanel::panelKommtSpaeterUndStartetNeu()
     programmStarten();
     panelStarten();
     QVERIFY(bald([this] { return !elementSuchen().isEmpty(); }));
-    panel->beenden();
+    panel->toeten();
     QVERIFY(bald([this] { return elementSuchen().isEmpty(); }));
     panelStarten();
     QVERIFY(bald([this] { return !elementSuchen().isEmpty(); }));

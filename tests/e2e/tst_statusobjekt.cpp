@@ -1,8 +1,10 @@
 #include "doubles/statushost.h"
 #include "doubles/testbus.h"
-#include "e2e/anzeige.h"
+#include "e2e/leiste.h"
+#include "e2e/statusprogramm.h"
 #include "testlauf.h"
 
+#include <QColor>
 #include <QDir>
 
 #include <algorithm>
@@ -29,6 +31,8 @@ private Q_SLOTS:
     void hostStartetNeu();
     void hostKommtNie();
     void symbolAlsMaskeInAllenGroessen();
+    void symbolInDerFarbeDerLeiste_data();
+    void symbolInDerFarbeDerLeiste();
     void symbolAusDemThema();
     void hinweisIstText();
     void menueUeberDenBus();
@@ -41,7 +45,7 @@ private:
     std::optional<Anzeige> anzeige;
     std::unique_ptr<Testbus> bus;
     std::unique_ptr<Statushost> host;
-    std::unique_ptr<Programm> programm;
+    std::unique_ptr<Statusprogramm> programm;
     QProcessEnvironment umgebung;
 };
 
@@ -66,15 +70,13 @@ void TestStatusobjekt::cleanup()
 
 void TestStatusobjekt::programmStarten()
 {
-    programm = std::make_unique<Programm>(QStringLiteral(PROBE), QStringList(), umgebung);
-    QTRY_VERIFY_WITH_TIMEOUT(!programm->zeilen().isEmpty(), 60000);
+    programm = std::make_unique<Statusprogramm>(umgebung);
+    QVERIFY(programm->bereit());
 }
 
 void TestStatusobjekt::befehl(const QString &zeile)
 {
-    const qsizetype bisher = programm->zeilen().count(u"getan"_s);
-    programm->schreiben(zeile);
-    QTRY_COMPARE(programm->zeilen().count(u"getan"_s), bisher + 1);
+    QVERIFY(programm->befehl(zeile));
 }
 
 void TestStatusobjekt::hostVonAnfangAn()
@@ -121,7 +123,9 @@ void TestStatusobjekt::hostKommtNie()
     programmStarten();
     befehl(u"symbol icloud.slash"_s);
     befehl(u"hinweis niemand sieht es"_s);
-    QVERIFY(programm->laeuft());
+    befehl(u"zeile niemand liest es"_s);
+    QCOMPARE(programm->zeilen(), (QStringList{u"bereit"_s, u"getan"_s, u"getan"_s, u"getan"_s}));
+    QCOMPARE(programm->ende(), 0);
 }
 
 void TestStatusobjekt::symbolAlsMaskeInAllenGroessen()
@@ -149,6 +153,51 @@ void TestStatusobjekt::symbolAlsMaskeInAllenGroessen()
     QCOMPARE(groessen, QList<int>({22, 24, 32, 44, 48, 64}));
     befehl(u"symbol icloud.slash"_s);
     QTRY_VERIFY(host->pixmaps().value(0).bytes != pixmaps.value(0).bytes);
+}
+
+void TestStatusobjekt::symbolInDerFarbeDerLeiste_data()
+{
+    QTest::addColumn<bool>("mitLeiste");
+    QTest::addColumn<std::optional<QColor>>("schrift");
+    QTest::addColumn<QString>("desktop");
+    QTest::addColumn<QColor>("erwartet");
+    const std::optional<QColor> keine;
+    const std::optional<QColor> eine = QColor(0xe0, 0x70, 0x12);
+    QTest::newRow("the panel's own") << true << eine << u"XFCE"_s << *eine;
+    QTest::newRow("the panel's own, on a desktop whose panel is dark")
+        << true << eine << u"GNOME"_s << *eine;
+    QTest::newRow("a panel that does not say") << true << keine << u"XFCE"_s << QColor(Qt::black);
+    QTest::newRow("a desktop whose panel is dark")
+        << false << keine << u"ubuntu:GNOME"_s << QColor(Qt::white);
+    QTest::newRow("any other") << false << keine << u"KDE"_s << QColor(Qt::black);
+}
+
+void TestStatusobjekt::symbolInDerFarbeDerLeiste()
+{
+    QFETCH(const bool, mitLeiste);
+    QFETCH(const std::optional<QColor>, schrift);
+    QFETCH(const QString, desktop);
+    QFETCH(const QColor, erwartet);
+    std::optional<Leiste> leiste;
+    if (mitLeiste) {
+        leiste.emplace(anzeige->name(), schrift);
+    }
+    umgebung.insert(u"XDG_CURRENT_DESKTOP"_s, desktop);
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    int deckend = 0;
+    const QList<Pixmap> pixmaps = host->pixmaps();
+    for (const Pixmap &eine : pixmaps) {
+        for (qsizetype i = 0; i < eine.bytes.size(); i += 4) {
+            const auto anteil = [&](qsizetype k) { return static_cast<uchar>(eine.bytes[i + k]); };
+            if (anteil(0) == 0xff) {
+                QCOMPARE(QColor(anteil(1), anteil(2), anteil(3)), erwartet);
+                ++deckend;
+            }
+        }
+    }
+    QVERIFY(deckend > 0);
 }
 
 void TestStatusobjekt::symbolAusDemThema()

@@ -5,16 +5,21 @@
 #include "settingswindow/playlistenzeile.h"
 #include "testlauf.h"
 #include "ui/erscheinung.h"
+#include "ui/farbe.h"
+#include "ui/schrift.h"
 #include "ui/stil.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
+#include <QLabel>
 #include <QMenu>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QToolTip>
+#include <QTreeView>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -39,6 +44,7 @@ private Q_SLOTS:
     void hakenLaesstAufgeklapptesUndRollstand();
     void filterKlapptAufUndStelltWiederHer();
     void filterBehaeltDieAktuelleZeile();
+    void filterOhneDieAktuelleZeileStelltSieWiederHer();
     void gefundenesBleibtNachDemFilterZuSehen();
     void nichtsGefunden();
     void buchstabenWollenGesuchtWerden();
@@ -54,6 +60,8 @@ private Q_SLOTS:
     void vorgelesenWirdJedeZeile();
     void vorlesehilfeHaktAn();
     void vorlesehilfeUeberlebtDenFilter();
+    void vorlesehilfeFragtNachUngueltigen();
+    void vorlesehilfeFremderFelderIstQtsEigene();
 
 private:
     [[nodiscard]] QModelIndex zeile(const QString &name) const;
@@ -143,10 +151,16 @@ void TestBaumansicht::rechteTasteHaktNichtAn()
 
 void TestBaumansicht::doppelklickKlapptNicht()
 {
-    const QPoint ort = kasten(u"N1"_s);
-    QTest::mouseClick(ansicht->viewport(), Qt::LeftButton, {}, ort);
-    QTest::mouseDClick(ansicht->viewport(), Qt::LeftButton, {}, ort);
-    QVERIFY(ansicht->isExpanded(zeile(u"N1"_s)));
+    const int hoehe = titel(u"N1"_s).center().y();
+    const QPoint aufDemTitel(titel(u"N1"_s).right() - 6, hoehe);
+    const QPoint daneben(400, hoehe); // where a click toggles nothing
+    for (const bool offen : {true, false}) {
+        ansicht->setExpanded(zeile(u"N1"_s), offen);
+        for (const QPoint &ort : {kasten(u"N1"_s), aufDemTitel, daneben}) {
+            QTest::mouseDClick(ansicht->viewport(), Qt::LeftButton, {}, ort);
+            QCOMPARE(ansicht->isExpanded(zeile(u"N1"_s)), offen);
+        }
+    }
 }
 
 void TestBaumansicht::leertasteHaktAn()
@@ -226,6 +240,15 @@ void TestBaumansicht::filterBehaeltDieAktuelleZeile()
     QCOMPARE(ansicht->currentIndex(), zeile(u"N5"_s));
 }
 
+void TestBaumansicht::filterOhneDieAktuelleZeileStelltSieWiederHer()
+{
+    ansicht->setCurrentIndex(zeile(u"N5"_s));
+    ansicht->filtern(u"gibt es nicht"_s);
+    QVERIFY(!ansicht->currentIndex().isValid());
+    ansicht->filtern({});
+    QCOMPARE(ansicht->currentIndex(), zeile(u"N5"_s));
+}
+
 void TestBaumansicht::gefundenesBleibtNachDemFilterZuSehen()
 {
     ansicht->collapseAll();
@@ -238,13 +261,23 @@ void TestBaumansicht::gefundenesBleibtNachDemFilterZuSehen()
 
 void TestBaumansicht::nichtsGefunden()
 {
-    const QImage voll = ansicht->grab().toImage();
+    const auto bild = [this] { return ansicht->viewport()->grab().toImage(); };
+    const QImage voll = bild();
+    QImage leer = voll;
+    leer.fill(ansicht->palette().color(QPalette::Base));
+    QImage hinweis = leer;
+    QPainter maler(&hinweis);
+    maler.setFont(systemschrift(13));
+    maler.setPen(Farbe::sekundaer(ansicht->palette()));
+    maler.drawText(ansicht->viewport()->rect(), Qt::AlignCenter, u"Nichts gefunden"_s);
+    maler.end();
+
     ansicht->filtern(u"gibt es nicht"_s);
-    const QImage leer = ansicht->grab().toImage();
-    QVERIFY(leer != voll);
-    modell->setKnoten({});
+    QCOMPARE(bild(), hinweis);
     ansicht->filtern({});
-    QVERIFY(ansicht->grab().toImage() != leer); // says nothing where nothing is searched for
+    QCOMPARE(bild(), voll);
+    modell->setKnoten({});
+    QCOMPARE(bild(), leer); // nothing is said where nothing is searched for
 }
 
 void TestBaumansicht::buchstabenWollenGesuchtWerden()
@@ -290,20 +323,39 @@ void TestBaumansicht::alleZuklappenBehaeltDieZeile()
 
 void TestBaumansicht::tiefeKetteAufklappen()
 {
-    modell->setKnoten(baumAus(antwort(kette(100'000))));
+    constexpr int tiefe = 100'000;
+    constexpr int klappbar = PlaylistenModell::meisteEbenen - 1; // what lies deeper is shown flat
+    modell->setKnoten(baumAus(antwort(kette(tiefe))));
+    const auto zuSehen = [this](int stelle) {
+        return ansicht->viewport()->rect().intersects(
+            ansicht->visualRect(modell->zuStelle(stelle)));
+    };
+    const auto offene = [this] {
+        int anzahl = 0;
+        for (int i = 0; i < tiefe; ++i) {
+            anzahl += ansicht->isExpanded(modell->zuStelle(i)) ? 1 : 0;
+        }
+        return anzahl;
+    };
+    QCOMPARE(offene(), 0);
     ansicht->alleAufklappen();
-    ansicht->setCurrentIndex(modell->zuStelle(100'000));
+    QCOMPARE(offene(), klappbar);
+    ansicht->setCurrentIndex(modell->zuStelle(tiefe));
     QTest::keyClick(ansicht.get(), Qt::Key_Asterisk);
-    QVERIFY(!ansicht->grab().isNull());
-    QVERIFY(ansicht->viewport()->rect().intersects(ansicht->visualRect(modell->zuStelle(100'000))));
+    QVERIFY(zuSehen(tiefe) && !zuSehen(0));
     QTest::keyClick(ansicht.get(), Qt::Key_Space);
     QVERIFY(modell->alle().back().haken);
 
     ansicht->filtern(u"blatt"_s);
-    QVERIFY(modell->zuStelle(100'000).isValid());
+    QCOMPARE(offene(), klappbar);
+    QVERIFY(zuSehen(tiefe));
     ansicht->alleZuklappen();
+    QCOMPARE(ansicht->currentIndex(), modell->zuStelle(0));
+    QCOMPARE(offene(), 0);
     ansicht->filtern({});
-    QVERIFY(!ansicht->grab().isNull());
+    QCOMPARE(offene(), klappbar); // as before the search
+    QCOMPARE(ansicht->currentIndex(), modell->zuStelle(0));
+    QVERIFY(zuSehen(0));
 }
 
 void TestBaumansicht::langerNameBehaeltDieZahl()
@@ -431,6 +483,52 @@ void TestBaumansicht::vorlesehilfeUeberlebtDenFilter()
     QCOMPARE(baum->childCount(), 0);
     QVERIFY(!sechs->isValid());
     QAccessible::setActive(false);
+}
+
+void TestBaumansicht::vorlesehilfeFragtNachUngueltigen()
+{
+    QAccessibleInterface *const baum = QAccessible::queryAccessibleInterface(ansicht.get());
+    QAccessibleInterface *const oben = baum->child(0);
+    QAccessibleInterface *const liste = oben->child(1);
+    for (const int nummer : {-1, 2, 1000}) {
+        QVERIFY(baum->child(nummer) == nullptr);
+    }
+    for (const int nummer : {-1, 3, 1000}) {
+        QVERIFY(oben->child(nummer) == nullptr);
+    }
+    QVERIFY(liste->child(0) == nullptr);
+    QCOMPARE(baum->indexOfChild(nullptr), -1);
+    QCOMPARE(oben->indexOfChild(nullptr), -1);
+    QCOMPARE(oben->indexOfChild(baum), -1);
+    QCOMPARE(liste->indexOfChild(oben), -1);
+    QVERIFY(baum->childAt(-1000, -1000) == nullptr);
+
+    ansicht->filtern(u"gibt es nicht"_s); // now none of the rows is there
+    QVERIFY(!oben->isValid() && !liste->isValid());
+    QCOMPARE(oben->childCount(), 0);
+    QVERIFY(oben->child(0) == nullptr);
+    QCOMPARE(baum->indexOfChild(oben), -1);
+    QCOMPARE(oben->indexOfChild(liste), -1);
+    QCOMPARE(liste->parent(), baum);
+    QCOMPARE(liste->rect(), QRect());
+    QVERIFY(baum->focusChild() == nullptr);
+}
+
+// The factory is asked for every class of every widget.
+void TestBaumansicht::vorlesehilfeFremderFelderIstQtsEigene()
+{
+    QTreeView fremd;
+    fremd.setModel(modell.get());
+    fremd.setHeaderHidden(true);
+    QAccessibleInterface *const baum = QAccessible::queryAccessibleInterface(&fremd);
+    QVERIFY(baum != nullptr);
+    QVERIFY(baum->tableInterface() != nullptr); // Qt's tree view has one, ours has not
+    QVERIFY(QAccessible::queryAccessibleInterface(ansicht.get())->tableInterface() == nullptr);
+
+    QLabel text(u"Text"_s);
+    QCOMPARE(QAccessible::queryAccessibleInterface(&text)->role(), QAccessible::StaticText);
+    QWidget blank;
+    QCOMPARE(QAccessible::queryAccessibleInterface(&blank)->role(), QAccessible::Client);
 }
 
 KALVARO_FENSTERTEST(TestBaumansicht)

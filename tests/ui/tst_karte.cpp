@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QLayout>
+#include <QScreen>
 
 #include <cmath>
 
@@ -69,6 +70,8 @@ private Q_SLOTS:
     void wechselVerborgen();
     void wechselBeiWenigerBewegung();
     void erscheinungMittenImWechsel();
+    void maltSichSelbst_data();
+    void maltSichSelbst();
     void grundFolgtDerErscheinung();
     void haarlinie();
 };
@@ -234,6 +237,43 @@ void TestKarte::erscheinungMittenImWechsel()
     QApplication::setPalette(eigenePalette(true));
     QTRY_COMPARE(probe.karte.palette().color(QPalette::Base), QColor(0x2a2a2d));
     QCOMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
+}
+
+void TestKarte::maltSichSelbst_data()
+{
+    QTest::addColumn<bool>("still");
+    QTest::newRow("fading") << false;
+    QTest::newRow("less motion") << true;
+}
+
+// What stands on the screen, without asking the card for a picture.
+void TestKarte::maltSichSelbst()
+{
+    QFETCH(const bool, still);
+    if (still) {
+        QApplication::setStyle(new Stillstil);
+    }
+    Probe probe;
+    const auto schirm = [&probe] {
+        const QRect wo(probe.grund.mapToGlobal(QPoint()), probe.grund.size());
+        return probe.grund.screen()
+            ->grabWindow(0, wo.x(), wo.y(), wo.width(), wo.height())
+            .toImage()
+            .pixelColor(platz.center())
+            .rgb();
+    };
+    probe.grund.show();
+    QTRY_COMPARE(schirm(), probe.karte.grundfarbe().rgb());
+    for (const Farbton ton : {Farbton(Farbe::kritWeich), Farbton(Farbe::durchsichtig)}) {
+        const QRgb vorher = schirm();
+        probe.karte.setFuellung(ton);
+        QVERIFY(probe.karte.grundfarbe().rgb() != vorher);
+        QTRY_COMPARE(schirm(), probe.karte.grundfarbe().rgb());
+    }
+    const QRgb hell = schirm();
+    QApplication::setPalette(eigenePalette(true));
+    QTRY_VERIFY(schirm() != hell);
+    QCOMPARE(schirm(), probe.karte.grundfarbe().rgb());
 }
 
 void TestKarte::grundFolgtDerErscheinung()

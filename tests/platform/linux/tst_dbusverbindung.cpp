@@ -4,6 +4,7 @@
 
 #include <QTemporaryDir>
 
+#include <array>
 #include <cstring>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -22,24 +23,24 @@ class Gegenstelle
 {
 public:
     explicit Gegenstelle(const QByteArray &pfad)
-        : fd(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
+        : fd_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         sockaddr_un ort = {};
         ort.sun_family = AF_UNIX;
         std::memcpy(ort.sun_path, pfad.constData(), static_cast<size_t>(pfad.size()));
         const auto laenge = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path)) +
                             static_cast<socklen_t>(pfad.size());
-        if (::bind(fd, reinterpret_cast<const sockaddr *>(&ort), laenge) != 0 ||
-            ::listen(fd, 8) != 0) {
+        if (::bind(fd_, reinterpret_cast<const sockaddr *>(&ort), laenge) != 0 ||
+            ::listen(fd_, 8) != 0) {
             qFatal("Cannot listen on %s", pfad.constData());
         }
-        bedienung = std::thread([this] { bedienen(); });
+        bedienung_ = std::thread([this] { bedienen(); });
     }
     ~Gegenstelle()
     {
-        ::shutdown(fd, SHUT_RDWR);
-        bedienung.join();
-        ::close(fd);
+        ::shutdown(fd_, SHUT_RDWR);
+        bedienung_.join();
+        ::close(fd_);
     }
     Gegenstelle(const Gegenstelle &) = delete;
     Gegenstelle &operator=(const Gegenstelle &) = delete;
@@ -47,15 +48,18 @@ public:
 private:
     void bedienen() const
     {
-        for (int gast = ::accept(fd, nullptr, nullptr); gast >= 0;
-             gast = ::accept(fd, nullptr, nullptr)) {
-            [[maybe_unused]] const ssize_t gesendet = ::send(gast, "OK", 2, MSG_NOSIGNAL);
+        for (int gast = ::accept(fd_, nullptr, nullptr); gast >= 0;
+             gast = ::accept(fd_, nullptr, nullptr)) {
+            std::array<char, 64> bitte = {};
+            if (::recv(gast, bitte.data(), bitte.size(), 0) > 0) {
+                [[maybe_unused]] const ssize_t bytes = ::send(gast, "OK", 2, MSG_NOSIGNAL);
+            }
             ::close(gast);
         }
     }
 
-    const int fd;
-    std::thread bedienung;
+    const int fd_;
+    std::thread bedienung_;
 };
 
 } // namespace
@@ -79,7 +83,7 @@ private Q_SLOTS:
     {
         QFETCH(const qsizetype, laenge);
         QFETCH(const bool, antwortet);
-        const QByteArray pfad = ort.leftJustified(laenge, 'x');
+        const QByteArray pfad = ort_.leftJustified(laenge, 'x');
         const Gegenstelle bus(pfad);
         QCOMPARE(busAntwortet(QString::fromUtf8("unix:path=" + pfad)), antwortet);
     }
@@ -92,21 +96,21 @@ private Q_SLOTS:
         QTest::newRow("path") << u"unix:path="_s + lang << false;
         QTest::newRow("abstract name") << u"unix:abstract="_s + lang << false;
         QTest::newRow("the next address counts")
-            << u"unix:path=%1;unix:path=%2"_s.arg(lang, QString::fromUtf8(ort)) << true;
+            << u"unix:path=%1;unix:path=%2"_s.arg(lang, QString::fromUtf8(ort_)) << true;
     }
 
     void vielZuLangePfade()
     {
         QFETCH(const QString, adresse);
         QFETCH(const bool, antwortet);
-        ::unlink(ort.constData());
-        const Gegenstelle bus(ort);
+        ::unlink(ort_.constData());
+        const Gegenstelle bus(ort_);
         QCOMPARE(busAntwortet(adresse), antwortet);
     }
 
 private:
-    const QTemporaryDir ordner;
-    const QByteArray ort = QFile::encodeName(ordner.filePath(u"bus"_s));
+    const QTemporaryDir ordner_;
+    const QByteArray ort_ = QFile::encodeName(ordner_.filePath(u"bus"_s));
 };
 
 KALVARO_TEST(TestDbusverbindung)

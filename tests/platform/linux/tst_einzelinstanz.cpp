@@ -1,4 +1,5 @@
 #include "doubles/datenordner.h"
+#include "doubles/kindprogramm.h"
 #include "doubles/testbus.h"
 #include "platform/linux/dbusverbindung.h"
 #include "testlauf.h"
@@ -14,47 +15,6 @@
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// One start of the program.
-class Start
-{
-public:
-    Start(const QProcessEnvironment &umgebung, const QStringList &argumente)
-    {
-        programm.setProcessEnvironment(umgebung);
-        programm.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        anTestBinden(programm);
-        programm.start(QStringLiteral(PROBE), argumente);
-    }
-
-    ~Start()
-    {
-        programm.closeWriteChannel();
-        programm.waitForFinished();
-    }
-
-    Start(const Start &) = delete;
-    Start &operator=(const Start &) = delete;
-
-    [[nodiscard]] QStringList zeilen()
-    {
-        gelesen += programm.readAllStandardOutput();
-        return QString::fromUtf8(gelesen).split(u'\n', Qt::SkipEmptyParts);
-    }
-
-    [[nodiscard]] bool zuEnde() const { return programm.state() == QProcess::NotRunning; }
-    [[nodiscard]] int ergebnis() const { return programm.exitCode(); }
-    void schreiben() { programm.write("los\n"); }
-    void signal(int nummer) { ::kill(static_cast<pid_t>(programm.processId()), nummer); }
-
-private:
-    QProcess programm;
-    QByteArray gelesen;
-};
-
-} // namespace
 
 class TestEinzelinstanz final : public QObject
 {
@@ -91,9 +51,9 @@ private Q_SLOTS:
 
 private:
     static void wege();
-    [[nodiscard]] std::unique_ptr<Start> start(const QStringList &argumente = {},
-                                               const QByteArray &marke = {},
-                                               const QByteArray &kennung = {}) const;
+    [[nodiscard]] std::unique_ptr<Kindprogramm> start(const QStringList &argumente = {},
+                                                      const QByteArray &marke = {},
+                                                      const QByteArray &kennung = {}) const;
     [[nodiscard]] int rufen(const QString &programm, const QStringList &argumente) const;
     void ohneBus();
 
@@ -133,14 +93,14 @@ void TestEinzelinstanz::ohneBus()
     umgebung.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
 }
 
-std::unique_ptr<Start> TestEinzelinstanz::start(const QStringList &argumente,
-                                                const QByteArray &marke,
-                                                const QByteArray &kennung) const
+std::unique_ptr<Kindprogramm> TestEinzelinstanz::start(const QStringList &argumente,
+                                                       const QByteArray &marke,
+                                                       const QByteArray &kennung) const
 {
     QProcessEnvironment mit = umgebung;
     mit.insert(u"XDG_ACTIVATION_TOKEN"_s, QString::fromUtf8(marke));
     mit.insert(u"DESKTOP_STARTUP_ID"_s, QString::fromUtf8(kennung));
-    return std::make_unique<Start>(mit, argumente);
+    return std::make_unique<Kindprogramm>(QStringLiteral(PROBE), argumente, mit);
 }
 
 int TestEinzelinstanz::rufen(const QString &programm, const QStringList &argumente) const
@@ -158,12 +118,12 @@ void TestEinzelinstanz::derZweiteLaesstDenErstenOeffnen()
     const auto erster = start();
     QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
     const auto zweiter = start({}, "marke-1", "kennung_TIME7");
-    QTRY_VERIFY(zweiter->zuEnde());
+    QTRY_VERIFY(!zweiter->laeuft());
     QCOMPARE(zweiter->zeilen(), QStringList(u"zweite"_s));
-    QCOMPARE(zweiter->ergebnis(), 0);
+    QCOMPARE(zweiter->ende(), 0);
     QTRY_COMPARE(erster->zeilen(), QStringList({u"erste"_s, u"oeffnen marke-1 kennung_TIME7"_s}));
     const auto dritter = start();
-    QTRY_VERIFY(dritter->zuEnde());
+    QTRY_VERIFY(!dritter->laeuft());
     QTRY_COMPARE(erster->zeilen().value(2), u"oeffnen  "_s); // the earlier token is gone again
 }
 
@@ -172,9 +132,9 @@ void TestEinzelinstanz::leiseEndetOhneZuOeffnen()
     const auto erster = start();
     QTRY_COMPARE(erster->zeilen().size(), 1);
     const auto leiser = start({u"--leise"_s}, "leise");
-    QTRY_VERIFY(leiser->zuEnde());
+    QTRY_VERIFY(!leiser->laeuft());
     QCOMPARE(leiser->zeilen(), QStringList(u"zweite"_s));
-    QCOMPARE(leiser->ergebnis(), 0);
+    QCOMPARE(leiser->ende(), 0);
     const auto lauter = start({}, "laut");
     QTRY_COMPARE(erster->zeilen(), QStringList({u"erste"_s, u"oeffnen laut "_s}));
 }
@@ -184,7 +144,7 @@ void TestEinzelinstanz::nachAbsturzIstDerNaechsteDerErste()
     const auto erster = start();
     QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
     erster->signal(SIGKILL);
-    QTRY_VERIFY(erster->zuEnde());
+    QTRY_VERIFY(!erster->laeuft());
     const auto naechster = start();
     QTRY_COMPARE(naechster->zeilen(), QStringList(u"erste"_s));
     const auto zweiter = start({}, "x");
@@ -193,7 +153,7 @@ void TestEinzelinstanz::nachAbsturzIstDerNaechsteDerErste()
 
 void TestEinzelinstanz::vieleZugleichErgebenEinen()
 {
-    std::vector<std::unique_ptr<Start>> starts;
+    std::vector<std::unique_ptr<Kindprogramm>> starts;
     for (int i = 0; i < 8; ++i) {
         starts.push_back(start({u"--leise"_s}));
     }
@@ -211,8 +171,8 @@ void TestEinzelinstanz::eineFrueheBitteGehtNichtVerloren()
     const auto erster = start({u"--spaet"_s});
     QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
     const auto zweiter = start({}, "frueh");
-    QTRY_VERIFY(zweiter->zuEnde());
-    erster->schreiben();
+    QTRY_VERIFY(!zweiter->laeuft());
+    erster->schreiben(u"los"_s);
     QTRY_COMPARE(erster->zeilen(), QStringList({u"erste"_s, u"oeffnen frueh "_s}));
 }
 
@@ -224,7 +184,7 @@ void TestEinzelinstanz::einErsterDerHaengtHaeltDenZweitenNichtAuf()
     QElapsedTimer dauer;
     dauer.start();
     const auto zweiter = start({}, "spaet");
-    QTRY_VERIFY(zweiter->zuEnde());
+    QTRY_VERIFY(!zweiter->laeuft());
     QVERIFY(dauer.elapsed() < 4000);
     QCOMPARE(zweiter->zeilen(), QStringList(u"zweite"_s));
     erster->signal(SIGCONT);

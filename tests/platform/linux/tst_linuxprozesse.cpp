@@ -53,9 +53,9 @@ class Kind
 {
 public:
     explicit Kind(const QByteArray &name)
-        : pid(::fork())
+        : pid_(::fork())
     {
-        if (pid == 0) {
+        if (pid_ == 0) {
             ::prctl(PR_SET_PDEATHSIG, SIGKILL);
             ::prctl(PR_SET_NAME, name.constData());
             for (;;) {
@@ -67,7 +67,7 @@ public:
     ~Kind()
     {
         toeten();
-        ::waitpid(pid, nullptr, 0);
+        ::waitpid(pid_, nullptr, 0);
     }
 
     Kind(const Kind &) = delete;
@@ -75,9 +75,9 @@ public:
 
     void toeten() const
     {
-        ::kill(pid, SIGKILL);
+        ::kill(pid_, SIGKILL);
         siginfo_t ende = {};
-        ::waitid(P_PID, static_cast<id_t>(pid), &ende, WEXITED | WNOWAIT);
+        ::waitid(P_PID, static_cast<id_t>(pid_), &ende, WEXITED | WNOWAIT);
     }
 
     // As the kernel tells it: "name", and the letter of its state.
@@ -87,10 +87,10 @@ public:
 private:
     [[nodiscard]] QByteArray angabe(const char *datei) const
     {
-        return dateiLesen(u"/proc/%1/%2"_s.arg(pid).arg(QLatin1String(datei))).trimmed();
+        return dateiLesen(u"/proc/%1/%2"_s.arg(pid_).arg(QLatin1String(datei))).trimmed();
     }
 
-    const pid_t pid;
+    const pid_t pid_;
 };
 
 } // namespace

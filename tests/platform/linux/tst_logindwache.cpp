@@ -1,4 +1,5 @@
 #include "doubles/datenordner.h"
+#include "doubles/kindprogramm.h"
 #include "doubles/testbus.h"
 #include "doubles/testuhr.h"
 #include "platform/linux/logindwache.h"
