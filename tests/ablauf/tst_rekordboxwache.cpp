@@ -7,7 +7,6 @@
 #include "rekordbox/rekordbox.h"
 #include "testlauf.h"
 
-
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
@@ -116,6 +115,25 @@ private Q_SLOTS:
                {3, zu, gespeichert}});
     }
     void takteBeimWarten() { laufen(); }
+
+    // Somebody set the clock while the agent saved: the wait ended at once, or an hour late.
+    void uhrSpringtBeimWarten()
+    {
+        stellen(offen);
+        Rekordboxwache wache(uhr, prozesse, rekordbox);
+        int beendet = 0;
+        connect(&wache, &Rekordboxwache::beendet, this, [&] { ++beendet; });
+        stellen(speichert);
+        wache.wachen();
+        uhr.verstellen(Sekunden(3600));
+        uhr.vor(Sekunden(3));
+        wache.wachen();
+        QCOMPARE(beendet, 0);
+        uhr.verstellen(Sekunden(-7200));
+        uhr.vor(Sekunden(88));
+        wache.wachen();
+        QCOMPARE(beendet, 1);
+    }
 
     void istImmerFrisch()
     {

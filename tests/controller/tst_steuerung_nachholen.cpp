@@ -176,6 +176,105 @@ private Q_SLOTS:
         QCOMPARE(p->anlaesse(), QStringList{u"aufgewacht"_s});
     }
 
+    // kalvaro was opened while only the agent still saved, and the sync that the window promised
+    // never came.
+    void geoeffnetWaehrendDerAgentSpeichert()
+    {
+        p->rekordboxLaeuft(false, 0, 1);
+        p->starten(false);
+        QCOMPARE(p->beschriftung(u"lblTitel"_s), u"rekordbox läuft"_s);
+        p->vor(60);
+        p->rekordboxZu();
+        p->vor(539);
+        QVERIFY(p->anlaesse().isEmpty());
+
+        nurEinmalNachgeholt(1);
+    }
+
+    // The sync after rekordbox joined one that had begun before.
+    void nachherInEinemAelterenLauf()
+    {
+        ruhigBeginnen();
+        p->rekordboxOffen();
+        p->vor(10);
+        p->abgleich(Anlass::Hand);
+        p->vor();
+        p->rekordboxZu();
+        p->vor(3); // joins
+        p->netz.beantworten(gut);
+        p->vor();
+        p->netz.vergessen();
+
+        nurEinmalNachgeholt(600);
+    }
+
+    // The server saw rekordbox open, and it has gone since without the watch ever seeing it.
+    void rekordboxWarOffen()
+    {
+        ruhigBeginnen();
+        p->abgleiche = {abgleichAntwort(u"rekordbox_offen"_s)};
+        p->abgleich(Anlass::Hand);
+        p->vor();
+        p->netz.vergessen();
+
+        nurEinmalNachgeholt(600);
+    }
+
+    // The sync after waking joined one from before the sleep.
+    void aufgewachtInEinemAelterenLauf()
+    {
+        ruhigBeginnen();
+        p->abgleich(Anlass::Hand);
+        p->vor();
+        p->arbeitsplatz.geweckt();
+        p->vor(20); // joins
+        p->netz.beantworten(gut);
+        p->vor();
+        QCOMPARE(p->anlaesse(), QStringList{u"hand"_s});
+        p->netz.vergessen();
+
+        nurEinmalNachgeholt(600);
+    }
+
+    // The agent saved for longer than 90 s: what it wrote after that was in no sync.
+    void agentSpeichertLaenger()
+    {
+        ruhigBeginnen();
+        p->abgleiche = {gut};
+        p->rekordboxOffen();
+        p->vor(3);
+        p->rekordboxLaeuft(false, 0, 1);
+        p->vor(96);
+        QCOMPARE(p->anlaesse(), QStringList{u"nachher"_s});
+        p->rekordboxZu();
+        p->netz.vergessen();
+
+        nurEinmalNachgeholt(600);
+    }
+
+    // One that began after the sleep will do, and one that began after rekordbox: no request more.
+    void nichtsDoppelt()
+    {
+        ruhigBeginnen();
+        p->abgleiche = {gut, gut};
+        p->arbeitsplatz.geweckt();
+        p->vor(10);
+        p->abgleich(Anlass::Hand);
+        p->vor(10);
+        QCOMPARE(p->anlaesse(), (QStringList{u"hand"_s, u"aufgewacht"_s}));
+        p->abgleiche = {gut};
+        p->rekordboxOffen();
+        p->vor(1200); // ticks that rekordbox holds back
+        p->rekordboxZu();
+        p->vor(3);
+        QCOMPARE(p->anlaesse().last(), u"nachher"_s);
+        p->netz.vergessen();
+
+        p->vor(3600);
+
+        QVERIFY(p->anlaesse().isEmpty());
+    }
+
     // At rest the program waits for its two ticks and for nothing else.
     void ruheKostetNichts()
     {
@@ -200,6 +299,16 @@ private:
         QTest::newRow("rekordbox runs") << 1 << 0 << QStringList();
         QTest::newRow("only its agent runs") << 0 << 1 << QStringList();
         QTest::newRow("both run") << 1 << 1 << QStringList();
+    }
+
+    // The catch-up comes within `frist` seconds, and then no more.
+    void nurEinmalNachgeholt(double frist)
+    {
+        p->abgleiche = {gut};
+        p->vor(frist);
+        QCOMPARE(p->anlaesse(), QStringList{u"nachholen"_s});
+        p->vor(3600);
+        QCOMPARE(p->anlaesse(), QStringList{u"nachholen"_s});
     }
 
     // 15 s after a background start; the first sync came to `antwort`.

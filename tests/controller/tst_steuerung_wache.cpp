@@ -116,6 +116,26 @@ private Q_SLOTS:
         QCOMPARE(mitteilungenNachStart(), warnt ? QList{warnung} : QList<Mitteilung>());
     }
 
+    // "Schließe rekordbox kurz" was posted when it had been closed already.
+    void ausstehendErstNachDemBeenden()
+    {
+        p->starten();
+        p->vor(15);
+        p->netz.beantworten(gut);
+        p->rekordboxOffen();
+        p->vor(3);
+        QCOMPARE(p->netz.haengend(), 1);
+        p->rekordboxLaeuft(false, 0, 1);
+        p->vor(3);
+        QCOMPARE(p->netz.haengend(), 0); // nobody waits for the answer
+
+        p->staende = {jsonAntwort({{u"ausstehend"_s, true}})};
+        p->rekordboxOffen(); // and opened again: asked anew
+        p->vor(3);
+
+        QCOMPARE(p->mitteilungen.alle, QList{warnung});
+    }
+
     void ausstehendOhneAntwort_data()
     {
         QTest::addColumn<QList<Transport::Ergebnis>>("stand");
