@@ -23,7 +23,7 @@ lint:
 	@tools/sperre.sh tools/pruefen.sh
 
 pictures: deps
-	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro-bilder kalvaro-demorekordbox
+	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro-bilder
 	@tools/bilder.sh build/$(STUFE)
 
 bench:

@@ -5,7 +5,6 @@ set(KALVARO_SANITIZE "" CACHE STRING "Sanitizers, for example address,undefined"
 
 add_library(kalvaro_flags INTERFACE)
 target_compile_features(kalvaro_flags INTERFACE cxx_std_20)
-target_include_directories(kalvaro_flags INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(kalvaro_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
     $<$<BOOL:${KALVARO_WERROR}>:-Werror>)

@@ -5,6 +5,5 @@ set -eu
 mkdir -p docs/bilder
 export QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2
 export FONTCONFIG_FILE="$PWD/tools/bilder/fonts.conf"
-export KALVARO_APPLICATIONS="$PWD/$1/demo/Applications"
 "$1/kalvaro-bilder" docs/bilder 2>/dev/null
 echo "Pictures: docs/bilder"

@@ -2,16 +2,10 @@
 #include "app/programm.h"
 #include "app/sprache.h"
 #include "foundation/konstanten.h"
-#include "foundation/protokoll.h"
-#include "platform/linux/dbuseinzelinstanz.h"
-#include "platform/linux/dbusmitteilungen.h"
-#include "platform/linux/linuxarbeitsplatz.h"
-#include "platform/linux/linuxprozesse.h"
-#include "platform/linux/logindwache.h"
-#include "platform/linux/signale.h"
-#include "platform/linux/traystatusobjekt.h"
-#include "platform/linux/xdganmeldestart.h"
+#include "foundation/datenordner.h"
+#include "platform/einzelinstanz.h"
 #include "platform/merkprozesse.h"
+#include "platform/plattform.h"
 #include "rekordbox/rekordbox.h"
 #include "server/netztransport.h"
 #include "ui/erscheinung.h"
@@ -25,17 +19,6 @@ using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int laengstesEnde = 700; // milliseconds
-
-// Without a display the program can still draw its picture and say what is wrong.
-void anzeigeWaehlen()
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
-        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-}
 
 QString programmordner()
 {
@@ -58,9 +41,7 @@ int main(int argc, char *argv[])
         return 0;
     }
 
-    const Aktivierung aktivierung = Aktivierung::ausUmgebung();
-    sitzungsbusFestlegen();
-    anzeigeWaehlen();
+    const Startlage startlage;
     ordnerAnlegen();
     QApplication anwendung(argc, argv);
     QApplication::setApplicationName(u"kalvaro"_s);
@@ -69,29 +50,21 @@ int main(int argc, char *argv[])
     deutschEinrichten(anwendung);
 
     // A picture is always drawn by a process of its own.
-    DBusEinzelinstanz instanz(aktivierung);
-    if (!kommandozeile.bild && !instanz.belegen(kommandozeile.hintergrund)) {
+    Systemuhr uhr;
+    Plattform plattform(startlage, uhr);
+    if (!kommandozeile.bild && !plattform.einzelinstanz().belegen(kommandozeile.hintergrund)) {
         return 0;
     }
     erscheinungEinrichten(anwendung);
 
-    Systemuhr uhr;
     Netztransport transport(uhr);
-    const LinuxProzesse prozesstafel;
-    const Merkprozesse prozesse(prozesstafel);
+    const Plattform::Adapter adapter = plattform.adapter();
+    const Merkprozesse prozesse(adapter.prozesse);
     const Rekordbox rekordbox(prozesse, programmordner());
-    LinuxArbeitsplatz arbeitsplatz;
-    XdgAnmeldestart anmeldestart;
-    DBusMitteilungen mitteilungen;
-    TrayStatusobjekt statusobjekt(uhr);
-
-    Programm programm({uhr, transport, prozesse, rekordbox, arbeitsplatz, anmeldestart,
-                       mitteilungen, statusobjekt});
-    const Logindwache aufwachen(uhr, [&] { programm.aufgewacht(); });
-    const Signale signale([] { QApplication::quit(); });
-    QObject::connect(&anwendung, &QApplication::aboutToQuit, &anwendung,
-                     [] { endeErzwingen(laengstesEnde); });
-    instanz.beiOeffnen([&] { programm.wiederOeffnen(); });
+    Programm programm({uhr, transport, prozesse, rekordbox, adapter.arbeitsplatz,
+                       adapter.anmeldestart, adapter.mitteilungen, adapter.statusobjekt});
+    plattform.beiEnde([] { QApplication::quit(); });
+    plattform.einzelinstanz().beiOeffnen([&] { programm.wiederOeffnen(); });
     QMetaObject::invokeMethod(
         &programm, [&] { programm.starten(kommandozeile); }, Qt::QueuedConnection);
     QApplication::exec();

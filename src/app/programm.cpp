@@ -26,9 +26,9 @@ void schreiben(std::FILE *ziel, const QString &zeilen)
 
 } // namespace
 
-Programm::Programm(const Adapter &geraete, bool bildschirm)
-    : adapter(geraete)
-    , mitBildschirm(bildschirm)
+Programm::Programm(const Umgebung &umgebung, bool bildschirm)
+    : umgebung_(umgebung)
+    , mitBildschirm_(bildschirm)
 {
 }
 
@@ -42,8 +42,8 @@ bool Programm::hatBildschirm()
 
 void Programm::starten(const Kommandozeile &kommandozeile)
 {
-    adapter.arbeitsplatz.auftreten(kommandozeile.hintergrund ? Arbeitsplatz::Auftritt::Zubehoer
-                                                             : Arbeitsplatz::Auftritt::Regulaer);
+    umgebung_.arbeitsplatz.auftreten(kommandozeile.hintergrund ? Arbeitsplatz::Auftritt::Zubehoer
+                                                               : Arbeitsplatz::Auftritt::Regulaer);
     const auto konto = Konto::laden();
     if (!konto) {
         ohneKonto(konto.error());
@@ -52,25 +52,18 @@ void Programm::starten(const Kommandozeile &kommandozeile)
     protokoll(u"gestartet (%1, Gerät %2)"_s.arg(VERSION, konto->geraet));
     // Picture mode ends with its window; the controller lives on without one.
     QApplication::setQuitOnLastWindowClosed(kommandozeile.bild.has_value());
+    ablauf_ = std::make_unique<Ablauf>(*konto, umgebung_);
     if (kommandozeile.bild) {
-        bildStarten(*konto, *kommandozeile.bild);
+        bildStarten(*kommandozeile.bild);
     } else {
-        steuerung =
-            std::make_unique<Steuerung>(*konto, adapter, kommandozeile.hintergrund, menueBauen);
+        steuerung_ = std::make_unique<Steuerung>(*ablauf_, kommandozeile.hintergrund, menueBauen);
     }
 }
 
 void Programm::wiederOeffnen()
 {
-    if (steuerung) {
-        steuerung->zeigen(true);
-    }
-}
-
-void Programm::aufgewacht()
-{
-    if (steuerung) {
-        steuerung->aufgewacht();
+    if (steuerung_) {
+        steuerung_->zeigen(true);
     }
 }
 
@@ -78,7 +71,7 @@ void Programm::ohneKonto(const QString &grund)
 {
     const QString meldung = u"kalvaro ist auf diesem Mac noch nicht eingerichtet."_s;
     schreiben(stderr, meldung + u'\n' + grund);
-    if (!mitBildschirm) {
+    if (!mitBildschirm_) {
         QCoreApplication::quit();
         return;
     }
@@ -89,18 +82,16 @@ void Programm::ohneKonto(const QString &grund)
     alarm->activateWindow();
 }
 
-void Programm::bildStarten(const Konto &konto, const QString &pfad)
+void Programm::bildStarten(const QString &pfad)
 {
-    bildZentrale = std::make_unique<Zentrale>(konto, adapter.transport);
-    bildEinstellungen = std::make_unique<Einstellungen>();
-    const Umgebung umgebung{*bildZentrale,     *bildEinstellungen,   adapter.uhr,
-                            adapter.rekordbox, adapter.arbeitsplatz, adapter.anmeldestart};
-    bildFenster = std::make_unique<Hauptfenster>(umgebung, pfad, nullptr);
-    menueBauen(*bildFenster);
+    bildFenster_ = std::make_unique<Hauptfenster>(*ablauf_, Verbleib::Allein, pfad);
+    menueBauen(*bildFenster_);
     // Whoever asked for the picture learns the verdict as text as well.
-    connect(bildFenster.get(), &Hauptfenster::angezeigt, this,
-            [](const Bewertung &b) { schreiben(stdout, b.titel + u'\n' + b.detail); });
-    bildFenster->starten();
+    connect(bildFenster_.get(), &Hauptfenster::angezeigt, this,
+            [](const QString &titel, const QString &detail) {
+                schreiben(stdout, titel + u'\n' + detail);
+            });
+    bildFenster_->starten();
 }
 
 } // namespace kalvaro

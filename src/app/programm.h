@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ablauf/umgebung.h"
 #include "app/kommandozeile.h"
-#include "controller/adapter.h"
 
 #include <QObject>
 
@@ -9,11 +9,9 @@
 
 namespace kalvaro {
 
-class Einstellungen;
+struct Ablauf;
 class Hauptfenster;
-struct Konto;
 class Steuerung;
-class Zentrale;
 
 // The program between start and end. It lives in one of two ways: with a controller, until the user
 // quits, or in picture mode with one window, until that closes.
@@ -23,7 +21,7 @@ class Programm final : public QObject
 
 public:
     // With `bildschirm` somebody can see and close an alert.
-    explicit Programm(const Adapter &geraete, bool bildschirm = hatBildschirm());
+    explicit Programm(const Umgebung &umgebung, bool bildschirm = hatBildschirm());
     ~Programm() override;
 
     // Loads the account and begins what the command line asks for. Without an account it says so
@@ -33,24 +31,18 @@ public:
     // The program was started again while it runs: opens the window with a sync.
     void wiederOeffnen();
 
-    // The computer woke from sleep.
-    void aufgewacht();
-
 private:
     [[nodiscard]] static bool hatBildschirm();
 
     void ohneKonto(const QString &grund);
-    void bildStarten(const Konto &konto, const QString &pfad);
+    void bildStarten(const QString &pfad);
 
-    const Adapter adapter;
-    const bool mitBildschirm;
+    const Umgebung umgebung_;
+    const bool mitBildschirm_;
 
-    std::unique_ptr<Steuerung> steuerung;
-
-    // Picture mode.
-    std::unique_ptr<Zentrale> bildZentrale;
-    std::unique_ptr<Einstellungen> bildEinstellungen;
-    std::unique_ptr<Hauptfenster> bildFenster;
+    std::unique_ptr<Ablauf> ablauf_; // once there is an account
+    std::unique_ptr<Steuerung> steuerung_;
+    std::unique_ptr<Hauptfenster> bildFenster_; // picture mode
 };
 
 } // namespace kalvaro

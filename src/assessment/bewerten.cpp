@@ -25,43 +25,45 @@ double aenderungen(const QJsonValue &ergebnis)
 struct Zustand
 {
     QStringView name;
-    QStringView art;
+    Art art;
     QStringView titel;
     bool startbar;
     QString (*detail)(const QJsonValue &antwort);
+    bool beschaeftigt = false;
 };
 
 const Zustand zustaende[] = {
-    {u"aktuell", u"gut", u"Bibliothek ist abgeglichen", true,
+    {u"aktuell", Art::Gut, u"Bibliothek ist abgeglichen", true,
      [](const QJsonValue &) { return nichtsZuTun; }},
-    {u"abgeglichen", u"gut", u"Bibliothek ist abgeglichen", true,
+    {u"abgeglichen", Art::Gut, u"Bibliothek ist abgeglichen", true,
      [](const QJsonValue &antwort) {
          const QJsonValue ergebnis = pfad(antwort, u"ergebnis");
          return aenderungen(ergebnis) != 0 ? richtungen(ergebnis, false) : nichtsZuTun;
      }},
-    {u"rekordbox_offen", u"aus", u"rekordbox läuft", false,
+    {u"rekordbox_offen", Art::Aus, u"rekordbox läuft", false,
      [](const QJsonValue &) { return u"Der Abgleich folgt, sobald rekordbox beendet ist."_s; }},
-    {u"verschoben", u"warn", u"Abgleich verschoben", true,
+    {u"verschoben", Art::Warn, u"Abgleich verschoben", true,
      [](const QJsonValue &antwort) {
          const QString hinweis = text(antwort, u"ergebnis.hinweis");
          return u"Es wurde nichts verändert, der nächste Abgleich holt es nach."_s +
                 (hinweis.isEmpty() ? QString() : u" ("_s + hinweis + u')');
      }},
-    {u"laeuft_schon", u"warn", u"Cloud ist beschäftigt", false,
+    {u"laeuft_schon", Art::Warn, u"Cloud ist beschäftigt", false,
      [](const QJsonValue &) {
          return u"Ein anderer Abgleich läuft noch. kalvaro versucht es gleich wieder."_s;
-     }},
-    {u"angehalten", u"krit", u"Abgleich angehalten", false,
+     },
+     true},
+    {u"angehalten", Art::Krit, u"Abgleich angehalten", false,
      [](const QJsonValue &) {
          return u"Zur Sicherheit wurde nichts verändert: dieser Abgleich hätte ungewöhnlich viel "
                 "gelöscht. Deine Bibliothek ist unverändert, der Betreiber der Cloud schaut es "
                 "sich an."_s;
      }},
-    {u"fehler", u"krit", u"Abgleich gestört", false,
+    {u"fehler", Art::Krit, u"Abgleich gestört", false,
      [](const QJsonValue &antwort) {
          return u"Es wurde nichts verändert. "_s + text(antwort, u"ergebnis.fehler");
      }},
-    {u"nicht_erreichbar", u"warn", u"Die Cloud erreicht diesen Mac nicht", true,
+    {u"nicht_erreichbar", Art::Warn, u"Die Cloud erreicht diesen Mac nicht", true,
      [](const QJsonValue &) {
          return u"Der Fernzugang (SSH) zu diesem Mac fehlt gerade. rekordbox startet mit dem "
                 "Stand dieses Macs."_s;
@@ -72,14 +74,14 @@ const Zustand zustaende[] = {
 void probeBewerten(Bewertung &b, const QJsonValue &ergebnis)
 {
     b.startbar = true;
-    b.art = u"gut"_s;
+    b.art = Art::Gut;
     b.titel = u"Bibliothek ist abgeglichen"_s;
     b.detail = u"Identisch mit der Cloud. "_s + PROBE;
     if (ergebnis.isUndefined()) {
         b.titel = u"Bibliothek geprüft"_s;
         b.detail = PROBE;
     } else if (aenderungen(ergebnis) != 0) {
-        b.art = u"warn"_s;
+        b.art = Art::Warn;
         b.titel = u"Unterschiede gefunden"_s;
         b.detail = richtungen(ergebnis, true) + u' ' + PROBE;
     }
@@ -102,10 +104,11 @@ void zustandBewerten(Bewertung &b, const QString &zustand)
         b.detail = zustand;
         return;
     }
-    b.art = gefunden->art.toString();
+    b.art = gefunden->art;
     b.titel = gefunden->titel.toString();
     b.detail = gefunden->detail(b.antwort);
     b.startbar = gefunden->startbar;
+    b.beschaeftigt = gefunden->beschaeftigt;
 }
 
 } // namespace
@@ -120,7 +123,7 @@ Bewertung antwortBewerten(const QJsonValue &antwort)
 
     // The states of the dry run bring its sentence themselves; a failure goes without it.
     const bool probestand = zustand == u"schatten" || zustand == u"schatten_unveraendert";
-    if (b.betrieb == u"schatten" && !probestand && b.art != u"krit" &&
+    if (b.betrieb == u"schatten" && !probestand && b.art != Art::Krit &&
         !b.detail.contains(u"Probebetrieb")) {
         b.detail += u' ' + PROBE;
     }
@@ -147,20 +150,20 @@ Bewertung fehlerBewerten(const ZentraleFehler &fehler)
         b.startbar = true;
         b.offline = true;
     } else {
-        b.art = u"krit"_s;
+        b.art = Art::Krit;
         b.titel = u"Abgleich nicht möglich"_s;
         b.detail = fehler.meldung;
     }
     return b;
 }
 
-void bewerten(Zentrale &zentrale, const QString &anlass, QObject *besitzer,
+void bewerten(Zentrale &zentrale, Anlass anlass, QObject *besitzer,
               std::function<void(const Bewertung &)> fertig)
 {
     const Auftrag auftrag{.pfad = u"/api/abgleich"_s,
                           .methode = "POST",
                           .body = QJsonObject{{u"geraet"_s, zentrale.konto().geraet},
-                                              {u"anlass"_s, anlass},
+                                              {u"anlass"_s, anlassname(anlass)},
                                               {u"version"_s, VERSION}},
                           .zeit = Sekunden(480)};
     zentrale.anfrage(auftrag, besitzer, [fertig = std::move(fertig)](const auto &antwort) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "assessment/anlass.h"
 #include "assessment/bewertung.h"
 #include "server/zentralefehler.h"
 
@@ -19,9 +20,8 @@ class Zentrale;
 [[nodiscard]] Bewertung fehlerBewerten(const ZentraleFehler &fehler);
 
 // Asks the server to reconcile this Mac's library ("Abgleich"), for up to 480 s, and hands over
-// what came of it. `anlass` is passed to the server unchanged. Never fails: every failure is a
-// Bewertung. `fertig` is called exactly once, from the event loop, and dropped with `besitzer`.
-void bewerten(Zentrale &zentrale, const QString &anlass, QObject *besitzer,
+// what came of it. Never fails: every failure is a Bewertung. For `fertig` see Einmalruf.
+void bewerten(Zentrale &zentrale, Anlass anlass, QObject *besitzer,
               std::function<void(const Bewertung &)> fertig);
 
 } // namespace kalvaro

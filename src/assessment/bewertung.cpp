@@ -6,6 +6,23 @@
 
 namespace kalvaro {
 
+using namespace Qt::StringLiterals;
+
+QString artname(Art art)
+{
+    switch (art) {
+    case Art::Gut:
+        return u"gut"_s;
+    case Art::Warn:
+        return u"warn"_s;
+    case Art::Krit:
+        return u"krit"_s;
+    case Art::Aus:
+        return u"aus"_s;
+    }
+    Q_UNREACHABLE();
+}
+
 std::optional<Updateangebot> updateAngebot(const QJsonValue &antwort)
 {
     // Only strings make an offer: a number or a map is no version to show.

@@ -8,18 +8,28 @@
 
 namespace kalvaro {
 
+// The kinds of outcome.
+enum class Art {
+    Gut,  // in step
+    Warn, // not (fully) in step, nothing harmful
+    Krit, // failed or stopped for safety
+    Aus,  // nothing done because rekordbox is open here
+};
+
+// Its name in the log.
+[[nodiscard]] QString artname(Art art);
+
 // What a sync came to: the one value that decides what is shown, whether rekordbox may start now
 // and whether an update is offered.
 struct Bewertung
 {
-    // "gut": in step. "warn": not (fully) in step, nothing harmful. "krit": failed or stopped for
-    // safety. "aus": nothing done because rekordbox is open here.
-    QString art = QStringLiteral("warn");
+    Art art = Art::Warn;
     QString titel{};
-    QString detail{};      // sentences joined by single blanks
-    QString betrieb{};     // the server's mode; "schatten" is the dry run; "" without an answer
-    bool startbar = false; // rekordbox may start now
-    bool offline = false;  // the server could not be reached
+    QString detail{};          // sentences joined by single blanks
+    QString betrieb{};         // the server's mode; "schatten" is the dry run; "" without an answer
+    bool startbar = false;     // rekordbox may start now
+    bool offline = false;      // the server could not be reached
+    bool beschaeftigt = false; // another sync keeps the server busy: worth another try soon
     QJsonValue antwort = QJsonValue::Undefined; // the whole answer; absent when the request failed
     std::optional<QString> neueVersion{};       // a newer version that the server offers ...
     std::optional<QString> updateAdresse{};     // ... and its "https://" address: both or neither

@@ -30,8 +30,7 @@ struct Startpruefung
 [[nodiscard]] Startpruefung standPruefen(const QJsonValue &stand);
 
 // Asks the server whether changes from elsewhere wait, and logs what came of it. Without an answer
-// no sync is needed: rekordbox then starts with the library as it is. `fertig` is called exactly
-// once, from the event loop, and dropped with `besitzer`.
+// no sync is needed: rekordbox then starts with the library as it is. For `fertig` see Einmalruf.
 void startPruefen(Zentrale &zentrale, QObject *besitzer,
                   std::function<void(const Startpruefung &)> fertig);
 

@@ -30,9 +30,9 @@ Q_SIGNALS:
     void beenden();
 
 private:
-    QAction *const kopf;
-    QAction *const updatePunkt;
-    QAction *anmeldungPunkt = nullptr;
+    QAction *const kopf_;
+    QAction *const updatePunkt_;
+    QAction *anmeldungPunkt_ = nullptr;
 };
 
 } // namespace kalvaro

@@ -1,11 +1,12 @@
+// Timers and wiring.
+
 #include "controller/steuerung.h"
 
-#include "assessment/bewerten.h"
 #include "foundation/protokoll.h"
+#include "platform/anmeldestart.h"
 #include "platform/arbeitsplatz.h"
 #include "platform/mitteilungen.h"
 #include "platform/statusobjekt.h"
-#include "rekordbox/rekordbox.h"
 
 #include <QCoreApplication>
 
@@ -22,157 +23,116 @@ constexpr Sekunden nachholabstand{600};
 constexpr Sekunden anmeldeverzug{15};
 constexpr Sekunden weckverzug{20};
 
-// The symbol of the status item for an outcome, "grau" (offline) or "laden".
-QString symbol(const QString &art)
-{
-    if (art == u"gut"_s) {
-        return u"checkmark.icloud"_s;
-    }
-    if (art == u"warn"_s) {
-        return u"exclamationmark.icloud"_s;
-    }
-    if (art == u"krit"_s) {
-        return u"exclamationmark.icloud.fill"_s;
-    }
-    if (art == u"grau"_s) {
-        return u"icloud.slash"_s;
-    }
-    if (art == u"laden"_s) {
-        return u"arrow.clockwise.icloud"_s;
-    }
-    return u"icloud"_s;
-}
-
 } // namespace
 
-Steuerung::Steuerung(const Konto &konto, const Adapter &geraete, bool hintergrund,
-                     Fensterruf neuesFenster)
-    : adapter(geraete)
-    , beimAnlegen(std::move(neuesFenster))
-    , zentrale(konto, geraete.transport)
-    , wache(geraete.uhr, geraete.prozesse, geraete.rekordbox)
+Steuerung::Steuerung(Ablauf &ablauf, bool hintergrund, Fensterruf neuesFenster)
+    : ablauf_(ablauf)
+    , umgebung_(ablauf.umgebung)
+    , beimAnlegen_(std::move(neuesFenster))
 {
     menueVerbinden();
-    adapter.statusobjekt.menueSetzen(&menue);
-    adapter.statusobjekt.symbolSetzen(symbol({}));
-    adapter.statusobjekt.hinweisSetzen(u"kalvaro"_s);
-    wacheVerbinden();
-    setzeStatus(wache.lief() ? u"rekordbox läuft"_s : u"bereit"_s);
-    wachtakt = adapter.uhr.alle(wachabstand, [this] { wache.wachen(); });
-    nachholtakt = adapter.uhr.alle(nachholabstand, [this] { nachholenWennNoetig(); });
-    adapter.mitteilungen.beiKlick([this](const QString &ziel) { updateOeffnen(ziel); });
-
-    if (hintergrund) {
-        anmeldeabgleich = adapter.uhr.nach(anmeldeverzug, [this] {
-            if (!adapter.rekordbox.laeuft()) {
-                abgleich(u"anmeldung"_s, {});
-            }
-        });
-    } else {
+    ablaufVerbinden();
+    setzeStatus(ablauf_.wache.lief() ? u"rekordbox läuft"_s : u"bereit"_s);
+    umgebung_.arbeitsplatz.beiAufwachen([this] { aufgewacht(); });
+    umgebung_.mitteilungen.beiKlick([this](const QString &ziel) { updateOeffnen(ziel); });
+    takteStellen(hintergrund);
+    if (!hintergrund) {
         zeigen(true);
     }
 }
 
 Steuerung::~Steuerung()
 {
-    adapter.mitteilungen.beiKlick({});
+    umgebung_.mitteilungen.beiKlick({});
+    umgebung_.arbeitsplatz.beiAufwachen({});
 }
 
-void Steuerung::abgleich(const QString &anlass, std::function<void(const Bewertung &)> fertig)
+void Steuerung::menueVerbinden()
 {
-    if (fertig) {
-        wartende.push_back(std::move(fertig));
-    }
-    if (laeuftGerade) {
-        return;
-    }
-    laeuftGerade = true;
-    setzeStatus(u"gleicht ab …"_s);
-    adapter.statusobjekt.symbolSetzen(symbol(u"laden"_s));
-    protokoll(u"Abgleich ("_s + anlass + u") ..."_s);
-    bewerten(zentrale, anlass, this,
-             [this, anlass](const Bewertung &b) { abgeschlossen(b, anlass); });
+    using Herkunft = Rekordboxstarter::Herkunft;
+    connect(&menue_, &Statusmenue::oeffnen, this, [this] { zeigen(true); });
+    connect(&menue_, &Statusmenue::abgleichen, this,
+            [this] { ablauf_.abgleicher.abgleich(Anlass::Hand); });
+    connect(&menue_, &Statusmenue::rekordbox, this,
+            [this] { ablauf_.starter.starten(Herkunft::Menue); });
+    connect(&menue_, &Statusmenue::anmeldung, this, [this] {
+        umgebung_.anmeldestart.setzen(!umgebung_.anmeldestart.an());
+        menue_.anmeldungSetzen(umgebung_.anmeldestart.an());
+    });
+    connect(&menue_, &Statusmenue::update, this,
+            [this] { updateOeffnen(updateAdresse_.value_or(QString())); });
+    connect(&menue_, &Statusmenue::beenden, this, [this] {
+        protokoll(u"beendet"_s);
+        beenden();
+    });
+    connect(&menue_, &QMenu::aboutToShow, this,
+            [this] { menue_.anmeldungSetzen(umgebung_.anmeldestart.an()); });
+    umgebung_.statusobjekt.menueSetzen(&menue_);
+    umgebung_.statusobjekt.symbolSetzen(u"icloud"_s);
+    umgebung_.statusobjekt.hinweisSetzen(u"kalvaro"_s);
 }
 
-void Steuerung::abgeschlossen(const Bewertung &b, const QString &anlass)
+void Steuerung::ablaufVerbinden()
 {
-    protokoll(u"  -> "_s + b.art + u": "_s + b.titel + u" | "_s + b.detail);
-    laeuftGerade = false;
-    melden(b, anlass);
-    updateAnbieten(b);
-    // What these calls queue belongs to a later run.
-    const auto gerufene = std::exchange(wartende, {});
-    for (const auto &fertig : gerufene) {
-        fertig(b);
+    connect(&ablauf_.abgleicher, &Abgleicher::begonnen, this, &Steuerung::begonnen);
+    connect(&ablauf_.abgleicher, &Abgleicher::fertig, this, &Steuerung::fertig);
+    connect(&ablauf_.starter, &Rekordboxstarter::hinweis, this,
+            [this](const QString &text) { mitteilen(u"rekordbox startet"_s, text); });
+    connect(&ablauf_.starter, &Rekordboxstarter::fensterNoetig, this, [this] { zeigen(false); });
+    connect(&ablauf_.wache, &Rekordboxwache::gestartet, this, &Steuerung::rekordboxGestartet);
+    connect(&ablauf_.wache, &Rekordboxwache::geschlossen, this, [this] {
+        laufzeitRekordbox_.reset();
+        setzeStatus(u"rekordbox beendet – warte aufs Speichern"_s);
+    });
+    connect(&ablauf_.wache, &Rekordboxwache::beendet, this, &Steuerung::rekordboxBeendet);
+}
+
+void Steuerung::takteStellen(bool hintergrund)
+{
+    wachtakt_ = umgebung_.uhr.alle(wachabstand, [this] { ablauf_.wache.wachen(); });
+    nachholtakt_ = umgebung_.uhr.alle(nachholabstand, [this] { nachholenWennNoetig(); });
+    if (hintergrund) {
+        anmeldeabgleich_ =
+            umgebung_.uhr.nach(anmeldeverzug, [this] { abgleichWennMoeglich(Anlass::Anmeldung); });
     }
 }
 
-void Steuerung::melden(const Bewertung &b, const QString &anlass)
+void Steuerung::abgleichWennMoeglich(Anlass anlass)
 {
-    const bool neuKritisch = b.art == u"krit"_s && (!letzte || letzte->art != u"krit"_s);
-    // In the dock or task bar the window shows nothing to anybody.
-    const bool imBlick = fensterSichtbar() && !fenster_->isMinimized();
-    if (!imBlick && !b.offline && (anlass == u"nachher"_s || neuKritisch)) {
-        mitteilen(b.titel, b.detail, std::nullopt);
+    if (ablauf_.abgleichMoeglich()) {
+        ablauf_.abgleicher.abgleich(anlass);
     }
-    letzte = b;
-    adapter.statusobjekt.symbolSetzen(symbol(b.offline ? u"grau"_s : b.art));
-    setzeStatus(b.offline ? b.titel + u" (offline)"_s : b.titel);
 }
 
-void Steuerung::setzeStatus(const QString &zeile)
+void Steuerung::nachholenWennNoetig()
 {
-    menue.kopfSetzen(zeile + u"   ("_s + adapter.uhr.jetzt().toString(u"HH:mm"_s) + u')');
-    adapter.statusobjekt.hinweisSetzen(u"kalvaro – "_s + zeile);
+    // Asked in any case: an agent that runs by itself is noticed here.
+    if (ablauf_.abgleichMoeglich() && ablauf_.abgleicher.geschuldet()) {
+        ablauf_.abgleicher.abgleich(Anlass::Nachholen);
+    }
 }
 
-void Steuerung::mitteilen(const QString &titel, const QString &inhalt,
-                          const std::optional<QString> &ziel)
+void Steuerung::aufgewacht()
 {
-    adapter.mitteilungen.mitteilen(titel, inhalt, ziel);
-}
-
-void Steuerung::updateAnbieten(const Bewertung &b)
-{
-    if (!b.neueVersion || !b.updateAdresse) {
-        return;
-    }
-    updateAdresse = b.updateAdresse;
-    menue.updateZeigen(*b.neueVersion);
-    // With the date: the version is announced again on each later day, once a day.
-    const QString schluessel =
-        *b.neueVersion + u'|' + adapter.uhr.jetzt().toString(u"yyyy-MM-dd"_s);
-    if (einst.updateGemeldet == schluessel) {
-        return;
-    }
-    einst.updateGemeldet = schluessel;
-    einst.speichern();
-    protokoll(u"neue Version "_s + *b.neueVersion + u" gemeldet"_s);
-    mitteilen(u"Neue kalvaro-Version "_s + *b.neueVersion,
-              u"Hier klicken zum Herunterladen. Der Installer ersetzt die alte Version, deine "
-              "Einstellungen bleiben erhalten."_s,
-              updateAdresse);
-}
-
-void Steuerung::updateOeffnen(const QString &adresse)
-{
-    if (const auto url = updateUrl(adresse)) {
-        adapter.arbeitsplatz.oeffnen(*url);
-    }
+    const auto platz = weckabgleiche_.insert(weckabgleiche_.end(), nullptr);
+    const int vorher = ablauf_.abgleicher.laeufe();
+    *platz = umgebung_.uhr.nach(weckverzug, [this, platz, vorher] {
+        weckabgleiche_.erase(platz);
+        if (ablauf_.abgleicher.laeufe() == vorher) {
+            ablauf_.abgleicher
+                .schulden(); // a run from before the sleep knows nothing of what came since
+        }
+        abgleichWennMoeglich(Anlass::Aufgewacht);
+    });
 }
 
 Hauptfenster &Steuerung::fensterBereit()
 {
     if (!fenster_) {
-        const Umgebung umgebung{zentrale,
-                                einst,
-                                adapter.uhr,
-                                adapter.rekordbox,
-                                adapter.arbeitsplatz,
-                                adapter.anmeldestart};
-        fenster_ = std::make_unique<Hauptfenster>(umgebung, std::nullopt, this);
-        if (beimAnlegen) {
-            beimAnlegen(*fenster_);
+        fenster_ = std::make_unique<Hauptfenster>(ablauf_, Verbleib::Menueleiste);
+        connect(fenster_.get(), &Hauptfenster::beendenGewuenscht, this, &Steuerung::beenden);
+        if (beimAnlegen_) {
+            beimAnlegen_(*fenster_);
         }
     }
     return *fenster_;
@@ -186,26 +146,6 @@ void Steuerung::zeigen(bool abgleichen)
 bool Steuerung::fensterSichtbar() const
 {
     return fenster_ && fenster_->isVisible();
-}
-
-void Steuerung::nachholenWennNoetig()
-{
-    const bool offenGeblieben =
-        letzte && (letzte->offline || letzte->titel == u"Cloud ist beschäftigt"_s);
-    if (offenGeblieben && !adapter.rekordbox.laeuft()) {
-        abgleich(u"nachholen"_s, {});
-    }
-}
-
-void Steuerung::aufgewacht()
-{
-    const auto platz = weckabgleiche.insert(weckabgleiche.end(), nullptr);
-    *platz = adapter.uhr.nach(weckverzug, [this, platz] {
-        weckabgleiche.erase(platz);
-        if (!adapter.rekordbox.laeuft()) {
-            abgleich(u"aufgewacht"_s, {});
-        }
-    });
 }
 
 void Steuerung::beenden()

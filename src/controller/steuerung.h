@@ -1,23 +1,18 @@
 #pragma once
 
-#include "controller/adapter.h"
-#include "controller/rekordboxwache.h"
+#include "ablauf/ablauf.h"
 #include "controller/statusmenue.h"
-#include "foundation/einstellungen.h"
 #include "foundation/uhr.h"
 #include "mainwindow/hauptfenster.h"
-#include "mainwindow/treiber.h"
-#include "server/zentrale.h"
 
 #include <list>
 #include <memory>
-#include <vector>
 
 namespace kalvaro {
 
-// Drives the program: status item, timers, rekordbox watch, notifications and the one queue through
-// which every sync passes. At most one sync runs; who asks meanwhile gets the result of that run.
-class Steuerung final : public Treiber
+// Drives the program: what is reported of syncs and of rekordbox (log, status item, notifications,
+// update offer), the timers, and the wiring of menu and main window.
+class Steuerung final : public QObject
 {
     Q_OBJECT
 
@@ -26,24 +21,12 @@ public:
     using Fensterruf = std::function<void(Hauptfenster &)>;
 
     // Begins at once: with a window and a sync, or with `hintergrund` only with the status item and
-    // a sync after 15 s. `geraete` must outlive this object.
-    Steuerung(const Konto &konto, const Adapter &geraete, bool hintergrund,
-              Fensterruf neuesFenster = {});
+    // a sync after 15 s. `ablauf` must outlive this object.
+    explicit Steuerung(Ablauf &ablauf, bool hintergrund, Fensterruf neuesFenster = {});
     ~Steuerung() override;
-
-    void abgleich(const QString &anlass, std::function<void(const Bewertung &)> fertig) override;
-    void mitteilen(const QString &titel, const QString &inhalt,
-                   const std::optional<QString> &ziel) override;
-    void beenden() override;
 
     // Opens the main window, which is made on first use, with or without a sync.
     void zeigen(bool abgleichen);
-
-    // The computer woke from sleep: syncs 20 s later unless rekordbox runs.
-    void aufgewacht();
-
-    // Catches up a run that found no server or a busy one. For a repeating timer.
-    void nachholenWennNoetig();
 
     [[nodiscard]] bool fensterSichtbar() const;
 
@@ -52,44 +35,46 @@ public:
 
 private:
     void menueVerbinden();
-    void wacheVerbinden();
+    void ablaufVerbinden();
+    void takteStellen(bool hintergrund);
+    Hauptfenster &fensterBereit();
+    void beenden();
 
-    void abgeschlossen(const Bewertung &b, const QString &anlass);
-    void melden(const Bewertung &b, const QString &anlass);
+    // What is reported.
+    void begonnen(Anlass anlass);
+    void fertig(const Bewertung &b, Anlass anlass);
+    void melden(const Bewertung &b, Anlass anlass);
     void setzeStatus(const QString &zeile);
+    void mitteilen(const QString &titel, const QString &text,
+                   const std::optional<QString> &ziel = {});
     void updateAnbieten(const Bewertung &b);
     void updateOeffnen(const QString &adresse);
-    Hauptfenster &fensterBereit();
-
     void rekordboxGestartet();
+    void ausstehendesMelden();
     void rekordboxBeendet();
 
-    void menueRekordbox();
-    void startpruefungFertig(bool noetig, const std::optional<QString> &hinweis);
-    void menueBeenden();
+    // What is due.
+    void nachholenWennNoetig();
+    void aufgewacht();
+    void abgleichWennMoeglich(Anlass anlass);
 
     // Constant after construction.
-    const Adapter adapter;
-    const Fensterruf beimAnlegen;
+    Ablauf &ablauf_;
+    const Umgebung &umgebung_;
+    const Fensterruf beimAnlegen_;
 
-    Zentrale zentrale;
-    Einstellungen einst;
-    Statusmenue menue;
-    Rekordboxwache wache;
+    Statusmenue menue_;
     std::unique_ptr<Hauptfenster> fenster_;
 
-    // The queue.
-    bool laeuftGerade = false;
-    std::vector<std::function<void(const Bewertung &)>> wartende;
-    std::optional<Bewertung> letzte;
+    std::optional<Bewertung> letzte_; // of the last finished run
+    std::optional<QString> updateAdresse_;
+    std::unique_ptr<QObject>
+        laufzeitRekordbox_; // lives while rekordbox runs that was seen to start
 
-    std::optional<QString> updateAdresse;
-    bool startPruefungLaeuft = false;
-
-    Weckruf wachtakt;
-    Weckruf nachholtakt;
-    Weckruf anmeldeabgleich;
-    std::list<Weckruf> weckabgleiche; // one for each time the computer woke, until it is due
+    Weckruf wachtakt_;
+    Weckruf nachholtakt_;
+    Weckruf anmeldeabgleich_;
+    std::list<Weckruf> weckabgleiche_; // one for each time the computer woke, until it is due
 };
 
 } // namespace kalvaro

@@ -1,6 +1,6 @@
 #include "foundation/einstellungen.h"
 
-#include "foundation/protokoll.h"
+#include "foundation/datenordner.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -13,10 +13,10 @@ namespace kalvaro {
 using namespace Qt::StringLiterals;
 
 Einstellungen::Einstellungen()
-    : url(datei(u"einstellungen.json"_s))
+    : pfad_(datei(u"einstellungen.json"_s))
 {
-    QFile quelle(url);
-    if (!QFileInfo(url).isFile() || !quelle.open(QIODevice::ReadOnly)) {
+    QFile quelle(pfad_);
+    if (!QFileInfo(pfad_).isFile() || !quelle.open(QIODevice::ReadOnly)) {
         return;
     }
     const QJsonObject felder = QJsonDocument::fromJson(quelle.readAll()).object();
@@ -32,7 +32,7 @@ void Einstellungen::speichern() const
     const QJsonObject felder{{u"autostart"_s, autostart},
                              {u"version"_s, version},
                              {u"update_gemeldet"_s, updateGemeldet}};
-    QSaveFile ziel(url);
+    QSaveFile ziel(pfad_);
     if (!ziel.open(QIODevice::WriteOnly)) {
         return;
     }

@@ -22,7 +22,7 @@ public:
     QString updateGemeldet; // the last announced update: version "|" "yyyy-MM-dd"
 
 private:
-    const QString url;
+    const QString pfad_;
 };
 
 } // namespace kalvaro

@@ -2,11 +2,7 @@
 
 #include "foundation/konstanten.h"
 
-#include <QDir>
-
 #include <unicode/numberformatter.h>
-
-#include <filesystem>
 
 namespace kalvaro {
 
@@ -71,16 +67,6 @@ QString fZeit(const QString &stempel, const QDateTime &jetzt)
     }
     const QDateTime zeit = QDateTime::fromString(stempel, u"yyyy-MM-dd HH:mm:ss"_s);
     return zeit.isValid() ? fZeit(zeit, jetzt) : stempel;
-}
-
-std::optional<double> freiAufMac()
-{
-    std::error_code fehler;
-    const auto platz = std::filesystem::space(QDir::homePath().toStdString(), fehler);
-    if (fehler) {
-        return std::nullopt;
-    }
-    return static_cast<double>(platz.available);
 }
 
 } // namespace kalvaro

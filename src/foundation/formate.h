@@ -21,8 +21,4 @@ namespace kalvaro {
 // empty text gives "–"; one that is no such time stamp comes back unchanged.
 [[nodiscard]] QString fZeit(const QString &stempel, const QDateTime &jetzt);
 
-// Bytes that an unprivileged user may still write to the file system of the home folder; absent
-// when the system does not tell.
-[[nodiscard]] std::optional<double> freiAufMac();
-
 } // namespace kalvaro

@@ -1,6 +1,6 @@
 #include "foundation/konto.h"
 
-#include "foundation/protokoll.h"
+#include "foundation/datenordner.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,31 +1,14 @@
 #include "foundation/protokoll.h"
 
+#include "foundation/datenordner.h"
+
 #include <QDateTime>
-#include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 #include <QStringEncoder>
 
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
-
-const QString &appOrdner()
-{
-    static const QString ordner =
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/kalvaro"_s;
-    return ordner;
-}
-
-void ordnerAnlegen()
-{
-    QDir().mkpath(appOrdner());
-}
-
-QString datei(const QString &name)
-{
-    return appOrdner() + u'/' + name;
-}
 
 void protokoll(const QString &zeile)
 {

@@ -10,25 +10,25 @@ class Systemwecker final : public Wecker
 {
 public:
     Systemwecker(Sekunden dauer, bool einmal, std::function<void()> ruf)
-        : timer(new QTimer)
+        : timer_(new QTimer)
     {
-        timer->setSingleShot(einmal);
+        timer_->setSingleShot(einmal);
         // Ticks that people watch are exact; the long ones may be bundled with others to save
         // power.
-        timer->setTimerType(dauer < Sekunden(2) ? Qt::PreciseTimer : Qt::CoarseTimer);
-        QObject::connect(timer, &QTimer::timeout, timer, std::move(ruf));
-        timer->start(std::chrono::ceil<std::chrono::milliseconds>(dauer));
+        timer_->setTimerType(dauer < Sekunden(2) ? Qt::PreciseTimer : Qt::CoarseTimer);
+        QObject::connect(timer_, &QTimer::timeout, timer_, std::move(ruf));
+        timer_->start(std::chrono::ceil<std::chrono::milliseconds>(dauer));
     }
 
     ~Systemwecker() override
     {
         // The call may be running right now, so the timer goes later.
-        timer->stop();
-        timer->deleteLater();
+        timer_->stop();
+        timer_->deleteLater();
     }
 
 private:
-    QTimer *const timer;
+    QTimer *const timer_;
 };
 
 } // namespace
@@ -36,6 +36,12 @@ private:
 QDateTime Systemuhr::jetzt() const
 {
     return QDateTime::currentDateTime();
+}
+
+std::chrono::milliseconds Systemuhr::laufzeit() const
+{
+    return std::chrono::floor<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
 }
 
 Weckruf Systemuhr::nach(Sekunden dauer, std::function<void()> ruf)

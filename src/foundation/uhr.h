@@ -34,8 +34,11 @@ public:
     Uhr &operator=(const Uhr &) = delete;
     virtual ~Uhr() = default;
 
-    // The local date and time.
+    // The local date and time. It may jump: for a length of time take laufzeit().
     [[nodiscard]] virtual QDateTime jetzt() const = 0;
+
+    // Time since some fixed moment, counted steadily whatever happens to date and time.
+    [[nodiscard]] virtual std::chrono::milliseconds laufzeit() const = 0;
 
     // Calls `ruf` once, `dauer` from now.
     [[nodiscard]] virtual Weckruf nach(Sekunden dauer, std::function<void()> ruf) = 0;
@@ -49,6 +52,7 @@ class Systemuhr final : public Uhr
 {
 public:
     [[nodiscard]] QDateTime jetzt() const override;
+    [[nodiscard]] std::chrono::milliseconds laufzeit() const override;
     [[nodiscard]] Weckruf nach(Sekunden dauer, std::function<void()> ruf) override;
     [[nodiscard]] Weckruf alle(Sekunden abstand, std::function<void()> ruf) override;
 };

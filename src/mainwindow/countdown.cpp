@@ -11,49 +11,49 @@ using namespace Qt::StringLiterals;
 
 Countdown::Countdown(Uhr &zeit, QWidget *parent)
     : QWidget(parent)
-    , uhr(zeit)
-    , lblCountdown(beschriftung({}, 12.5))
-    , knCountdown(verweis(u"Abbrechen"_s, this, [this] { stopp(); }))
+    , uhr_(zeit)
+    , lblCountdown_(beschriftung({}, 12.5))
+    , knCountdown_(verweis(u"Abbrechen"_s, this, [this] { stopp(); }))
 {
     setObjectName(u"countdown"_s);
-    lblCountdown->setObjectName(u"lblCountdown"_s);
-    knCountdown->setObjectName(u"knCountdown"_s);
+    lblCountdown_->setObjectName(u"lblCountdown"_s);
+    knCountdown_->setObjectName(u"knCountdown"_s);
     auto *const zeile = new QHBoxLayout(this);
     zeile->setContentsMargins(0, 0, 0, 0);
     zeile->setSpacing(6);
     zeile->addStretch();
-    zeile->addWidget(lblCountdown);
-    zeile->addWidget(knCountdown);
+    zeile->addWidget(lblCountdown_);
+    zeile->addWidget(knCountdown_);
     zeile->addStretch();
-    knCountdown->hide();
+    knCountdown_->hide();
     hide();
 }
 
 void Countdown::start(const QString &art, qint64 sekunden)
 {
     countdownArt_ = art;
-    rest = sekunden;
+    rest_ = sekunden;
     countdownText();
-    takt = uhr.alle(Sekunden(1), [this] { uhrTick(); });
+    takt_ = uhr_.alle(Sekunden(1), [this] { uhrTick(); });
     show();
 }
 
 void Countdown::countdownText()
 {
     // Told once; the numbers that follow stay silent.
-    const QString inhalt = u"rekordbox startet in %1 s  ·"_s.arg(rest);
-    if (lblCountdown->text().isEmpty()) {
-        lblCountdown->setText(inhalt);
+    const QString inhalt = u"rekordbox startet in %1 s  ·"_s.arg(rest_);
+    if (lblCountdown_->text().isEmpty()) {
+        lblCountdown_->textSetzen(inhalt);
     } else {
-        lblCountdown->setTextLautlos(inhalt);
+        lblCountdown_->textLautlosSetzen(inhalt);
     }
-    knCountdown->show();
+    knCountdown_->show();
 }
 
 void Countdown::uhrTick()
 {
-    --rest;
-    if (rest >= 1) {
+    --rest_;
+    if (rest_ >= 1) {
         countdownText();
         return;
     }
@@ -64,10 +64,10 @@ void Countdown::uhrTick()
 
 void Countdown::stopp()
 {
-    takt.reset();
+    takt_.reset();
     countdownArt_.reset();
-    lblCountdown->setText({});
-    knCountdown->hide();
+    lblCountdown_->textSetzen({});
+    knCountdown_->hide();
     hide();
 }
 

@@ -36,13 +36,13 @@ private:
     void countdownText();
     void uhrTick();
 
-    Uhr &uhr;
-    Beschriftung *const lblCountdown;
-    Verweis *const knCountdown;
+    Uhr &uhr_;
+    Beschriftung *const lblCountdown_;
+    Verweis *const knCountdown_;
 
     std::optional<QString> countdownArt_;
-    Weckruf takt; // set exactly while countdownArt_ is
-    qint64 rest = 0;
+    Weckruf takt_; // set exactly while countdownArt_ is
+    qint64 rest_ = 0;
 };
 
 } // namespace kalvaro

@@ -1,15 +1,15 @@
+// What the main window shows: syncs and what they come to, its sheet, its coming and going.
+
 #include "mainwindow/hauptfenster.h"
 
-#include "assessment/bewerten.h"
-#include "foundation/einstellungen.h"
-#include "foundation/formate.h"
+#include "ablauf/ablauf.h"
+#include "foundation/speicherplatz.h"
 #include "mainwindow/bild.h"
 #include "mainwindow/countdown.h"
 #include "mainwindow/statuskarte.h"
 #include "mainwindow/updatekarte.h"
 #include "mainwindow/zahlenkarte.h"
 #include "platform/arbeitsplatz.h"
-#include "rekordbox/rekordbox.h"
 #include "settingswindow/einstellungenfenster.h"
 #include "ui/knoepfe.h"
 
@@ -27,24 +27,34 @@ constexpr Sekunden bildverzug{0.4};
 
 } // namespace
 
-Hauptfenster::Hauptfenster(const Umgebung &welt, std::optional<QString> bild, Treiber *treiber)
-    : umgebung(welt)
-    , bildPfad(std::move(bild))
-    , steuerung(treiber)
+Hauptfenster::Hauptfenster(Ablauf &ablauf, Verbleib verbleib, std::optional<QString> bild)
+    : ablauf_(ablauf)
+    , verbleib_(verbleib)
+    , bildPfad_(std::move(bild))
 {
     aufbauen();
+    startVerfolgen();
+    connect(&ablauf_.wache, &Rekordboxwache::gestartet, this, [this] {
+        if (isVisible()) {
+            rekordboxLaeuftAnzeigen();
+        }
+    });
+    connect(&ablauf_.wache, &Rekordboxwache::beendet, this, [this] {
+        if (isVisible()) {
+            ladenAnzeigen(u"Änderungen werden übertragen …"_s);
+        }
+    });
 }
 
 void Hauptfenster::oeffnen(bool mitAbgleich)
 {
-    umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Regulaer);
-    installationen = umgebung.rekordbox.installationen();
+    ablauf_.umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Regulaer);
+    ablauf_.starter.installationenLesen();
     nachVorn();
-    startKnopfAktualisieren();
-    if (umgebung.rekordbox.laeuft()) {
+    if (!ablauf_.abgleichMoeglich()) {
         rekordboxLaeuftAnzeigen();
     } else if (mitAbgleich) {
-        abgleichen(u"vorstart"_s, true, {});
+        abgleichen(Anlass::Vorstart, !einstellungen_);
     }
 }
 
@@ -52,104 +62,90 @@ void Hauptfenster::nachVorn()
 {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
+    QWidget *vorn = this;
+    if (einstellungen_) {
+        einstellungen_->show();
+        vorn = einstellungen_;
+    }
     if (QGuiApplication::platformName() != u"offscreen"_s) {
-        raise();
-        activateWindow();
+        vorn->raise();
+        vorn->activateWindow();
     }
 }
 
 void Hauptfenster::starten()
 {
     nachVorn();
-    installationen = umgebung.rekordbox.installationen();
-    startKnopfAktualisieren();
-    abgleichen(u"hand"_s, false, [this] {
-        if (!bildPfad) {
-            return;
-        }
-        bildVerzug = umgebung.uhr.nach(bildverzug, [this] {
-            bildSpeichern(ganz, *bildPfad);
-            QCoreApplication::quit();
+    ablauf_.starter.installationenLesen();
+    if (bildPfad_) {
+        connect(this, &Hauptfenster::angezeigt, this, [this] {
+            bildVerzug_ = ablauf_.umgebung.uhr.nach(bildverzug, [this] {
+                bildSpeichern(ganz_, *bildPfad_);
+                QCoreApplication::quit();
+            });
         });
-    });
+    }
+    abgleichen(Anlass::Hand, false);
 }
 
-void Hauptfenster::abgleichen(const QString &anlass, bool autostartErlaubt,
-                              std::function<void()> fertig)
+// One that runs already is not joined. `autostartErlaubt`: an outcome that allows it may start the
+// countdown.
+void Hauptfenster::abgleichen(Anlass anlass, bool autostartErlaubt)
 {
-    const auto rufen = [fertig = std::move(fertig)] {
-        if (fertig) {
-            fertig();
-        }
-    };
-    if (beschaeftigt_) {
-        rufen();
+    if (beschaeftigt()) {
         return;
     }
-    beschaeftigt_ = true;
-    countdownStopp();
-    lnkAbgleich->setEnabled(false);
-    if (umgebung.rekordbox.laeuft()) {
+    countdown_->stopp();
+    if (!ablauf_.abgleichMoeglich()) {
         rekordboxLaeuftAnzeigen();
-        beschaeftigt_ = false;
-        lnkAbgleich->setEnabled(true);
-        rufen();
         return;
     }
-    ladenAnzeigen(anlass == u"nachher"_s ? u"Änderungen werden übertragen …"_s
-                                         : u"Bibliothek wird abgeglichen …"_s);
-    const QPointer<Hauptfenster> ich = this;
-    const auto abschluss = [ich, autostartErlaubt, rufen](const Bewertung &b) {
-        if (ich) {
-            ich->abgeschlossen(b, autostartErlaubt);
-            rufen();
-        }
-    };
-    const auto selbst = [this, anlass, abschluss] {
-        bewerten(umgebung.zentrale, anlass, this, abschluss);
-    };
-    if (steuerung) {
-        // A driver that goes takes the answer with it; then the window asks itself.
-        treiberWeg = connect(steuerung, &QObject::destroyed, this, selbst);
-        steuerung->abgleich(anlass, abschluss);
-    } else {
-        selbst();
-    }
+    gleichtAbSetzen(true);
+    ladenAnzeigen(u"Bibliothek wird abgeglichen …"_s);
+    ablauf_.abgleicher.abgleich(anlass, this, [this, autostartErlaubt](const Bewertung &b) {
+        abgeschlossen(b, autostartErlaubt);
+    });
 }
 
 void Hauptfenster::abgeschlossen(const Bewertung &b, bool autostartErlaubt)
 {
-    disconnect(treiberWeg);
     ergebnisAnzeigen(b);
-    beschaeftigt_ = false;
-    lnkAbgleich->setEnabled(true);
-    // Nothing counts down in a window that the user has put away meanwhile.
-    if (autostartErlaubt && umgebung.einst.autostart && b.startbar &&
-        !umgebung.rekordbox.laeuft() && gewaehlt() && isVisible()) {
-        countdown->start(u"start"_s, countdownSekunden);
+    gleichtAbSetzen(false);
+    // Nothing counts down in a window that the user has put away meanwhile, nor behind its sheet.
+    const bool imBlick = isVisible() && !einstellungen_;
+    if (autostartErlaubt && ablauf_.einst.autostart && b.startbar && imBlick && !beschaeftigt() &&
+        ablauf_.abgleichMoeglich() && ablauf_.starter.gewaehlt()) {
+        countdown_->start(u"start"_s, countdownSekunden);
     }
 }
 
-void Hauptfenster::zeige(const QString &art, const QString &titel, const QString &detail)
+void Hauptfenster::gleichtAbSetzen(bool gleichtAb)
 {
-    karteStatus->zeige(art, titel, detail);
+    gleichtAb_ = gleichtAb;
+    ablauf_.starter.fensterGleichtAb(gleichtAb);
+    lnkAbgleich_->setEnabled(!beschaeftigt());
+}
+
+bool Hauptfenster::beschaeftigt() const
+{
+    return gleichtAb_ || ablauf_.starter.imFenster();
 }
 
 void Hauptfenster::ladenAnzeigen(const QString &titel)
 {
-    zeige(u"laden"_s, titel, u"kalvaro vergleicht diesen Mac mit der Cloud"_s);
+    karteStatus_->laden(titel, u"kalvaro vergleicht diesen Mac mit der Cloud"_s);
 }
 
 void Hauptfenster::anzeigen(const Bewertung &b)
 {
-    letzte = b;
+    letzte_ = b;
     if (b.neueVersion && b.updateAdresse) {
-        karteUpdate->zeige(*b.neueVersion, *b.updateAdresse);
+        karteUpdate_->zeige(*b.neueVersion, *b.updateAdresse);
     }
-    zeige(b.art, b.titel, b.detail);
-    karteStatus->betriebZeigen(b.betrieb);
-    karteZahlen->zeige(b.antwort, freiAufMac(), umgebung.uhr.jetzt());
-    Q_EMIT angezeigt(b);
+    karteStatus_->zeige(b.art, b.titel, b.detail);
+    karteStatus_->betriebZeigen(b.betrieb);
+    karteZahlen_->zeige(b.antwort, freiAufMac(), ablauf_.umgebung.uhr.jetzt());
+    Q_EMIT angezeigt(b.titel, b.detail);
 }
 
 void Hauptfenster::ergebnisAnzeigen(const Bewertung &b)
@@ -158,68 +154,54 @@ void Hauptfenster::ergebnisAnzeigen(const Bewertung &b)
     startKnopfAktualisieren();
 }
 
-void Hauptfenster::rekordboxLaeuftAnzeigen()
-{
-    countdownStopp();
-    zeige(u"aus"_s, u"rekordbox läuft"_s,
-          u"Nach dem Beenden überträgt kalvaro deine Änderungen automatisch."_s);
-    startKnopfAktualisieren();
-}
-
-void Hauptfenster::startKnopfAktualisieren()
-{
-    const auto i = gewaehlt();
-    const bool laeuft = i && umgebung.rekordbox.hauptLaeuft();
-    const QString titel = !i       ? u"rekordbox nicht gefunden"_s
-                          : laeuft ? u"rekordbox läuft"_s
-                                   : u"rekordbox "_s + i->version + u" starten"_s;
-    titelSetzen(*knStart, titel);
-    knStart->setEnabled(i && !laeuft);
-}
-
 void Hauptfenster::verstecken()
 {
-    countdownStopp();
+    countdown_->stopp();
+    if (einstellungen_) {
+        einstellungen_->hide();
+    }
     hide();
-    umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Zubehoer);
-}
-
-std::optional<Installation> Hauptfenster::gewaehlt() const
-{
-    return Rekordbox::gewaehlt(installationen, umgebung.einst);
+    ablauf_.umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Zubehoer);
 }
 
 void Hauptfenster::einstellungenOeffnen()
 {
-    countdownStopp();
-    if (einstellungen) {
-        einstellungen->raise();
+    countdown_->stopp();
+    if (einstellungen_) {
+        einstellungen_->raise();
         return;
     }
-    einstellungen =
-        new EinstellungenFenster({umgebung.zentrale, umgebung.einst, umgebung.anmeldestart,
-                                  installationen, letzte ? letzte->betrieb : QString()},
-                                 this);
-    einstellungen->setAttribute(Qt::WA_DeleteOnClose);
-    connect(einstellungen, &QDialog::finished, this, [this](int ergebnis) {
+    einstellungen_ = new EinstellungenFenster(
+        {ablauf_.zentrale, ablauf_.einst, ablauf_.umgebung.anmeldestart,
+         ablauf_.starter.installationen(), letzte_ ? letzte_->betrieb : QString()},
+        this);
+    einstellungen_->setAttribute(Qt::WA_DeleteOnClose);
+    connect(einstellungen_, &QDialog::finished, this, [this](int ergebnis) {
         if (ergebnis == QDialog::Accepted) {
-            cbAuto->setChecked(umgebung.einst.autostart);
+            cbAuto_->setChecked(ablauf_.einst.autostart);
+            if (!ablauf_.einst.autostart) {
+                countdown_->stopp();
+            }
             startKnopfAktualisieren();
         }
-        einstellungen.clear();
+        einstellungen_.clear();
     });
-    einstellungen->open();
-    einstellungen->laden();
+    einstellungen_->open();
+    einstellungen_->laden();
 }
 
 void Hauptfenster::closeEvent(QCloseEvent *event)
 {
     // Never refused: a refused close would hold up the end of the session.
     event->accept();
-    if (!steuerung) {
+    switch (verbleib_) {
+    case Verbleib::Allein:
         QCoreApplication::quit();
-    } else if (!endgueltig) {
-        verstecken();
+        break;
+    case Verbleib::Menueleiste:
+        if (!endgueltig_) {
+            verstecken();
+        }
     }
 }
 

@@ -1,49 +1,37 @@
 #pragma once
 
+#include "ablauf/rekordboxstarter.h"
+#include "assessment/anlass.h"
 #include "assessment/bewertung.h"
 #include "foundation/uhr.h"
-#include "mainwindow/treiber.h"
-#include "rekordbox/installation.h"
 
-#include <QList>
 #include <QPointer>
 #include <QWidget>
 
 class QAction;
 class QMenuBar;
+class QScrollArea;
 
 namespace kalvaro {
 
-class Anmeldestart;
-class Arbeitsplatz;
+struct Ablauf;
 class Countdown;
-class Einstellungen;
 class EinstellungenFenster;
 class Grund;
 class Haken;
-class Rekordbox;
 class Startknopf;
 class Statuskarte;
 class Updatekarte;
 class Verweis;
 class Zahlenkarte;
-class Zentrale;
 
-// What the window needs of the rest; everything must outlive it.
-struct Umgebung
-{
-    Zentrale &zentrale;
-    Einstellungen &einst;
-    Uhr &uhr;
-    const Rekordbox &rekordbox;
-    Arbeitsplatz &arbeitsplatz;
-    Anmeldestart &anmeldestart;
+// What becomes of the window when it goes away.
+enum class Verbleib {
+    Menueleiste, // it hides, and the program lives on in the menu bar
+    Allein,      // picture mode: it only minimises, and closing it ends the program
 };
 
 // The one main window: asks for a sync when it opens, shows what came of it and starts rekordbox.
-//
-// With a driver, syncs pass through it and closing only hides the window. Without one (picture
-// mode) the window asks the server itself and closing it ends the program.
 //
 // rekordbox counts as running for syncs as soon as its agent runs; for the start button only
 // rekordbox itself counts.
@@ -52,8 +40,8 @@ class Hauptfenster final : public QWidget
     Q_OBJECT
 
 public:
-    // `bild`: where picture mode writes the picture. `treiber` may be null and may go at any time.
-    Hauptfenster(const Umgebung &welt, std::optional<QString> bild, Treiber *treiber);
+    // `ablauf` must outlive the window. `bild`: where starten() writes the picture.
+    Hauptfenster(Ablauf &ablauf, Verbleib verbleib, std::optional<QString> bild = {});
 
     // Brings the window forward, optionally with a sync that may start rekordbox afterwards.
     void oeffnen(bool mitAbgleich);
@@ -61,30 +49,14 @@ public:
     // Picture mode: shows the window, syncs once, writes the picture and ends the program.
     void starten();
 
-    // Runs a sync. While one runs already `fertig` is called at once and the run is not joined.
-    // `autostartErlaubt`: an outcome that allows it may start the countdown.
-    void abgleichen(const QString &anlass, bool autostartErlaubt, std::function<void()> fertig);
-
-    void zeige(const QString &art, const QString &titel, const QString &detail);
-    void ladenAnzeigen(const QString &titel);
-    void anzeigen(const Bewertung &b);
+    // Shows what came of a sync that others asked for.
     void ergebnisAnzeigen(const Bewertung &b);
-    void rekordboxLaeuftAnzeigen();
-    void startKnopfAktualisieren();
 
-    // Hides the window; the program lives on in the menu bar.
+    // Hides the window, and with it a sheet that is open on it.
     void verstecken();
 
-    // The installation that a start would start.
-    [[nodiscard]] std::optional<Installation> gewaehlt() const;
-
-    void countdownStopp();
-
-    // Syncs first, then starts rekordbox if the outcome allows it. Nothing while busy.
-    void startenNachAbgleich();
-
-    // A sync or a pre-start check of this window is in progress.
-    [[nodiscard]] bool beschaeftigt() const { return beschaeftigt_; }
+    // From now on closing the window really closes it: the program is ending.
+    void endgueltigSchliessen() { endgueltig_ = true; }
 
     // The commands of the main menu; all of them work by their keys as well.
     struct Aktionen
@@ -100,15 +72,16 @@ public:
     // Puts a menu bar above the content. It is no part of a picture.
     void menueleisteSetzen(QMenuBar *leiste);
 
-    // From now on closing the window really closes it: the program is ending.
-    void endgueltigSchliessen() { endgueltig = true; }
-
 Q_SIGNALS:
     // The user wants to know what this program is.
     void ueberGewuenscht();
 
-    // An outcome is on display.
-    void angezeigt(const Bewertung &b);
+    // The user wants the program to end.
+    void beendenGewuenscht();
+
+    // The opening or the picture's sync, or one for a start, is over and on display, or there was
+    // none because rekordbox runs.
+    void angezeigt(const QString &titel, const QString &detail);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -116,6 +89,7 @@ protected:
     bool eventFilter(QObject *objekt, QEvent *event) override;
 
 private:
+    // How it is built.
     void aufbauen();
     void aktionenAnlegen();
     [[nodiscard]] QWidget *kopfzeile() const;
@@ -124,37 +98,46 @@ private:
     void groesseAnpassen();
     void nachVorn();
 
+    // Syncs and what they come to.
+    void abgleichen(Anlass anlass, bool autostartErlaubt);
     void abgeschlossen(const Bewertung &b, bool autostartErlaubt);
+    void ladenAnzeigen(const QString &titel);
+    void anzeigen(const Bewertung &b);
+    void gleichtAbSetzen(bool gleichtAb);
+    [[nodiscard]] bool beschaeftigt() const;
 
+    // The start of rekordbox.
+    void startVerfolgen();
     void rekordboxStarten();
-    void startpruefungFertig(bool noetig, const std::optional<QString> &hinweis);
-    void startenWennErlaubt();
-    void rekordboxJetztStarten();
+    void startZeigen(Startschritt schritt, Startschritt vorher);
+    void gestartet();
+    void rekordboxLaeuftAnzeigen();
+    void startKnopfAktualisieren();
     void autoGeaendert();
+
     void einstellungenOeffnen();
 
     // Constant after construction.
-    const Umgebung umgebung;
-    const std::optional<QString> bildPfad;
-    const QPointer<Treiber> steuerung;
+    Ablauf &ablauf_;
+    const Verbleib verbleib_;
+    const std::optional<QString> bildPfad_;
 
     Aktionen aktionen_;
-    Grund *ganz = nullptr; // the content, as it stands in a picture
-    Updatekarte *karteUpdate = nullptr;
-    Statuskarte *karteStatus = nullptr;
-    Zahlenkarte *karteZahlen = nullptr;
-    Startknopf *knStart = nullptr;
-    Countdown *countdown = nullptr;
-    Haken *cbAuto = nullptr;
-    Verweis *lnkAbgleich = nullptr;
+    QScrollArea *rollbereich_ = nullptr;
+    Grund *ganz_ = nullptr; // the content, as it stands in a picture
+    Updatekarte *karteUpdate_ = nullptr;
+    Statuskarte *karteStatus_ = nullptr;
+    Zahlenkarte *karteZahlen_ = nullptr;
+    Startknopf *knStart_ = nullptr;
+    Countdown *countdown_ = nullptr;
+    Haken *cbAuto_ = nullptr;
+    Verweis *lnkAbgleich_ = nullptr;
 
-    QList<Installation> installationen; // read anew whenever the window comes forward
-    std::optional<Bewertung> letzte;    // the last outcome shown
-    bool beschaeftigt_ = false;
-    QMetaObject::Connection treiberWeg; // while a sync of the driver's is awaited
-    bool endgueltig = false;
-    QPointer<EinstellungenFenster> einstellungen; // the sheet, while it is open
-    Weckruf bildVerzug;
+    std::optional<Bewertung> letzte_; // the last outcome shown
+    bool gleichtAb_ = false;          // a sync of this window's own is awaited
+    bool endgueltig_ = false;
+    QPointer<EinstellungenFenster> einstellungen_; // the sheet, while it is open
+    Weckruf bildVerzug_;
 };
 
 } // namespace kalvaro

@@ -2,14 +2,13 @@
 
 #include "mainwindow/hauptfenster.h"
 
-#include "foundation/einstellungen.h"
+#include "ablauf/ablauf.h"
 #include "foundation/konstanten.h"
 #include "mainwindow/countdown.h"
 #include "mainwindow/statuskarte.h"
 #include "mainwindow/updatekarte.h"
 #include "mainwindow/zahlenkarte.h"
 #include "platform/arbeitsplatz.h"
-#include "server/zentrale.h"
 #include "ui/beschriftung.h"
 #include "ui/karte.h"
 #include "ui/knoepfe.h"
@@ -63,40 +62,40 @@ void Hauptfenster::aufbauen()
     setObjectName(u"hauptfenster"_s);
     setAccessibleName(u"kalvaro"_s);
 
-    ganz = new Grund;
-    ganz->setObjectName(u"ganz"_s);
-    karteUpdate = new Updatekarte;
-    karteStatus = new Statuskarte(umgebung.uhr);
-    karteZahlen = new Zahlenkarte;
-    auto *const reihe = new QVBoxLayout(ganz);
+    ganz_ = new Grund;
+    ganz_->setObjectName(u"ganz"_s);
+    karteUpdate_ = new Updatekarte;
+    karteStatus_ = new Statuskarte(ablauf_.umgebung.uhr);
+    karteZahlen_ = new Zahlenkarte;
+    auto *const reihe = new QVBoxLayout(ganz_);
     reihe->setContentsMargins(24, 20, 24, 16);
     reihe->setSpacing(14);
     for (QWidget *teil :
-         {kopfzeile(), static_cast<QWidget *>(karteUpdate), static_cast<QWidget *>(karteStatus),
-          static_cast<QWidget *>(karteZahlen), startbereich(), fusszeile()}) {
+         {kopfzeile(), static_cast<QWidget *>(karteUpdate_), static_cast<QWidget *>(karteStatus_),
+          static_cast<QWidget *>(karteZahlen_), startbereich(), fusszeile()}) {
         reihe->addWidget(teil);
     }
     reihe->addStretch();
-    connect(karteUpdate, &Updatekarte::gedrueckt, this, [this](const QString &adresse) {
+    connect(karteUpdate_, &Updatekarte::gedrueckt, this, [this](const QString &adresse) {
         if (const auto url = updateUrl(adresse)) {
-            umgebung.arbeitsplatz.oeffnen(*url);
+            ablauf_.umgebung.arbeitsplatz.oeffnen(*url);
         }
     });
 
-    auto *const rollbereich = new QScrollArea;
-    rollbereich->setFrameShape(QFrame::NoFrame);
-    rollbereich->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    rollbereich->setWidgetResizable(true);
-    rollbereich->setFocusPolicy(Qt::NoFocus);
-    rollbereich->setWidget(ganz);
+    rollbereich_ = new QScrollArea;
+    rollbereich_->setFrameShape(QFrame::NoFrame);
+    rollbereich_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    rollbereich_->setWidgetResizable(true);
+    rollbereich_->setFocusPolicy(Qt::NoFocus);
+    rollbereich_->setWidget(ganz_);
     auto *const rahmen = new QVBoxLayout(this);
     rahmen->setContentsMargins(0, 0, 0, 0);
-    rahmen->addWidget(rollbereich);
+    rahmen->addWidget(rollbereich_);
 
-    ganz->installEventFilter(this);
+    ganz_->installEventFilter(this);
     aktionenAnlegen();
-    zeige(u"laden"_s, u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
-    knStart->setFocus();
+    karteStatus_->laden(u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
+    knStart_->setFocus();
     groesseAnpassen();
     move(screen()->availableGeometry().center() - rect().center());
 }
@@ -105,7 +104,7 @@ QWidget *Hauptfenster::kopfzeile() const
 {
     Beschriftung *const name = beschriftung(u"kalvaro"_s, 26, QFont::Bold);
     Beschriftung *const zeile =
-        beschriftung(u"rekordbox-Bibliothek · "_s + umgebung.zentrale.konto().name, 12.5,
+        beschriftung(u"rekordbox-Bibliothek · "_s + ablauf_.zentrale.konto().name, 12.5,
                      QFont::Normal, Farbe::sekundaer);
     zeile->setObjectName(u"lblKonto"_s);
     QWidget *const texte = stapel({name, zeile}, Qt::Vertical, 0);
@@ -116,24 +115,24 @@ QWidget *Hauptfenster::kopfzeile() const
 
 QWidget *Hauptfenster::startbereich()
 {
-    knStart = new Startknopf(u"rekordbox starten"_s);
-    knStart->setObjectName(u"knStart"_s);
-    connect(knStart, &QPushButton::clicked, this, &Hauptfenster::rekordboxStarten);
+    knStart_ = new Startknopf(u"rekordbox starten"_s);
+    knStart_->setObjectName(u"knStart"_s);
+    connect(knStart_, &QPushButton::clicked, this, &Hauptfenster::rekordboxStarten);
 
-    countdown = new Countdown(umgebung.uhr);
-    connect(countdown, &Countdown::abgelaufen, this, [this](const QString &art) {
+    countdown_ = new Countdown(ablauf_.umgebung.uhr);
+    connect(countdown_, &Countdown::abgelaufen, this, [this](const QString &art) {
         if (art == u"start"_s) {
             rekordboxStarten();
         }
     });
 
-    cbAuto = new Haken(u"rekordbox beim Öffnen automatisch starten\n"
-                       "(5 Sekunden, nachdem der Abgleich fertig ist)"_s);
-    cbAuto->setObjectName(u"cbAuto"_s);
-    cbAuto->setChecked(umgebung.einst.autostart);
-    connect(cbAuto, &QCheckBox::clicked, this, &Hauptfenster::autoGeaendert);
+    cbAuto_ = new Haken(u"rekordbox beim Öffnen automatisch starten\n"
+                        "(5 Sekunden, nachdem der Abgleich fertig ist)"_s);
+    cbAuto_->setObjectName(u"cbAuto"_s);
+    cbAuto_->setChecked(ablauf_.einst.autostart);
+    connect(cbAuto_, &QCheckBox::clicked, this, &Hauptfenster::autoGeaendert);
 
-    return stapel({knStart, countdown, cbAuto}, Qt::Vertical, 10);
+    return stapel({knStart_, countdown_, cbAuto_}, Qt::Vertical, 10);
 }
 
 QWidget *Hauptfenster::fusszeile()
@@ -141,9 +140,9 @@ QWidget *Hauptfenster::fusszeile()
     Verweis *const lnkEinstellungen =
         verweis(u"Einstellungen …"_s, this, [this] { einstellungenOeffnen(); });
     lnkEinstellungen->setObjectName(u"lnkEinstellungen"_s);
-    lnkAbgleich =
-        verweis(u"Jetzt abgleichen"_s, this, [this] { abgleichen(u"hand"_s, false, {}); });
-    lnkAbgleich->setObjectName(u"lnkAbgleich"_s);
+    lnkAbgleich_ =
+        verweis(u"Jetzt abgleichen"_s, this, [this] { abgleichen(Anlass::Hand, false); });
+    lnkAbgleich_->setObjectName(u"lnkAbgleich"_s);
     Beschriftung *const version =
         beschriftung(u"Version "_s + VERSION, 11, QFont::Normal, Farbe::tertiaer);
     version->setObjectName(u"lblVersion"_s);
@@ -153,7 +152,7 @@ QWidget *Hauptfenster::fusszeile()
     layout->setContentsMargins(0, 2, 0, 0);
     layout->setSpacing(22);
     layout->addWidget(lnkEinstellungen);
-    layout->addWidget(lnkAbgleich);
+    layout->addWidget(lnkAbgleich_);
     layout->addStretch();
     layout->addWidget(version);
     return zeile;
@@ -169,16 +168,12 @@ void Hauptfenster::aktionenAnlegen()
         return aktion;
     };
     aktionen_.ueber = anlegen(u"Über kalvaro"_s, {}, [this] { Q_EMIT ueberGewuenscht(); });
-    aktionen_.ausblenden = anlegen(u"kalvaro ausblenden"_s, Qt::CTRL | Qt::Key_H, [this] {
-        if (steuerung) {
-            verstecken();
-        } else {
-            showMinimized();
-        }
-    });
-    aktionen_.beenden = anlegen(u"kalvaro beenden"_s, Qt::CTRL | Qt::Key_Q, [this] {
-        if (steuerung) {
-            steuerung->beenden();
+    const bool bleibt = verbleib_ == Verbleib::Menueleiste;
+    aktionen_.ausblenden = anlegen(u"kalvaro ausblenden"_s, Qt::CTRL | Qt::Key_H,
+                                   [this, bleibt] { bleibt ? verstecken() : showMinimized(); });
+    aktionen_.beenden = anlegen(u"kalvaro beenden"_s, Qt::CTRL | Qt::Key_Q, [this, bleibt] {
+        if (bleibt) {
+            Q_EMIT beendenGewuenscht();
         } else {
             close();
         }
@@ -200,11 +195,11 @@ void Hauptfenster::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
         if (!event->isAutoRepeat()) {
-            knStart->click();
+            knStart_->click();
         }
         break;
     case Qt::Key_Escape:
-        countdownStopp();
+        countdown_->stopp();
         break;
     default:
         QWidget::keyPressEvent(event);
@@ -213,7 +208,7 @@ void Hauptfenster::keyPressEvent(QKeyEvent *event)
 
 bool Hauptfenster::eventFilter(QObject *objekt, QEvent *event)
 {
-    if (objekt == ganz && event->type() == QEvent::LayoutRequest) {
+    if (objekt == ganz_ && event->type() == QEvent::LayoutRequest) {
         groesseAnpassen();
     }
     return QWidget::eventFilter(objekt, event);
@@ -226,11 +221,10 @@ void Hauptfenster::groesseAnpassen()
     constexpr int titelleiste = 40; // what a desktop may put around the window
     const QWidget *const leisteOben = layout()->menuBar();
     const int menue = leisteOben != nullptr ? leisteOben->sizeHint().height() : 0;
-    const int breite = std::max(fensterbreite, ganz->layout()->totalMinimumSize().width());
-    const int inhalt = ganz->layout()->totalHeightForWidth(breite);
+    const int breite = std::max(fensterbreite, ganz_->layout()->totalMinimumSize().width());
+    const int inhalt = ganz_->layout()->totalHeightForWidth(breite);
     const int platz = screen()->availableGeometry().height() - titelleiste - menue;
-    const auto *const rollbereich = findChild<QScrollArea *>();
-    const int leiste = inhalt > platz ? rollbereich->verticalScrollBar()->sizeHint().width() : 0;
+    const int leiste = inhalt > platz ? rollbereich_->verticalScrollBar()->sizeHint().width() : 0;
     setFixedSize(breite + leiste, menue + std::min(inhalt, platz));
     // What has grown past the lower edge of the screen moves up.
     const QRect frei = screen()->availableGeometry();

@@ -11,8 +11,6 @@
 #include <QBoxLayout>
 #include <QEvent>
 
-#include <algorithm>
-
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
@@ -27,125 +25,131 @@ constexpr int mindesthoehe = 96;
 
 struct Aussehen
 {
-    QString art;
     QString symbol;
     Farbton toenung;
     Farbton fuellung;
     Farbton schrift;
 };
 
-const Aussehen &aussehen(const QString &art)
+Aussehen aussehen(Art art)
 {
-    static const Aussehen arten[] = {
-        {u"gut"_s, u"checkmark.circle.fill"_s, Farbe::systemGruen, Farbe::gutWeich, Farbe::gut},
-        {u"warn"_s, u"exclamationmark.circle.fill"_s, Farbe::systemOrange, Farbe::warnWeich,
-         Farbe::warn},
-        {u"krit"_s, u"exclamationmark.octagon.fill"_s, Farbe::systemRot, Farbe::kritWeich,
-         Farbe::krit},
-        {u"aus"_s, u"play.circle.fill"_s, Farbe::akzent, Farbe::durchsichtig, Farbe::schrift},
-    };
-    static const Aussehen sonst{{}, {}, Farbe::schrift, Farbe::durchsichtig, Farbe::schrift};
-    const auto *const gefunden = std::find_if(std::begin(arten), std::end(arten),
-                                              [&](const Aussehen &a) { return a.art == art; });
-    return gefunden == std::end(arten) ? sonst : *gefunden;
+    switch (art) {
+    case Art::Gut:
+        return {u"checkmark.circle.fill"_s, Farbe::systemGruen, Farbe::gutWeich, Farbe::gut};
+    case Art::Warn:
+        return {u"exclamationmark.circle.fill"_s, Farbe::systemOrange, Farbe::warnWeich,
+                Farbe::warn};
+    case Art::Krit:
+        return {u"exclamationmark.octagon.fill"_s, Farbe::systemRot, Farbe::kritWeich, Farbe::krit};
+    case Art::Aus:
+        return {u"play.circle.fill"_s, Farbe::akzent, Farbe::durchsichtig, Farbe::schrift};
+    }
+    Q_UNREACHABLE();
 }
 
 } // namespace
 
-Statuskarte::Statuskarte(Uhr &zeit, QWidget *parent)
+Statuskarte::Statuskarte(Uhr &uhr, QWidget *parent)
     : Karte(parent)
-    , uhr(zeit)
-    , bildZeichen(new Zeichen(zeichengroesse))
-    , rad(new Rad(zeit))
-    , lblTitel(beschriftung({}, 17, QFont::DemiBold))
-    , lblDetail(beschriftung({}, 12, QFont::Normal, Farbe::sekundaer, detailbreite))
-    , pille(new Pille)
+    , uhr_(uhr)
+    , bildZeichen_(new Zeichen(zeichengroesse))
+    , rad_(new Rad(uhr))
+    , lblTitel_(beschriftung({}, 17, QFont::DemiBold))
+    , lblDetail_(beschriftung({}, 12, QFont::Normal, Farbe::sekundaer, detailbreite))
+    , pille_(new Pille)
 {
     setObjectName(u"karteStatus"_s);
-    bildZeichen->setObjectName(u"bildZeichen"_s);
-    rad->setObjectName(u"rad"_s);
-    rad->setFixedSize(zeichengroesse, zeichengroesse);
-    rad->setAccessibleName(u"Vorgang läuft"_s);
-    lblTitel->setObjectName(u"lblTitel"_s);
-    lblTitel->setUmbruch(QWIDGETSIZE_MAX, titelzeilen);
-    lblDetail->setObjectName(u"lblDetail"_s);
-    lblDetail->setUmbruch(detailbreite, detailzeilen);
-    lblDetail->setZeilenhoehe(17);
-    pille->setObjectName(u"pille"_s);
+    bildZeichen_->setObjectName(u"bildZeichen"_s);
+    rad_->setObjectName(u"rad"_s);
+    rad_->setFixedSize(zeichengroesse, zeichengroesse);
+    rad_->setAccessibleName(u"Vorgang läuft"_s);
+    lblTitel_->setObjectName(u"lblTitel"_s);
+    lblTitel_->setUmbruch(QWIDGETSIZE_MAX, titelzeilen);
+    lblDetail_->setObjectName(u"lblDetail"_s);
+    lblDetail_->setUmbruch(detailbreite, detailzeilen);
+    lblDetail_->setZeilenhoehe(17);
+    pille_->setObjectName(u"pille"_s);
 
     auto *const kopf = new QHBoxLayout;
     kopf->setSpacing(10);
-    kopf->addWidget(lblTitel, 1);
-    kopf->addWidget(pille, 0, Qt::AlignTop);
+    kopf->addWidget(lblTitel_, 1);
+    kopf->addWidget(pille_, 0, Qt::AlignTop);
     auto *const texte = new QVBoxLayout;
     texte->setSpacing(3);
     texte->addLayout(kopf);
-    texte->addWidget(lblDetail);
+    texte->addWidget(lblDetail_);
     texte->addStretch();
 
     auto *const inhalt = new QWidget;
     auto *const zeile = new QHBoxLayout(inhalt);
     zeile->setContentsMargins(0, 0, 0, 0);
     zeile->setSpacing(16);
-    zeile->addWidget(bildZeichen, 0, Qt::AlignTop);
-    zeile->addWidget(rad, 0, Qt::AlignTop);
+    zeile->addWidget(bildZeichen_, 0, Qt::AlignTop);
+    zeile->addWidget(rad_, 0, Qt::AlignTop);
     zeile->addLayout(texte, 1);
     einsetzen(inhalt);
     setMinimumHeight(qRound(mindesthoehe * schriftfaktor()));
 }
 
-void Statuskarte::zeige(const QString &art, const QString &titel, const QString &detail)
+void Statuskarte::zeige(Art art, const QString &titel, const QString &detail)
 {
-    const Aussehen &neu = aussehen(art);
-    const bool laedt = art == u"laden"_s;
+    const Aussehen neu = aussehen(art);
     art_ = art;
-    setFuellung(neu.fuellung);
-    lblTitel->setFarbe(neu.schrift);
-    hintergrundMelden();
+    ladeUhr_.reset();
+    rad_->anhalten();
+    bildZeichen_->setzen(neu.symbol, neu.toenung, titel);
+    setzen(titel, detail, neu.schrift, neu.fuellung);
+}
 
-    ladeUhr.reset();
-    bildZeichen->setVisible(!laedt);
-    rad->setVisible(laedt);
-    if (laedt) {
-        rad->drehen();
-        ladeText = detail;
-        ladeBeginn = uhr.jetzt();
-        ladeUhr = uhr.alle(Sekunden(1), [this] { ladetakt(); });
-    } else {
-        rad->anhalten();
-        bildZeichen->setzen(neu.symbol, neu.toenung, titel);
-    }
-    lblTitel->setText(titel);
-    lblDetail->setText(detail);
+void Statuskarte::laden(const QString &titel, const QString &detail)
+{
+    art_.reset();
+    rad_->drehen();
+    ladeText_ = detail;
+    ladeBeginn_ = uhr_.laufzeit();
+    ladeUhr_ = uhr_.alle(Sekunden(1), [this] { ladetakt(); });
+    setzen(titel, detail, Farbe::schrift, Farbe::durchsichtig);
+}
+
+void Statuskarte::setzen(const QString &titel, const QString &detail, Farbton schrift,
+                         Farbton grund)
+{
+    setFuellung(grund);
+    lblTitel_->setFarbe(schrift);
+    hintergrundMelden();
+    bildZeichen_->setVisible(art_.has_value());
+    rad_->setVisible(!art_);
+    lblTitel_->textSetzen(titel);
+    lblDetail_->textSetzen(detail);
 
     // Told once for each state; the seconds that follow stay silent.
     const QString punkt = detail.isEmpty() || titel.endsWith(u'…') ? u" "_s : u". "_s;
-    setAccessibleName((titel + punkt + lblDetail->accessibleName()).trimmed());
+    setAccessibleName((titel + punkt + lblDetail_->accessibleName()).trimmed());
     QAccessibleEvent ansage(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&ansage);
 }
 
 void Statuskarte::ladetakt()
 {
-    const qint64 sekunden = std::max<qint64>(0, ladeBeginn.msecsTo(uhr.jetzt()) / 1000);
-    lblDetail->setTextLautlos(ladeText + u"  (%1 s)"_s.arg(sekunden));
+    const qint64 sekunden = (uhr_.laufzeit() - ladeBeginn_) / std::chrono::seconds(1);
+    lblDetail_->textLautlosSetzen(ladeText_ + u"  (%1 s)"_s.arg(sekunden));
 }
 
 void Statuskarte::betriebZeigen(const QString &betrieb)
 {
     if (betrieb == u"schatten"_s) {
-        pille->setzen(u"Probebetrieb"_s, Farbe::warn, Farbe::warnWeich);
+        pille_->setzen(u"Probebetrieb"_s, Farbe::warn, Farbe::warnWeich);
     } else if (betrieb == u"scharf"_s) {
-        pille->setzen(u"Aktiv"_s, Farbe::gut, Farbe::gutWeich);
+        pille_->setzen(u"Aktiv"_s, Farbe::gut, Farbe::gutWeich);
     }
 }
 
 // The texts stay readable on the card's colour.
 void Statuskarte::hintergrundMelden()
 {
-    lblTitel->setGrund(grundfarbe());
-    lblDetail->setGrund(grundfarbe());
-    pille->setUnterlage(grundfarbe());
+    lblTitel_->setGrund(grundfarbe());
+    lblDetail_->setGrund(grundfarbe());
+    pille_->setUnterlage(grundfarbe());
 }
 
 void Statuskarte::changeEvent(QEvent *event)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "assessment/bewertung.h"
 #include "foundation/uhr.h"
 #include "ui/karte.h"
 
@@ -16,38 +17,41 @@ class Statuskarte : public Karte
     Q_OBJECT
 
 public:
-    explicit Statuskarte(Uhr &zeit, QWidget *parent = nullptr);
+    explicit Statuskarte(Uhr &uhr, QWidget *parent = nullptr);
 
-    // Shows an outcome of kind `art` ("gut", "warn", "krit", "aus"), or with "laden" the spinner
-    // and, from the first second on, the seconds behind the detail.
-    void zeige(const QString &art, const QString &titel, const QString &detail);
+    void zeige(Art art, const QString &titel, const QString &detail);
+
+    // Something is under way: the spinner and, from the first second on, the seconds behind the
+    // detail.
+    void laden(const QString &titel, const QString &detail);
 
     // Shows the mode that the server reported; one that is not known leaves the pill as it is.
     void betriebZeigen(const QString &betrieb);
 
-    // The kind that was shown last.
-    [[nodiscard]] const QString &art() const { return art_; }
+    // The kind that is on display; absent while something is under way.
+    [[nodiscard]] std::optional<Art> art() const { return art_; }
 
 protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    void setzen(const QString &titel, const QString &detail, Farbton schrift, Farbton grund);
     void ladetakt();
     void hintergrundMelden();
 
-    Uhr &uhr;
-    Zeichen *const bildZeichen;
-    Rad *const rad;
-    Beschriftung *const lblTitel;
-    Beschriftung *const lblDetail;
-    Pille *const pille;
+    Uhr &uhr_;
+    Zeichen *const bildZeichen_;
+    Rad *const rad_;
+    Beschriftung *const lblTitel_;
+    Beschriftung *const lblDetail_;
+    Pille *const pille_;
 
-    QString art_;
+    std::optional<Art> art_;
 
     // The loading display.
-    Weckruf ladeUhr;
-    QDateTime ladeBeginn;
-    QString ladeText;
+    Weckruf ladeUhr_;
+    std::chrono::milliseconds ladeBeginn_{0}; // in Uhr::laufzeit()
+    QString ladeText_;
 };
 
 } // namespace kalvaro

@@ -12,17 +12,17 @@ using namespace Qt::StringLiterals;
 
 Updatekarte::Updatekarte(QWidget *parent)
     : Karte(parent)
-    , lblUpdate(beschriftung({}, 13.5, QFont::DemiBold, Farbe::verweis))
+    , lblUpdate_(beschriftung({}, 13.5, QFont::DemiBold, Farbe::verweis))
 {
     setObjectName(u"karteUpdate"_s);
-    lblUpdate->setObjectName(u"lblUpdate"_s);
+    lblUpdate_->setObjectName(u"lblUpdate"_s);
     auto *const knUpdate = new QPushButton(u"Herunterladen"_s);
     knUpdate->setObjectName(u"knUpdate"_s);
     knUpdate->setFont(systemschrift(13));
     knUpdate->setAutoDefault(true); // Return presses it while it has the focus
     connect(knUpdate, &QPushButton::clicked, this, [this] {
-        if (updateAdresse) {
-            Q_EMIT gedrueckt(*updateAdresse);
+        if (updateAdresse_) {
+            Q_EMIT gedrueckt(*updateAdresse_);
         }
     });
 
@@ -30,7 +30,7 @@ Updatekarte::Updatekarte(QWidget *parent)
     auto *const zeile = new QHBoxLayout(inhalt);
     zeile->setContentsMargins(0, 0, 0, 0);
     zeile->setSpacing(12);
-    zeile->addWidget(lblUpdate, 1);
+    zeile->addWidget(lblUpdate_, 1);
     zeile->addWidget(knUpdate);
     einsetzen(inhalt, 18, 11);
     hide();
@@ -38,8 +38,8 @@ Updatekarte::Updatekarte(QWidget *parent)
 
 void Updatekarte::zeige(const QString &version, const QString &adresse)
 {
-    updateAdresse = adresse;
-    lblUpdate->setText(u"Neue Version "_s + version + u" verfügbar"_s);
+    updateAdresse_ = adresse;
+    lblUpdate_->textSetzen(u"Neue Version "_s + version + u" verfügbar"_s);
     show();
 }
 

@@ -24,8 +24,8 @@ Q_SIGNALS:
     void gedrueckt(const QString &adresse);
 
 private:
-    Beschriftung *const lblUpdate;
-    std::optional<QString> updateAdresse;
+    Beschriftung *const lblUpdate_;
+    std::optional<QString> updateAdresse_;
 };
 
 } // namespace kalvaro

@@ -33,11 +33,11 @@ Beschriftung *figurenzeile(const QString &name, Farbton farbe)
 
 Zahlenkarte::Zahlenkarte(QWidget *parent)
     : Karte(parent)
-    , lblZeile1(figurenzeile(u"lblZeile1"_s, Farbe::schrift))
-    , lblZeile2(figurenzeile(u"lblZeile2"_s, Farbe::sekundaer))
+    , lblZeile1_(figurenzeile(u"lblZeile1"_s, Farbe::schrift))
+    , lblZeile2_(figurenzeile(u"lblZeile2"_s, Farbe::sekundaer))
 {
     setObjectName(u"karteZahlen"_s);
-    QWidget *const zeilen = stapel({lblZeile1, lblZeile2}, Qt::Vertical, 0);
+    QWidget *const zeilen = stapel({lblZeile1_, lblZeile2_}, Qt::Vertical, 0);
     einsetzen(stapel({kachelreihe(), new Haarlinie(Qt::Horizontal), zeilen}, Qt::Vertical, 11));
 }
 
@@ -49,19 +49,19 @@ QWidget *Zahlenkarte::kachelreihe()
     layout->setSpacing(0);
     const QStringList unterschriften{u"Titel"_s, u"Playlisten"_s, u"Hot Cues"_s, u"Musik"_s};
     for (const QString &unterschrift : unterschriften) {
-        if (!zahlen.isEmpty()) {
+        if (!zahlen_.isEmpty()) {
             layout->addWidget(new Haarlinie(Qt::Vertical));
         }
         auto *const zahlenfeld = new Tabellenzahl(u"–"_s);
         zahlenfeld->setFont(systemschrift(22, QFont::DemiBold));
-        zahlenfeld->setObjectName(u"zahlen%1"_s.arg(zahlen.size()));
-        zahlenfeld->setReihe(&zahlen);
+        zahlenfeld->setObjectName(u"zahlen%1"_s.arg(zahlen_.size()));
+        zahlenfeld->setReihe(&zahlen_);
         QWidget *const kachel =
             stapel({zahlenfeld, beschriftung(unterschrift, 11, QFont::Normal, Farbe::sekundaer)},
                    Qt::Vertical, 0);
-        kachel->layout()->setContentsMargins(zahlen.isEmpty() ? 0 : 13, 0, 4, 0);
+        kachel->layout()->setContentsMargins(zahlen_.isEmpty() ? 0 : 13, 0, 4, 0);
         layout->addWidget(kachel, 1);
-        zahlen.append(zahlenfeld);
+        zahlen_.append(zahlenfeld);
     }
     return reihe;
 }
@@ -72,21 +72,23 @@ void Zahlenkarte::zeige(const QJsonValue &antwort, std::optional<double> frei,
     const QJsonValue s = pfad(antwort, u"statistik");
     const QString platz = u"Frei auf dem Mac: "_s + fGB(frei);
     if (pfad(s, u"titel").isUndefined()) {
-        lblZeile1->setText(platz);
-        lblZeile2->setText(u"Keine Verbindung zur Cloud – Zahlen folgen beim nächsten Abgleich."_s);
+        lblZeile1_->textSetzen(platz);
+        lblZeile2_->textSetzen(
+            u"Keine Verbindung zur Cloud – Zahlen folgen beim nächsten Abgleich."_s);
         return;
     }
-    zahlen[0]->setText(fZahl(zahl(s, u"titel")));
-    zahlen[1]->setText(fZahl(zahl(s, u"playlisten")));
-    zahlen[2]->setText(fZahl(zahl(s, u"hot_cues")));
-    zahlen[3]->setText(fGB(zahl(s, u"dateigroesse")));
-    for (Tabellenzahl *feld : zahlen) {
+    zahlen_[0]->textSetzen(fZahl(zahl(s, u"titel")));
+    zahlen_[1]->textSetzen(fZahl(zahl(s, u"playlisten")));
+    zahlen_[2]->textSetzen(fZahl(zahl(s, u"hot_cues")));
+    zahlen_[3]->textSetzen(fGB(zahl(s, u"dateigroesse")));
+    for (Tabellenzahl *feld : zahlen_) {
         feld->update(); // its neighbours may have changed its size
     }
-    lblZeile1->setText(u"Analysiert: "_s + fZahl(zahl(s, u"analysiert")) + u" Titel"_s + trenner +
-                       u"Analysedaten: "_s + fGB(zahl(s, u"analysegroesse")) + trenner + platz);
-    lblZeile2->setText(u"Stand der Cloud: "_s + fZeit(text(s, u"stand"), jetzt) + trenner +
-                       u"geprüft "_s + fZeit(jetzt, jetzt));
+    lblZeile1_->textSetzen(u"Analysiert: "_s + fZahl(zahl(s, u"analysiert")) + u" Titel"_s +
+                           trenner + u"Analysedaten: "_s + fGB(zahl(s, u"analysegroesse")) +
+                           trenner + platz);
+    lblZeile2_->textSetzen(u"Stand der Cloud: "_s + fZeit(text(s, u"stand"), jetzt) + trenner +
+                           u"geprüft "_s + fZeit(jetzt, jetzt));
 }
 
 } // namespace kalvaro

@@ -27,9 +27,9 @@ public:
 private:
     [[nodiscard]] QWidget *kachelreihe();
 
-    QList<Tabellenzahl *> zahlen; // titles, playlists, hot cues, music size
-    Beschriftung *const lblZeile1;
-    Beschriftung *const lblZeile2;
+    QList<Tabellenzahl *> zahlen_; // titles, playlists, hot cues, music size
+    Beschriftung *const lblZeile1_;
+    Beschriftung *const lblZeile2_;
 };
 
 } // namespace kalvaro

@@ -25,13 +25,17 @@ public:
     virtual ~Arbeitsplatz() = default;
 
     // Starts the application bundle at the local path `buendel`, independent of this program, and
-    // brings it to the front. `fertig` is called once, from the event loop, with the reason in
-    // German when it could not be started, absent when it runs; dropped with `besitzer`.
+    // brings it to the front. `fertig` (see Einmalruf) gets the reason in German when it could not
+    // be started, absent when it runs.
     virtual void starten(const QString &buendel, QObject *besitzer,
                          std::function<void(std::optional<QString>)> fertig) = 0;
 
     // Opens an http or https address in the default browser; any other address is ignored.
     virtual void oeffnen(const QUrl &adresse) = 0;
+
+    // `geweckt` is called, from the event loop, whenever the computer has woken from sleep; an
+    // empty one ends that.
+    virtual void beiAufwachen(std::function<void()> geweckt) = 0;
 
     // How the desktop presents the program from now on.
     virtual void auftreten(Auftritt auftritt) = 0;

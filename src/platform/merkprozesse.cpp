@@ -2,22 +2,22 @@
 
 namespace kalvaro {
 
-Merkprozesse::Merkprozesse(const Prozesse &ganze)
-    : quelle(ganze)
+Merkprozesse::Merkprozesse(const Prozesse &quelle)
+    : quelle_(quelle)
 {
 }
 
 qsizetype Merkprozesse::anzahl(const QString &name) const
 {
-    if (const auto da = gemerkt.constFind(name); da != gemerkt.constEnd()) {
+    if (const auto da = gemerkt_.constFind(name); da != gemerkt_.constEnd()) {
         return *da;
     }
-    if (gemerkt.isEmpty()) {
+    if (gemerkt_.isEmpty()) {
         QMetaObject::invokeMethod(
-            const_cast<Merkprozesse *>(this), [this] { gemerkt.clear(); }, Qt::QueuedConnection);
+            const_cast<Merkprozesse *>(this), [this] { gemerkt_.clear(); }, Qt::QueuedConnection);
     }
-    const qsizetype wert = quelle.anzahl(name);
-    gemerkt.insert(name, wert);
+    const qsizetype wert = quelle_.anzahl(name);
+    gemerkt_.insert(name, wert);
     return wert;
 }
 

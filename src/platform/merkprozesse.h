@@ -14,15 +14,15 @@ class Merkprozesse final : public QObject, public Prozesse
     Q_OBJECT
 
 public:
-    // `ganze` must outlive this object.
-    explicit Merkprozesse(const Prozesse &ganze);
+    // `quelle` must outlive this object.
+    explicit Merkprozesse(const Prozesse &quelle);
 
     [[nodiscard]] qsizetype anzahl(const QString &name) const override;
-    [[nodiscard]] QStringList buendel() const override { return quelle.buendel(); }
+    [[nodiscard]] QStringList buendel() const override { return quelle_.buendel(); }
 
 private:
-    const Prozesse &quelle;
-    mutable QHash<QString, qsizetype> gemerkt; // emptied with the next pass
+    const Prozesse &quelle_;
+    mutable QHash<QString, qsizetype> gemerkt_; // emptied with the next pass
 };
 
 } // namespace kalvaro

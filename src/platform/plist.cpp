@@ -12,33 +12,33 @@ namespace {
 class Binaerplist
 {
 public:
-    explicit Binaerplist(QByteArrayView bytes)
-        : inhalt(bytes)
+    explicit Binaerplist(QByteArrayView inhalt)
+        : inhalt_(inhalt)
     {
     }
 
     // False when the closing 32 bytes contradict the size of the file.
     bool oeffnen()
     {
-        const auto groesse = static_cast<quint64>(inhalt.size());
+        const auto groesse = static_cast<quint64>(inhalt_.size());
         if (groesse < kopfLaenge + endeLaenge) {
             return false;
         }
         const quint64 ende = groesse - endeLaenge;
-        ortBreite = zahl(ende + 6, 1).value_or(0);
-        nummerBreite = zahl(ende + 7, 1).value_or(0);
-        anzahl = zahl(ende + 8, 8).value_or(0);
-        wurzel = zahl(ende + 16, 8).value_or(0);
-        tabelle = zahl(ende + 24, 8).value_or(0);
-        return ortBreite >= 1 && ortBreite <= 8 && nummerBreite >= 1 && nummerBreite <= 8 &&
-               tabelle <= ende && anzahl <= (ende - tabelle) / ortBreite;
+        ortBreite_ = zahl(ende + 6, 1).value_or(0);
+        nummerBreite_ = zahl(ende + 7, 1).value_or(0);
+        anzahl_ = zahl(ende + 8, 8).value_or(0);
+        wurzel_ = zahl(ende + 16, 8).value_or(0);
+        tabelle_ = zahl(ende + 24, 8).value_or(0);
+        return ortBreite_ >= 1 && ortBreite_ <= 8 && nummerBreite_ >= 1 && nummerBreite_ <= 8 &&
+               tabelle_ <= ende && anzahl_ <= (ende - tabelle_) / ortBreite_;
     }
 
     [[nodiscard]] std::optional<QString> text(QStringView schluessel) const
     {
-        const auto verzeichnis = objekt(wurzel);
+        const auto verzeichnis = objekt(wurzel_);
         if (!verzeichnis || verzeichnis->art != Art::Verzeichnis ||
-            verzeichnis->anzahl > verzeichnis->platz / (2 * nummerBreite)) {
+            verzeichnis->anzahl > verzeichnis->platz / (2 * nummerBreite_)) {
             return {};
         }
         for (quint64 i = 0; i < verzeichnis->anzahl; ++i) {
@@ -66,7 +66,7 @@ private:
     // The big-endian number of `breite` (1 to 8) bytes at `ort`.
     [[nodiscard]] std::optional<quint64> zahl(quint64 ort, quint64 breite) const
     {
-        const auto groesse = static_cast<quint64>(inhalt.size());
+        const auto groesse = static_cast<quint64>(inhalt_.size());
         if (ort > groesse || breite > groesse - ort) {
             return {};
         }
@@ -79,15 +79,15 @@ private:
 
     [[nodiscard]] QByteArrayView stueck(quint64 ort, quint64 laenge) const
     {
-        return inhalt.sliced(static_cast<qsizetype>(ort), static_cast<qsizetype>(laenge));
+        return inhalt_.sliced(static_cast<qsizetype>(ort), static_cast<qsizetype>(laenge));
     }
 
     [[nodiscard]] std::optional<Objekt> objekt(std::optional<quint64> nr) const
     {
-        if (!nr || *nr >= anzahl) {
+        if (!nr || *nr >= anzahl_) {
             return {};
         }
-        auto ort = zahl(tabelle + *nr * ortBreite, ortBreite);
+        auto ort = zahl(tabelle_ + *nr * ortBreite_, ortBreite_);
         const auto kopf = ort ? zahl(*ort, 1) : std::nullopt;
         if (!kopf) {
             return {};
@@ -106,14 +106,14 @@ private:
         if (!menge) {
             return {};
         }
-        const auto groesse = static_cast<quint64>(inhalt.size());
+        const auto groesse = static_cast<quint64>(inhalt_.size());
         return Objekt{static_cast<Art>(*kopf >> 4U), *menge, hier, groesse - hier};
     }
 
     // The object number that stands at place `i` in a dictionary: first all keys, then all values.
     [[nodiscard]] std::optional<quint64> nummer(const Objekt &verzeichnis, quint64 i) const
     {
-        return zahl(verzeichnis.ort + i * nummerBreite, nummerBreite);
+        return zahl(verzeichnis.ort + i * nummerBreite_, nummerBreite_);
     }
 
     // Decodes nothing that has another length, however many keys share one giant text.
@@ -136,12 +136,12 @@ private:
         return {};
     }
 
-    const QByteArrayView inhalt;
-    quint64 ortBreite = 0;    // bytes of an offset
-    quint64 nummerBreite = 0; // bytes of an object number
-    quint64 anzahl = 0;       // of objects
-    quint64 wurzel = 0;       // number of the top-level object
-    quint64 tabelle = 0;      // where the offsets stand
+    const QByteArrayView inhalt_;
+    quint64 ortBreite_ = 0;    // bytes of an offset
+    quint64 nummerBreite_ = 0; // bytes of an object number
+    quint64 anzahl_ = 0;       // of objects
+    quint64 wurzel_ = 0;       // number of the top-level object
+    quint64 tabelle_ = 0;      // where the offsets stand
 };
 
 std::optional<QString> ausXml(const QByteArray &inhalt, QStringView schluessel)

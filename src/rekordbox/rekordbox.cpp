@@ -29,16 +29,16 @@ QString kandidat(const QFileInfo &eintrag)
 
 } // namespace
 
-Rekordbox::Rekordbox(const Prozesse &liste, QString programme)
-    : prozesse(liste)
-    , programmordner(std::move(programme))
+Rekordbox::Rekordbox(const Prozesse &prozesse, QString programmordner)
+    : prozesse_(prozesse)
+    , programmordner_(std::move(programmordner))
 {
 }
 
 QList<Installation> Rekordbox::installationen() const
 {
     QList<Installation> liste;
-    QDirIterator ordner(programmordner,
+    QDirIterator ordner(programmordner_,
                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     while (ordner.hasNext()) {
         const QFileInfo eintrag(ordner.next());
@@ -77,7 +77,7 @@ std::optional<Installation> Rekordbox::gewaehlt(const QList<Installation> &liste
 
 qsizetype Rekordbox::anzahl(const QString &name) const
 {
-    return prozesse.anzahl(name);
+    return prozesse_.anzahl(name);
 }
 
 bool Rekordbox::hauptLaeuft() const

@@ -16,9 +16,9 @@ class Einstellungen;
 class Rekordbox
 {
 public:
-    // `programme` is the folder of applications, usually "/Applications". `liste` must outlive
-    // this object.
-    explicit Rekordbox(const Prozesse &liste, QString programme);
+    // `programmordner` is the folder of applications, usually "/Applications". `prozesse` must
+    // outlive this object.
+    Rekordbox(const Prozesse &prozesse, QString programmordner);
 
     // All installed copies, newest first; equal versions in the order of the folder's listing.
     // Empty when the folder cannot be read.
@@ -40,8 +40,8 @@ public:
     [[nodiscard]] bool laeuft() const;
 
 private:
-    const Prozesse &prozesse;
-    const QString programmordner;
+    const Prozesse &prozesse_;
+    const QString programmordner_;
 };
 
 } // namespace kalvaro

@@ -16,31 +16,31 @@ namespace kalvaro {
 class Einmalbody final : public QIODevice
 {
 public:
-    Einmalbody(QByteArray daten, QObject *parent)
+    Einmalbody(QByteArray bytes, QObject *parent)
         : QIODevice(parent)
-        , bytes(std::move(daten))
+        , bytes_(std::move(bytes))
     {
         open(ReadOnly | Unbuffered);
     }
 
     // The status line and the header lines of an answer are there.
-    void beantwortet() { antwortBegonnen = true; }
+    void beantwortet() { antwortBegonnen_ = true; }
 
-    [[nodiscard]] qint64 size() const override { return bytes.size(); }
-    [[nodiscard]] bool reset() override { return antwortBegonnen && QIODevice::reset(); }
+    [[nodiscard]] qint64 size() const override { return bytes_.size(); }
+    [[nodiscard]] bool reset() override { return antwortBegonnen_ && QIODevice::reset(); }
 
 protected:
     qint64 readData(char *ziel, qint64 hoechstens) override
     {
-        const qint64 anzahl = std::clamp(bytes.size() - pos(), qint64{0}, hoechstens);
-        std::copy_n(bytes.constData() + pos(), anzahl, ziel);
+        const qint64 anzahl = std::clamp(bytes_.size() - pos(), qint64{0}, hoechstens);
+        std::copy_n(bytes_.constData() + pos(), anzahl, ziel);
         return anzahl;
     }
     qint64 writeData(const char * /*quelle*/, qint64 /*anzahl*/) override { return -1; }
 
 private:
-    const QByteArray bytes;
-    bool antwortBegonnen = false;
+    const QByteArray bytes_;
+    bool antwortBegonnen_ = false;
 };
 
 } // namespace kalvaro

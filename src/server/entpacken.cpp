@@ -23,11 +23,11 @@ public:
     Strom(const QByteArray &daten, int fenster)
     {
         // zlib reads from the bytes only; its interface predates const.
-        strom.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(daten.constData()));
-        strom.avail_in = static_cast<uInt>(daten.size());
-        bereit = inflateInit2(&strom, fenster) == Z_OK;
+        strom_.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(daten.constData()));
+        strom_.avail_in = static_cast<uInt>(daten.size());
+        bereit_ = inflateInit2(&strom_, fenster) == Z_OK;
     }
-    ~Strom() { inflateEnd(&strom); }
+    ~Strom() { inflateEnd(&strom_); }
     Strom(const Strom &) = delete;
     Strom &operator=(const Strom &) = delete;
 
@@ -35,20 +35,21 @@ public:
     {
         QByteArray klartext;
         std::array<char, 65536> stueck; // left uninitialised: zlib fills it
-        while (bereit) {
-            strom.next_out = reinterpret_cast<Bytef *>(stueck.data());
-            strom.avail_out = stueck.size();
-            const int stand = inflate(&strom, Z_NO_FLUSH);
-            klartext.append(stueck.data(), static_cast<qsizetype>(stueck.size() - strom.avail_out));
+        while (bereit_) {
+            strom_.next_out = reinterpret_cast<Bytef *>(stueck.data());
+            strom_.avail_out = stueck.size();
+            const int stand = inflate(&strom_, Z_NO_FLUSH);
+            klartext.append(stueck.data(),
+                            static_cast<qsizetype>(stueck.size() - strom_.avail_out));
             if (klartext.size() > grenze) {
                 return tl::unexpected(Entpackfehler::ZuGross);
             }
-            if (stand == Z_STREAM_END && strom.avail_in == 0) {
+            if (stand == Z_STREAM_END && strom_.avail_in == 0) {
                 return klartext;
             }
             // A gzip file may hold several members (RFC 1952, 2.2).
             const bool weiter =
-                stand == Z_STREAM_END ? inflateReset(&strom) == Z_OK : stand == Z_OK;
+                stand == Z_STREAM_END ? inflateReset(&strom_) == Z_OK : stand == Z_OK;
             if (!weiter) {
                 break;
             }
@@ -57,8 +58,8 @@ public:
     }
 
 private:
-    z_stream strom{};
-    bool bereit = false;
+    z_stream strom_{};
+    bool bereit_ = false;
 };
 
 Ergebnis einmalEntpacken(const QByteArray &daten, const QByteArray &kodierung, qsizetype grenze)

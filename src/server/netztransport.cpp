@@ -1,5 +1,6 @@
 #include "server/netztransport.h"
 
+#include "foundation/einmalruf.h"
 #include "server/einmalbody.h"
 #include "server/entpacken.h"
 #include "server/netzfehler.h"
@@ -67,24 +68,23 @@ bool einzeilig(const Kopfzeile &zeile)
            std::none_of(zeile.second.begin(), zeile.second.end(), steuert);
 }
 
-// One exchange with the redirects that it follows. Lives as a child of its owner.
-class Austausch final : public QObject
+// One exchange with the redirects that it follows.
+class Austausch final : public Einmalruf<Transport::Ergebnis>
 {
 public:
-    Austausch(const Netzanfrage &was, QObject *besitzer, Transport::Rueckruf ruf)
-        : QObject(besitzer)
-        , anfrage(was)
-        , fertig(std::move(ruf))
+    Austausch(Netzanfrage anfrage, QObject *besitzer, Transport::Rueckruf fertig)
+        : Einmalruf(besitzer, std::move(fertig))
+        , anfrage_(std::move(anfrage))
     {
     }
 
     void beginnen(Uhr &uhr)
     {
-        frist = uhr.nach(anfrage.limit, [this] { ueberschreiten(); });
-        const auto &kopf = anfrage.kopf;
-        if (anfrage.url.scheme() != u"http" && anfrage.url.scheme() != u"https") {
+        frist_ = uhr.nach(anfrage_.limit, [this] { ueberschreiten(); });
+        const auto &kopf = anfrage_.kopf;
+        if (anfrage_.url.scheme() != u"http" && anfrage_.url.scheme() != u"https") {
             scheitern(QNetworkReply::ProtocolUnknownError);
-        } else if (anfrage.url.host().isEmpty()) {
+        } else if (anfrage_.url.host().isEmpty()) {
             scheitern(QNetworkReply::HostNotFoundError);
         } else if (!std::all_of(kopf.begin(), kopf.end(), einzeilig)) {
             scheitern(u"Der Schlüssel enthält unzulässige Zeichen."_s);
@@ -96,7 +96,7 @@ public:
 private:
     [[nodiscard]] QNetworkRequest kopfzeilen() const
     {
-        QNetworkRequest r(anfrage.url);
+        QNetworkRequest r(anfrage_.url);
         r.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
         r.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
         r.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
@@ -108,7 +108,7 @@ private:
         // that was cut short for a whole one.
         r.setRawHeader("Accept-Encoding"_ba, "gzip, deflate"_ba);
         r.setRawHeader("Accept-Language"_ba, "de"_ba);
-        for (const auto &[name, wert] : anfrage.kopf) {
+        for (const auto &[name, wert] : anfrage_.kopf) {
             r.setRawHeader(name, wert);
         }
         return r;
@@ -116,21 +116,21 @@ private:
 
     void senden()
     {
-        daten.clear();
-        netz = new QNetworkAccessManager(this);
-        netz->setProxyFactory(new Proxywahl);
-        netz->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
-        auto *body = new Einmalbody(anfrage.body.value_or(QByteArray()), netz);
-        antwort = netz->sendCustomRequest(kopfzeilen(), anfrage.methode, body);
-        connect(antwort, &QNetworkReply::metaDataChanged, body, &Einmalbody::beantwortet);
-        connect(antwort, &QNetworkReply::readyRead, this, &Austausch::lesen);
-        connect(antwort, &QNetworkReply::finished, this, &Austausch::auswerten);
+        daten_.clear();
+        netz_ = new QNetworkAccessManager(this);
+        netz_->setProxyFactory(new Proxywahl);
+        netz_->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
+        auto *body = new Einmalbody(anfrage_.body.value_or(QByteArray()), netz_);
+        antwort_ = netz_->sendCustomRequest(kopfzeilen(), anfrage_.methode, body);
+        connect(antwort_, &QNetworkReply::metaDataChanged, body, &Einmalbody::beantwortet);
+        connect(antwort_, &QNetworkReply::readyRead, this, &Austausch::lesen);
+        connect(antwort_, &QNetworkReply::finished, this, &Austausch::auswerten);
     }
 
     void lesen()
     {
-        daten += antwort->readAll();
-        if (daten.size() > groessteAntwort) {
+        daten_ += antwort_->readAll();
+        if (daten_.size() > groessteAntwort) {
             scheitern(Entpackfehler::ZuGross);
         }
     }
@@ -138,11 +138,11 @@ private:
     void auswerten()
     {
         lesen();
-        if (beendet) {
+        if (beantwortet()) {
             return;
         }
-        const auto art = antwort->error();
-        const int status = antwort->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        const auto art = antwort_->error();
+        const int status = antwort_->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         if (art == QNetworkReply::TimeoutError) {
             ueberschreiten();
         } else if (art != QNetworkReply::NoError && !istStatusmeldung(art)) {
@@ -160,37 +160,37 @@ private:
     {
         const bool sprung =
             status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
-        const QUrl ort = antwort->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+        const QUrl ort = antwort_->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
         if (!sprung || ort.isEmpty()) {
             return {};
         }
-        const QUrl ziel = anfrage.url.resolved(ort);
-        return sprungErlaubt(anfrage.url, ziel) ? ziel : QUrl();
+        const QUrl ziel = anfrage_.url.resolved(ort);
+        return sprungErlaubt(anfrage_.url, ziel) ? ziel : QUrl();
     }
 
     void springen(int status, const QUrl &ziel)
     {
-        if (++spruenge > meisteSpruenge) {
+        if (++spruenge_ > meisteSpruenge) {
             scheitern(QNetworkReply::TooManyRedirectsError);
             return;
         }
         // RFC 9110, 15.4: after 303, and by custom after 301 and 302 to a POST, a GET follows.
-        if (status == 303 || (status < 303 && anfrage.methode == "POST")) {
-            anfrage.methode = "GET"_ba;
-            anfrage.body.reset();
-            anfrage.kopf.removeIf([](const auto &zeile) { return zeile.first == "Content-Type"; });
+        if (status == 303 || (status < 303 && anfrage_.methode == "POST")) {
+            anfrage_.methode = "GET"_ba;
+            anfrage_.body.reset();
+            anfrage_.kopf.removeIf([](const auto &zeile) { return zeile.first == "Content-Type"; });
         }
-        anfrage.url = ziel;
+        anfrage_.url = ziel;
         // The next request must not meet the connection of this one while it closes.
-        antwort->disconnect(this);
-        netz->deleteLater();
+        antwort_->disconnect(this);
+        netz_->deleteLater();
         senden();
     }
 
     void abliefern(int status)
     {
         const auto klartext =
-            entpacken(daten, antwort->rawHeader("Content-Encoding"_ba), groessteAntwort);
+            entpacken(daten_, antwort_->rawHeader("Content-Encoding"_ba), groessteAntwort);
         if (klartext) {
             beenden(Netzantwort{status, *klartext});
         } else {
@@ -202,7 +202,7 @@ private:
 
     void scheitern(QNetworkReply::NetworkError art)
     {
-        scheitern(netzfehlertext(art, antwort ? antwort->errorString() : QString()));
+        scheitern(netzfehlertext(art, antwort_ ? antwort_->errorString() : QString()));
     }
 
     void scheitern(Entpackfehler fehler)
@@ -219,45 +219,35 @@ private:
 
     void scheitern(const QString &text) { beenden(tl::unexpected(Netzfehler{false, text})); }
 
-    // Ends the exchange; the owner hears of it from the event loop, for it may destroy this object
-    // and the reply with it, and a reply must not be destroyed by its own signal.
+    // The owner may destroy this object and the reply with it, and a reply must not be destroyed by
+    // its own signal: the answer goes out from the event loop.
     void beenden(Transport::Ergebnis ergebnis)
     {
-        beendet = true;
-        frist.reset();
-        if (antwort) {
-            antwort->disconnect(this);
+        frist_.reset();
+        if (antwort_) {
+            antwort_->disconnect(this);
         }
-        QMetaObject::invokeMethod(
-            this,
-            [this, e = std::move(ergebnis)]() mutable {
-                const Transport::Rueckruf ruf = std::move(fertig);
-                deleteLater();
-                ruf(std::move(e));
-            },
-            Qt::QueuedConnection);
+        antworten(std::move(ergebnis));
     }
 
-    Netzanfrage anfrage; // changes with each redirect
-    Transport::Rueckruf fertig;
-    Weckruf frist;
-    QNetworkAccessManager *netz = nullptr; // one for each request
-    QNetworkReply *antwort = nullptr;      // child of netz
-    QByteArray daten;                      // as received: still with its content coding
-    int spruenge = 0;
-    bool beendet = false;
+    Netzanfrage anfrage_; // changes with each redirect
+    Weckruf frist_;
+    QNetworkAccessManager *netz_ = nullptr; // one for each request
+    QNetworkReply *antwort_ = nullptr;      // child of netz
+    QByteArray daten_;                      // as received: still with its content coding
+    int spruenge_ = 0;
 };
 
 } // namespace
 
-Netztransport::Netztransport(Uhr &zeit)
-    : uhr(zeit)
+Netztransport::Netztransport(Uhr &uhr)
+    : uhr_(uhr)
 {
 }
 
 void Netztransport::senden(const Netzanfrage &anfrage, QObject *besitzer, Rueckruf fertig)
 {
-    (new Austausch(anfrage, besitzer, std::move(fertig)))->beginnen(uhr);
+    (new Austausch(anfrage, besitzer, std::move(fertig)))->beginnen(uhr_);
 }
 
 } // namespace kalvaro

@@ -17,13 +17,13 @@ namespace kalvaro {
 class Netztransport final : public Transport
 {
 public:
-    // `zeit` must outlive every exchange; an exchange may outlive this object.
-    explicit Netztransport(Uhr &zeit);
+    // `uhr` must outlive every exchange; an exchange may outlive this object.
+    explicit Netztransport(Uhr &uhr);
 
     void senden(const Netzanfrage &anfrage, QObject *besitzer, Rueckruf fertig) override;
 
 private:
-    Uhr &uhr;
+    Uhr &uhr_;
 };
 
 } // namespace kalvaro

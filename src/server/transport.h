@@ -57,8 +57,8 @@ public:
     Transport &operator=(const Transport &) = delete;
     virtual ~Transport() = default;
 
-    // Calls `fertig` exactly once, from the event loop, never before this returns; any HTTP status
-    // is an answer. When `besitzer` is destroyed the exchange ends and `fertig` is dropped.
+    // Any HTTP status is an answer. When `besitzer` is destroyed the exchange ends, and `fertig`
+    // (see Einmalruf) is dropped.
     virtual void senden(const Netzanfrage &anfrage, QObject *besitzer, Rueckruf fertig) = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "server/zentrale.h"
 
+#include "foundation/einmalruf.h"
 #include "foundation/konstanten.h"
 #include "foundation/werte.h"
 
@@ -17,7 +18,7 @@ namespace {
 
 using Rohergebnis = tl::expected<Netzantwort, ZentraleFehler>;
 
-constexpr Sekunden probenzeit{4};
+constexpr Sekunden vorfragezeit{4};
 
 const QString keineAdresse = u"keine Cloud-Adresse eingetragen"_s;
 
@@ -61,25 +62,23 @@ ZentraleFehler ausStatus(int status, const QJsonValue &inhalt)
 
 } // namespace
 
-// One request on its way through the candidates. A child of its owner, ended with the server
-// client.
-class Zentrale::Lauf final : public QObject
+// One request on its way through the candidates.
+class Zentrale::Lauf final : public Einmalruf<Zentrale::Antwort>
 {
 public:
-    Lauf(Zentrale *client, Auftrag was, QObject *besitzer, Rueckruf ruf)
-        : QObject(besitzer)
-        , zentrale(client)
-        , auftrag(std::move(was))
-        , fertig(std::move(ruf))
-        , letzteMeldung(keineAdresse)
+    Lauf(Zentrale *zentrale, Auftrag auftrag, QObject *besitzer, Rueckruf fertig)
+        : Einmalruf(besitzer, std::move(fertig))
+        , zentrale_(zentrale)
+        , auftrag_(std::move(auftrag))
+        , letzteMeldung_(keineAdresse)
     {
-        connect(client, &QObject::destroyed, this, [this] { delete this; });
-        if (client->basis_) {
-            kandidaten.append(*client->basis_);
+        endetMit(zentrale);
+        if (zentrale->basis_) {
+            kandidaten_.append(*zentrale->basis_);
         }
-        for (const QString &adresse : client->konto_.server) {
-            if (!kandidaten.contains(adresse)) {
-                kandidaten.append(adresse);
+        for (const QString &adresse : zentrale->konto_.server) {
+            if (!kandidaten_.contains(adresse)) {
+                kandidaten_.append(adresse);
             }
         }
         QMetaObject::invokeMethod(this, &Lauf::naechster, Qt::QueuedConnection);
@@ -88,17 +87,17 @@ public:
 private:
     void naechster()
     {
-        if (kandidaten.isEmpty()) {
-            beenden(tl::unexpected(ZentraleFehler{true, false, letzteMeldung}));
+        if (kandidaten_.isEmpty()) {
+            antworten(tl::unexpected(ZentraleFehler{true, false, letzteMeldung_}));
             return;
         }
-        kandidat = kandidaten.takeFirst();
-        if (zentrale->basis_ == kandidat) {
+        kandidat_ = kandidaten_.takeFirst();
+        if (zentrale_->basis_ == kandidat_) {
             fragen();
             return;
         }
-        const Auftrag probe{.pfad = {}, .zeit = probenzeit};
-        zentrale->roh(kandidat + u"/api/status"_s, probe, this, [this](const auto &ergebnis) {
+        const Auftrag vorfrage{.pfad = {}, .zeit = vorfragezeit};
+        zentrale_->roh(kandidat_ + u"/api/status"_s, vorfrage, this, [this](const auto &ergebnis) {
             if (ergebnis) {
                 fragen();
             } else {
@@ -109,7 +108,7 @@ private:
 
     void fragen()
     {
-        zentrale->roh(kandidat + auftrag.pfad, auftrag, this, [this](const auto &ergebnis) {
+        zentrale_->roh(kandidat_ + auftrag_.pfad, auftrag_, this, [this](const auto &ergebnis) {
             if (ergebnis) {
                 auswerten(*ergebnis);
             } else {
@@ -122,23 +121,23 @@ private:
     {
         const QJsonValue inhalt = alsJson(antwort.daten);
         if (antwort.status == 200) {
-            zentrale->basis_ = kandidat;
-            beenden(inhalt);
+            zentrale_->basis_ = kandidat_;
+            antworten(inhalt);
         } else {
-            beenden(tl::unexpected(ausStatus(antwort.status, inhalt)));
+            antworten(tl::unexpected(ausStatus(antwort.status, inhalt)));
         }
     }
 
     void abgewiesen(const ZentraleFehler &fehler)
     {
         if (!fehler.offline) {
-            beenden(tl::unexpected(fehler));
+            antworten(tl::unexpected(fehler));
             return;
         }
-        zentrale->basis_.reset();
+        zentrale_->basis_.reset();
         if (fehler.zeitUeberschritten) {
             // The server may be working on it: asking another one could start the work twice.
-            beenden(tl::unexpected(fehler));
+            antworten(tl::unexpected(fehler));
         } else {
             weiterNach(fehler);
         }
@@ -146,29 +145,21 @@ private:
 
     void weiterNach(const ZentraleFehler &fehler)
     {
-        letzteMeldung = fehler.meldung;
+        letzteMeldung_ = fehler.meldung;
         naechster();
     }
 
-    void beenden(const Antwort &antwort)
-    {
-        const Rueckruf ruf = std::move(fertig);
-        deleteLater();
-        ruf(antwort);
-    }
-
-    Zentrale *const zentrale;
-    const Auftrag auftrag;
-    Rueckruf fertig;
-    QStringList kandidaten; // those not tried yet
-    QString kandidat;       // the one being tried
-    QString letzteMeldung;
+    Zentrale *const zentrale_;
+    const Auftrag auftrag_;
+    QStringList kandidaten_; // those not tried yet
+    QString kandidat_;       // the one being tried
+    QString letzteMeldung_;
 };
 
-Zentrale::Zentrale(Konto konto, Transport &weg, QObject *parent)
+Zentrale::Zentrale(Konto konto, Transport &transport, QObject *parent)
     : QObject(parent)
     , konto_(std::move(konto))
-    , transport(weg)
+    , transport_(transport)
 {
 }
 
@@ -179,17 +170,10 @@ QString Zentrale::adresse() const
 
 void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer, Rohruf fertig)
 {
-    // What the answer hangs on: gone with its owner or with this object, whichever goes first.
-    auto *halter = new QObject(besitzer);
-    connect(this, &QObject::destroyed, halter, [halter] { delete halter; });
-    const auto liefern = [halter, fertig = std::move(fertig)](const auto &ergebnis) {
-        halter->deleteLater();
-        fertig(ergebnis);
-    };
-    const auto scheitern = [&](ZentraleFehler fehler) {
-        QMetaObject::invokeMethod(
-            halter, [liefern, e = Rohergebnis(tl::unexpected(std::move(fehler)))] { liefern(e); },
-            Qt::QueuedConnection);
+    auto *const ruf = new Einmalruf<Rohergebnis>(besitzer, std::move(fertig));
+    ruf->endetMit(this);
+    const auto scheitern = [ruf](ZentraleFehler fehler) {
+        ruf->antworten(tl::unexpected(std::move(fehler)));
     };
 
     Netzanfrage netz{.url = QUrl(url, QUrl::StrictMode), .methode = auftrag.methode};
@@ -210,8 +194,8 @@ void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer
         netz.body = QJsonDocument(*auftrag.body).toJson(QJsonDocument::Compact);
         netz.kopf.append(Kopfzeile{"Content-Type", "application/json"});
     }
-    transport.senden(netz, halter, [liefern](const Transport::Ergebnis &e) {
-        liefern(Rohergebnis(e.map_error(ausNetz)));
+    transport_.senden(netz, ruf, [ruf](const Transport::Ergebnis &ergebnis) {
+        ruf->antworten(ergebnis.map_error(ausNetz));
     });
 }
 

@@ -16,14 +16,14 @@ struct Auftrag
     QString pfad; // begins with "/", may carry a query that is already encoded
     QByteArray methode = QByteArrayLiteral("GET");
     std::optional<QJsonObject> body = std::nullopt;
-    Sekunden zeit{20}; // bounds the request; each probe before it has 4 s of its own
+    Sekunden zeit{20}; // bounds the request; each status check before it has 4 s of its own
 };
 
 // The client of the central server, which users read as "die Cloud", and the only way to it.
 //
 // The account may list several addresses. They are tried in order; one that is not known to answer
-// is probed first. The address that last answered with status 200 is remembered in memory and goes
-// first, without a probe. Nothing is logged and nothing is shown here.
+// is asked for its status first. The address that last answered with status 200 is remembered in
+// memory and goes first, unasked. Nothing is logged and nothing is shown here.
 //
 // Several requests may be under way at once; each keeps the order by itself.
 class Zentrale final : public QObject
@@ -36,7 +36,7 @@ public:
     using Rohruf = std::function<void(const tl::expected<Netzantwort, ZentraleFehler> &)>;
 
     // `transport` must outlive this object.
-    Zentrale(Konto konto, Transport &weg, QObject *parent = nullptr);
+    Zentrale(Konto konto, Transport &transport, QObject *parent = nullptr);
 
     [[nodiscard]] const Konto &konto() const { return konto_; }
 
@@ -52,15 +52,15 @@ public:
     void roh(const QString &url, const Auftrag &auftrag, QObject *besitzer, Rohruf fertig);
 
     // Asks the servers in order and hands over the JSON of the answer with status 200 (an empty map
-    // when its body is no JSON), or the error. `fertig` is called exactly once, from the event
-    // loop, never before this returns; it is dropped when `besitzer` or this object goes first.
+    // when its body is no JSON), or the error. `fertig` (see Einmalruf) is dropped when `besitzer`
+    // or this object goes first.
     void anfrage(const Auftrag &auftrag, QObject *besitzer, Rueckruf fertig);
 
 private:
     class Lauf;
 
     const Konto konto_;
-    Transport &transport;
+    Transport &transport_;
     std::optional<QString> basis_;
 };
 

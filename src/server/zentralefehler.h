@@ -8,7 +8,7 @@ namespace kalvaro {
 struct ZentraleFehler
 {
     bool offline = false;            // no server could be reached; false: one answered, but not 200
-    bool zeitUeberschritten = false; // the request itself (not a probe) timed out
+    bool zeitUeberschritten = false; // the request itself (no status check) timed out
     QString meldung;
 
     bool operator==(const ZentraleFehler &) const = default;

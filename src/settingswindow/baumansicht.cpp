@@ -35,10 +35,10 @@ int ebene(QModelIndex index)
 
 Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
     : QTreeView(parent)
-    , daten(modell)
+    , modell_(modell)
 {
     baumzugangAnmelden();
-    setModel(&daten);
+    setModel(&modell_);
     setItemDelegate(new Playlistenzeile(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
@@ -50,9 +50,8 @@ Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
     setHorizontalScrollMode(ScrollPerPixel);
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex &index) {
         const int tiefe = ebene(index);
-        if (tiefe > tiefste) {
-            tiefste = tiefe;
-            breiteAnpassen();
+        if (tiefe > tiefste_) {
+            breiteAnpassen(tiefe);
         }
         zustandMelden(index, true);
     });
@@ -62,19 +61,18 @@ Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
 
 void Baumansicht::filtern(const QString &suchwort)
 {
-    const bool vorher = daten.gefiltert();
-    const int zeile = aktuelle();
+    const bool vorher = modell_.gefiltert();
+    const int stelle = aktuelle();
     if (!vorher) {
         merken();
     }
-    daten.filtern(suchwort);
-    if (daten.gefiltert()) {
-        tiefste = 0;
-        breiteAnpassen();
+    modell_.filtern(suchwort);
+    if (modell_.gefiltert()) {
+        breiteAnpassen(0);
         expandAll();
-        zeigen(zeile);
+        aktuelleSetzen(stelle);
     } else if (vorher) {
-        wiederherstellen(zeile);
+        wiederherstellen(stelle);
     }
 }
 
@@ -83,9 +81,9 @@ int Baumansicht::aktuelle() const
     return currentIndex().isValid() ? PlaylistenModell::stelle(currentIndex()) : -1;
 }
 
-void Baumansicht::zeigen(int zeile)
+void Baumansicht::aktuelleSetzen(int stelle)
 {
-    const QModelIndex ort = daten.zuStelle(zeile);
+    const QModelIndex ort = modell_.zuStelle(stelle);
     if (ort.isValid()) {
         setCurrentIndex(ort);
     }
@@ -93,27 +91,26 @@ void Baumansicht::zeigen(int zeile)
 
 void Baumansicht::merken()
 {
-    offene.clear();
-    rollstand = verticalScrollBar()->value();
-    vorherige = aktuelle();
-    for (int i = 0; i < std::ssize(daten.alle()); ++i) {
-        if (isExpanded(daten.zuStelle(i))) {
-            offene.push_back(i);
+    offene_.clear();
+    rollstand_ = verticalScrollBar()->value();
+    vorherige_ = aktuelle();
+    for (int i = 0; i < std::ssize(modell_.alle()); ++i) {
+        if (isExpanded(modell_.zuStelle(i))) {
+            offene_.push_back(i);
         }
     }
 }
 
-void Baumansicht::wiederherstellen(int zeile)
+void Baumansicht::wiederherstellen(int stelle)
 {
-    tiefste = 0;
-    breiteAnpassen();
-    for (const int stelle : offene) {
-        expand(daten.zuStelle(stelle));
+    breiteAnpassen(0);
+    for (const int offener : offene_) {
+        expand(modell_.zuStelle(offener));
     }
     executeDelayedItemsLayout();
-    zeigen(zeile < 0 ? vorherige : zeile);
-    if (zeile < 0 || zeile == vorherige) {
-        verticalScrollBar()->setValue(rollstand);
+    aktuelleSetzen(stelle < 0 ? vorherige_ : stelle);
+    if (stelle < 0 || stelle == vorherige_) {
+        verticalScrollBar()->setValue(rollstand_);
     }
 }
 
@@ -135,21 +132,21 @@ void Baumansicht::alleZuklappen()
     if (oberster.isValid()) {
         setCurrentIndex(oberster);
     }
-    tiefste = 0;
-    breiteAnpassen();
+    breiteAnpassen(0);
 }
 
 void Baumansicht::zeileWaehlen()
 {
     if (!currentIndex().isValid()) {
-        setCurrentIndex(daten.index(0, 0));
+        setCurrentIndex(modell_.index(0, 0));
     }
 }
 
 // Rows far to the right keep a readable width; the tree then scrolls sideways.
-void Baumansicht::breiteAnpassen()
+void Baumansicht::breiteAnpassen(int tiefste)
 {
-    header()->setMinimumSectionSize(indentation() * (tiefste + 2) + mindestbreite);
+    tiefste_ = tiefste;
+    header()->setMinimumSectionSize(indentation() * (tiefste_ + 2) + mindestbreite);
 }
 
 // The tree view's own version goes sideways to the column's beginning, where a deep row is not.
@@ -226,7 +223,7 @@ void Baumansicht::contextMenuEvent(QContextMenuEvent *event)
 void Baumansicht::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
-    if (daten.gefiltert() && !daten.hasChildren()) {
+    if (modell_.gefiltert() && !modell_.hasChildren()) {
         QPainter maler(viewport());
         maler.setFont(systemschrift(13));
         maler.setPen(Farbe::sekundaer(palette()));

@@ -19,7 +19,7 @@ public:
     // `modell` must outlive this object.
     explicit Baumansicht(PlaylistenModell &modell, QWidget *parent = nullptr);
 
-    [[nodiscard]] PlaylistenModell &modell() const { return daten; }
+    [[nodiscard]] PlaylistenModell &modell() const { return modell_; }
 
     void filtern(const QString &suchwort);
     void alleAufklappen();
@@ -44,19 +44,19 @@ protected:
 
 private:
     [[nodiscard]] int aktuelle() const; // place of the current row; -1: none
-    void zeigen(int zeile);
+    void aktuelleSetzen(int stelle);
     void merken();
-    void wiederherstellen(int zeile);
-    void breiteAnpassen();
+    void wiederherstellen(int stelle);
+    void breiteAnpassen(int tiefste);
     void zustandMelden(const QModelIndex &index, bool aufgeklappt);
 
-    PlaylistenModell &daten;
-    int tiefste = 0; // level of the deepest folder that was opened
+    PlaylistenModell &modell_;
+    int tiefste_ = 0; // level of the deepest folder that was opened
 
     // How the tree stood before the filter.
-    std::vector<int> offene; // places of the open folders
-    int rollstand = 0;
-    int vorherige = -1; // place of the current row
+    std::vector<int> offene_; // places of the open folders
+    int rollstand_ = 0;
+    int vorherige_ = -1; // place of the current row
 };
 
 } // namespace kalvaro

@@ -22,11 +22,9 @@ public:
         : QAccessibleWidget(ansicht, QAccessible::Tree)
     {
     }
-    Baumzugang(const Baumzugang &) = delete;
-    Baumzugang &operator=(const Baumzugang &) = delete;
     ~Baumzugang() override
     {
-        for (const QAccessible::Id zugang : std::as_const(zeilen)) {
+        for (const QAccessible::Id zugang : std::as_const(zeilen_)) {
             QAccessible::deleteAccessibleInterface(zugang);
         }
     }
@@ -58,25 +56,25 @@ public:
     }
 
 private:
-    QHash<int, QAccessible::Id> zeilen; // by place of the node
+    QHash<int, QAccessible::Id> zeilen_; // by place of the node
 };
 
 // A row. It names its node by place, so it survives filters and comes back to life after them.
 class Zeilenzugang final : public QAccessibleInterface, public QAccessibleActionInterface
 {
 public:
-    Zeilenzugang(Baumzugang &oben, int knoten)
-        : baum(oben)
-        , wo(oben.ansicht())
-        , stelle(knoten)
+    Zeilenzugang(Baumzugang &baum, int stelle)
+        : baum_(baum)
+        , ansicht_(baum.ansicht())
+        , stelle_(stelle)
     {
     }
 
-    [[nodiscard]] int platz() const { return stelle; }
+    [[nodiscard]] int stelle() const { return stelle_; }
 
-    [[nodiscard]] bool isValid() const override { return wo && index().isValid(); }
+    [[nodiscard]] bool isValid() const override { return ansicht_ && index().isValid(); }
     [[nodiscard]] QObject *object() const override { return nullptr; }
-    [[nodiscard]] QWindow *window() const override { return wo ? baum.window() : nullptr; }
+    [[nodiscard]] QWindow *window() const override { return ansicht_ ? baum_.window() : nullptr; }
     [[nodiscard]] QAccessible::Role role() const override { return QAccessible::TreeItem; }
     [[nodiscard]] QAccessibleInterface *childAt(int, int) const override { return nullptr; }
     void setText(QAccessible::Text, const QString &) override {}
@@ -90,8 +88,8 @@ public:
         if (!isValid()) {
             return {};
         }
-        QWidget *const flaeche = wo->viewport();
-        const QRect sichtbar = wo->visualRect(index()) & flaeche->rect();
+        QWidget *const flaeche = ansicht_->viewport();
+        const QRect sichtbar = ansicht_->visualRect(index()) & flaeche->rect();
         return sichtbar.isEmpty()
                    ? QRect()
                    : QRect(flaeche->mapToGlobal(sichtbar.topLeft()), sichtbar.size());
@@ -99,15 +97,17 @@ public:
     [[nodiscard]] QAccessibleInterface *parent() const override
     {
         const QModelIndex oben = index().parent();
-        return oben.isValid() ? baum.zeile(oben) : &baum;
+        return oben.isValid() ? baum_.zeile(oben) : &baum_;
     }
     [[nodiscard]] int childCount() const override
     {
-        return isValid() && wo->isExpanded(index()) ? wo->modell().rowCount(index()) : 0;
+        return isValid() && ansicht_->isExpanded(index()) ? ansicht_->modell().rowCount(index())
+                                                          : 0;
     }
     [[nodiscard]] QAccessibleInterface *child(int nummer) const override
     {
-        return nummer < childCount() ? baum.zeile(wo->modell().index(nummer, 0, index())) : nullptr;
+        return nummer < childCount() ? baum_.zeile(ansicht_->modell().index(nummer, 0, index()))
+                                     : nullptr;
     }
     [[nodiscard]] int indexOfChild(const QAccessibleInterface *kind) const override
     {
@@ -129,25 +129,26 @@ public:
     }
     void doAction(const QString &aktion) override
     {
-        if (!isValid() || !wo->isEnabled()) {
+        if (!isValid() || !ansicht_->isEnabled()) {
             return;
         }
         if (aktion == toggleAction()) {
             const bool an = index().data(Qt::CheckStateRole).toInt() == Qt::Checked;
-            wo->modell().setData(index(), an ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+            ansicht_->modell().setData(index(), an ? Qt::Unchecked : Qt::Checked,
+                                       Qt::CheckStateRole);
         } else if (aktion == setFocusAction()) {
-            wo->setFocus();
-            wo->setCurrentIndex(index());
+            ansicht_->setFocus();
+            ansicht_->setCurrentIndex(index());
         }
     }
     [[nodiscard]] QStringList keyBindingsForAction(const QString &) const override { return {}; }
 
 private:
-    [[nodiscard]] QModelIndex index() const { return wo->modell().zuStelle(stelle); }
+    [[nodiscard]] QModelIndex index() const { return ansicht_->modell().zuStelle(stelle_); }
 
-    Baumzugang &baum; // owns this one
-    const QPointer<Baumansicht> wo;
-    const int stelle;
+    Baumzugang &baum_; // owns this one
+    const QPointer<Baumansicht> ansicht_;
+    const int stelle_;
 };
 
 QAccessible::State Zeilenzugang::state() const
@@ -157,15 +158,15 @@ QAccessible::State Zeilenzugang::state() const
     if (zustand.invalid) {
         return zustand;
     }
-    zustand.disabled = !wo->isEnabled();
+    zustand.disabled = !ansicht_->isEnabled();
     zustand.focusable = true;
-    zustand.focused = wo->hasFocus() && wo->currentIndex() == index();
+    zustand.focused = ansicht_->hasFocus() && ansicht_->currentIndex() == index();
     zustand.checkable = true;
     zustand.checked = index().data(Qt::CheckStateRole).toInt() == Qt::Checked;
-    zustand.expandable = wo->modell().hasChildren(index());
-    zustand.expanded = zustand.expandable && wo->isExpanded(index());
+    zustand.expandable = ansicht_->modell().hasChildren(index());
+    zustand.expanded = zustand.expandable && ansicht_->isExpanded(index());
     zustand.collapsed = zustand.expandable && !zustand.expanded;
-    zustand.invisible = !wo->isVisible();
+    zustand.invisible = !ansicht_->isVisible();
     zustand.offscreen = rect().isEmpty();
     return zustand;
 }
@@ -176,12 +177,12 @@ QAccessibleInterface *Baumzugang::zeile(const QModelIndex &index)
         return nullptr;
     }
     const int stelle = PlaylistenModell::stelle(index);
-    const auto schon = zeilen.constFind(stelle);
-    if (schon != zeilen.constEnd()) {
+    const auto schon = zeilen_.constFind(stelle);
+    if (schon != zeilen_.constEnd()) {
         return QAccessible::accessibleInterface(*schon);
     }
     auto *const neu = new Zeilenzugang(*this, stelle);
-    zeilen.insert(stelle, QAccessible::registerAccessibleInterface(neu));
+    zeilen_.insert(stelle, QAccessible::registerAccessibleInterface(neu));
     return neu;
 }
 
@@ -191,7 +192,7 @@ int Baumzugang::indexOfChild(const QAccessibleInterface *kind) const
     if (zeile == nullptr || !zeile->isValid()) {
         return -1;
     }
-    const QModelIndex index = ansicht()->modell().zuStelle(zeile->platz());
+    const QModelIndex index = ansicht()->modell().zuStelle(zeile->stelle());
     return index.parent().isValid() ? -1 : index.row();
 }
 

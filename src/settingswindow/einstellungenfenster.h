@@ -32,7 +32,7 @@ class EinstellungenFenster final : public QDialog
     Q_OBJECT
 
 public:
-    struct Umfeld
+    struct Vorgaben
     {
         Zentrale &zentrale;
         Einstellungen &einst;
@@ -41,8 +41,8 @@ public:
         QString betrieb;                    // the server's mode as last heard; "": not heard yet
     };
 
-    // What `umfeld` refers to must outlive the sheet.
-    EinstellungenFenster(Umfeld umfeld, QWidget *eltern);
+    // What `vorgaben` refers to must outlive the sheet.
+    EinstellungenFenster(Vorgaben vorgaben, QWidget *eltern);
 
     // Fetches the tree of playlists. Does nothing while that is under way or after it succeeded.
     void laden();
@@ -72,27 +72,27 @@ private:
 
     void geladen(const Zentrale::Antwort &antwort);
     void optionenSichern();
-    void uebertragen(const QStringList &uuids);
-    void uebertragen(const Zentrale::Antwort &antwort, qsizetype anzahl);
+    void auswahlSenden(const QStringList &uuids);
+    void auswahlBeantwortet(const Zentrale::Antwort &antwort, qsizetype anzahl);
     void melden(const QString &meldung, Farbton farbe);
     void eingabenSperren(bool sperren);
     bool eventFilter(QObject *objekt, QEvent *event) override;
 
-    const Umfeld umfeld;
-    Zustand zustand = Zustand::Neu;
-    QSet<QString> vorher; // the choice as loaded
+    const Vorgaben vorgaben_;
+    Zustand zustand_ = Zustand::Neu;
+    QSet<QString> vorher_; // the choice as loaded
 
-    PlaylistenModell *const modell;
-    QWidget *const eingaben; // everything but the buttons and the line above them
-    QComboBox *const popVersion;
-    Haken *const cbAuto;
-    Haken *const cbAnmeldung;
-    QLineEdit *const suchfeld;
-    Baumansicht *const baum;
-    Beschriftung *const lblInfo;
-    QPushButton *const knAbbrechen;
-    QPushButton *const knSichern;
-    QPointer<QWidget> vorSperre; // had the keyboard when the inputs were locked
+    PlaylistenModell *const modell_;
+    QWidget *const eingaben_; // everything but the buttons and the line above them
+    QComboBox *const popVersion_;
+    Haken *const cbAuto_;
+    Haken *const cbAnmeldung_;
+    QLineEdit *const suchfeld_;
+    Baumansicht *const baum_;
+    Beschriftung *const lblInfo_;
+    QPushButton *const knAbbrechen_;
+    QPushButton *const knSichern_;
+    QPointer<QWidget> vorSperre_; // had the keyboard when the inputs were locked
 };
 
 } // namespace kalvaro

@@ -34,8 +34,8 @@ PlaylistenModell::PlaylistenModell(QObject *parent)
 void PlaylistenModell::setKnoten(Knotenliste liste)
 {
     beginResetModel();
-    knoten = std::move(liste);
-    suchnamen.clear();
+    knoten_ = std::move(liste);
+    suchnamen_.clear();
     aufstellen();
     endResetModel();
 }
@@ -43,26 +43,26 @@ void PlaylistenModell::setKnoten(Knotenliste liste)
 void PlaylistenModell::filtern(const QString &suchwort)
 {
     const QString neu = suchform(suchwort.trimmed());
-    if (neu == filter) {
+    if (neu == filter_) {
         return;
     }
     beginResetModel();
-    filter = neu;
+    filter_ = neu;
     aufstellen();
     endResetModel();
 }
 
 std::vector<bool> PlaylistenModell::sichtbare() const
 {
-    std::vector<bool> sichtbar(knoten.size(), filter.isEmpty());
-    if (filter.isEmpty()) {
+    std::vector<bool> sichtbar(knoten_.size(), filter_.isEmpty());
+    if (filter_.isEmpty()) {
         return sichtbar;
     }
     // From the back, so that what a folder holds comes before the folder.
-    for (size_t i = knoten.size(); i-- > 0;) {
-        sichtbar[i] = sichtbar[i] || suchnamen[i].contains(filter);
-        if (sichtbar[i] && knoten[i].eltern >= 0) {
-            sichtbar[static_cast<size_t>(knoten[i].eltern)] = true;
+    for (size_t i = knoten_.size(); i-- > 0;) {
+        sichtbar[i] = sichtbar[i] || suchnamen_[i].contains(filter_);
+        if (sichtbar[i] && knoten_[i].eltern >= 0) {
+            sichtbar[static_cast<size_t>(knoten_[i].eltern)] = true;
         }
     }
     return sichtbar;
@@ -71,33 +71,33 @@ std::vector<bool> PlaylistenModell::sichtbare() const
 // Where the rows below `eltern` are counted; -1: those of the top level.
 PlaylistenModell::Platz &PlaylistenModell::unter(int eltern)
 {
-    return eltern < 0 ? wurzel : plaetze[static_cast<size_t>(eltern)];
+    return eltern < 0 ? wurzel_ : plaetze_[static_cast<size_t>(eltern)];
 }
 
 // Gives every visible node its place in the view.
 void PlaylistenModell::aufstellen()
 {
-    if (!filter.isEmpty() && suchnamen.empty()) {
-        suchnamen.reserve(knoten.size());
-        for (const Knoten &k : knoten) {
-            suchnamen.push_back(suchform(k.name));
+    if (!filter_.isEmpty() && suchnamen_.empty()) {
+        suchnamen_.reserve(knoten_.size());
+        for (const Knoten &k : knoten_) {
+            suchnamen_.push_back(suchform(k.name));
         }
     }
     const std::vector<bool> sichtbar = sichtbare();
-    std::vector<int> ebenen(knoten.size(), 0);
-    plaetze.assign(knoten.size(), {});
-    wurzel = {};
-    for (size_t i = 0; i < knoten.size(); ++i) {
-        int eltern = knoten[i].eltern;
+    std::vector<int> ebenen(knoten_.size(), 0);
+    plaetze_.assign(knoten_.size(), {});
+    wurzel_ = {};
+    for (size_t i = 0; i < knoten_.size(); ++i) {
+        int eltern = knoten_[i].eltern;
         if (eltern >= 0) {
             const auto oben = static_cast<size_t>(eltern);
             const bool zuTief = ebenen[oben] + 1 == meisteEbenen;
             ebenen[i] = zuTief ? ebenen[oben] : ebenen[oben] + 1;
-            eltern = zuTief ? plaetze[oben].eltern : eltern;
+            eltern = zuTief ? plaetze_[oben].eltern : eltern;
         }
-        plaetze[i].eltern = eltern;
+        plaetze_[i].eltern = eltern;
         if (sichtbar[i]) {
-            plaetze[i].zeile = unter(eltern).bis++;
+            plaetze_[i].zeile = unter(eltern).bis++;
         }
     }
     reiheFuellen(sichtbar);
@@ -112,13 +112,13 @@ void PlaylistenModell::reiheFuellen(const std::vector<bool> &sichtbar)
         p.bis += ab;
         ab = p.bis;
     };
-    belegen(wurzel);
-    std::for_each(plaetze.begin(), plaetze.end(), belegen);
-    reihe.assign(static_cast<size_t>(ab), 0);
-    for (size_t i = 0; i < knoten.size(); ++i) {
+    belegen(wurzel_);
+    std::for_each(plaetze_.begin(), plaetze_.end(), belegen);
+    reihe_.assign(static_cast<size_t>(ab), 0);
+    for (size_t i = 0; i < knoten_.size(); ++i) {
         if (sichtbar[i]) {
-            const int ort = unter(plaetze[i].eltern).ab + plaetze[i].zeile;
-            reihe[static_cast<size_t>(ort)] = static_cast<int>(i);
+            const int ort = unter(plaetze_[i].eltern).ab + plaetze_[i].zeile;
+            reihe_[static_cast<size_t>(ort)] = static_cast<int>(i);
         }
     }
 }
@@ -130,16 +130,16 @@ int PlaylistenModell::stelle(const QModelIndex &index)
 
 QModelIndex PlaylistenModell::zuStelle(int stelle) const
 {
-    if (stelle < 0 || stelle >= std::ssize(plaetze)) {
+    if (stelle < 0 || stelle >= std::ssize(plaetze_)) {
         return {};
     }
-    const int zeile = plaetze[static_cast<size_t>(stelle)].zeile;
+    const int zeile = plaetze_[static_cast<size_t>(stelle)].zeile;
     return zeile < 0 ? QModelIndex() : createIndex(zeile, 0, static_cast<quintptr>(stelle));
 }
 
 const PlaylistenModell::Platz &PlaylistenModell::platz(const QModelIndex &parent) const
 {
-    return parent.isValid() ? plaetze[static_cast<size_t>(stelle(parent))] : wurzel;
+    return parent.isValid() ? plaetze_[static_cast<size_t>(stelle(parent))] : wurzel_;
 }
 
 QModelIndex PlaylistenModell::index(int row, int column, const QModelIndex &parent) const
@@ -147,7 +147,7 @@ QModelIndex PlaylistenModell::index(int row, int column, const QModelIndex &pare
     if (row < 0 || column != 0 || row >= rowCount(parent)) {
         return {};
     }
-    const int stelle = *(reihe.begin() + platz(parent).ab + row);
+    const int stelle = *(reihe_.begin() + platz(parent).ab + row);
     return createIndex(row, 0, static_cast<quintptr>(stelle));
 }
 
@@ -185,7 +185,7 @@ QVariant PlaylistenModell::data(const QModelIndex &index, int role) const
     if (!index.isValid()) {
         return {};
     }
-    const Knoten &k = knoten[static_cast<size_t>(stelle(index))];
+    const Knoten &k = knoten_[static_cast<size_t>(stelle(index))];
     switch (role) {
     case Qt::DisplayRole:
         return k.ordner ? k.name : QString(k.name + u"   "_s + fZahl(k.titel));
@@ -213,7 +213,7 @@ bool PlaylistenModell::setData(const QModelIndex &index, const QVariant &value, 
 
 void PlaylistenModell::haken(int stelle, bool an)
 {
-    const std::vector<int> geloest = hakenSetzen(knoten, stelle, an);
+    const std::vector<int> geloest = hakenSetzen(knoten_, stelle, an);
     zweigMelden(stelle);
     for (const int eltern : geloest) {
         const QModelIndex ort = zuStelle(eltern);
@@ -226,21 +226,21 @@ void PlaylistenModell::haken(int stelle, bool an)
 void PlaylistenModell::zweigMelden(int stelle)
 {
     const QModelIndex oben = zuStelle(stelle);
-    const int eltern = plaetze[static_cast<size_t>(stelle)].eltern;
+    const int eltern = plaetze_[static_cast<size_t>(stelle)].eltern;
     int letzter = stelle; // on the node's own level, where the tree is too deep to be shown
-    const int ende = knoten[static_cast<size_t>(stelle)].ende;
+    const int ende = knoten_[static_cast<size_t>(stelle)].ende;
     for (int i = stelle + 1; i < ende; ++i) {
-        const Platz &p = plaetze[static_cast<size_t>(i)];
+        const Platz &p = plaetze_[static_cast<size_t>(i)];
         if (p.zeile >= 0 && p.eltern == eltern) {
             letzter = i;
         }
     }
     Q_EMIT dataChanged(oben, zuStelle(letzter), {Qt::CheckStateRole});
     for (int i = stelle; i < ende; ++i) {
-        const Platz &p = plaetze[static_cast<size_t>(i)];
+        const Platz &p = plaetze_[static_cast<size_t>(i)];
         if (p.bis > p.ab) {
-            const int erster = reihe[static_cast<size_t>(p.ab)];
-            const int ganzUnten = reihe[static_cast<size_t>(p.bis - 1)];
+            const int erster = reihe_[static_cast<size_t>(p.ab)];
+            const int ganzUnten = reihe_[static_cast<size_t>(p.bis - 1)];
             Q_EMIT dataChanged(zuStelle(erster), zuStelle(ganzUnten), {Qt::CheckStateRole});
         }
     }

@@ -25,12 +25,12 @@ public:
     explicit PlaylistenModell(QObject *parent = nullptr);
 
     void setKnoten(Knotenliste liste);
-    [[nodiscard]] const Knotenliste &alle() const { return knoten; }
+    [[nodiscard]] const Knotenliste &alle() const { return knoten_; }
 
     // Shows only the nodes whose name contains `suchwort`, and the folders on the way to them.
     // Upper and lower case, accents and blanks around it do not count. Empty: shows all.
     void filtern(const QString &suchwort);
-    [[nodiscard]] bool gefiltert() const { return !filter.isEmpty(); }
+    [[nodiscard]] bool gefiltert() const { return !filter_.isEmpty(); }
 
     // The place in alle(), and back; invalid for a node that the filter hides.
     [[nodiscard]] static int stelle(const QModelIndex &index);
@@ -70,13 +70,13 @@ private:
     void haken(int stelle, bool an);
     void zweigMelden(int stelle);
 
-    Knotenliste knoten;
-    QString filter;                 // in search form
-    std::vector<QString> suchnamen; // names in search form, made when first needed
+    Knotenliste knoten_;
+    QString filter_;                 // in search form
+    std::vector<QString> suchnamen_; // names in search form, made when first needed
 
-    std::vector<Platz> plaetze; // one for each node
-    std::vector<int> reihe;     // the shown nodes, those below one node side by side
-    Platz wurzel;
+    std::vector<Platz> plaetze_; // one for each node
+    std::vector<int> reihe_;     // the shown nodes, those below one node side by side
+    Platz wurzel_;
 };
 
 } // namespace kalvaro

@@ -4,7 +4,7 @@
 #include "ui/beschriftung.h"
 #include "ui/farbe.h"
 #include "ui/schrift.h"
-#include "ui/stil.h"
+#include "ui/stilteile.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -22,7 +22,6 @@ namespace {
 
 constexpr double schriftgroesse = 13;
 constexpr int zeilenhoehe = 26;
-constexpr int kaestchen = 16;
 constexpr int kastenAbstand = 7; // between the box and the title
 constexpr int rand = 4;          // on either side of the row
 
@@ -47,20 +46,20 @@ QString einzeilig(const QString &name)
 
 Playlistenzeile::Playlistenzeile(QObject *parent)
     : QStyledItemDelegate(parent)
-    , normal(systemschrift(schriftgroesse))
-    , fett(systemschrift(schriftgroesse, QFont::DemiBold))
+    , normal_(systemschrift(schriftgroesse))
+    , fett_(systemschrift(schriftgroesse, QFont::DemiBold))
 {
 }
 
 const QFont &Playlistenzeile::schriftFuer(const QModelIndex &index) const
 {
-    return index.data(PlaylistenModell::OrdnerRolle).toBool() ? fett : normal;
+    return index.data(PlaylistenModell::OrdnerRolle).toBool() ? fett_ : normal_;
 }
 
-Playlistenzeile::Satz Playlistenzeile::setzen(const QRect &zeile, const QModelIndex &index) const
+Playlistenzeile::Satz Playlistenzeile::gesetzt(const QRect &zeile, const QModelIndex &index) const
 {
     const QFontMetricsF mass(schriftFuer(index));
-    const QFontMetricsF zahlmass(normal);
+    const QFontMetricsF zahlmass(normal_);
     const QString ganz = einzeilig(index.data(PlaylistenModell::NameRolle).toString());
 
     Satz satz;
@@ -85,7 +84,7 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
 {
     constexpr int flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine;
     const bool gesperrt = !option.state.testFlag(QStyle::State_Enabled);
-    const Satz satz = setzen(option.rect, index);
+    const Satz satz = gesetzt(option.rect, index);
     maler->save();
     kaestchenMalen(*maler, satz.kasten, option.palette,
                    index.data(Qt::CheckStateRole).toInt() == Qt::Checked, gesperrt);
@@ -94,7 +93,7 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
     maler->setFont(schriftFuer(index));
     maler->setPen(gesperrt ? Farbe::tertiaer(option.palette) : Farbe::schrift(option.palette));
     maler->drawText(satz.nameOrt, flags, satz.name);
-    maler->setFont(normal);
+    maler->setFont(normal_);
     maler->setPen(gesperrt ? Farbe::tertiaer(option.palette) : Farbe::sekundaer(option.palette));
     maler->drawText(satz.anzahlOrt, flags, satz.anzahl);
     if (option.state.testFlag(QStyle::State_HasFocus)) {
@@ -106,14 +105,14 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
 
 QSize Playlistenzeile::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
 {
-    const int hoehe = static_cast<int>(std::ceil(QFontMetricsF(fett).height())) + 8;
+    const int hoehe = static_cast<int>(std::ceil(QFontMetricsF(fett_).height())) + 8;
     const int breite = 180; // names are cut, so no row asks for more
     return {breite, std::max(qRound(zeilenhoehe * schriftfaktor()), hoehe)};
 }
 
 QRect Playlistenzeile::tastflaeche(const QRect &zeile, const QModelIndex &index) const
 {
-    const Satz satz = setzen(zeile, index);
+    const Satz satz = gesetzt(zeile, index);
     const double rechts = std::max(satz.nameOrt.right(), satz.anzahlOrt.right());
     return QRectF(satz.kasten.left() - rand, zeile.top(), rechts - satz.kasten.left() + 2 * rand,
                   zeile.height())
@@ -155,7 +154,7 @@ bool Playlistenzeile::helpEvent(QHelpEvent *event, QAbstractItemView *ansicht,
                                 const QStyleOptionViewItem &option, const QModelIndex &index)
 {
     if (event->type() != QEvent::ToolTip || !index.isValid() ||
-        !setzen(option.rect, index).gekuerzt) {
+        !gesetzt(option.rect, index).gekuerzt) {
         QToolTip::hideText();
         return false;
     }

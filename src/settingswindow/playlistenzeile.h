@@ -39,11 +39,11 @@ private:
         bool gekuerzt = false;
     };
 
-    [[nodiscard]] Satz setzen(const QRect &zeile, const QModelIndex &index) const;
+    [[nodiscard]] Satz gesetzt(const QRect &zeile, const QModelIndex &index) const;
     [[nodiscard]] const QFont &schriftFuer(const QModelIndex &index) const;
 
-    const QFont normal;
-    const QFont fett;
+    const QFont normal_;
+    const QFont fett_;
 };
 
 } // namespace kalvaro

@@ -50,16 +50,16 @@ Beschriftung::Beschriftung(const QString &inhalt, QWidget *parent)
     : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
-    setText(inhalt);
+    textSetzen(inhalt);
 }
 
-void Beschriftung::setText(const QString &inhalt)
+void Beschriftung::textSetzen(const QString &inhalt)
 {
     setAccessibleName(inhalt.left(meisteZeichen));
-    setTextLautlos(inhalt);
+    textLautlosSetzen(inhalt);
 }
 
-void Beschriftung::setTextLautlos(const QString &inhalt)
+void Beschriftung::textLautlosSetzen(const QString &inhalt)
 {
     QLabel::setText(inhalt);
     hinweisErneuern();
@@ -79,8 +79,8 @@ QColor Beschriftung::farbe() const
 
 void Beschriftung::setUmbruch(int breite, int zeilen)
 {
-    umbruch = breite;
-    hoechstens = zeilen;
+    umbruch_ = breite;
+    hoechstens_ = zeilen;
     QSizePolicy regel(QSizePolicy::Preferred, QSizePolicy::Preferred);
     regel.setHeightForWidth(true);
     setSizePolicy(regel);
@@ -89,25 +89,25 @@ void Beschriftung::setUmbruch(int breite, int zeilen)
 
 void Beschriftung::setZeilenhoehe(double hoehe)
 {
-    zeilenhoehe = hoehe;
+    zeilenhoehe_ = hoehe;
     updateGeometry();
 }
 
 void Beschriftung::setSchrumpfen(double faktor)
 {
-    schrumpfen = faktor;
+    schrumpfen_ = faktor;
     updateGeometry();
 }
 
-void Beschriftung::setGrund(const QColor &hinten)
+void Beschriftung::setGrund(const QColor &grund)
 {
-    grund = hinten;
+    grund_ = grund;
     update();
 }
 
 QSize Beschriftung::sizeHint() const
 {
-    const Satz satz = setzen(umbruch ? *umbruch : QWIDGETSIZE_MAX);
+    const Satz satz = gesetzt(QWIDGETSIZE_MAX);
     return {static_cast<int>(std::ceil(satz.breite)),
             static_cast<int>(std::ceil(zeilenabstand() * double(satz.zeilen.size())))};
 }
@@ -119,21 +119,21 @@ QSize Beschriftung::minimumSizeHint() const
 
 bool Beschriftung::hasHeightForWidth() const
 {
-    return umbruch.has_value();
+    return umbruch_.has_value();
 }
 
 int Beschriftung::heightForWidth(int breite) const
 {
-    if (!umbruch) {
+    if (!umbruch_) {
         return -1;
     }
-    const Satz satz = setzen(std::min(breite, *umbruch));
+    const Satz satz = gesetzt(breite);
     return static_cast<int>(std::ceil(zeilenabstand() * double(satz.zeilen.size())));
 }
 
 double Beschriftung::zeilenabstand() const
 {
-    return std::max(zeilenhoehe, QFontMetricsF(font()).height());
+    return std::max(zeilenhoehe_, QFontMetricsF(font()).height());
 }
 
 // Sizes come in steps on most screens, so the width is measured again for each.
@@ -145,7 +145,7 @@ QFont Beschriftung::satzschrift(const QString &inhalt, double breite) const
         return font();
     }
     QFont schrift = font();
-    if (schrumpfen < 1) {
+    if (schrumpfen_ < 1) {
         // Letters a hair closer together are less conspicuous than smaller ones.
         for (const double laufweite : {99.0, 98.0, 97.0, 96.0}) {
             schrift.setLetterSpacing(QFont::PercentageSpacing, laufweite);
@@ -156,7 +156,7 @@ QFont Beschriftung::satzschrift(const QString &inhalt, double breite) const
         schrift = font();
     }
     const auto versuche =
-        static_cast<int>(std::floor((breite / noetig - schrumpfen) / schritt)); // or below 0
+        static_cast<int>(std::floor((breite / noetig - schrumpfen_) / schritt)); // or below 0
     for (int versuch = 0; versuch <= versuche; ++versuch) {
         schrift.setPointSizeF(font().pointSizeF() * (breite / noetig - versuch * schritt));
         if (QFontMetricsF(schrift).horizontalAdvance(inhalt) <= breite) {
@@ -171,15 +171,16 @@ QString Beschriftung::satztext() const
 {
     QString inhalt = text().left(meisteZeichen);
     inhalt.replace(u"\r\n"_s, u"\n"_s);
-    if (!umbruch) {
+    if (!umbruch_) {
         return inhalt.replace(u'\n', u' ');
     }
     return zusammengehalten(inhalt.replace(u'\n', QChar::LineSeparator));
 }
 
-// Breaks the text into lines of at most `breite`.
-Beschriftung::Satz Beschriftung::setzen(double breite) const
+// Breaks the text into lines for `platz` pixels.
+Beschriftung::Satz Beschriftung::gesetzt(int platz) const
 {
+    const double breite = umbruch_ ? std::min(platz, *umbruch_) : platz;
     Satz satz;
     const QString inhalt = satztext();
     satz.gekuerzt = text().size() > meisteZeichen;
@@ -187,13 +188,13 @@ Beschriftung::Satz Beschriftung::setzen(double breite) const
     satz.schrift = satzschrift(inhalt, breite);
     QTextLayout layout(inhalt, satz.schrift);
     QTextOption option;
-    option.setWrapMode(umbruch ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
+    option.setWrapMode(umbruch_ ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     layout.setTextOption(option);
     layout.beginLayout();
     for (QTextLine zeile = layout.createLine(); zeile.isValid(); zeile = layout.createLine()) {
         zeile.setLineWidth(breite);
         QString stueck = inhalt.sliced(zeile.textStart(), zeile.textLength());
-        const bool letzte = satz.zeilen.size() + 1 == hoechstens;
+        const bool letzte = satz.zeilen.size() + 1 == hoechstens_;
         const bool mehr = zeile.textStart() + zeile.textLength() < inhalt.size();
         if (letzte && (mehr || satz.gekuerzt || zeile.naturalTextWidth() > breite)) {
             // What follows is cut: the last line takes "…" at its end.
@@ -219,8 +220,7 @@ Beschriftung::Satz Beschriftung::setzen(double breite) const
 
 void Beschriftung::hinweisErneuern()
 {
-    const double breite = umbruch ? std::min(width(), *umbruch) : width();
-    setToolTip(setzen(breite).gekuerzt ? alsHinweis(text()) : QString());
+    setToolTip(gesetzt(width()).gekuerzt ? alsHinweis(text()) : QString());
 }
 
 void Beschriftung::resizeEvent(QResizeEvent *event)
@@ -243,17 +243,16 @@ void Beschriftung::paintEvent(QPaintEvent *)
 
     QPainter maler(this);
     QColor stift = farbe();
-    if (grund.isValid()) {
+    if (grund_.isValid()) {
         const bool gross = QFontInfo(font()).pixelSize() >= grosseSchrift;
         stift =
-            Farbe::lesbar(stift, grund, gross ? Farbe::grosserKontrast : Farbe::lesbarerKontrast);
+            Farbe::lesbar(stift, grund_, gross ? Farbe::grosserKontrast : Farbe::lesbarerKontrast);
     }
     maler.setPen(stift);
-    const double breite = umbruch ? std::min(width(), *umbruch) : width();
     const double hoehe = zeilenabstand();
-    const Satz satz = setzen(breite);
+    const Satz satz = gesetzt(width());
     maler.setFont(satz.schrift);
-    double oben = umbruch ? 0 : (height() - hoehe) / 2;
+    double oben = umbruch_ ? 0 : (height() - hoehe) / 2;
     for (const QString &zeile : satz.zeilen) {
         const QRectF platz(0, oben, width(), hoehe);
         maler.drawText(platz,

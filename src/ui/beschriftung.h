@@ -18,10 +18,13 @@ public:
     explicit Beschriftung(const QString &inhalt = {}, QWidget *parent = nullptr);
 
     // Sets the text and its accessible name.
-    void setText(const QString &inhalt);
+    void textSetzen(const QString &inhalt);
 
     // Sets the text only: screen readers are not told. For counters.
-    void setTextLautlos(const QString &inhalt);
+    void textLautlosSetzen(const QString &inhalt);
+
+    // QLabel's own would leave accessible name and tool tip behind.
+    void setText(const QString &inhalt) = delete;
 
     void setFarbe(Farbton ton);
     [[nodiscard]] QColor farbe() const;
@@ -38,7 +41,7 @@ public:
     void setSchrumpfen(double faktor);
 
     // The opaque colour behind the label, where its text must stay readable on it.
-    void setGrund(const QColor &hinten);
+    void setGrund(const QColor &grund);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -60,17 +63,17 @@ private:
     };
 
     [[nodiscard]] QString satztext() const;
-    [[nodiscard]] Satz setzen(double breite) const;
+    [[nodiscard]] Satz gesetzt(int platz) const;
     [[nodiscard]] QFont satzschrift(const QString &inhalt, double breite) const;
     [[nodiscard]] double zeilenabstand() const;
     void hinweisErneuern();
 
     Farbton ton_ = Farbe::schrift;
-    QColor grund; // invalid: none known
-    std::optional<int> umbruch;
-    int hoechstens = 1;
-    double zeilenhoehe = 0;
-    double schrumpfen = 1;
+    QColor grund_; // invalid: none known
+    std::optional<int> umbruch_;
+    int hoechstens_ = 1;
+    double zeilenhoehe_ = 0;
+    double schrumpfen_ = 1;
 };
 
 // A label of the given size in points; with `umbruch` it wraps at that width (logical pixels).

@@ -16,18 +16,18 @@ struct Farbsatz
     QColor fenster, flaeche, schrift, sekundaer, haarlinie, akzent, verweis, gesperrt, gesperrtAuf;
 };
 
-const Farbsatz hell{QColor(0xf2f2f4), QColor(0xffffff), QColor(0x1d1d1f),
-                    QColor(0x6e6e73), QColor(0xe6e6ea), QColor(0x0a66d8),
-                    QColor(0x0a5cc8), QColor(0x8a8a8f), QColor(0xe4e4e8)};
-const Farbsatz dunkel{QColor(0x1e1e20), QColor(0x2a2a2d), QColor(0xf2f2f4),
-                      QColor(0xa1a1a8), QColor(0x3a3a3e), QColor(0x2f7df6),
-                      QColor(0x5aa2ff), QColor(0x7d7d84), QColor(0x3a3a3e)};
+const Farbsatz heller{QColor(0xf2f2f4), QColor(0xffffff), QColor(0x1d1d1f),
+                      QColor(0x6e6e73), QColor(0xe6e6ea), QColor(0x0a66d8),
+                      QColor(0x0a5cc8), QColor(0x8a8a8f), QColor(0xe4e4e8)};
+const Farbsatz dunkler{QColor(0x1e1e20), QColor(0x2a2a2d), QColor(0xf2f2f4),
+                       QColor(0xa1a1a8), QColor(0x3a3a3e), QColor(0x2f7df6),
+                       QColor(0x5aa2ff), QColor(0x7d7d84), QColor(0x3a3a3e)};
 
 } // namespace
 
-QPalette eigenePalette(bool istDunkel)
+QPalette eigenePalette(bool dunkel)
 {
-    const Farbsatz &f = istDunkel ? dunkel : hell;
+    const Farbsatz &f = dunkel ? dunkler : heller;
     QPalette p(f.flaeche, f.fenster);
     p.setColor(QPalette::Window, f.fenster);
     p.setColor(QPalette::WindowText, f.schrift);
@@ -56,7 +56,7 @@ QPalette eigenePalette(bool istDunkel)
     return p;
 }
 
-void erscheinungEinrichten(QApplication &anwendung, bool istDunkel)
+void erscheinungEinrichten(QApplication &anwendung, bool dunkel)
 {
     // Without a desktop's theme Qt falls back to Fusion and its standard palette.
     if (anwendung.style()->name() != u"fusion"_s) {
@@ -65,7 +65,7 @@ void erscheinungEinrichten(QApplication &anwendung, bool istDunkel)
     const bool eigene = anwendung.palette() == anwendung.style()->standardPalette();
     anwendung.setStyle(new Stil);
     if (eigene) {
-        anwendung.setPalette(eigenePalette(istDunkel));
+        anwendung.setPalette(eigenePalette(dunkel));
     }
 }
 

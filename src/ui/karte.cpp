@@ -1,6 +1,7 @@
 #include "ui/karte.h"
 
 #include "ui/erscheinung.h"
+#include "ui/stilteile.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -23,8 +24,8 @@ constexpr int farbwechsel = 150;      // milliseconds
 Karte::Karte(QWidget *parent)
     : QWidget(parent)
 {
-    wechsel.setDuration(farbwechsel);
-    connect(&wechsel, &QVariantAnimation::valueChanged, this, [this] { update(); });
+    wechsel_.setDuration(farbwechsel);
+    connect(&wechsel_, &QVariantAnimation::valueChanged, this, [this] { update(); });
 }
 
 void Karte::setFuellung(Farbton ton)
@@ -32,14 +33,14 @@ void Karte::setFuellung(Farbton ton)
     if (ton == fuellung_) {
         return;
     }
-    const bool laufend = wechsel.state() == QAbstractAnimation::Running;
-    const QColor vorher = laufend ? wechsel.currentValue().value<QColor>() : grundfarbe();
+    const bool laufend = wechsel_.state() == QAbstractAnimation::Running;
+    const QColor vorher = laufend ? wechsel_.currentValue().value<QColor>() : grundfarbe();
     fuellung_ = ton;
-    wechsel.stop();
+    wechsel_.stop();
     if (isVisible() && !wenigerBewegung()) {
-        wechsel.setStartValue(vorher);
-        wechsel.setEndValue(grundfarbe());
-        wechsel.start();
+        wechsel_.setStartValue(vorher);
+        wechsel_.setEndValue(grundfarbe());
+        wechsel_.start();
     }
     update();
 }
@@ -57,7 +58,7 @@ void Karte::einsetzen(QWidget *inhalt, int rand, int oben)
 }
 
 // A Gaussian of the radius around the card's edge, ring by ring; the card itself covers the rest.
-void Karte::schattenMalen(QPainter &maler, const QRectF &flaeche)
+void Karte::schattenMalen(QPainter &maler, const QRectF &platz)
 {
     constexpr int weite = static_cast<int>(3 * schattenradius);
     maler.setBrush(Qt::NoBrush);
@@ -67,7 +68,7 @@ void Karte::schattenMalen(QPainter &maler, const QRectF &flaeche)
             schattendeckung * 0.5 * std::erfc(abstand / (schattenradius * std::sqrt(2.0)));
         maler.setPen(QPen(QColor::fromRgbF(0, 0, 0, static_cast<float>(alpha)), 1));
         const QRectF umriss =
-            flaeche.translated(0, schattenversatz).adjusted(-abstand, -abstand, abstand, abstand);
+            platz.translated(0, schattenversatz).adjusted(-abstand, -abstand, abstand, abstand);
         maler.drawRoundedRect(umriss, radius + abstand, radius + abstand);
     }
 }
@@ -76,19 +77,17 @@ void Karte::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) {
-        wechsel.stop(); // towards a colour of the former appearance
+        wechsel_.stop(); // towards a colour of the former appearance
         update();
     }
 }
 
 void Karte::paintEvent(QPaintEvent *)
 {
-    const bool laufend = wechsel.state() == QAbstractAnimation::Running;
+    const bool laufend = wechsel_.state() == QAbstractAnimation::Running;
     QPainter maler(this);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setPen(Qt::NoPen);
-    maler.setBrush(laufend ? wechsel.currentValue().value<QColor>() : grundfarbe());
-    maler.drawRoundedRect(rect(), radius, radius);
+    rundMalen(maler, rect(), radius,
+              laufend ? wechsel_.currentValue().value<QColor>() : grundfarbe());
 }
 
 Grund::Grund(QWidget *parent)

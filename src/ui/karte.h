@@ -25,8 +25,8 @@ public:
     // Puts `inhalt` into the card, `rand` from its sides, `oben` from top and bottom.
     void einsetzen(QWidget *inhalt, int rand = 18, int oben = 16);
 
-    // Draws the shadow of a card that occupies `flaeche`.
-    static void schattenMalen(QPainter &maler, const QRectF &flaeche);
+    // Draws the shadow of a card that occupies `platz`.
+    static void schattenMalen(QPainter &maler, const QRectF &platz);
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -34,7 +34,7 @@ protected:
 
 private:
     Farbton fuellung_ = Farbe::durchsichtig;
-    QVariantAnimation wechsel; // of the colour on screen, while it changes
+    QVariantAnimation wechsel_; // of the colour on screen, while it changes
 };
 
 // The background of a window's content, in the window's colour, with the shadows of its cards.

@@ -2,7 +2,7 @@
 
 #include "ui/farbe.h"
 #include "ui/schrift.h"
-#include "ui/stil.h"
+#include "ui/stilteile.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -16,8 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int textschalter = Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine;
-
-constexpr int kaestchen = 16;
 constexpr int kaestchenAbstand = 8;
 
 QSize textgroesse(const QWidget &widget, const QString &inhalt)
@@ -119,10 +117,7 @@ void Startknopf::paintEvent(QPaintEvent *)
         flaeche = Farbe::ueber(QColor(255, 255, 255, 22), flaeche);
     }
     QPainter maler(this);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setPen(Qt::NoPen);
-    maler.setBrush(flaeche);
-    maler.drawRoundedRect(rect(), radius, radius);
+    rundMalen(maler, rect(), radius, flaeche);
     maler.setPen(aktiv ? Farbe::akzentSchrift(palette()) : Farbe::tertiaer(palette()));
     const int breite = width() - 2 * 16;
     maler.drawText(rect(), textschalter,

@@ -23,11 +23,11 @@ protected:
         case Qt::TabFocusReason:
         case Qt::BacktabFocusReason:
         case Qt::ShortcutFocusReason:
-            mitTasten = true;
+            mitTasten_ = true;
             break;
         case Qt::MouseFocusReason:
         case Qt::OtherFocusReason:
-            mitTasten = false;
+            mitTasten_ = false;
             break;
         default:
             break; // the window came back: as it was
@@ -35,10 +35,10 @@ protected:
         Knopf::focusInEvent(event);
     }
 
-    [[nodiscard]] bool fokusSichtbar() const { return mitTasten && this->hasFocus(); }
+    [[nodiscard]] bool fokusSichtbar() const { return mitTasten_ && this->hasFocus(); }
 
 private:
-    bool mitTasten = false;
+    bool mitTasten_ = false;
 };
 
 // A text as a button's title: "&" would mark a shortcut, so it is doubled.

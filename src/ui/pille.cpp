@@ -1,5 +1,7 @@
 #include "ui/pille.h"
 
+#include "ui/stilteile.h"
+
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -19,7 +21,7 @@ Pille::Pille(QWidget *parent)
 
 void Pille::setzen(const QString &inhalt, Farbton schrift, Farbton grund)
 {
-    label_->setText(inhalt);
+    label_->textSetzen(inhalt);
     label_->setFarbe(schrift);
     fuellung_ = grund;
     grundErneuern();
@@ -27,15 +29,15 @@ void Pille::setzen(const QString &inhalt, Farbton schrift, Farbton grund)
     update();
 }
 
-void Pille::setUnterlage(const QColor &farbe)
+void Pille::setUnterlage(const QColor &unterlage)
 {
-    unterlage = farbe;
+    unterlage_ = unterlage;
     grundErneuern();
 }
 
 void Pille::grundErneuern()
 {
-    const QColor hinten = unterlage.isValid() ? unterlage : Farbe::fenster(palette());
+    const QColor hinten = unterlage_.isValid() ? unterlage_ : Farbe::fenster(palette());
     label_->setGrund(Farbe::ueber(fuellung_(palette()), hinten));
 }
 
@@ -51,10 +53,7 @@ void Pille::paintEvent(QPaintEvent *)
 {
     constexpr double radius = 11;
     QPainter maler(this);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setPen(Qt::NoPen);
-    maler.setBrush(fuellung_(palette()));
-    maler.drawRoundedRect(rect(), radius, radius);
+    rundMalen(maler, rect(), radius, fuellung_(palette()));
 }
 
 } // namespace kalvaro

@@ -15,7 +15,7 @@ public:
     void setzen(const QString &inhalt, Farbton schrift, Farbton grund);
 
     // The opaque colour behind the badge, on which its text must stay readable.
-    void setUnterlage(const QColor &farbe);
+    void setUnterlage(const QColor &unterlage);
 
     [[nodiscard]] Beschriftung *label() const { return label_; }
     [[nodiscard]] Farbton fuellung() const { return fuellung_; }
@@ -29,7 +29,7 @@ private:
 
     Beschriftung *const label_;
     Farbton fuellung_ = Farbe::durchsichtig;
-    QColor unterlage;
+    QColor unterlage_;
 };
 
 } // namespace kalvaro

@@ -14,31 +14,31 @@ constexpr int schritt = 360 / bilderJeSekunde;
 
 } // namespace
 
-Rad::Rad(Uhr &zeit, QWidget *parent)
+Rad::Rad(Uhr &uhr, QWidget *parent)
     : QWidget(parent)
-    , uhr(zeit)
+    , uhr_(uhr)
 {
 }
 
 void Rad::drehen()
 {
-    dreht = true;
+    dreht_ = true;
     taktErneuern();
 }
 
 void Rad::anhalten()
 {
-    dreht = false;
+    dreht_ = false;
     taktErneuern();
 }
 
 void Rad::taktErneuern()
 {
-    if (!dreht || !isVisible() || wenigerBewegung()) {
-        takt.reset();
-    } else if (!takt) {
-        takt = uhr.alle(Sekunden(1.0 / bilderJeSekunde), [this] {
-            stellung = (stellung + schritt) % 360;
+    if (!dreht_ || !isVisible() || wenigerBewegung()) {
+        takt_.reset();
+    } else if (!takt_) {
+        takt_ = uhr_.alle(Sekunden(1.0 / bilderJeSekunde), [this] {
+            stellung_ = (stellung_ + schritt) % 360;
             update();
         });
     }
@@ -76,7 +76,7 @@ void Rad::paintEvent(QPaintEvent *)
     for (int i = 0; i < stuecke; ++i) {
         farbe.setAlphaF(0.45F * float(i + 1) / stuecke);
         maler.setPen(QPen(farbe, strich, Qt::SolidLine, Qt::FlatCap));
-        const double anfang = 90 - stellung + bogen - double(bogen) * (i + 1) / stuecke;
+        const double anfang = 90 - stellung_ + bogen - double(bogen) * (i + 1) / stuecke;
         maler.drawArc(kreis, static_cast<int>(anfang * 16),
                       static_cast<int>(bogen * 16.0 / stuecke) + 2);
     }

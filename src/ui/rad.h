@@ -13,7 +13,7 @@ class Rad : public QWidget
     Q_OBJECT
 
 public:
-    explicit Rad(Uhr &zeit, QWidget *parent = nullptr);
+    explicit Rad(Uhr &uhr, QWidget *parent = nullptr);
 
     void anhalten();
     void drehen();
@@ -26,10 +26,10 @@ protected:
 private:
     void taktErneuern();
 
-    Uhr &uhr;
-    bool dreht = false;
-    Weckruf takt;
-    int stellung = 0; // degrees
+    Uhr &uhr_;
+    bool dreht_ = false;
+    Weckruf takt_;
+    int stellung_ = 0; // degrees
 };
 
 } // namespace kalvaro

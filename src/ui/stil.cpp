@@ -1,11 +1,10 @@
 #include "ui/stil.h"
 
 #include "ui/farbe.h"
-#include "ui/stilfelder.h"
+#include "ui/stilteile.h"
 
 #include <QAbstractScrollArea>
 #include <QPainter>
-#include <QPainterPath>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
 
@@ -15,7 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kaestchen = 16;
 constexpr double knopfradius = 7;
 
 bool istHauptknopf(const QStyleOption *option)
@@ -37,11 +35,8 @@ void knopfMalen(QPainter &maler, const QStyleOption &option)
         flaeche = Farbe::ueber(QColor(128, 128, 128, 18), flaeche);
     }
     const QColor kontur = Farbe::ueber(QColor(128, 128, 128, 70), flaeche);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setBrush(flaeche);
-    maler.setPen(haupt ? QPen(Qt::NoPen) : QPen(kontur, 1));
-    maler.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), knopfradius,
-                          knopfradius);
+    rundMalen(maler, option.rect, knopfradius, flaeche,
+              QPen(kontur, 1, haupt ? Qt::NoPen : Qt::SolidLine));
 }
 
 // The frame of a list, a tree or a text area; not that of a pop-up list, which is a window.
@@ -183,39 +178,6 @@ QSize Stil::sizeFromContents(ContentsType art, const QStyleOption *option, const
         return inhalt + rand;
     }
     return QProxyStyle::sizeFromContents(art, option, inhalt, widget);
-}
-
-void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
-                    bool gesperrt)
-{
-    const QRectF kasten = platz.adjusted(0.5, 0.5, -0.5, -0.5);
-    const double seite = platz.width();
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setOpacity(gesperrt ? 0.5 : 1);
-    maler.setPen(an ? QPen(Qt::NoPen)
-                    : QPen(Farbe::ueber(QColor(128, 128, 128, 110), Farbe::flaeche(palette)), 1));
-    maler.setBrush(an ? Farbe::akzent(palette) : Farbe::flaeche(palette));
-    maler.drawRoundedRect(kasten, seite * 0.27, seite * 0.27);
-    if (an) {
-        QPainterPath haken;
-        haken.moveTo(platz.left() + seite * 0.28, platz.top() + seite * 0.52);
-        haken.lineTo(platz.left() + seite * 0.44, platz.top() + seite * 0.68);
-        haken.lineTo(platz.left() + seite * 0.73, platz.top() + seite * 0.34);
-        maler.setBrush(Qt::NoBrush);
-        maler.setPen(QPen(Farbe::akzentSchrift(palette), seite * 0.1, Qt::SolidLine, Qt::RoundCap,
-                          Qt::RoundJoin));
-        maler.drawPath(haken);
-    }
-}
-
-void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QPalette &palette)
-{
-    QColor ring = Farbe::akzent(palette);
-    ring.setAlphaF(0.6F);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setBrush(Qt::NoBrush);
-    maler.setPen(QPen(ring, 2));
-    maler.drawRoundedRect(platz.adjusted(1, 1, -1, -1), radius, radius);
 }
 
 } // namespace kalvaro

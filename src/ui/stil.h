@@ -29,11 +29,4 @@ public:
                                          const QSize &inhalt, const QWidget *widget) const override;
 };
 
-// Draws the box of a check box into `platz`.
-void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
-                    bool gesperrt);
-
-// Draws the ring that shows the keyboard focus around a shape of the given corner radius.
-void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QPalette &palette);
-
 } // namespace kalvaro

@@ -46,30 +46,31 @@ QIcon programmsymbol()
     return QIcon(ort(u"de.kalvaro.kalvaro"_s));
 }
 
-Zeichen::Zeichen(int seite, QWidget *parent)
+Zeichen::Zeichen(int groesse, QWidget *parent)
     : QWidget(parent)
-    , groesse(seite)
+    , groesse_(groesse)
 {
-    setFixedSize(seite, seite);
+    setFixedSize(groesse, groesse);
 }
 
-void Zeichen::setzen(const QString &name, Farbton tint, const QString &beschreibung)
+void Zeichen::setzen(const QString &name, Farbton ton, const QString &beschreibung)
 {
     name_ = name;
-    ton = tint;
+    ton_ = ton;
     setAccessibleName(beschreibung);
     update();
 }
 
 QColor Zeichen::toenung() const
 {
-    return ton(palette());
+    return ton_(palette());
 }
 
 void Zeichen::paintEvent(QPaintEvent *)
 {
     if (!name_.isEmpty()) {
-        QPainter(this).drawPixmap(0, 0, symbolbild(name_, groesse, toenung(), devicePixelRatioF()));
+        QPainter(this).drawPixmap(0, 0,
+                                  symbolbild(name_, groesse_, toenung(), devicePixelRatioF()));
     }
 }
 

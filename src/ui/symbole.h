@@ -24,7 +24,7 @@ public:
     explicit Zeichen(int groesse, QWidget *parent = nullptr);
 
     // `beschreibung` is for screen readers.
-    void setzen(const QString &name, Farbton tint, const QString &beschreibung);
+    void setzen(const QString &name, Farbton ton, const QString &beschreibung);
 
     [[nodiscard]] const QString &name() const { return name_; }
     [[nodiscard]] QColor toenung() const;
@@ -33,9 +33,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    const int groesse;
+    const int groesse_;
     QString name_;
-    Farbton ton = Farbe::schrift;
+    Farbton ton_ = Farbe::schrift;
 };
 
 } // namespace kalvaro

@@ -64,8 +64,8 @@ double Tabellenzahl::passend() const
 void Tabellenzahl::paintEvent(QPaintEvent *)
 {
     double anteil = passend();
-    if (reihe != nullptr) {
-        for (const Tabellenzahl *nachbar : *reihe) {
+    if (reihe_ != nullptr) {
+        for (const Tabellenzahl *nachbar : *reihe_) {
             anteil = std::min(anteil, nachbar->passend());
         }
     }

@@ -15,7 +15,7 @@ public:
 
     // Figures that stand side by side: all of them shrink as far as the widest must. The list must
     // live as long as the figure is painted.
-    void setReihe(const QList<Tabellenzahl *> *nachbarn) { reihe = nachbarn; }
+    void setReihe(const QList<Tabellenzahl *> *reihe) { reihe_ = reihe; }
 
     // The proportion of its size at which the figure fits into its place, from 0.5 to 1.
     [[nodiscard]] double passend() const;
@@ -26,7 +26,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    const QList<Tabellenzahl *> *reihe = nullptr;
+    const QList<Tabellenzahl *> *reihe_ = nullptr;
 };
 
 } // namespace kalvaro

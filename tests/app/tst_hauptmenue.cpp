@@ -27,8 +27,7 @@ private Q_SLOTS:
     void init()
     {
         p = std::make_unique<Steuerungsprobe>();
-        p->steuerung = std::make_unique<Steuerung>(p->konto, p->adapter, false, menueBauen);
-        p->vor();
+        p->starten(false, menueBauen);
         p->arbeitsplatz.auftritte.clear();
     }
     void cleanup() { p.reset(); }
@@ -118,10 +117,7 @@ private Q_SLOTS:
     {
         QFETCH(const QString, text);
         p->steuerung.reset();
-        Zentrale zentrale(p->konto, p->netz);
-        Einstellungen einst;
-        Hauptfenster bild({zentrale, einst, p->uhr, p->rekordbox, p->arbeitsplatz, p->anmeldestart},
-                          u"/gibt/es/nicht/bild.png"_s, nullptr);
+        Hauptfenster bild(*p->ablauf, Verbleib::Allein, u"/gibt/es/nicht/bild.png"_s);
         menueBauen(bild);
         bild.show();
         QMetaObject::invokeMethod(

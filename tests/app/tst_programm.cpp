@@ -4,6 +4,7 @@
 
 #include "app/mitschnitt.h"
 #include "steuerungsprobe.h"
+#include "testlauf.h"
 
 #include <QApplication>
 #include <QImage>
@@ -11,7 +12,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
 #include <QTimer>
 
 using namespace kalvaro;
@@ -42,7 +42,7 @@ private Q_SLOTS:
         p = std::make_unique<Steuerungsprobe>();
         Steuerungsprobe::ordner().schreiben(
             u"konto.json"_s, "{\"geraet\":\"Studio-Mac\",\"server\":[\"http://cloud\"]}");
-        programm = std::make_unique<Programm>(p->adapter);
+        programm = std::make_unique<Programm>(p->umgebung);
         QApplication::setQuitOnLastWindowClosed(true);
     }
     void cleanup()
@@ -115,7 +115,7 @@ private Q_SLOTS:
     void ohneKontoMitBildschirm()
     {
         kontoSetzen({});
-        Programm sichtbar(p->adapter, true);
+        Programm sichtbar(p->umgebung, true);
         Mitschnitt fehlerausgabe(stderr);
         sichtbar.starten({});
         const QString geschrieben = fehlerausgabe.beenden();
@@ -220,13 +220,12 @@ private Q_SLOTS:
     void wiederOeffnenOhneSteuerung()
     {
         programm->wiederOeffnen(); // too early
-        programm->aufgewacht();
         QVERIFY(!fenster());
 
         programm->starten({.bild = u"/gibt/es/nicht/bild.png"_s});
         p->vor();
         programm->wiederOeffnen();
-        programm->aufgewacht();
+        QVERIFY(!p->arbeitsplatz.geweckt); // nobody listens
         p->vor(30);
 
         QCOMPARE(p->anlaesse(), QStringList{u"hand"_s});
@@ -238,7 +237,7 @@ private Q_SLOTS:
         programm->starten({.hintergrund = true});
         p->vor(15);
 
-        programm->aufgewacht();
+        p->arbeitsplatz.geweckt();
         p->vor(20);
 
         QCOMPARE(p->anlaesse(), (QStringList{u"anmeldung"_s, u"aufgewacht"_s}));
@@ -310,5 +309,5 @@ private:
     std::unique_ptr<Programm> programm;
 };
 
-QTEST_MAIN(TestProgramm)
+KALVARO_FENSTERTEST(TestProgramm)
 #include "tst_programm.moc"

@@ -15,6 +15,7 @@
 #include <csignal>
 
 using namespace kalvaro;
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -80,7 +80,7 @@ private Q_SLOTS:
 private:
     // What bewerten() hands over for the scripted answers, in virtual time.
     std::optional<Bewertung>
-    bewertet(const QString &anlass = u"hand"_s,
+    bewertet(Anlass anlass = Anlass::Hand,
              const Konto &konto = {u"Studio"_s, u"mac-1"_s, u"geheim"_s, {u"http://cloud"_s}})
     {
         Zentrale zentrale(konto, *weg);
@@ -206,10 +206,11 @@ void TestBewerten::zustand()
 
     const Bewertung b = antwortBewerten(json(antwort));
 
-    QTEST(b.art, "art");
+    QTEST(artname(b.art), "art");
     QTEST(b.titel, "titel");
     QTEST(b.detail, "detail");
     QTEST(b.startbar, "startbar");
+    QCOMPARE(b.beschaeftigt, b.titel == u"Cloud ist beschäftigt");
     QVERIFY(!b.offline);
     QCOMPARE(b.betrieb, QString());
     QVERIFY(!b.neueVersion.has_value());
@@ -274,7 +275,7 @@ void TestBewerten::probelauf()
     for (const QByteArray betrieb : {"", R"("betrieb":"schatten",)", R"("betrieb":"scharf",)"}) {
         const Bewertung b = antwortBewerten(json('{' + betrieb + antwort.sliced(1)));
 
-        QTEST(b.art, "art");
+        QTEST(artname(b.art), "art");
         QTEST(b.titel, "titel");
         QTEST(b.detail, "detail");
         QVERIFY(b.startbar);
@@ -436,14 +437,14 @@ void TestBewerten::fehlerDerZentrale_data()
     QTest::addColumn<Bewertung>("erwartet");
 
     const auto ohneVerbindung = [](const QString &meldung) {
-        return Bewertung{.art = u"warn"_s,
+        return Bewertung{.art = Art::Warn,
                          .titel = u"Nicht abgeglichen"_s,
                          .detail = offline.arg(meldung),
                          .startbar = true,
                          .offline = true};
     };
     const auto abgelehnt = [](const QString &meldung) {
-        return Bewertung{.art = u"krit"_s, .titel = u"Abgleich nicht möglich"_s, .detail = meldung};
+        return Bewertung{.art = Art::Krit, .titel = u"Abgleich nicht möglich"_s, .detail = meldung};
     };
 
     QTest::newRow("server unreachable: the detail ends with the client's reason in brackets")
@@ -523,18 +524,19 @@ void TestBewerten::hunderttausendGeraete()
 
 void TestBewerten::anfrage_data()
 {
-    QTest::addColumn<QString>("anlass");
+    QTest::addColumn<Anlass>("anlass");
 
-    for (const char *anlass : {"anmeldung", "hand", "nachher", "nachholen", "aufgewacht",
-                               "vorstart", "", "etwas „Neues“ \\ \n"}) {
-        QTest::addRow("%s", *anlass ? QByteArray(anlass).trimmed().constData() : "no reason")
-            << QString::fromUtf8(anlass);
-    }
+    QTest::newRow("anmeldung") << Anlass::Anmeldung;
+    QTest::newRow("hand") << Anlass::Hand;
+    QTest::newRow("nachher") << Anlass::Nachher;
+    QTest::newRow("nachholen") << Anlass::Nachholen;
+    QTest::newRow("aufgewacht") << Anlass::Aufgewacht;
+    QTest::newRow("vorstart") << Anlass::Vorstart;
 }
 
 void TestBewerten::anfrage()
 {
-    QFETCH(QString, anlass);
+    QFETCH(Anlass, anlass);
     antworten(mitZustand("aktuell"));
 
     QVERIFY(bewertet(anlass).has_value());
@@ -544,9 +546,10 @@ void TestBewerten::anfrage()
     const Netzanfrage &anfrage = weg->anfragen().at(1);
     QCOMPARE(anfrage.limit, 480s);
     QVERIFY(anfrage.body.has_value());
-    QCOMPARE(
-        QJsonDocument::fromJson(*anfrage.body).object(),
-        (QJsonObject{{u"geraet"_s, u"mac-1"_s}, {u"anlass"_s, anlass}, {u"version"_s, u"1.4"_s}}));
+    QCOMPARE(QJsonDocument::fromJson(*anfrage.body).object(),
+             (QJsonObject{{u"geraet"_s, u"mac-1"_s},
+                          {u"anlass"_s, QString::fromLatin1(QTest::currentDataTag())},
+                          {u"version"_s, u"1.4"_s}}));
 }
 
 void TestBewerten::ergebnisAusDerCloud()
@@ -558,7 +561,7 @@ void TestBewerten::ergebnisAusDerCloud()
 
     const auto b = bewertet();
 
-    QCOMPARE(b, (Bewertung{.art = u"gut"_s,
+    QCOMPARE(b, (Bewertung{.art = Art::Gut,
                            .titel = abgeglichen,
                            .detail = nichtsZuTun + u' ' + probe + u' ' + studioOffenSatz,
                            .betrieb = u"schatten"_s,
@@ -587,7 +590,7 @@ void TestBewerten::angehaltenWirdProtokolliert()
     const auto b = bewertet();
 
     QVERIFY(b.has_value());
-    QCOMPARE(b->art, u"krit"_s);
+    QCOMPARE(b->art, Art::Krit);
     QTEST(ordner.protokollzeilen().join(u'\n'), "zeile");
 }
 
@@ -646,7 +649,7 @@ void TestBewerten::gescheiterteAnfrage()
     const auto b = bewertet();
 
     QVERIFY(b.has_value());
-    QTEST(b->art, "art");
+    QTEST(artname(b->art), "art");
     QTEST(b->detail, "detail");
     QCOMPARE(b->betrieb, QString());
     QVERIFY(b->antwort.isUndefined());
@@ -661,14 +664,14 @@ void TestBewerten::fristVonAchtMinuten()
     weg->dannHaengen();
     Zentrale zentrale({u"m"_s, u"m"_s, {}, {u"http://a"_s, u"http://b"_s}}, *weg);
     std::optional<Bewertung> ergebnis;
-    bewerten(zentrale, u"hand"_s, &zentrale, [&](const Bewertung &b) { ergebnis = b; });
+    bewerten(zentrale, Anlass::Hand, &zentrale, [&](const Bewertung &b) { ergebnis = b; });
 
     uhr->vor(479900ms);
     QVERIFY(!ergebnis.has_value());
     uhr->vor(100ms);
 
     QCOMPARE(ergebnis,
-             (Bewertung{.art = u"warn"_s,
+             (Bewertung{.art = Art::Warn,
                         .titel = u"Nicht abgeglichen"_s,
                         .detail = u"Keine Verbindung zur Cloud – rekordbox startet mit dem Stand "
                                   "dieses Macs. (Die Cloud hat nicht rechtzeitig geantwortet.)"_s,
@@ -682,7 +685,7 @@ void TestBewerten::rufErstAusDerEreignisschleife()
     Zentrale zentrale({u"m"_s, u"m"_s, {}, {}}, *weg);
     std::optional<Bewertung> ergebnis;
 
-    bewerten(zentrale, u"hand"_s, &zentrale, [&](const Bewertung &b) { ergebnis = b; });
+    bewerten(zentrale, Anlass::Hand, &zentrale, [&](const Bewertung &b) { ergebnis = b; });
     QVERIFY(!ergebnis.has_value());
     uhr->vor(0s);
 
@@ -696,7 +699,7 @@ void TestBewerten::ohneBesitzerKeinRuf()
     Zentrale zentrale({u"m"_s, u"m"_s, {}, {u"http://cloud"_s}}, *weg);
     bool gerufen = false;
     auto besitzer = std::make_unique<QObject>();
-    bewerten(zentrale, u"hand"_s, besitzer.get(), [&](const Bewertung &) { gerufen = true; });
+    bewerten(zentrale, Anlass::Hand, besitzer.get(), [&](const Bewertung &) { gerufen = true; });
 
     besitzer.reset();
     uhr->vor(1000s);
@@ -715,8 +718,8 @@ void TestBewerten::zweiAnfragenZugleich()
     Zentrale zentrale({u"m"_s, u"m"_s, {}, {u"http://cloud"_s}}, *weg);
     QStringList titel;
 
-    bewerten(zentrale, u"nachher"_s, &zentrale, [&](const Bewertung &b) { titel += b.titel; });
-    bewerten(zentrale, u"hand"_s, &zentrale, [&](const Bewertung &b) { titel += b.titel; });
+    bewerten(zentrale, Anlass::Nachher, &zentrale, [&](const Bewertung &b) { titel += b.titel; });
+    bewerten(zentrale, Anlass::Hand, &zentrale, [&](const Bewertung &b) { titel += b.titel; });
     uhr->vor(1s);
 
     QCOMPARE(titel, (QStringList{u"Abgleich verschoben"_s, abgeglichen}));

@@ -29,7 +29,7 @@ void TestBewertung::vorgaben()
 {
     const Bewertung b;
 
-    QCOMPARE(b.art, u"warn"_s);
+    QCOMPARE(b.art, Art::Warn);
     QVERIFY(!b.startbar);
     QVERIFY(!b.offline);
     QVERIFY(b.titel.isEmpty());
@@ -44,7 +44,7 @@ void TestBewertung::einzelneAngaben()
 {
     const Bewertung b{.titel = u"Titel"_s, .startbar = true, .neueVersion = u"2"_s};
 
-    QCOMPARE(b.art, u"warn"_s);
+    QCOMPARE(b.art, Art::Warn);
     QCOMPARE(b.titel, u"Titel"_s);
     QVERIFY(b.startbar);
     QVERIFY(!b.offline);
@@ -54,7 +54,7 @@ void TestBewertung::einzelneAngaben()
 
 void TestBewertung::gleichheit()
 {
-    const Bewertung b{.art = u"gut"_s, .antwort = json(R"({"a":1})")};
+    const Bewertung b{.art = Art::Gut, .antwort = json(R"({"a":1})")};
     Bewertung kopie = b;
     QCOMPARE(kopie, b);
 

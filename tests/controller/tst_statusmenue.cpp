@@ -1,9 +1,9 @@
 // The rows of the status item's menu.
 
 #include "controller/statusmenue.h"
+#include "testlauf.h"
 
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -153,5 +153,5 @@ private:
     }
 };
 
-QTEST_MAIN(TestStatusmenue)
+KALVARO_FENSTERTEST(TestStatusmenue)
 #include "tst_statusmenue.moc"

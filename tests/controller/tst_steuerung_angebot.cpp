@@ -1,10 +1,10 @@
 // The offer of a new version: the menu's row and the notification, once a day.
 
 #include "steuerungsprobe.h"
+#include "testlauf.h"
 
 #include <QAction>
 #include <QMenu>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -154,8 +154,8 @@ private Q_SLOTS:
 
     void klickOhneZiel()
     {
-        p->steuerung->mitteilen(u"Titel"_s, u"Text"_s, std::nullopt);
-        p->steuerung->mitteilen(u"Titel"_s, u"Text"_s, u"das ist keine Adresse"_s);
+        p->mitteilungen.mitteilen(u"Titel"_s, u"Text"_s, std::nullopt);
+        p->mitteilungen.mitteilen(u"Titel"_s, u"Text"_s, u"das ist keine Adresse"_s);
         QCOMPARE(p->mitteilungen.alle.first(), (Mitteilung{u"Titel"_s, u"Text"_s, {}}));
 
         p->mitteilungen.klicken(0);
@@ -176,7 +176,7 @@ private:
     void abgleichen(const QJsonObject &mehr, const QString &zustand = u"aktuell"_s)
     {
         p->abgleiche = {abgleichAntwort(zustand, mehr)};
-        p->steuerung->abgleich(u"hand"_s, {});
+        p->abgleich(Anlass::Hand);
         p->vor();
     }
 
@@ -185,5 +185,5 @@ private:
     std::unique_ptr<Steuerungsprobe> p;
 };
 
-QTEST_MAIN(TestSteuerungAngebot)
+KALVARO_FENSTERTEST(TestSteuerungAngebot)
 #include "tst_steuerung_angebot.moc"

@@ -1,8 +1,7 @@
 // What the controller reports of a finished sync: symbol, status line and notification.
 
 #include "steuerungsprobe.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -35,8 +34,8 @@ const QMap<QString, Ausgang> ausgaenge{
       u"Nicht abgeglichen (offline)"_s}},
 };
 
-const QStringList anlaesse{u"anmeldung"_s, u"hand"_s,       u"nachher"_s,
-                           u"nachholen"_s, u"aufgewacht"_s, u"vorstart"_s};
+constexpr Anlass anlaesse[] = {Anlass::Anmeldung, Anlass::Hand,       Anlass::Nachher,
+                               Anlass::Nachholen, Anlass::Aufgewacht, Anlass::Vorstart};
 
 } // namespace
 
@@ -61,9 +60,9 @@ private Q_SLOTS:
         const Ausgang &ausgang = ausgaenge[name];
         p->starten(true);
 
-        const Bewertung b = abgleichen(u"hand"_s, ausgang.antwort);
+        const Bewertung b = abgleichen(Anlass::Hand, ausgang.antwort);
 
-        QCOMPARE(b.art, ausgang.art);
+        QCOMPARE(artname(b.art), ausgang.art);
         QCOMPARE(b.offline, name == u"offline");
         QCOMPARE(p->statusobjekt.symbol(), ausgang.symbol);
         QCOMPARE(p->statusobjekt.hinweis(), u"kalvaro – "_s + ausgang.status);
@@ -91,11 +90,11 @@ private Q_SLOTS:
         QFETCH(const bool, sichtbar);
         QFETCH(const QString, name);
         QFETCH(const QString, vorher);
-        for (const QString &anlass : anlaesse) {
+        for (const Anlass anlass : anlaesse) {
             init();
             p->starten(true);
             if (!vorher.isEmpty()) {
-                abgleichen(u"hand"_s, ausgaenge[vorher].antwort);
+                abgleichen(Anlass::Hand, ausgaenge[vorher].antwort);
             }
             if (sichtbar) {
                 p->steuerung->zeigen(false);
@@ -104,11 +103,12 @@ private Q_SLOTS:
 
             const Bewertung b = abgleichen(anlass, ausgaenge[name].antwort);
 
-            const bool faellig = !sichtbar && name != u"offline" &&
-                                 (anlass == u"nachher" || (name == u"krit" && vorher != u"krit"));
+            const bool faellig =
+                !sichtbar && name != u"offline" &&
+                (anlass == Anlass::Nachher || (name == u"krit" && vorher != u"krit"));
             const QList<Mitteilung> erwartet =
                 faellig ? QList<Mitteilung>{{b.titel, b.detail, {}}} : QList<Mitteilung>();
-            QVERIFY2(p->mitteilungen.alle == erwartet, qPrintable(anlass));
+            QVERIFY2(p->mitteilungen.alle == erwartet, qPrintable(anlassname(anlass)));
         }
     }
 
@@ -117,13 +117,13 @@ private Q_SLOTS:
     void kritischWirdBeimBeginnGemeldet()
     {
         p->starten(true);
-        abgleichen(u"nachholen"_s, krit);
-        abgleichen(u"nachholen"_s, krit);
+        abgleichen(Anlass::Nachholen, krit);
+        abgleichen(Anlass::Nachholen, krit);
         QCOMPARE(p->mitteilungen.alle,
                  (QList<Mitteilung>{{u"Abgleich gestört"_s, u"Es wurde nichts verändert. x"_s}}));
 
-        abgleichen(u"nachholen"_s, gut);
-        abgleichen(u"nachholen"_s, krit);
+        abgleichen(Anlass::Nachholen, gut);
+        abgleichen(Anlass::Nachholen, krit);
         QCOMPARE(p->mitteilungen.alle.size(), 2);
     }
 
@@ -132,10 +132,10 @@ private Q_SLOTS:
     {
         p->starten(true);
         p->steuerung->zeigen(false);
-        abgleichen(u"nachholen"_s, krit);
+        abgleichen(Anlass::Nachholen, krit);
         p->steuerung->fenster()->verstecken();
 
-        abgleichen(u"nachholen"_s, krit);
+        abgleichen(Anlass::Nachholen, krit);
 
         QVERIFY(p->mitteilungen.alle.isEmpty());
     }
@@ -147,18 +147,18 @@ private Q_SLOTS:
         p->steuerung->zeigen(false);
         p->steuerung->fenster()->showMinimized();
 
-        abgleichen(u"nachher"_s, gut);
+        abgleichen(Anlass::Nachher, gut);
 
         QCOMPARE(p->mitteilungen.alle.size(), 1);
     }
 
 private:
     // Runs a sync to its end.
-    Bewertung abgleichen(const QString &anlass, const Transport::Ergebnis &antwort)
+    Bewertung abgleichen(Anlass anlass, const Transport::Ergebnis &antwort)
     {
         std::optional<Bewertung> ergebnis;
         p->abgleiche = {antwort};
-        p->steuerung->abgleich(anlass, [&](const Bewertung &b) { ergebnis = b; });
+        p->abgleich(anlass, [&](const Bewertung &b) { ergebnis = b; });
         p->vor();
         return ergebnis.value_or(Bewertung{.titel = u"no answer"_s});
     }
@@ -166,5 +166,5 @@ private:
     std::unique_ptr<Steuerungsprobe> p;
 };
 
-QTEST_MAIN(TestSteuerungMelden)
+KALVARO_FENSTERTEST(TestSteuerungMelden)
 #include "tst_steuerung_melden.moc"

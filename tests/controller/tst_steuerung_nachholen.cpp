@@ -1,8 +1,7 @@
 // The syncs that time brings: after a background start, after one that failed, after a wake.
 
 #include "steuerungsprobe.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -43,14 +42,14 @@ private Q_SLOTS:
         QVERIFY(!p->steuerung->fenster());
     }
 
-    // Only what found no server, or a busy one, is owed.
+    // What found no server, a busy one or an open rekordbox is owed, and what was held back.
     void nachholen_data()
     {
         QTest::addColumn<QList<Transport::Ergebnis>>("antwort");
         QTest::addColumn<bool>("offen");
         using Antworten = QList<Transport::Ergebnis>;
         const auto zustand = [](const QString &name) { return Antworten{abgleichAntwort(name)}; };
-        QTest::newRow("no run yet") << Antworten() << false;
+        QTest::newRow("held back while rekordbox ran") << Antworten() << true;
         QTest::newRow("offline") << Antworten{offline} << true;
         QTest::newRow("timed out") << Antworten{Scripttransport::zeitUeberschritten()} << true;
         QTest::newRow("the cloud is busy") << zustand(u"laeuft_schon"_s) << true;
@@ -58,7 +57,7 @@ private Q_SLOTS:
         QTest::newRow("deferred") << zustand(u"verschoben"_s) << false;
         QTest::newRow("failed") << zustand(u"fehler"_s) << false;
         QTest::newRow("stopped") << zustand(u"angehalten"_s) << false;
-        QTest::newRow("rekordbox was open") << zustand(u"rekordbox_offen"_s) << false;
+        QTest::newRow("rekordbox was open") << zustand(u"rekordbox_offen"_s) << true;
         QTest::newRow("the cloud cannot reach this Mac") << zustand(u"nicht_erreichbar"_s) << false;
         QTest::newRow("an error of the server")
             << Antworten{Scripttransport::antwort(503)} << false;
@@ -73,7 +72,7 @@ private Q_SLOTS:
         p->rekordboxZu();
         if (!antwort.isEmpty()) {
             p->abgleiche = antwort;
-            p->steuerung->abgleich(u"hand"_s, {});
+            p->abgleich(Anlass::Hand);
         }
         p->vor(579.9);
         p->netz.vergessen();
@@ -120,7 +119,7 @@ private Q_SLOTS:
     {
         offlineBeginnen();
         p->vor(500);
-        p->steuerung->abgleich(u"hand"_s, {});
+        p->abgleich(Anlass::Hand);
         p->vor(100);
         QCOMPARE(p->anlaesse(), QStringList{u"hand"_s});
 
@@ -137,7 +136,7 @@ private Q_SLOTS:
         QFETCH(const int, agent);
         QFETCH(const QStringList, erwartet);
         ruhigBeginnen();
-        p->steuerung->aufgewacht();
+        p->arbeitsplatz.geweckt();
         p->vor(19.9);
         QVERIFY(p->anlaesse().isEmpty());
         p->rekordboxLaeuft(false, haupt, agent);
@@ -153,9 +152,9 @@ private Q_SLOTS:
     {
         ruhigBeginnen();
         p->abgleiche = {gut, gut};
-        p->steuerung->aufgewacht();
+        p->arbeitsplatz.geweckt();
         p->vor(5);
-        p->steuerung->aufgewacht();
+        p->arbeitsplatz.geweckt();
 
         p->vor(15);
         QCOMPARE(p->anlaesse(), QStringList{u"aufgewacht"_s});
@@ -169,12 +168,111 @@ private Q_SLOTS:
     void zweimalAufgewachtEinLauf()
     {
         ruhigBeginnen();
-        p->steuerung->aufgewacht();
-        p->steuerung->aufgewacht();
+        p->arbeitsplatz.geweckt();
+        p->arbeitsplatz.geweckt();
 
         p->vor(20);
 
         QCOMPARE(p->anlaesse(), QStringList{u"aufgewacht"_s});
+    }
+
+    // kalvaro was opened while only the agent still saved, and the sync that the window promised
+    // never came.
+    void geoeffnetWaehrendDerAgentSpeichert()
+    {
+        p->rekordboxLaeuft(false, 0, 1);
+        p->starten(false);
+        QCOMPARE(p->beschriftung(u"lblTitel"_s), u"rekordbox läuft"_s);
+        p->vor(60);
+        p->rekordboxZu();
+        p->vor(539);
+        QVERIFY(p->anlaesse().isEmpty());
+
+        nurEinmalNachgeholt(1);
+    }
+
+    // The sync after rekordbox joined one that had begun before.
+    void nachherInEinemAelterenLauf()
+    {
+        ruhigBeginnen();
+        p->rekordboxOffen();
+        p->vor(10);
+        p->abgleich(Anlass::Hand);
+        p->vor();
+        p->rekordboxZu();
+        p->vor(3); // joins
+        p->netz.beantworten(gut);
+        p->vor();
+        p->netz.vergessen();
+
+        nurEinmalNachgeholt(600);
+    }
+
+    // The server saw rekordbox open, and it has gone since without the watch ever seeing it.
+    void rekordboxWarOffen()
+    {
+        ruhigBeginnen();
+        p->abgleiche = {abgleichAntwort(u"rekordbox_offen"_s)};
+        p->abgleich(Anlass::Hand);
+        p->vor();
+        p->netz.vergessen();
+
+        nurEinmalNachgeholt(600);
+    }
+
+    // The sync after waking joined one from before the sleep.
+    void aufgewachtInEinemAelterenLauf()
+    {
+        ruhigBeginnen();
+        p->abgleich(Anlass::Hand);
+        p->vor();
+        p->arbeitsplatz.geweckt();
+        p->vor(20); // joins
+        p->netz.beantworten(gut);
+        p->vor();
+        QCOMPARE(p->anlaesse(), QStringList{u"hand"_s});
+        p->netz.vergessen();
+
+        nurEinmalNachgeholt(600);
+    }
+
+    // The agent saved for longer than 90 s: what it wrote after that was in no sync.
+    void agentSpeichertLaenger()
+    {
+        ruhigBeginnen();
+        p->abgleiche = {gut};
+        p->rekordboxOffen();
+        p->vor(3);
+        p->rekordboxLaeuft(false, 0, 1);
+        p->vor(96);
+        QCOMPARE(p->anlaesse(), QStringList{u"nachher"_s});
+        p->rekordboxZu();
+        p->netz.vergessen();
+
+        nurEinmalNachgeholt(600);
+    }
+
+    // One that began after the sleep will do, and one that began after rekordbox: no request more.
+    void nichtsDoppelt()
+    {
+        ruhigBeginnen();
+        p->abgleiche = {gut, gut};
+        p->arbeitsplatz.geweckt();
+        p->vor(10);
+        p->abgleich(Anlass::Hand);
+        p->vor(10);
+        QCOMPARE(p->anlaesse(), (QStringList{u"hand"_s, u"aufgewacht"_s}));
+        p->abgleiche = {gut};
+        p->rekordboxOffen();
+        p->vor(1200); // ticks that rekordbox holds back
+        p->rekordboxZu();
+        p->vor(3);
+        QCOMPARE(p->anlaesse().last(), u"nachher"_s);
+        p->netz.vergessen();
+
+        p->vor(3600);
+
+        QVERIFY(p->anlaesse().isEmpty());
     }
 
     // At rest the program waits for its two ticks and for nothing else.
@@ -182,7 +280,7 @@ private Q_SLOTS:
     {
         ruhigBeginnen();
         for (int i = 0; i < 100; ++i) {
-            p->steuerung->aufgewacht();
+            p->arbeitsplatz.geweckt();
         }
         p->abgleiche = QList<Transport::Ergebnis>(100, gut);
         p->vor(24 * 3600);
@@ -203,6 +301,16 @@ private:
         QTest::newRow("both run") << 1 << 1 << QStringList();
     }
 
+    // The catch-up comes within `frist` seconds, and then no more.
+    void nurEinmalNachgeholt(double frist)
+    {
+        p->abgleiche = {gut};
+        p->vor(frist);
+        QCOMPARE(p->anlaesse(), QStringList{u"nachholen"_s});
+        p->vor(3600);
+        QCOMPARE(p->anlaesse(), QStringList{u"nachholen"_s});
+    }
+
     // 15 s after a background start; the first sync came to `antwort`.
     void beginnen(const Transport::Ergebnis &antwort)
     {
@@ -217,5 +325,5 @@ private:
     std::unique_ptr<Steuerungsprobe> p;
 };
 
-QTEST_MAIN(TestSteuerungNachholen)
+KALVARO_FENSTERTEST(TestSteuerungNachholen)
 #include "tst_steuerung_nachholen.moc"

@@ -2,9 +2,9 @@
 // wakes.
 
 #include "steuerungsprobe.h"
+#include "testlauf.h"
 
 #include <QJsonArray>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -114,6 +114,26 @@ private Q_SLOTS:
         p->staende = {jsonAntwort(stand)};
 
         QCOMPARE(mitteilungenNachStart(), warnt ? QList{warnung} : QList<Mitteilung>());
+    }
+
+    // "Schließe rekordbox kurz" was posted when it had been closed already.
+    void ausstehendErstNachDemBeenden()
+    {
+        p->starten();
+        p->vor(15);
+        p->netz.beantworten(gut);
+        p->rekordboxOffen();
+        p->vor(3);
+        QCOMPARE(p->netz.haengend(), 1);
+        p->rekordboxLaeuft(false, 0, 1);
+        p->vor(3);
+        QCOMPARE(p->netz.haengend(), 0); // nobody waits for the answer
+
+        p->staende = {jsonAntwort({{u"ausstehend"_s, true}})};
+        p->rekordboxOffen(); // and opened again: asked anew
+        p->vor(3);
+
+        QCOMPARE(p->mitteilungen.alle, QList{warnung});
     }
 
     void ausstehendOhneAntwort_data()
@@ -334,5 +354,5 @@ private:
     std::unique_ptr<Steuerungsprobe> p;
 };
 
-QTEST_MAIN(TestSteuerungWache)
+KALVARO_FENSTERTEST(TestSteuerungWache)
 #include "tst_steuerung_wache.moc"

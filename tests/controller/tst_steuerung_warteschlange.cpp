@@ -1,8 +1,7 @@
 // How the controller begins, and the queue through which every sync passes.
 
 #include "steuerungsprobe.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -92,8 +91,7 @@ private Q_SLOTS:
     void fensterEntstehtEinmal()
     {
         int angelegt = 0;
-        p->steuerung = std::make_unique<Steuerung>(p->konto, p->adapter, true,
-                                                   [&](Hauptfenster &) { ++angelegt; });
+        p->starten(true, [&](Hauptfenster &) { ++angelegt; });
         QCOMPARE(angelegt, 0);
 
         p->steuerung->zeigen(false);
@@ -110,12 +108,12 @@ private Q_SLOTS:
     {
         bool gerufen = false;
         p->starten(true);
-        p->steuerung->abgleich(u"hand"_s, [&](const Bewertung &) { gerufen = true; });
-        p->steuerung->aufgewacht();
+        p->abgleich(Anlass::Hand, [&](const Bewertung &) { gerufen = true; });
+        p->arbeitsplatz.geweckt();
         p->vor();
         QCOMPARE(p->netz.haengend(), 1);
 
-        p->steuerung.reset();
+        p->beenden();
 
         QCOMPARE(p->netz.haengend(), 0);
         QCOMPARE(p->uhr.offen(), 0);
@@ -128,7 +126,7 @@ private Q_SLOTS:
     {
         p->starten(true);
         p->statusobjekt.verlauf.clear();
-        p->steuerung->abgleich(u"hand"_s, {});
+        p->abgleich(Anlass::Hand);
         QCOMPARE(p->statusobjekt.verlauf, (QStringList{u"Hinweis kalvaro – gleicht ab …"_s,
                                                        u"Symbol arrow.clockwise.icloud"_s}));
         QCOMPARE(p->kopf(), u"gleicht ab …   (18:07)"_s);
@@ -154,11 +152,11 @@ private Q_SLOTS:
             return [&antworten, wer](const Bewertung &b) { antworten.append(wer + b.titel); };
         };
         p->starten(true);
-        p->steuerung->abgleich(u"nachher"_s, merken(u"1 "_s));
+        p->abgleich(Anlass::Nachher, merken(u"1 "_s));
         p->vor();
-        p->steuerung->abgleich(u"hand"_s, merken(u"2 "_s));
-        p->steuerung->abgleich(u"aufgewacht"_s, {});
-        p->steuerung->abgleich(u"nachholen"_s, merken(u"3 "_s));
+        p->abgleich(Anlass::Hand, merken(u"2 "_s));
+        p->abgleich(Anlass::Aufgewacht);
+        p->abgleich(Anlass::Nachholen, merken(u"3 "_s));
         p->vor();
         QVERIFY(antworten.isEmpty());
 
@@ -180,14 +178,14 @@ private Q_SLOTS:
         int gerufen = 0;
         p->abgleiche = {gut, gut, gut};
         p->starten(true);
-        p->steuerung->abgleich(u"hand"_s, {});
+        p->abgleich(Anlass::Hand);
         p->vor();
-        p->steuerung->abgleich(u"hand"_s, [&](const Bewertung &) { ++gerufen; });
+        p->abgleich(Anlass::Hand, [&](const Bewertung &) { ++gerufen; });
         QCOMPARE(gerufen, 0);
         p->vor();
         QCOMPARE(gerufen, 1);
 
-        p->steuerung->abgleich(u"hand"_s, {});
+        p->abgleich(Anlass::Hand);
         p->vor();
 
         QCOMPARE(gerufen, 1);
@@ -200,14 +198,14 @@ private Q_SLOTS:
         QStringList verlauf;
         p->abgleiche = {krit, gut};
         p->starten(true);
-        p->steuerung->abgleich(u"hand"_s, [&](const Bewertung &b) {
-            verlauf.append(u"1 "_s + b.art + u' ' + p->statusobjekt.symbol());
-            p->steuerung->abgleich(u"vorstart"_s, [&](const Bewertung &spaeter) {
-                verlauf.append(u"3 "_s + spaeter.art + u' ' + p->statusobjekt.symbol());
+        p->abgleich(Anlass::Hand, [&](const Bewertung &b) {
+            verlauf.append(u"1 "_s + artname(b.art) + u' ' + p->statusobjekt.symbol());
+            p->abgleich(Anlass::Vorstart, [&](const Bewertung &spaeter) {
+                verlauf.append(u"3 "_s + artname(spaeter.art) + u' ' + p->statusobjekt.symbol());
             });
         });
-        p->steuerung->abgleich(u"hand"_s,
-                               [&](const Bewertung &b) { verlauf.append(u"2 "_s + b.art); });
+        p->abgleich(Anlass::Hand,
+                    [&](const Bewertung &b) { verlauf.append(u"2 "_s + artname(b.art)); });
 
         p->vor();
 
@@ -239,14 +237,14 @@ private Q_SLOTS:
         p->abgleiche = antwort;
         p->rekordboxLaeuft(false, 0, 1); // keeps the first sync of a background start away
         p->starten(true);
-        p->steuerung->abgleich(u"hand"_s, [&](const Bewertung &) { ++gerufen; });
+        p->abgleich(Anlass::Hand, [&](const Bewertung &) { ++gerufen; });
 
         p->vor(480);
 
         QCOMPARE(gerufen, 1);
         QCOMPARE(Steuerungsprobe::protokoll(), (QStringList{u"Abgleich (hand) ..."_s, zeile}));
         p->abgleiche = {gut};
-        p->steuerung->abgleich(u"hand"_s, [&](const Bewertung &) { ++gerufen; });
+        p->abgleich(Anlass::Hand, [&](const Bewertung &) { ++gerufen; });
         p->vor();
         QCOMPARE(gerufen, 2);
     }
@@ -255,5 +253,5 @@ private:
     std::unique_ptr<Steuerungsprobe> p;
 };
 
-QTEST_MAIN(TestSteuerungWarteschlange)
+KALVARO_FENSTERTEST(TestSteuerungWarteschlange)
 #include "tst_steuerung_warteschlange.moc"

@@ -14,6 +14,8 @@
 #include <atomic>
 #include <memory>
 
+namespace kalvaro::democloud {
+
 // What the tests of the demo cloud share: a client and a clock.
 
 struct Erhalten
@@ -134,3 +136,5 @@ private:
 {
     return wertBei(antwort, {QStringLiteral("ergebnis"), QStringLiteral("zustand")}).toString();
 }
+
+} // namespace kalvaro::democloud

@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // The five addresses: what they answer, and what they refuse.
@@ -27,7 +28,8 @@ private Q_SLOTS:
     void unbekanntesGeraet();
     void standOhneGeraet();
     void standSagtObEtwasWartet();
-    void geraetenameMitUmlautUndPlus();
+    void geraetenameInDerAbfrage_data();
+    void geraetenameInDerAbfrage();
     void playlistenUndAuswahl();
     void auswahlBleibtJeGeraet();
     void auswahlOhneDoppelte();
@@ -266,14 +268,26 @@ void TestDemocloud::standSagtObEtwasWartet()
     QCOMPARE(abruf_->holen(pfad).json().value(u"ausstehend"_s), QJsonValue(false));
 }
 
-void TestDemocloud::geraetenameMitUmlautUndPlus()
+void TestDemocloud::geraetenameInDerAbfrage_data()
 {
-    cloud_->aendern([](Welt &welt) { welt.geraete[0].name = u"Jörgs Mac 1+1"_s; });
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("abfrage");
+    QTest::newRow("Umlaut und Plus") << u"Jörgs Mac 1+1"_s << u"J%C3%B6rgs%20Mac%201+1"_s;
+    QTest::newRow("Plus als Prozent") << u"1+1"_s << u"1%2B1"_s;
+    QTest::newRow("Trennzeichen") << u"a&b=c#d/"_s << u"a%26b%3Dc%23d/"_s;
+    QTest::newRow("Prozent") << u"100 %, %20"_s << u"100%20%25,%20%2520"_s;
+}
 
-    const Erhalten antwort = abruf_->holen(u"/api/stand?x=y&geraet=J%C3%B6rgs%20Mac%201+1"_s);
+void TestDemocloud::geraetenameInDerAbfrage()
+{
+    QFETCH(const QString, name);
+    QFETCH(const QString, abfrage);
+    cloud_->aendern([&](Welt &welt) { welt.geraete[0].name = name; });
+
+    const Erhalten antwort = abruf_->holen(u"/api/stand?x=y&geraet="_s + abfrage);
 
     QCOMPARE(antwort.status, 200);
-    QCOMPARE(antwort.json().value(u"geraet"_s), QJsonValue(u"Jörgs Mac 1+1"_s));
+    QCOMPARE(antwort.json().value(u"geraet"_s), QJsonValue(name));
 }
 
 void TestDemocloud::playlistenUndAuswahl()
@@ -351,7 +365,7 @@ void TestDemocloud::anfragenWerdenGemerkt()
     QCOMPARE(anfragen[0].methode, QByteArray("GET"));
     QCOMPARE(anfragen[0].pfad, u"/api/stand"_s);
     QCOMPARE(anfragen[0].abfrage, QByteArray("geraet=demo-mac"));
-    QCOMPARE(anfragen[0].parameter("geraet"), u"demo-mac"_s);
+    QCOMPARE(anfragen[0].parameter(u"geraet"_s), u"demo-mac"_s);
     QCOMPARE(anfragen[0].kopfzeile("x-schluessel"), QByteArray("demo-schluessel"));
     QCOMPARE(anfragen[0].kopfzeile("REMOTE_ADDR"), QByteArray());
     QCOMPARE(anfragen[1].methode, QByteArray("POST"));

@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // The command line, without a process.
@@ -16,6 +17,7 @@ private Q_SLOTS:
     void ohneOptionen();
     void alleOptionen();
     void mehrereGeraete();
+    void derLetzteWertGilt();
     void optionenAendernDieWelt();
     void hilfeGewinnt();
     void hilfeNenntAlles();
@@ -28,7 +30,7 @@ namespace {
 
 const QDateTime jetzt = QDateTime::fromMSecsSinceEpoch(1'772'906'700'000);
 
-tl::expected<Programmoptionen, Abbruch> lesen(const QStringList &argumente)
+tl::expected<DemocloudOptionen, Abbruch> lesen(const QStringList &argumente)
 {
     return optionenLesen(argumente, jetzt);
 }
@@ -40,12 +42,11 @@ void TestDemocloudOptionen::ohneOptionen()
     const auto optionen = lesen({});
 
     QVERIFY(optionen.has_value());
-    QVERIFY(!optionen->hilfe);
-    QCOMPARE(optionen->cloud.port, 0);
-    QCOMPARE(optionen->cloud.schluessel, u"demo-schluessel"_s);
-    QCOMPARE(optionen->cloud.dauer, 2.0);
-    QCOMPARE(optionen->cloud.szenario, Szenario::Keins);
-    const Welt &welt = optionen->cloud.welt.value();
+    QCOMPARE(optionen->port, 0);
+    QCOMPARE(optionen->schluessel, u"demo-schluessel"_s);
+    QCOMPARE(optionen->dauer, 2.0);
+    QCOMPARE(optionen->szenario, Szenario::Keins);
+    const Welt &welt = optionen->welt.value();
     QCOMPARE(welt.geraete.size(), 1);
     QCOMPARE(welt.geraete[0].name, u"demo-mac"_s);
     QCOMPARE(welt.betrieb, Betrieb::Scharf);
@@ -60,11 +61,11 @@ void TestDemocloudOptionen::alleOptionen()
                u"angehalten"_s, u"--update=1.10"_s, u"--playlisten"_s, u"40"_s});
 
     QVERIFY(optionen.has_value());
-    QCOMPARE(optionen->cloud.port, 8080);
-    QCOMPARE(optionen->cloud.schluessel, u"ge=heim"_s);
-    QCOMPARE(optionen->cloud.dauer, 0.25);
-    QCOMPARE(optionen->cloud.szenario, Szenario::Angehalten);
-    const Welt &welt = optionen->cloud.welt.value();
+    QCOMPARE(optionen->port, 8080);
+    QCOMPARE(optionen->schluessel, u"ge=heim"_s);
+    QCOMPARE(optionen->dauer, 0.25);
+    QCOMPARE(optionen->szenario, Szenario::Angehalten);
+    const Welt &welt = optionen->welt.value();
     QCOMPARE(welt.geraete.size(), 1);
     QCOMPARE(welt.geraete[0].name, u"Jörgs Mac"_s);
     QVERIFY(!welt.geraete[0].fuerGeraet.isEmpty());
@@ -81,11 +82,21 @@ void TestDemocloudOptionen::mehrereGeraete()
 
     QVERIFY(optionen.has_value());
     QStringList namen;
-    for (const Geraet &geraet : optionen->cloud.welt->geraete) {
+    for (const Geraet &geraet : optionen->welt->geraete) {
         namen.append(geraet.name);
     }
     QCOMPARE(namen, QStringList({u"a"_s, u"b"_s, u"demo-mac"_s}));
-    QCOMPARE(lesen({u"--geraet=demo-mac"_s})->cloud.welt->geraete.size(), 1);
+    QCOMPARE(lesen({u"--geraet=demo-mac"_s})->welt->geraete.size(), 1);
+}
+
+void TestDemocloudOptionen::derLetzteWertGilt()
+{
+    const auto optionen =
+        lesen({u"--port=1"_s, u"--dauer=1"_s, u"--port=2"_s, u"--dauer"_s, u"3"_s});
+
+    QVERIFY(optionen.has_value());
+    QCOMPARE(optionen->port, 2);
+    QCOMPARE(optionen->dauer, 3.0);
 }
 
 void TestDemocloudOptionen::optionenAendernDieWelt()
@@ -100,7 +111,7 @@ void TestDemocloudOptionen::optionenAendernDieWelt()
         {u"--betrieb"_s, u"schatten"_s, u"--geraet"_s, u"neu"_s, u"--welt"_s, datei.fileName()});
 
     QVERIFY(optionen.has_value());
-    const Welt &welt = optionen->cloud.welt.value();
+    const Welt &welt = optionen->welt.value();
     QCOMPARE(welt.statistik.titel, 5);
     QCOMPARE(welt.betrieb, Betrieb::Schatten);
     QCOMPARE(welt.geraete.size(), 1);
@@ -109,12 +120,17 @@ void TestDemocloudOptionen::optionenAendernDieWelt()
 
 void TestDemocloudOptionen::hilfeGewinnt()
 {
-    QVERIFY(lesen({u"--port"_s, u"x"_s, u"--help"_s})->hilfe);
+    const auto optionen = lesen({u"--port"_s, u"x"_s, u"--help"_s});
+
+    QVERIFY(!optionen.has_value());
+    QCOMPARE(optionen.error().ausgang, 0);
 }
 
 void TestDemocloudOptionen::hilfeNenntAlles()
 {
-    const QString hilfe = hilfetext();
+    const auto optionen = lesen({u"--help"_s});
+    QVERIFY(!optionen.has_value());
+    const QString hilfe = optionen.error().meldung;
 
     for (const QString &option :
          {u"--port"_s, u"--schluessel"_s, u"--geraet"_s, u"--dauer"_s, u"--betrieb"_s,

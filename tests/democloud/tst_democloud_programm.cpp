@@ -9,6 +9,7 @@
 
 #include <csignal>
 
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // The real program as a process: its output, exit codes and end.

@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // Every state that can be forced.
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void serverfehler_data();
     void serverfehler();
     void stummBisZumWechsel();
+    void stummWaehrendEinesAbgleichs();
 
 private:
     std::unique_ptr<Democloud> cloud_;
@@ -246,6 +248,21 @@ void TestDemocloudSzenarien::stummBisZumWechsel()
     cloud_->setSzenario(Szenario::Keins);
 
     QCOMPARE(Abruf::warten(*stand).status, 200);
+    QCOMPARE(zustandVon(Abruf::warten(*abgleich).json()), u"abgeglichen"_s);
+}
+
+void TestDemocloudSzenarien::stummWaehrendEinesAbgleichs()
+{
+    cloud_->setDauer(3600);
+    const auto abgleich = abruf_->abgleichSenden();
+    QTRY_COMPARE(cloud_->laufendeAbgleiche(), 1);
+
+    cloud_->setSzenario(Szenario::Stumm);
+    cloud_->setDauer(0);
+    QCOMPARE(abruf_->holen(u"/api/status"_s).status, 200);
+    QCOMPARE(cloud_->laufendeAbgleiche(), 1);
+
+    cloud_->setSzenario(Szenario::Keins);
     QCOMPARE(zustandVon(Abruf::warten(*abgleich).json()), u"abgeglichen"_s);
 }
 

@@ -6,6 +6,7 @@
 
 #include <vector>
 
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // The server on the wire: ports, its end, and clients that keep to no rule.
@@ -27,8 +28,10 @@ private Q_SLOTS:
     void endeWennNiemandDieAntwortLiest();
     void unverstaendlich_data();
     void unverstaendlich();
-    void antwortAuchOhneDenInhaltZuLesen();
+    void ablehnungKommtAuchNachGrossemInhalt();
+    void langeAdresseMitInhalt();
     void postOhneLaengeHaengtNicht();
+    void eineAnfrageJeVerbindung();
     void inhaltInStuecken();
     void grosseAuswahl();
     void grosseListeOhneKomprimieren();
@@ -226,7 +229,7 @@ void TestDemocloudVerbindung::unverstaendlich()
     QCOMPARE(Erhalten{.inhalt = inhalt}.fehler(), fehler);
 }
 
-void TestDemocloudVerbindung::antwortAuchOhneDenInhaltZuLesen()
+void TestDemocloudVerbindung::ablehnungKommtAuchNachGrossemInhalt()
 {
     const QByteArray inhalt(100'000, ' ');
 
@@ -238,12 +241,33 @@ void TestDemocloudVerbindung::antwortAuchOhneDenInhaltZuLesen()
     QVERIFY(antwort.endsWith("{\"fehler\":\"Der Schlüssel fehlt.\"}"));
 }
 
+// The library matches the address against an expression, which takes stack for each character.
+void TestDemocloudVerbindung::langeAdresseMitInhalt()
+{
+    const QByteArray antwort =
+        roh("POST /" + QByteArray(8000, 'a') + " HTTP/1.1\r\nContent-Length: 2\r\n\r\n{}");
+
+    QVERIFY(antwort.startsWith("HTTP/1.1 404 "));
+    QVERIFY(antwort.endsWith("{\"fehler\":\"Diese Adresse gibt es in der Cloud nicht.\"}"));
+}
+
+// The library on its own would wait for a body until its time limit, and then not understand.
 void TestDemocloudVerbindung::postOhneLaengeHaengtNicht()
 {
     const QByteArray antwort =
         roh("POST /api/abgleich HTTP/1.1\r\nX-Schluessel: demo-schluessel\r\n\r\n");
 
     QVERIFY(antwort.startsWith("HTTP/1.1 400 "));
+    QVERIFY(antwort.contains("Der Inhalt der Anfrage ist kein gültiges JSON."));
+}
+
+void TestDemocloudVerbindung::eineAnfrageJeVerbindung()
+{
+    const QByteArray antwort =
+        roh("GET /api/status HTTP/1.1\r\nX-Schluessel: demo-schluessel\r\n\r\n");
+
+    QVERIFY(antwort.startsWith("HTTP/1.1 200 "));
+    QVERIFY(antwort.contains("\r\nConnection: close\r\n"));
 }
 
 void TestDemocloudVerbindung::inhaltInStuecken()

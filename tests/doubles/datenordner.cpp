@@ -1,7 +1,7 @@
 #include "doubles/datenordner.h"
 
 #include "doubles/dateien.h"
-#include "foundation/protokoll.h"
+#include "foundation/datenordner.h"
 
 #include <QDir>
 

@@ -14,9 +14,12 @@ public:
     void starten(const QString &buendel, QObject *besitzer,
                  std::function<void(std::optional<QString>)> fertig) override;
     void oeffnen(const QUrl &adresse) override;
+    void beiAufwachen(std::function<void()> ruf) override { geweckt = std::move(ruf); }
     void auftreten(Auftritt auftritt) override;
 
     std::optional<QString> fehler; // what the next starts fail with
+
+    std::function<void()> geweckt; // to be called as the computer wakes; empty without a listener
 
     QStringList starts;
     QList<QUrl> adressen;

@@ -50,7 +50,12 @@ private:
 
 QDateTime Testuhr::jetzt() const
 {
-    return QDateTime(QDate(2026, 3, 13), QTime(18, 7)).addMSecs(vergangen.count());
+    return QDateTime(QDate(2026, 3, 13), QTime(18, 7)).addMSecs((vergangen + verstellt).count());
+}
+
+void Testuhr::verstellen(Sekunden weite)
+{
+    verstellt += std::chrono::round<std::chrono::milliseconds>(weite);
 }
 
 Weckruf Testuhr::setzen(std::chrono::milliseconds dauer, bool wiederholt, std::function<void()> ruf)

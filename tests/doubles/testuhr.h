@@ -12,6 +12,7 @@ class Testuhr final : public Uhr
 {
 public:
     [[nodiscard]] QDateTime jetzt() const override;
+    [[nodiscard]] std::chrono::milliseconds laufzeit() const override { return vergangen; }
     [[nodiscard]] Weckruf nach(Sekunden dauer, std::function<void()> ruf) override;
     [[nodiscard]] Weckruf alle(Sekunden abstand, std::function<void()> ruf) override;
 
@@ -19,6 +20,9 @@ public:
     // are due at one moment run in the order in which they were set. Between two calls the event
     // loop has a turn; before the first and after the last, all that is posted happens.
     void vor(Sekunden dauer);
+
+    // Sets date and time off by `weite`, as somebody does who sets the clock: nothing becomes due.
+    void verstellen(Sekunden weite);
 
     // How many calls are still due.
     [[nodiscard]] qsizetype offen() const { return std::ssize(termine); }
@@ -30,6 +34,7 @@ private:
     Weckruf setzen(std::chrono::milliseconds dauer, bool wiederholt, std::function<void()> ruf);
 
     std::chrono::milliseconds vergangen{0};
+    std::chrono::milliseconds verstellt{0};
     quint64 zaehler = 0;
     std::map<Zeitpunkt, Termin *> termine;
 };

@@ -18,6 +18,7 @@
 #include <optional>
 
 using namespace kalvaro;
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 namespace {

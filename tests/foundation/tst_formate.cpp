@@ -1,4 +1,5 @@
 #include "foundation/formate.h"
+#include "foundation/speicherplatz.h"
 #include "testlauf.h"
 
 #include <QLocale>

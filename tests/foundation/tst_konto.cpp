@@ -1,7 +1,7 @@
 #include "doubles/datenordner.h"
 #include "doubles/einschraenkung.h"
+#include "foundation/datenordner.h"
 #include "foundation/konto.h"
-#include "foundation/protokoll.h"
 #include "testlauf.h"
 
 #include <QDir>

@@ -1,5 +1,6 @@
 #include "doubles/datenordner.h"
 #include "doubles/einschraenkung.h"
+#include "foundation/datenordner.h"
 #include "foundation/protokoll.h"
 #include "testlauf.h"
 

@@ -4,7 +4,6 @@
 #include "mainwindow/statuskarte.h"
 
 #include <QApplication>
-#include <QJsonObject>
 #include <QTimer>
 
 namespace kalvaro {
@@ -15,24 +14,25 @@ const QString rekordboxLaeuftDetail =
     u"Nach dem Beenden überträgt kalvaro deine Änderungen automatisch."_s;
 
 Fensterprobe::Fensterprobe(const Aufbau &aufbau)
-    : programme(aufbau.versionen)
-    , rekordbox(prozesse, programme.pfad())
-    , zentrale({aufbau.name, aufbau.geraet, aufbau.schluessel, aufbau.server},
-               aufbau.netz != nullptr ? *aufbau.netz : netz)
-    , treiber(aufbau.mitTreiber ? std::make_unique<Treiberdouble>() : nullptr)
+    : Testumgebung(aufbau.versionen)
+    , ablauf({aufbau.name, aufbau.geraet, aufbau.schluessel, aufbau.server},
+             mitNetz(aufbau.netz != nullptr ? *aufbau.netz : netz))
 {
     netz.nach([this](const Netzanfrage &anfrage) -> std::optional<Transport::Ergebnis> {
-        const QString pfad = anfrage.url.path();
-        const auto inhalt = pfad == u"/api/status"  ? QByteArray("{}")
-                            : pfad == u"/api/stand" ? stand
-                                                    : antwort;
+        const QString weg = anfrage.url.path();
+        if (weg == u"/api/abgleich") {
+            return abgleiche.isEmpty() ? std::nullopt : std::optional(abgleiche.takeFirst());
+        }
+        const auto inhalt = weg == u"/api/stand" ? stand : QByteArray("{}");
         return inhalt ? std::optional(Scripttransport::antwort(200, *inhalt)) : std::nullopt;
     });
-    einst.autostart = aufbau.autostart;
+    ablauf.einst.autostart = aufbau.autostart;
+    QObject::connect(&ablauf.starter, &Rekordboxstarter::hinweis, &ablauf.starter,
+                     [this](const QString &hinweis) { hinweise.append(hinweis); });
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    fenster = std::make_unique<Hauptfenster>(
-        Umgebung{zentrale, einst, uhr, rekordbox, arbeitsplatz, anmeldestart}, aufbau.bild,
-        treiber.get());
+    fenster = std::make_unique<Hauptfenster>(ablauf, aufbau.verbleib, aufbau.bild);
+    QObject::connect(fenster.get(), &Hauptfenster::beendenGewuenscht, fenster.get(),
+                     [this] { ++beendenGewuenscht; });
 }
 
 void Fensterprobe::ruhe()
@@ -40,7 +40,7 @@ void Fensterprobe::ruhe()
     ereignisseAbarbeiten();
 }
 
-QString Fensterprobe::art() const
+std::optional<Art> Fensterprobe::art() const
 {
     return teil<Statuskarte>(u"karteStatus"_s)->art();
 }
@@ -50,44 +50,55 @@ QString Fensterprobe::countdown() const
     return teil<QWidget>(u"countdown"_s)->isHidden() ? QString() : text(u"lblCountdown"_s);
 }
 
-Bewertung Fensterprobe::gut()
+Transport::Ergebnis Fensterprobe::antwort(const QString &zustand, const QJsonObject &mehr)
 {
-    const QJsonObject statistik{{u"titel"_s, 12345},
-                                {u"playlisten"_s, 321},
-                                {u"hot_cues"_s, 4567},
-                                {u"dateigroesse"_s, 123456000000.0},
-                                {u"analysiert"_s, 12001},
-                                {u"analysegroesse"_s, 52300000000.0},
-                                {u"stand"_s, u"2026-03-13 18:05:12"_s}};
-    return {.art = u"gut"_s,
-            .titel = u"Bibliothek ist abgeglichen"_s,
-            .detail = u"Auf dem neuesten Stand – es gab nichts zu übertragen."_s,
-            .betrieb = u"scharf"_s,
-            .startbar = true,
-            .antwort = QJsonObject{{u"statistik"_s, statistik}}};
+    QJsonObject inhalt{{u"betrieb"_s, u"scharf"_s},
+                       {u"statistik"_s, QJsonObject{{u"titel"_s, 12345},
+                                                    {u"playlisten"_s, 321},
+                                                    {u"hot_cues"_s, 4567},
+                                                    {u"dateigroesse"_s, 123456000000.0},
+                                                    {u"analysiert"_s, 12001},
+                                                    {u"analysegroesse"_s, 52300000000.0},
+                                                    {u"stand"_s, u"2026-03-13 18:05:12"_s}}}};
+    for (auto i = mehr.begin(); i != mehr.end(); ++i) {
+        inhalt.insert(i.key(), i.value());
+    }
+    return abgleichAntwort(zustand, inhalt);
+}
+
+Transport::Ergebnis Fensterprobe::offline()
+{
+    return Scripttransport::fehler(u"Verbindung weg."_s);
+}
+
+void Fensterprobe::beantworten(const Transport::Ergebnis &antwort)
+{
+    ruhe();
+    netz.beantworten(antwort);
+    ruhe();
+}
+
+void Fensterprobe::abgeglichen(const Transport::Ergebnis &antwort)
+{
+    fenster->oeffnen(true);
+    beantworten(antwort);
+}
+
+void Fensterprobe::rekordboxGestartet()
+{
+    rekordboxOffen();
+    ablauf.wache.wachen();
+}
+
+void Fensterprobe::rekordboxBeendet()
+{
+    rekordboxZu();
+    ablauf.wache.wachen();
 }
 
 void Fensterprobe::laeuft(int anzahlRekordbox, int agent)
 {
     prozesse.laufend = {{u"rekordbox"_s, anzahlRekordbox}, {u"rekordboxAgent"_s, agent}};
-}
-
-QStringList Fensterprobe::anfragen() const
-{
-    QStringList pfade;
-    for (const Netzanfrage &anfrage : netz.anfragen()) {
-        if (anfrage.url.path() != u"/api/status") {
-            pfade.append(anfrage.url.path());
-        }
-    }
-    return pfade;
-}
-
-void Fensterprobe::abgeglichen(const Bewertung &b)
-{
-    fenster->oeffnen(true);
-    treiber->beantworten(b);
-    ruhe();
 }
 
 bool beendetDasProgramm(const std::function<void()> &tat)

@@ -1,33 +1,23 @@
 #pragma once
 
-#include "doubles/buendel.h"
-#include "doubles/datenordner.h"
-#include "doubles/fakeanmeldestart.h"
-#include "doubles/fakearbeitsplatz.h"
-#include "doubles/fakeprozesse.h"
-#include "doubles/scripttransport.h"
-#include "doubles/testuhr.h"
-#include "doubles/treiberdouble.h"
-#include "foundation/einstellungen.h"
+#include "ablauf/ablauf.h"
+#include "doubles/testumgebung.h"
 #include "mainwindow/hauptfenster.h"
-#include "rekordbox/rekordbox.h"
-#include "server/zentrale.h"
 
 #include <QAbstractButton>
 #include <QLabel>
-#include <QTemporaryDir>
 
 #include <functional>
 #include <memory>
 
 namespace kalvaro {
 
-// A main window with doubles all around it.
-struct Fensterprobe
+// A main window with what it acts on, and doubles all around it.
+struct Fensterprobe : Testumgebung
 {
     struct Aufbau
     {
-        bool mitTreiber = true;
+        Verbleib verbleib = Verbleib::Menueleiste;
         std::optional<QString> bild = {};
         QStringList versionen = {QStringLiteral("7.1.4")};
         bool autostart = false;
@@ -47,9 +37,8 @@ struct Fensterprobe
     // Lets everything that is posted happen; no time passes.
     static void ruhe();
 
-    // Answers the requests that the window makes itself; without a value they hang.
+    // Answers the question for the state; without a value it hangs.
     std::optional<QByteArray> stand = QByteArray("{}");
-    std::optional<QByteArray> antwort = std::nullopt;
 
     template<typename T = QWidget>
     [[nodiscard]] T *teil(const QString &name) const
@@ -62,7 +51,7 @@ struct Fensterprobe
     }
 
     [[nodiscard]] QString text(const QString &label) const { return teil<QLabel>(label)->text(); }
-    [[nodiscard]] QString art() const;
+    [[nodiscard]] std::optional<Art> art() const; // absent while it loads
     [[nodiscard]] QString titel() const { return text(QStringLiteral("lblTitel")); }
     [[nodiscard]] QString detail() const { return text(QStringLiteral("lblDetail")); }
     [[nodiscard]] QAbstractButton *knopf(const QString &name) const
@@ -71,29 +60,43 @@ struct Fensterprobe
     }
     [[nodiscard]] QString countdown() const; // its text; empty while it rests
 
-    // An outcome that allows a start, with figures.
-    [[nodiscard]] static Bewertung gut();
+    // A sync or a start is under way that the window shows: it takes no new one.
+    [[nodiscard]] bool beschaeftigt() const
+    {
+        return !knopf(QStringLiteral("lnkAbgleich"))->isEnabled();
+    }
+
+    // The server's answer to a sync that ended in `zustand`: with figures, in full operation;
+    // `mehr` adds keys and replaces them.
+    [[nodiscard]] static Transport::Ergebnis antwort(const QString &zustand,
+                                                     const QJsonObject &mehr = {});
+    [[nodiscard]] static Transport::Ergebnis gut(const QJsonObject &mehr = {})
+    {
+        return antwort(QStringLiteral("aktuell"), mehr);
+    }
+    [[nodiscard]] static Transport::Ergebnis offline();
+
+    // Answers the sync that hangs.
+    void beantworten(const Transport::Ergebnis &antwort);
+
+    // Opens the window with a sync and answers it.
+    void abgeglichen(const Transport::Ergebnis &antwort = gut());
+
+    // The questions for the state that reached the server.
+    [[nodiscard]] QStringList standfragen() const { return wege().filter(QStringLiteral("stand")); }
+
+    // rekordbox starts or quits, and the watch sees it.
+    void rekordboxGestartet();
+    void rekordboxBeendet();
 
     // How many processes of these names run from now on.
     void laeuft(int rekordbox, int agent);
 
-    // The paths of the requests that the window made itself.
-    [[nodiscard]] QStringList anfragen() const;
-
-    // Opens the window with a sync and answers it.
-    void abgeglichen(const Bewertung &b);
-
-    Testuhr uhr;
-    Scripttransport netz{&uhr};
-    FakeProzesse prozesse;
-    FakeArbeitsplatz arbeitsplatz;
-    FakeAnmeldestart anmeldestart;
-    Programmordner programme;
-    Rekordbox rekordbox;
-    Zentrale zentrale;
-    Einstellungen einst;
-    std::unique_ptr<Treiberdouble> treiber;
+    Ablauf ablauf;
     std::unique_ptr<Hauptfenster> fenster;
+
+    QStringList hinweise;      // that starts gave
+    int beendenGewuenscht = 0; // how often the end of the program was asked for
 };
 
 // Whether `tat`, done from within the running event loop, ends the program.

@@ -1,10 +1,10 @@
 #include "doubles/testuhr.h"
 #include "mainwindow/countdown.h"
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/knoepfe.h"
 
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -18,7 +18,7 @@ QString zeile(int sekunden)
 
 } // namespace
 
-class TstCountdown : public QObject
+class TestCountdown final : public QObject
 {
     Q_OBJECT
 
@@ -51,7 +51,7 @@ private:
     std::unique_ptr<QSignalSpy> ende;
 };
 
-void TstCountdown::ruht()
+void TestCountdown::ruht()
 {
     QVERIFY(countdown->isHidden());
     QVERIFY(link->isHidden());
@@ -60,7 +60,7 @@ void TstCountdown::ruht()
     QCOMPARE(uhr->offen(), 0);
 }
 
-void TstCountdown::zaehltVonFuenf()
+void TestCountdown::zaehltVonFuenf()
 {
     countdown->start(u"start"_s, 5);
     QVERIFY(!countdown->isHidden());
@@ -81,7 +81,7 @@ void TstCountdown::zaehltVonFuenf()
     QCOMPARE(ende->size(), 1);
 }
 
-void TstCountdown::abbrechen_data()
+void TestCountdown::abbrechen_data()
 {
     QTest::addColumn<int>("vergangen");
     for (int sekunden = 0; sekunden < 5; ++sekunden) {
@@ -89,7 +89,7 @@ void TstCountdown::abbrechen_data()
     }
 }
 
-void TstCountdown::abbrechen()
+void TestCountdown::abbrechen()
 {
     QFETCH(int, vergangen);
     countdown->start(u"start"_s, 5);
@@ -100,14 +100,14 @@ void TstCountdown::abbrechen()
     QCOMPARE(ende->size(), 0);
 }
 
-void TstCountdown::stoppOhneLauf()
+void TestCountdown::stoppOhneLauf()
 {
     countdown->stopp();
     countdown->stopp();
     ruht();
 }
 
-void TstCountdown::neuerErsetztDenAlten()
+void TestCountdown::neuerErsetztDenAlten()
 {
     countdown->start(u"alt"_s, 5);
     uhr->vor(Sekunden(3));
@@ -121,7 +121,7 @@ void TstCountdown::neuerErsetztDenAlten()
     QCOMPARE(ende->first().first().toString(), u"start"_s);
 }
 
-void TstCountdown::ruhtSchonBeimEnde()
+void TestCountdown::ruhtSchonBeimEnde()
 {
     bool ruhte = false;
     connect(countdown.get(), &Countdown::abgelaufen, this,
@@ -131,7 +131,7 @@ void TstCountdown::ruhtSchonBeimEnde()
     QVERIFY(ruhte);
 }
 
-void TstCountdown::ansageNurAmAnfang()
+void TestCountdown::ansageNurAmAnfang()
 {
     countdown->start(u"start"_s, 5);
     uhr->vor(Sekunden(2));
@@ -142,12 +142,12 @@ void TstCountdown::ansageNurAmAnfang()
     QCOMPARE(label->accessibleName(), zeile(4));
 }
 
-void TstCountdown::endetMitDemWidget()
+void TestCountdown::endetMitDemWidget()
 {
     countdown->start(u"start"_s, 5);
     countdown.reset();
     QCOMPARE(uhr->offen(), 0);
 }
 
-QTEST_MAIN(TstCountdown)
+KALVARO_FENSTERTEST(TestCountdown)
 #include "tst_countdown.moc"

@@ -1,5 +1,6 @@
 #include "mainwindow/fensterprobe.h"
 #include "settingswindow/einstellungenfenster.h"
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
 #include "ui/karte.h"
@@ -9,13 +10,12 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // How the window is laid out, and how large it is.
-class TstHauptfensterAufbau : public QObject
+class TestHauptfensterAufbau final : public QObject
 {
     Q_OBJECT
 
@@ -51,19 +51,21 @@ private:
         return {teil->mapTo(p.teil(u"ganz"_s), QPoint()), teil->size()};
     }
 
-    static Bewertung mitUpdate()
+    static Transport::Ergebnis mitUpdate() { return Fensterprobe::gut(angebot(u"1.10"_s)); }
+
+    // A failure with a long story, and an update.
+    static Transport::Ergebnis fehler(const QString &text)
     {
-        Bewertung b = Fensterprobe::gut();
-        b.neueVersion = u"1.10"_s;
-        b.updateAdresse = u"https://cloud/x"_s;
-        return b;
+        QJsonObject mehr = angebot(u"1.10"_s);
+        mehr.insert(u"ergebnis"_s, QJsonObject{{u"fehler"_s, text}});
+        return Fensterprobe::antwort(u"fehler"_s, mehr);
     }
 
-    Datenordner daten;
+    Datenordner &daten = Testumgebung::ordner();
     const QFont grundschrift = QApplication::font();
 };
 
-void TstHauptfensterAufbau::fenster()
+void TestHauptfensterAufbau::fenster()
 {
     const Fensterprobe p;
     p.fenster->oeffnen(false);
@@ -77,7 +79,7 @@ void TstHauptfensterAufbau::fenster()
     QVERIFY((p.fenster->geometry().center() - mitte).manhattanLength() < 60);
 }
 
-void TstHauptfensterAufbau::kopf()
+void TestHauptfensterAufbau::kopf()
 {
     const Fensterprobe p;
     QCOMPARE(p.text(u"lblKonto"_s), u"rekordbox-Bibliothek · Studio-Mac"_s);
@@ -92,7 +94,7 @@ void TstHauptfensterAufbau::kopf()
     QCOMPARE(p.text(u"lblVersion"_s), u"Version 1.4"_s);
 }
 
-void TstHauptfensterAufbau::langerName()
+void TestHauptfensterAufbau::langerName()
 {
     const Fensterprobe p({.name = u"<b>"_s + QString(10'000, u'x')});
     p.fenster->oeffnen(false);
@@ -102,7 +104,7 @@ void TstHauptfensterAufbau::langerName()
     QVERIFY(p.teil(u"lblKonto"_s)->toolTip().contains(u"&lt;b&gt;xxx"_s));
 }
 
-void TstHauptfensterAufbau::startbereich()
+void TestHauptfensterAufbau::startbereich()
 {
     for (const bool an : {false, true}) {
         const Fensterprobe p({.autostart = an});
@@ -120,7 +122,7 @@ void TstHauptfensterAufbau::startbereich()
     }
 }
 
-void TstHauptfensterAufbau::reihenfolgeUndAbstaende()
+void TestHauptfensterAufbau::reihenfolgeUndAbstaende()
 {
     Fensterprobe p;
     p.abgeglichen(mitUpdate());
@@ -137,42 +139,40 @@ void TstHauptfensterAufbau::reihenfolgeUndAbstaende()
     QVERIFY(ort(p, u"lnkEinstellungen"_s).right() < ort(p, u"lnkAbgleich"_s).left() - 12);
 }
 
-void TstHauptfensterAufbau::waechstMitDemUpdate()
+void TestHauptfensterAufbau::waechstMitDemUpdate()
 {
     Fensterprobe p;
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     const int vorher = p.fenster->height();
     p.abgeglichen(mitUpdate());
     QCOMPARE(p.fenster->height(), vorher + p.teil(u"karteUpdate"_s)->height() + 14);
     QCOMPARE(p.fenster->width(), 520);
 }
 
-void TstHauptfensterAufbau::countdownNimmtNurPlatzWennErZaehlt()
+void TestHauptfensterAufbau::countdownNimmtNurPlatzWennErZaehlt()
 {
     Fensterprobe p;
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     const int vorher = p.fenster->height();
     const QRect knopf = ort(p, u"knStart"_s);
-    p.einst.autostart = true;
-    p.abgeglichen(Fensterprobe::gut());
+    p.ablauf.einst.autostart = true;
+    p.abgeglichen();
     QVERIFY(p.fenster->height() > vorher);
     QCOMPARE(ort(p, u"knStart"_s), knopf); // nothing above it jumps
     QVERIFY(qAbs(ort(p, u"countdown"_s).center().x() - 260) <= 1);
-    p.fenster->countdownStopp();
+    p.knopf(u"knCountdown"_s)->click();
     Fensterprobe::ruhe();
     QCOMPARE(p.fenster->height(), vorher);
 }
 
 // Scrolling inside instead; the content keeps its width, and the keyboard reaches all of it.
-void TstHauptfensterAufbau::nieHoeherAlsDerSchirm()
+void TestHauptfensterAufbau::nieHoeherAlsDerSchirm()
 {
     QFont riesig = grundschrift;
     riesig.setPixelSize(36);
     QApplication::setFont(riesig);
     Fensterprobe p;
-    Bewertung b = mitUpdate();
-    b.detail = u"Zeile\n"_s.repeated(12).trimmed();
-    p.abgeglichen(b);
+    p.abgeglichen(fehler(u"Zeile\n"_s.repeated(12).trimmed()));
     const int schirm = p.fenster->screen()->availableGeometry().height();
     QVERIFY(p.teil(u"ganz"_s)->height() > schirm);
     QVERIFY(p.fenster->height() <= schirm - 40);
@@ -190,7 +190,7 @@ void TstHauptfensterAufbau::nieHoeherAlsDerSchirm()
 }
 
 // A white stripe stood beside the content.
-void TstHauptfensterAufbau::rollbalkenHatDieFarbeDesFensters()
+void TestHauptfensterAufbau::rollbalkenHatDieFarbeDesFensters()
 {
     erscheinungEinrichten(*qApp);
     QFont riesig = grundschrift;
@@ -204,10 +204,10 @@ void TstHauptfensterAufbau::rollbalkenHatDieFarbeDesFensters()
              Farbe::fenster(p.fenster->palette()));
 }
 
-void TstHauptfensterAufbau::rueckVomUnterenRand()
+void TestHauptfensterAufbau::rueckVomUnterenRand()
 {
     Fensterprobe p;
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     const QRect frei = p.fenster->screen()->availableGeometry();
     p.fenster->move(10, frei.bottom() + 1 - p.fenster->height());
     p.abgeglichen(mitUpdate());
@@ -215,10 +215,10 @@ void TstHauptfensterAufbau::rueckVomUnterenRand()
     QCOMPARE(p.fenster->x(), 10);
 }
 
-void TstHauptfensterAufbau::menueleisteGehoertNichtZumBild()
+void TestHauptfensterAufbau::menueleisteGehoertNichtZumBild()
 {
     Fensterprobe p;
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     const QSize inhalt = p.teil(u"ganz"_s)->size();
     auto *const leiste = new QMenuBar;
     leiste->addMenu(u"kalvaro"_s)->addActions(p.fenster->actions());
@@ -230,13 +230,11 @@ void TstHauptfensterAufbau::menueleisteGehoertNichtZumBild()
 }
 
 // Everything that is open follows at once.
-void TstHauptfensterAufbau::erscheinungWechselt()
+void TestHauptfensterAufbau::erscheinungWechselt()
 {
     const auto zeigen = [](Fensterprobe &p) {
-        Bewertung b = mitUpdate();
-        b.art = u"krit"_s;
-        p.abgeglichen(b);
-        p.teil<Beschriftung>(u"lblZeile1"_s)->setText(u"Frei auf dem Mac: 214 GB"_s);
+        p.abgeglichen(fehler(u"x"_s));
+        p.teil<Beschriftung>(u"lblZeile1"_s)->textSetzen(u"Frei auf dem Mac: 214 GB"_s);
         p.fenster->activateWindow();
         Fensterprobe::ruhe();
         auto *const karte = p.teil<Karte>(u"karteStatus"_s);
@@ -254,7 +252,7 @@ void TstHauptfensterAufbau::erscheinungWechselt()
     QTRY_COMPARE(offen.fenster->grab().toImage(), hell);
 }
 
-void TstHauptfensterAufbau::einstellungen_data()
+void TestHauptfensterAufbau::einstellungen_data()
 {
     QTest::addColumn<int>("ergebnis");
     QTest::addColumn<bool>("haken");
@@ -265,17 +263,17 @@ void TstHauptfensterAufbau::einstellungen_data()
     QTest::newRow("cancelled: as they were") << 0 << false << u"rekordbox 7.1.4 starten"_s;
 }
 
-void TstHauptfensterAufbau::einstellungen()
+void TestHauptfensterAufbau::einstellungen()
 {
     QFETCH(int, ergebnis);
     Fensterprobe p({.versionen = {u"6.8.5"_s, u"7.1.4"_s}});
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.knopf(u"lnkEinstellungen"_s)->click();
     auto *const blatt = p.fenster->findChild<EinstellungenFenster *>();
     QVERIFY(blatt != nullptr && blatt->isVisible());
     QVERIFY(blatt->isModal());
-    p.einst.autostart = true;
-    p.einst.version = u"6.8.5"_s;
+    p.ablauf.einst.autostart = true;
+    p.ablauf.einst.version = u"6.8.5"_s;
     blatt->done(ergebnis);
     QTEST(p.knopf(u"cbAuto"_s)->isChecked(), "haken");
     QTEST(p.knopf(u"knStart"_s)->text(), "knopf");
@@ -283,14 +281,14 @@ void TstHauptfensterAufbau::einstellungen()
     QVERIFY(p.fenster->findChild<EinstellungenFenster *>() == nullptr);
 }
 
-void TstHauptfensterAufbau::einstellungenNurEinmal()
+void TestHauptfensterAufbau::einstellungenNurEinmal()
 {
     Fensterprobe p;
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.knopf(u"lnkEinstellungen"_s)->click();
     p.knopf(u"lnkEinstellungen"_s)->click();
     QCOMPARE(p.fenster->findChildren<EinstellungenFenster *>().size(), 1);
 }
 
-QTEST_MAIN(TstHauptfensterAufbau)
+KALVARO_FENSTERTEST(TestHauptfensterAufbau)
 #include "tst_hauptfenster_aufbau.moc"

@@ -1,12 +1,11 @@
 #include "mainwindow/fensterprobe.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // Opening, hiding and closing.
-class TstHauptfensterAuftritt : public QObject
+class TestHauptfensterAuftritt final : public QObject
 {
     Q_OBJECT
 
@@ -14,40 +13,39 @@ private Q_SLOTS:
     void schliessenVerbirgt();
     void schliessenHaeltDieSitzungNichtAuf();
     void endgueltigSchliesst();
-    void ohneTreiberEndetDasProgramm();
-    void treiberWegEndetDasProgramm();
-    void mitTreiberEndetNichts();
+    void alleinEndetDasProgramm();
+    void inDerMenueleisteEndetNichts();
     void verstecken();
     void wiederOeffnen();
     void abgelegtesKommtWieder();
     void ergebnisImVerborgenen();
 
 private:
-    Datenordner daten;
+    Datenordner &daten = Testumgebung::ordner();
 };
 
 // Hides the window and removes the dock icon; the application keeps running.
-void TstHauptfensterAuftritt::schliessenVerbirgt()
+void TestHauptfensterAuftritt::schliessenVerbirgt()
 {
     Fensterprobe p({.autostart = true});
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     QVERIFY(!p.countdown().isEmpty());
     p.fenster->close();
     QVERIFY(!p.fenster->isVisible());
     QVERIFY(p.countdown().isEmpty());
     QCOMPARE(p.arbeitsplatz.auftritte.last(), Arbeitsplatz::Auftritt::Zubehoer);
-    QCOMPARE(p.treiber->beendet, 0);
+    QCOMPARE(p.beendenGewuenscht, 0);
 }
 
-void TstHauptfensterAuftritt::schliessenHaeltDieSitzungNichtAuf()
+void TestHauptfensterAuftritt::schliessenHaeltDieSitzungNichtAuf()
 {
     const Fensterprobe p;
     p.fenster->oeffnen(false);
     QVERIFY(p.fenster->close()); // accepted
 }
 
-// After the driver has said that the program ends, the same click closes the window.
-void TstHauptfensterAuftritt::endgueltigSchliesst()
+// Once the program is ending, the same click closes the window.
+void TestHauptfensterAuftritt::endgueltigSchliesst()
 {
     const Fensterprobe p;
     p.fenster->oeffnen(false);
@@ -58,35 +56,27 @@ void TstHauptfensterAuftritt::endgueltigSchliesst()
 }
 
 // Closing the window quits the application.
-void TstHauptfensterAuftritt::ohneTreiberEndetDasProgramm()
+void TestHauptfensterAuftritt::alleinEndetDasProgramm()
 {
-    const Fensterprobe p({.mitTreiber = false});
+    const Fensterprobe p({.verbleib = Verbleib::Allein});
     p.fenster->oeffnen(false);
     QVERIFY(beendetDasProgramm([&] { p.fenster->close(); }));
 }
 
-void TstHauptfensterAuftritt::treiberWegEndetDasProgramm()
-{
-    Fensterprobe p;
-    p.fenster->oeffnen(false);
-    p.treiber.reset();
-    QVERIFY(beendetDasProgramm([&] { p.fenster->close(); }));
-}
-
-void TstHauptfensterAuftritt::mitTreiberEndetNichts()
+void TestHauptfensterAuftritt::inDerMenueleisteEndetNichts()
 {
     const Fensterprobe p;
     p.fenster->oeffnen(false);
     QVERIFY(!beendetDasProgramm([&] { p.fenster->close(); }));
     p.fenster->oeffnen(false);
     p.fenster->endgueltigSchliessen();
-    QVERIFY(!beendetDasProgramm([&] { p.fenster->close(); })); // the driver does that
+    QVERIFY(!beendetDasProgramm([&] { p.fenster->close(); })); // others do that
 }
 
-void TstHauptfensterAuftritt::verstecken()
+void TestHauptfensterAuftritt::verstecken()
 {
     Fensterprobe p({.autostart = true});
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.fenster->verstecken();
     QVERIFY(!p.fenster->isVisible());
     QVERIFY(p.countdown().isEmpty());
@@ -94,23 +84,25 @@ void TstHauptfensterAuftritt::verstecken()
              (QList{Arbeitsplatz::Auftritt::Regulaer, Arbeitsplatz::Auftritt::Zubehoer}));
 }
 
-void TstHauptfensterAuftritt::wiederOeffnen()
+void TestHauptfensterAuftritt::wiederOeffnen()
 {
     Fensterprobe p;
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.fenster->close();
     p.fenster->oeffnen(true);
     QVERIFY(p.fenster->isVisible());
     QCOMPARE(p.arbeitsplatz.auftritte.last(), Arbeitsplatz::Auftritt::Regulaer);
-    QCOMPARE(p.treiber->anlaesse.size(), 2);
-    p.treiber->beantworten(Fensterprobe::gut());
+    Fensterprobe::ruhe();
+    QCOMPARE(p.anlaesse().size(), 2);
+    p.beantworten(Fensterprobe::gut());
     // It stays up to date while it is there, but starts no second sync while one runs.
     p.fenster->oeffnen(true);
     p.fenster->oeffnen(true);
-    QCOMPARE(p.treiber->anlaesse.size(), 3);
+    Fensterprobe::ruhe();
+    QCOMPARE(p.anlaesse().size(), 3);
 }
 
-void TstHauptfensterAuftritt::abgelegtesKommtWieder()
+void TestHauptfensterAuftritt::abgelegtesKommtWieder()
 {
     const Fensterprobe p;
     p.fenster->oeffnen(false);
@@ -120,7 +112,7 @@ void TstHauptfensterAuftritt::abgelegtesKommtWieder()
     QVERIFY(p.fenster->isVisible());
 }
 
-void TstHauptfensterAuftritt::ergebnisImVerborgenen()
+void TestHauptfensterAuftritt::ergebnisImVerborgenen()
 {
     Fensterprobe p;
     p.fenster->oeffnen(true);
@@ -130,11 +122,11 @@ void TstHauptfensterAuftritt::ergebnisImVerborgenen()
     p.fenster->oeffnen(false);
     QVERIFY(p.detail().endsWith(u"(7 s)"_s)); // right at once
     p.fenster->close();
-    p.treiber->beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterprobe::gut());
     QVERIFY(!p.fenster->isVisible()); // an outcome brings no window up
     QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
     QCOMPARE(p.uhr.offen(), 0);
 }
 
-QTEST_MAIN(TstHauptfensterAuftritt)
+KALVARO_FENSTERTEST(TestHauptfensterAuftritt)
 #include "tst_hauptfenster_auftritt.moc"

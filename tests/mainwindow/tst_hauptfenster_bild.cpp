@@ -1,16 +1,16 @@
 #include "mainwindow/bild.h"
 #include "mainwindow/fensterprobe.h"
+#include "testlauf.h"
 #include "ui/farbe.h"
 
 #include <QImage>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // Picture mode.
-class TstHauptfensterBild : public QObject
+class TestHauptfensterBild final : public QObject
 {
     Q_OBJECT
 
@@ -27,14 +27,14 @@ private Q_SLOTS:
 private:
     [[nodiscard]] QString pfad() const { return ordner.filePath(u"bild & mehr.png"_s); }
 
-    Datenordner daten;
+    Datenordner &daten = Testumgebung::ordner();
     QTemporaryDir ordner;
 };
 
-void TstHauptfensterBild::schreibtUndEndet()
+void TestHauptfensterBild::schreibtUndEndet()
 {
-    Fensterprobe p({.mitTreiber = false, .bild = pfad(), .autostart = true});
-    p.antwort = R"({"betrieb":"scharf","ergebnis":{"zustand":"aktuell"}})";
+    Fensterprobe p({.verbleib = Verbleib::Allein, .bild = pfad(), .autostart = true});
+    p.abgleiche = {Fensterprobe::gut()};
     p.fenster->starten();
     QVERIFY(p.fenster->isVisible());
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox 7.1.4 starten"_s);
@@ -50,11 +50,11 @@ void TstHauptfensterBild::schreibtUndEndet()
     QCOMPARE(bild.pixelColor(2, 2), Farbe::fenster(p.fenster->palette()));
 }
 
-void TstHauptfensterBild::erstNachVierZehntelsekunden()
+void TestHauptfensterBild::erstNachVierZehntelsekunden()
 {
     QFile::remove(pfad());
-    Fensterprobe p({.mitTreiber = false, .bild = pfad()});
-    p.antwort = R"({"ergebnis":{"zustand":"aktuell"}})";
+    Fensterprobe p({.verbleib = Verbleib::Allein, .bild = pfad()});
+    p.abgleiche = {Fensterprobe::gut()};
     p.fenster->starten();
     QTRY_COMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
     QVERIFY(!beendetDasProgramm([&] { p.uhr.vor(Sekunden(0.399)); }));
@@ -63,41 +63,41 @@ void TstHauptfensterBild::erstNachVierZehntelsekunden()
     QVERIFY(QFile::exists(pfad()));
 }
 
-void TstHauptfensterBild::auchWennRekordboxLaeuft()
+void TestHauptfensterBild::auchWennRekordboxLaeuft()
 {
     QFile::remove(pfad());
-    Fensterprobe p({.mitTreiber = false, .bild = pfad()});
+    Fensterprobe p({.verbleib = Verbleib::Allein, .bild = pfad()});
     p.laeuft(1, 0);
     p.fenster->starten();
     QCOMPARE(p.titel(), u"rekordbox läuft"_s);
     QVERIFY(beendetDasProgramm([&] { p.uhr.vor(Sekunden(0.4)); }));
-    QVERIFY(p.anfragen().isEmpty());
+    QVERIFY(p.standfragen().isEmpty());
     QVERIFY(QFile::exists(pfad()));
 }
 
-void TstHauptfensterBild::auchWennEsSichNichtSchreibenLaesst()
+void TestHauptfensterBild::auchWennEsSichNichtSchreibenLaesst()
 {
     const QString unmoeglich = ordner.filePath(u"gibt/es/nicht.png"_s);
-    Fensterprobe p({.mitTreiber = false, .bild = unmoeglich});
+    Fensterprobe p({.verbleib = Verbleib::Allein, .bild = unmoeglich});
     p.laeuft(1, 0);
     p.fenster->starten();
     QVERIFY(beendetDasProgramm([&] { p.uhr.vor(Sekunden(0.4)); }));
     QVERIFY(!QFile::exists(unmoeglich));
 }
 
-void TstHauptfensterBild::ohnePfadGehtEsWeiter()
+void TestHauptfensterBild::ohnePfadGehtEsWeiter()
 {
-    Fensterprobe p({.mitTreiber = false});
+    Fensterprobe p({.verbleib = Verbleib::Allein});
     p.laeuft(1, 0);
     p.fenster->starten();
     QVERIFY(!beendetDasProgramm([&] { p.uhr.vor(Sekunden(10)); }));
     QVERIFY(p.fenster->isVisible());
 }
 
-void TstHauptfensterBild::fensterVorherWeg()
+void TestHauptfensterBild::fensterVorherWeg()
 {
     QFile::remove(pfad());
-    Fensterprobe p({.mitTreiber = false, .bild = pfad()});
+    Fensterprobe p({.verbleib = Verbleib::Allein, .bild = pfad()});
     p.laeuft(1, 0);
     p.fenster->starten();
     p.fenster.reset();
@@ -106,14 +106,12 @@ void TstHauptfensterBild::fensterVorherWeg()
 }
 
 // Also what a low screen would hide.
-void TstHauptfensterBild::zeigtDenGanzenInhalt()
+void TestHauptfensterBild::zeigtDenGanzenInhalt()
 {
     Fensterprobe p;
-    Bewertung b = Fensterprobe::gut();
-    b.detail = u"Zeile\n"_s.repeated(12).trimmed();
-    b.neueVersion = u"1.10"_s;
-    b.updateAdresse = u"https://cloud/x"_s;
-    p.abgeglichen(b);
+    QJsonObject mehr = angebot(u"1.10"_s);
+    mehr.insert(u"ergebnis"_s, QJsonObject{{u"fehler"_s, u"Zeile\n"_s.repeated(12).trimmed()}});
+    p.abgeglichen(Fensterprobe::antwort(u"fehler"_s, mehr));
     QWidget *const ganz = p.teil(u"ganz"_s);
     QVERIFY(bildSpeichern(ganz, pfad()));
     const QImage bild(pfad(), "PNG");
@@ -121,12 +119,12 @@ void TstHauptfensterBild::zeigtDenGanzenInhalt()
     QCOMPARE(ganz->width(), 520);
 }
 
-void TstHauptfensterBild::ohneInhalt()
+void TestHauptfensterBild::ohneInhalt()
 {
     QFile::remove(pfad());
     QVERIFY(!bildSpeichern(nullptr, pfad()));
     QVERIFY(!QFile::exists(pfad()));
 }
 
-QTEST_MAIN(TstHauptfensterBild)
+KALVARO_FENSTERTEST(TestHauptfensterBild)
 #include "tst_hauptfenster_bild.moc"

@@ -1,6 +1,5 @@
 #include "mainwindow/fensterprobe.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -15,7 +14,7 @@ QString zeile(int sekunden)
 } // namespace
 
 // The countdown in its window: what begins it and what ends it.
-class TstHauptfensterCountdown : public QObject
+class TestHauptfensterCountdown final : public QObject
 {
     Q_OBJECT
 
@@ -32,10 +31,10 @@ private Q_SLOTS:
     void keinerImVerborgenen();
 
 private:
-    Datenordner daten;
+    Datenordner &daten = Testumgebung::ordner();
 };
 
-void TstHauptfensterCountdown::autostart_data()
+void TestHauptfensterCountdown::autostart_data()
 {
     QTest::addColumn<bool>("erlaubt");
     QTest::addColumn<bool>("gewollt");
@@ -51,7 +50,7 @@ void TstHauptfensterCountdown::autostart_data()
     QTest::newRow("nothing installed") << true << true << true << 0 << false << false;
 }
 
-void TstHauptfensterCountdown::autostart()
+void TestHauptfensterCountdown::autostart()
 {
     QFETCH(bool, erlaubt);
     QFETCH(bool, gewollt);
@@ -64,42 +63,41 @@ void TstHauptfensterCountdown::autostart()
     p.fenster->oeffnen(erlaubt);
     if (!erlaubt) {
         p.knopf(u"lnkAbgleich"_s)->click(); // never after "Jetzt abgleichen"
-        QCOMPARE(p.treiber->anlaesse, {u"hand"_s});
+        Fensterprobe::ruhe();
+        QCOMPARE(p.anlaesse(), {u"hand"_s});
     }
     p.laeuft(0, agent);
-    Bewertung b = Fensterprobe::gut();
-    b.startbar = startbar;
-    p.treiber->beantworten(b);
+    p.beantworten(Fensterprobe::antwort(startbar ? u"aktuell"_s : u"fehler"_s));
     QCOMPARE(p.countdown(), zaehlt ? zeile(5) : QString());
 }
 
 // The process table is asked only where the rest allows it.
-void TstHauptfensterCountdown::autostartEntscheidetInDieserReihenfolge()
+void TestHauptfensterCountdown::autostartEntscheidetInDieserReihenfolge()
 {
     for (const bool gewollt : {false, true}) {
         Fensterprobe p({.autostart = gewollt});
         p.fenster->oeffnen(true);
         p.prozesse.gefragt.clear();
-        p.treiber->beantworten(Fensterprobe::gut());
+        p.beantworten(Fensterprobe::gut());
         QCOMPARE(p.prozesse.gefragt.count(u"rekordboxAgent"_s), gewollt ? 1 : 0);
     }
 }
 
-void TstHauptfensterCountdown::countdownZaehltUndStartet()
+void TestHauptfensterCountdown::countdownZaehltUndStartet()
 {
     Fensterprobe p({.autostart = true});
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     for (const int sekunden : {5, 4, 3, 2, 1}) {
         QCOMPARE(p.countdown(), zeile(sekunden));
         p.uhr.vor(Sekunden(1));
     }
     Fensterprobe::ruhe();
-    QCOMPARE(p.anfragen(), {u"/api/stand"_s});
-    QCOMPARE(p.arbeitsplatz.starts, {p.programme.buendel(u"7.1.4"_s)});
+    QCOMPARE(p.standfragen(), {u"/api/stand"_s});
+    QCOMPARE(p.arbeitsplatz.starts, {p.buendel(u"7.1.4"_s)});
     QVERIFY(!p.fenster->isVisible());
 }
 
-void TstHauptfensterCountdown::countdownEndet_data()
+void TestHauptfensterCountdown::countdownEndet_data()
 {
     QTest::addColumn<std::function<void(Fensterprobe &)>>("tat");
     using Tat = std::function<void(Fensterprobe &)>;
@@ -117,22 +115,19 @@ void TstHauptfensterCountdown::countdownEndet_data()
         [](Fensterprobe &p) { QTest::keyClick(p.fenster.get(), Qt::Key_Escape); });
     QTest::newRow("closing the window") << Tat([](Fensterprobe &p) { p.fenster->close(); });
     QTest::newRow("hiding the window") << Tat([](Fensterprobe &p) { p.fenster->verstecken(); });
-    QTest::newRow("rekordbox runs")
-        << Tat([](Fensterprobe &p) { p.fenster->rekordboxLaeuftAnzeigen(); });
+    QTest::newRow("rekordbox runs") << Tat([](Fensterprobe &p) { p.rekordboxGestartet(); });
     QTest::newRow("opening while rekordbox runs") << Tat([](Fensterprobe &p) {
         p.laeuft(1, 1);
         p.fenster->oeffnen(true);
     });
-    QTest::newRow("the driver wants it")
-        << Tat([](Fensterprobe &p) { p.fenster->countdownStopp(); });
 }
 
-void TstHauptfensterCountdown::countdownEndet()
+void TestHauptfensterCountdown::countdownEndet()
 {
     QFETCH(std::function<void(Fensterprobe &)>, tat);
     Fensterprobe p({.autostart = true});
     p.stand = std::nullopt; // a last look hangs
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.uhr.vor(Sekunden(2));
     QCOMPARE(p.countdown(), zeile(3));
     tat(p);
@@ -145,18 +140,18 @@ void TstHauptfensterCountdown::countdownEndet()
 }
 
 // Unticking cancels it; ticking later does not restart it.
-void TstHauptfensterCountdown::hakenStartetNichtsUndWirdGesichert()
+void TestHauptfensterCountdown::hakenStartetNichtsUndWirdGesichert()
 {
     Fensterprobe p({.autostart = true});
-    p.einst.speichern();
-    p.abgeglichen(Fensterprobe::gut());
+    p.ablauf.einst.speichern();
+    p.abgeglichen();
     QAbstractButton *const haken = p.knopf(u"cbAuto"_s);
     QVERIFY(haken->isChecked());
     QTest::mouseClick(haken, Qt::LeftButton, {}, QPoint(8, 8));
-    QVERIFY(!p.einst.autostart);
+    QVERIFY(!p.ablauf.einst.autostart);
     QVERIFY(!Einstellungen().autostart);
     QTest::mouseClick(haken, Qt::LeftButton, {}, QPoint(8, 8));
-    QVERIFY(p.einst.autostart);
+    QVERIFY(p.ablauf.einst.autostart);
     QVERIFY(Einstellungen().autostart);
     QVERIFY(p.countdown().isEmpty());
     p.uhr.vor(Sekunden(10));
@@ -164,12 +159,12 @@ void TstHauptfensterCountdown::hakenStartetNichtsUndWirdGesichert()
 }
 
 // Whoever puts the window away while it syncs does not want rekordbox to start.
-void TstHauptfensterCountdown::keinerImVerborgenen()
+void TestHauptfensterCountdown::keinerImVerborgenen()
 {
     Fensterprobe p({.autostart = true});
     p.fenster->oeffnen(true);
     p.fenster->close();
-    p.treiber->beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterprobe::gut());
     QVERIFY(p.countdown().isEmpty());
     p.uhr.vor(Sekunden(10));
     QVERIFY(p.arbeitsplatz.starts.isEmpty());
@@ -179,5 +174,5 @@ void TstHauptfensterCountdown::keinerImVerborgenen()
     QVERIFY(p.countdown().isEmpty());
 }
 
-QTEST_MAIN(TstHauptfensterCountdown)
+KALVARO_FENSTERTEST(TestHauptfensterCountdown)
 #include "tst_hauptfenster_countdown.moc"

@@ -1,15 +1,14 @@
-#include "assessment/bewerten.h"
 #include "democloud.h"
 #include "mainwindow/fensterprobe.h"
 #include "server/netztransport.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 // One whole run against the demo cloud over a real connection; only the seconds are virtual.
-class TstHauptfensterLauf : public QObject
+class TestHauptfensterLauf final : public QObject
 {
     Q_OBJECT
 
@@ -27,17 +26,10 @@ private:
                 .schluessel = u"demo-schluessel"_s};
     }
 
-    // What the driver does with a sync that the window asks for.
-    void weiterreichen(Fensterprobe &p)
-    {
-        bewerten(p.zentrale, p.treiber->anlaesse.last(), this,
-                 [&p](const Bewertung &b) { p.treiber->beantworten(b); });
-    }
-
-    Datenordner daten;
+    Datenordner &daten = Testumgebung::ordner();
 };
 
-void TstHauptfensterLauf::vomOeffnenBisZumStart()
+void TestHauptfensterLauf::vomOeffnenBisZumStart()
 {
     Democloud cloud;
     QVERIFY(cloud.starten());
@@ -46,10 +38,9 @@ void TstHauptfensterLauf::vomOeffnenBisZumStart()
     Fensterprobe p(aufbau(netz, cloud.adresse()));
 
     p.fenster->oeffnen(true);
-    weiterreichen(p);
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     QTRY_COMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
-    QCOMPARE(p.art(), u"gut"_s);
+    QCOMPARE(p.art(), Art::Gut);
     QVERIFY(p.text(u"zahlen0"_s) != u"–"_s);
     QVERIFY(p.text(u"lblZeile2"_s).startsWith(u"Stand der Cloud: "_s));
     QVERIFY(p.teil(u"pille"_s)->isVisible());
@@ -59,7 +50,7 @@ void TstHauptfensterLauf::vomOeffnenBisZumStart()
         p.uhr.vor(Sekunden(1));
     }
     QCOMPARE(p.titel(), u"Letzter Blick in die Cloud …"_s);
-    QTRY_COMPARE(p.arbeitsplatz.starts, QStringList(p.programme.buendel(u"7.1.4"_s)));
+    QTRY_COMPARE(p.arbeitsplatz.starts, QStringList(p.buendel(u"7.1.4"_s)));
     QCOMPARE(p.titel(), u"rekordbox läuft"_s);
     QVERIFY(!p.fenster->isVisible());
     QCOMPARE(p.arbeitsplatz.auftritte,
@@ -77,7 +68,7 @@ void TstHauptfensterLauf::vomOeffnenBisZumStart()
 }
 
 // Then rekordbox starts with what is here.
-void TstHauptfensterLauf::cloudFehlt()
+void TestHauptfensterLauf::cloudFehlt()
 {
     daten.leeren();
     QString adresse;
@@ -90,7 +81,6 @@ void TstHauptfensterLauf::cloudFehlt()
     Netztransport netz(netzuhr);
     Fensterprobe p(aufbau(netz, adresse));
     p.fenster->oeffnen(true);
-    weiterreichen(p);
     QTRY_COMPARE(p.titel(), u"Nicht abgeglichen"_s);
     QCOMPARE(p.text(u"lblZeile2"_s),
              u"Keine Verbindung zur Cloud – Zahlen folgen beim nächsten Abgleich."_s);
@@ -99,5 +89,5 @@ void TstHauptfensterLauf::cloudFehlt()
     QVERIFY(daten.protokollzeilen().first().startsWith(u"Startprüfung ohne Antwort: "_s));
 }
 
-QTEST_MAIN(TstHauptfensterLauf)
+KALVARO_FENSTERTEST(TestHauptfensterLauf)
 #include "tst_hauptfenster_lauf.moc"

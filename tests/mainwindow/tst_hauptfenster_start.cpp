@@ -1,8 +1,8 @@
 #include "mainwindow/fensterprobe.h"
+#include "testlauf.h"
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -25,7 +25,7 @@ QMessageBox *alarm()
 } // namespace
 
 // The last look and the launch.
-class TstHauptfensterStart : public QObject
+class TestHauptfensterStart final : public QObject
 {
     Q_OBJECT
 
@@ -38,7 +38,6 @@ private Q_SLOTS:
     void letzterBlickSperrt();
     void startOhneNoetigenAbgleich();
     void startOhneAntwort();
-    void hinweisWirdMitgeteilt_data();
     void hinweisWirdMitgeteilt();
     void noetigerAbgleich_data();
     void noetigerAbgleich();
@@ -46,11 +45,15 @@ private Q_SLOTS:
     void waehrendBeschaeftigtNichts();
     void laeuftSchon();
     void nurDerAgentLaeuft();
-    void startenNachAbgleich();
-    void startenNachAbgleichBeschaeftigt();
+    void startAusDemMenueMitAbgleich();
+    void startAusDemMenueWaehrendEigenerAbgleichLaeuft();
+    void zweiStartsZugleich();
+    void fremderAbgleich_data();
+    void fremderAbgleich();
+    void abgleichBeginntWaehrendDerPruefung();
     void startFehlschlag_data();
     void startFehlschlag();
-    void ohneTreiberWirdAbgelegt();
+    void alleinWirdAbgelegt();
 
 private:
     static QString protokollzeile() { return u"rekordbox 7.1.4 gestartet"_s; }
@@ -58,12 +61,12 @@ private:
     // What the window looks like once rekordbox is on its way.
     static void gestartet(const Fensterprobe &p)
     {
-        QCOMPARE(p.arbeitsplatz.starts, {p.programme.buendel(u"7.1.4"_s)});
+        QCOMPARE(p.arbeitsplatz.starts, {p.buendel(u"7.1.4"_s)});
         verborgen(p);
     }
     static void verborgen(const Fensterprobe &p)
     {
-        QCOMPARE(p.art(), u"aus"_s);
+        QCOMPARE(p.art(), Art::Aus);
         QCOMPARE(p.titel(), u"rekordbox läuft"_s);
         QCOMPARE(p.detail(), rekordboxLaeuftDetail);
         QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox läuft"_s);
@@ -73,10 +76,10 @@ private:
         QVERIFY(p.countdown().isEmpty());
     }
 
-    Datenordner daten;
+    Datenordner &daten = Testumgebung::ordner();
 };
 
-void TstHauptfensterStart::gewaehlteVersion_data()
+void TestHauptfensterStart::gewaehlteVersion_data()
 {
     QTest::addColumn<QString>("wunsch");
     QTest::addColumn<QString>("version");
@@ -87,103 +90,85 @@ void TstHauptfensterStart::gewaehlteVersion_data()
         << u"5.0.0"_s << u"7.1.4"_s;
 }
 
-void TstHauptfensterStart::gewaehlteVersion()
+void TestHauptfensterStart::gewaehlteVersion()
 {
     QFETCH(QString, wunsch);
     QFETCH(QString, version);
     Fensterprobe p({.versionen = {u"6.8.5"_s, u"7.1.4"_s}});
-    p.einst.version = wunsch;
-    p.abgeglichen(Fensterprobe::gut());
-    QCOMPARE(p.fenster->gewaehlt()->version, version);
+    p.ablauf.einst.version = wunsch;
+    p.abgeglichen();
+    QCOMPARE(p.ablauf.starter.gewaehlt()->version, version);
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox "_s + version + u" starten"_s);
     p.knopf(u"knStart"_s)->click();
-    QTRY_COMPARE(p.arbeitsplatz.starts, QStringList(p.programme.buendel(version)));
+    QTRY_COMPARE(p.arbeitsplatz.starts, QStringList(p.buendel(version)));
     QCOMPARE(daten.protokollzeilen().last(), u"rekordbox "_s + version + u" gestartet"_s);
 }
 
-void TstHauptfensterStart::letzterBlickSperrt()
+void TestHauptfensterStart::letzterBlickSperrt()
 {
     Fensterprobe p;
     p.stand = std::nullopt;
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     QTest::mouseClick(p.knopf(u"knStart"_s), Qt::LeftButton);
-    QCOMPARE(p.art(), u"laden"_s);
+    QVERIFY(!p.art());
     QCOMPARE(p.titel(), letzterBlick);
     QCOMPARE(p.detail(), u"kalvaro prüft, ob seit dem Abgleich etwas dazukam"_s);
-    QVERIFY(p.fenster->beschaeftigt());
+    QVERIFY(p.beschaeftigt());
     QVERIFY(!p.knopf(u"knStart"_s)->isEnabled());
     QVERIFY(!p.knopf(u"lnkAbgleich"_s)->isEnabled());
-    int fertig = 0;
-    p.fenster->abgleichen(u"hand"_s, false, [&] { ++fertig; });
-    QCOMPARE(fertig, 1);
-    QCOMPARE(p.treiber->anlaesse.size(), 1);
+    p.fenster->oeffnen(true);
+    Fensterprobe::ruhe();
+    QCOMPARE(p.anlaesse().size(), 1);
     QCOMPARE(p.titel(), letzterBlick);
 }
 
-void TstHauptfensterStart::startOhneNoetigenAbgleich()
+void TestHauptfensterStart::startOhneNoetigenAbgleich()
 {
     Fensterprobe p;
     QStringList titel;
     connect(p.fenster.get(), &Hauptfenster::angezeigt, this, [&] { titel.append(p.titel()); });
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.knopf(u"knStart"_s)->click();
     QTRY_VERIFY(!p.fenster->isVisible());
     gestartet(p);
     // The outcome was shown again in between.
-    QCOMPARE(titel, QStringList(2, u"Bibliothek ist abgeglichen"_s));
-    QVERIFY(!p.fenster->beschaeftigt());
+    QCOMPARE(titel, QStringList({u"Bibliothek ist abgeglichen"_s, u"Bibliothek ist abgeglichen"_s,
+                                 u"rekordbox läuft"_s}));
+    QVERIFY(!p.beschaeftigt());
     QVERIFY(p.knopf(u"lnkAbgleich"_s)->isEnabled());
-    QVERIFY(p.treiber->mitteilungen.isEmpty());
+    QVERIFY(p.hinweise.isEmpty());
     QCOMPARE(daten.protokollzeilen(),
              QStringList({u"Startprüfung: Stand passt"_s, protokollzeile()}));
 }
 
 // rekordbox starts with the library as it is.
-void TstHauptfensterStart::startOhneAntwort()
+void TestHauptfensterStart::startOhneAntwort()
 {
     Fensterprobe p;
     p.stand = std::nullopt;
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.knopf(u"knStart"_s)->click();
     p.uhr.vor(Sekunden(7.9));
     QVERIFY(p.arbeitsplatz.starts.isEmpty());
     p.uhr.vor(Sekunden(0.2));
     Fensterprobe::ruhe();
     gestartet(p);
-    QVERIFY(p.treiber->mitteilungen.isEmpty());
+    QVERIFY(p.hinweise.isEmpty());
 }
 
-void TstHauptfensterStart::hinweisWirdMitgeteilt_data()
+void TestHauptfensterStart::hinweisWirdMitgeteilt()
 {
-    QTest::addColumn<bool>("treiberDa");
-    QTest::newRow("with a driver") << true;
-    QTest::newRow("the driver is gone") << false;
-}
-
-void TstHauptfensterStart::hinweisWirdMitgeteilt()
-{
-    QFETCH(bool, treiberDa);
     Fensterprobe p;
     p.stand = R"({"andere":[{"name":"Studio","rekordbox_offen":true}]})";
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.knopf(u"knStart"_s)->click();
-    if (!treiberDa) {
-        p.treiber.reset();
-    }
     QTRY_COMPARE(p.arbeitsplatz.starts.size(), 1);
-    if (treiberDa) {
-        QCOMPARE(p.treiber->mitteilungen,
-                 {(Treiberdouble::Mitteilung{
-                     u"rekordbox startet"_s,
-                     u"Auf „Studio“ ist rekordbox noch offen – Änderungen von dort fehlen hier "
-                     "noch."_s,
-                     std::nullopt})});
-    } else {
-        QVERIFY(p.fenster->isMinimized());
-    }
+    QCOMPARE(p.hinweise,
+             QStringList(u"Auf „Studio“ ist rekordbox noch offen – Änderungen von dort fehlen "
+                         "hier noch."_s));
 }
 
-void TstHauptfensterStart::noetigerAbgleich_data()
+void TestHauptfensterStart::noetigerAbgleich_data()
 {
     QTest::addColumn<bool>("startbar");
     QTest::addColumn<int>("haupt");
@@ -195,7 +180,7 @@ void TstHauptfensterStart::noetigerAbgleich_data()
     QTest::newRow("its agent runs by then") << true << 0 << 1 << false;
 }
 
-void TstHauptfensterStart::noetigerAbgleich()
+void TestHauptfensterStart::noetigerAbgleich()
 {
     QFETCH(bool, startbar);
     QFETCH(int, haupt);
@@ -203,109 +188,196 @@ void TstHauptfensterStart::noetigerAbgleich()
     QFETCH(bool, startet);
     Fensterprobe p({.autostart = true});
     p.stand = R"({"ausstehend":true})";
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.knopf(u"knStart"_s)->click();
-    QTRY_COMPARE(p.treiber->anlaesse, QStringList(2, u"vorstart"_s));
+    QTRY_COMPARE(p.anlaesse(), QStringList(2, u"vorstart"_s));
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     p.laeuft(haupt, agent);
-    Bewertung b = Fensterprobe::gut();
-    b.startbar = startbar;
-    p.treiber->beantworten(b);
+    p.beantworten(startbar ? Fensterprobe::gut() : Fensterprobe::antwort(u"fehler"_s));
     QVERIFY(p.countdown().isEmpty()); // this one never counts down
     if (startet) {
         gestartet(p);
     } else {
         QVERIFY(p.arbeitsplatz.starts.isEmpty());
         QVERIFY(p.fenster->isVisible());
-        QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
+        QCOMPARE(p.titel(), startbar ? u"Bibliothek ist abgeglichen"_s : u"Abgleich gestört"_s);
     }
 }
 
-void TstHauptfensterStart::ohneInstallationNichts()
+void TestHauptfensterStart::ohneInstallationNichts()
 {
     Fensterprobe p({.versionen = {}});
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox nicht gefunden"_s);
     QVERIFY(!p.knopf(u"knStart"_s)->isEnabled());
     QTest::keyClick(p.fenster.get(), Qt::Key_Return);
-    p.fenster->startenNachAbgleich();
-    p.treiber->beantworten(Fensterprobe::gut());
+    p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);
     Fensterprobe::ruhe();
-    QVERIFY(p.anfragen().isEmpty());
+    QVERIFY(p.standfragen().isEmpty());
     QVERIFY(p.arbeitsplatz.starts.isEmpty());
     QVERIFY(p.fenster->isVisible());
 }
 
-void TstHauptfensterStart::waehrendBeschaeftigtNichts()
+void TestHauptfensterStart::waehrendBeschaeftigtNichts()
 {
     Fensterprobe p;
     p.fenster->oeffnen(true);
     QTest::keyClick(p.fenster.get(), Qt::Key_Return);
     Fensterprobe::ruhe();
-    QVERIFY(p.anfragen().isEmpty());
+    QVERIFY(p.standfragen().isEmpty());
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
 }
 
 // Skips the server check, launches nothing, and only switches the window to "rekordbox läuft" and
 // hides it.
-void TstHauptfensterStart::laeuftSchon()
+void TestHauptfensterStart::laeuftSchon()
 {
     Fensterprobe p({.autostart = true});
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.laeuft(1, 0);
     p.uhr.vor(Sekunden(5));
-    QVERIFY(p.anfragen().isEmpty());
+    QVERIFY(p.standfragen().isEmpty());
     QVERIFY(p.arbeitsplatz.starts.isEmpty());
     QVERIFY(daten.protokollzeilen().isEmpty());
     verborgen(p);
 }
 
 // Does the server check and a launch.
-void TstHauptfensterStart::nurDerAgentLaeuft()
+void TestHauptfensterStart::nurDerAgentLaeuft()
 {
     Fensterprobe p;
-    p.abgeglichen(Fensterprobe::gut());
+    p.abgeglichen();
     p.laeuft(0, 1);
     p.knopf(u"knStart"_s)->click();
     QTRY_COMPARE(p.arbeitsplatz.starts.size(), 1);
-    QCOMPARE(p.anfragen(), {u"/api/stand"_s});
+    QCOMPARE(p.standfragen(), {u"/api/stand"_s});
     gestartet(p);
 }
 
-void TstHauptfensterStart::startenNachAbgleich()
+// A start from the menu comes into the window as soon as a sync is involved.
+void TestHauptfensterStart::startAusDemMenueMitAbgleich()
 {
     Fensterprobe p;
-    p.fenster->oeffnen(false);
-    p.fenster->startenNachAbgleich();
-    QCOMPARE(p.treiber->anlaesse, {u"vorstart"_s});
-    p.treiber->beantworten(Fensterprobe::gut());
-    QVERIFY(p.anfragen().isEmpty()); // without a last look
+    p.stand = R"({"ausstehend":true})";
+    connect(&p.ablauf.starter, &Rekordboxstarter::fensterNoetig, p.fenster.get(),
+            [&p] { p.fenster->oeffnen(false); });
+    p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);
+    QVERIFY(!p.fenster->isVisible());
+    Fensterprobe::ruhe();
+    QVERIFY(p.fenster->isVisible());
+    QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
+    QVERIFY(p.beschaeftigt());
+    QCOMPARE(p.anlaesse(), {u"vorstart"_s});
+    p.beantworten(Fensterprobe::gut());
+    QCOMPARE(p.standfragen().size(), 1); // no second look
     gestartet(p);
-    QCOMPARE(daten.protokollzeilen(), {protokollzeile()});
 }
 
-void TstHauptfensterStart::startenNachAbgleichBeschaeftigt()
+// A run of the window's own is in progress: nothing starts after it.
+void TestHauptfensterStart::startAusDemMenueWaehrendEigenerAbgleichLaeuft()
 {
     Fensterprobe p;
+    p.stand = R"({"ausstehend":true})";
     p.fenster->oeffnen(true);
-    p.fenster->startenNachAbgleich();
-    QCOMPARE(p.treiber->anlaesse.size(), 1);
-    p.treiber->beantworten(Fensterprobe::gut());
+    p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);
+    p.beantworten(Fensterprobe::gut());
+    QCOMPARE(p.anlaesse().size(), 1);
     QVERIFY(p.arbeitsplatz.starts.isEmpty());
+    QVERIFY(!p.beschaeftigt());
 }
 
-void TstHauptfensterStart::startFehlschlag_data()
+// The button was pressed and the menu chosen at once: two rekordbox were started.
+void TestHauptfensterStart::zweiStartsZugleich()
 {
-    QTest::addColumn<bool>("mitTreiber");
-    QTest::newRow("the window is hidden by then") << true;
-    QTest::newRow("the window is minimised by then") << false;
+    for (const bool menueZuerst : {false, true}) {
+        Fensterprobe p;
+        p.stand = std::nullopt;
+        p.abgeglichen();
+        if (menueZuerst) {
+            p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);
+            QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s); // it has no face ...
+        }
+        p.knopf(u"knStart"_s)->click();
+        QCOMPARE(p.titel(), letzterBlick); // ... until the window takes it over
+        QVERIFY(p.beschaeftigt());
+        p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);
+        p.knopf(u"knStart"_s)->click();
+        Fensterprobe::ruhe();
+        QCOMPARE(p.standfragen().size(), 1);
+        p.uhr.vor(Sekunden(8));
+        Fensterprobe::ruhe();
+        gestartet(p);
+    }
+}
+
+void TestHauptfensterStart::fremderAbgleich_data()
+{
+    QTest::addColumn<QString>("zustand");
+    QTest::addColumn<bool>("startet");
+    QTest::newRow("in step") << u"aktuell"_s << true;
+    QTest::newRow("deferred") << u"verschoben"_s << true;
+    QTest::newRow("failed") << u"fehler"_s << false;
+    QTest::newRow("the cloud is busy") << u"laeuft_schon"_s << false;
+}
+
+// The tray, a timer or the wake had begun a sync: rekordbox was started into the middle of it.
+void TestHauptfensterStart::fremderAbgleich()
+{
+    QFETCH(QString, zustand);
+    QFETCH(bool, startet);
+    Fensterprobe p;
+    p.abgeglichen();
+    p.ablauf.abgleicher.abgleich(Anlass::Nachholen);
+    p.knopf(u"knStart"_s)->click();
+    Fensterprobe::ruhe();
+    QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
+    QVERIFY(p.beschaeftigt());
+    QVERIFY(p.standfragen().isEmpty());
+    p.beantworten(Fensterprobe::antwort(zustand));
+    QCOMPARE(p.anlaesse(), QStringList({u"vorstart"_s, u"nachholen"_s}));
+    QCOMPARE(p.standfragen().size(), startet ? 1 : 0);
+    if (startet) {
+        gestartet(p);
+    } else {
+        QVERIFY(p.arbeitsplatz.starts.isEmpty());
+        QVERIFY(p.fenster->isVisible());
+        QCOMPARE(p.art(), zustand == u"fehler" ? Art::Krit : Art::Warn);
+        QVERIFY(!p.beschaeftigt());
+        QVERIFY(p.knopf(u"knStart"_s)->isEnabled());
+    }
+}
+
+// It began while the last look was under way.
+void TestHauptfensterStart::abgleichBeginntWaehrendDerPruefung()
+{
+    Fensterprobe p;
+    p.stand = std::nullopt;
+    p.abgeglichen();
+    p.knopf(u"knStart"_s)->click();
+    Fensterprobe::ruhe();
+    p.ablauf.abgleicher.abgleich(Anlass::Nachholen);
+    Fensterprobe::ruhe();
+    p.netz.beantworten(Scripttransport::antwort(200, "{}"));
+    Fensterprobe::ruhe();
+    QVERIFY(p.arbeitsplatz.starts.isEmpty());
+    QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
+    p.stand = "{}";
+    p.beantworten(Fensterprobe::gut());
+    gestartet(p);
+}
+
+void TestHauptfensterStart::startFehlschlag_data()
+{
+    QTest::addColumn<Verbleib>("verbleib");
+    QTest::newRow("the window is hidden by then") << Verbleib::Menueleiste;
+    QTest::newRow("the window is minimised by then") << Verbleib::Allein;
 }
 
 // The window has already switched, and is not switched back.
-void TstHauptfensterStart::startFehlschlag()
+void TestHauptfensterStart::startFehlschlag()
 {
-    QFETCH(bool, mitTreiber);
-    Fensterprobe p({.mitTreiber = mitTreiber});
+    QFETCH(Verbleib, verbleib);
+    Fensterprobe p({.verbleib = verbleib});
     p.arbeitsplatz.fehler = u"<b>Keine</b> Berechtigung &amp; mehr"_s;
     p.fenster->oeffnen(false);
     p.knopf(u"knStart"_s)->click();
@@ -320,9 +392,9 @@ void TstHauptfensterStart::startFehlschlag()
     QCOMPARE(daten.protokollzeilen().last(), protokollzeile());
 }
 
-void TstHauptfensterStart::ohneTreiberWirdAbgelegt()
+void TestHauptfensterStart::alleinWirdAbgelegt()
 {
-    Fensterprobe p({.mitTreiber = false});
+    Fensterprobe p({.verbleib = Verbleib::Allein});
     p.fenster->oeffnen(false);
     p.arbeitsplatz.auftritte.clear();
     p.knopf(u"knStart"_s)->click();
@@ -333,5 +405,5 @@ void TstHauptfensterStart::ohneTreiberWirdAbgelegt()
     QCOMPARE(p.titel(), u"rekordbox läuft"_s);
 }
 
-QTEST_MAIN(TstHauptfensterStart)
+KALVARO_FENSTERTEST(TestHauptfensterStart)
 #include "tst_hauptfenster_start.moc"

@@ -1,13 +1,13 @@
 #include "mainwindow/fensterprobe.h"
+#include "testlauf.h"
 
 #include <QApplication>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 // The window driven by the keyboard alone.
-class TstHauptfensterTasten : public QObject
+class TestHauptfensterTasten final : public QObject
 {
     Q_OBJECT
 
@@ -32,10 +32,7 @@ private:
     // Opens the window, as large as it gets, with the keyboard.
     static void oeffnen(Fensterprobe &p)
     {
-        Bewertung b = Fensterprobe::gut();
-        b.neueVersion = u"1.10"_s;
-        b.updateAdresse = u"https://cloud/x"_s;
-        p.abgeglichen(b);
+        p.abgeglichen(Fensterprobe::gut(angebot(u"1.10"_s)));
         p.fenster->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(p.fenster.get()));
     }
@@ -46,17 +43,17 @@ private:
                                                       : QApplication::focusWidget()->objectName();
     }
 
-    Datenordner daten;
+    Datenordner &daten = Testumgebung::ordner();
 };
 
-void TstHauptfensterTasten::tabFolgtDemBild_data()
+void TestHauptfensterTasten::tabFolgtDemBild_data()
 {
     QTest::addColumn<bool>("rueckwaerts");
     QTest::newRow("Tab") << false;
     QTest::newRow("Shift+Tab") << true;
 }
 
-void TstHauptfensterTasten::tabFolgtDemBild()
+void TestHauptfensterTasten::tabFolgtDemBild()
 {
     QFETCH(bool, rueckwaerts);
     Fensterprobe p({.autostart = true});
@@ -88,7 +85,7 @@ void TstHauptfensterTasten::tabFolgtDemBild()
                                     u"lnkEinstellungen"_s, u"lnkAbgleich"_s}));
 }
 
-void TstHauptfensterTasten::eingabeStartet_data()
+void TestHauptfensterTasten::eingabeStartet_data()
 {
     QTest::addColumn<Qt::Key>("taste");
     QTest::addColumn<QString>("ort");
@@ -99,7 +96,7 @@ void TstHauptfensterTasten::eingabeStartet_data()
     QTest::newRow("space on the start button") << Qt::Key_Space << u"knStart"_s;
 }
 
-void TstHauptfensterTasten::eingabeStartet()
+void TestHauptfensterTasten::eingabeStartet()
 {
     QFETCH(Qt::Key, taste);
     QFETCH(QString, ort);
@@ -113,10 +110,10 @@ void TstHauptfensterTasten::eingabeStartet()
     QTest::keyClick(ziel, taste);
     QCOMPARE(p.titel(), u"Letzter Blick in die Cloud …"_s);
     QTRY_COMPARE(p.arbeitsplatz.starts.size(), 1);
-    QVERIFY(!p.einst.autostart);
+    QVERIFY(!p.ablauf.einst.autostart);
 }
 
-void TstHauptfensterTasten::eingabeDruecktDenVerweis()
+void TestHauptfensterTasten::eingabeDruecktDenVerweis()
 {
     Fensterprobe p({.autostart = true});
     oeffnen(p);
@@ -125,13 +122,13 @@ void TstHauptfensterTasten::eingabeDruecktDenVerweis()
     QTest::keyClick(p.knopf(u"knCountdown"_s), Qt::Key_Return);
     QVERIFY(p.countdown().isEmpty());
     QTest::keyClick(p.knopf(u"lnkAbgleich"_s), Qt::Key_Return);
-    QCOMPARE(p.treiber->anlaesse, QStringList({u"vorstart"_s, u"hand"_s}));
     Fensterprobe::ruhe();
-    QVERIFY(p.anfragen().isEmpty()); // no last look
+    QCOMPARE(p.anlaesse(), QStringList({u"vorstart"_s, u"hand"_s}));
+    QVERIFY(p.standfragen().isEmpty()); // no last look
 }
 
 // A Return that is still held from elsewhere.
-void TstHauptfensterTasten::gehalteneEingabeStartetNicht()
+void TestHauptfensterTasten::gehalteneEingabeStartetNicht()
 {
     Fensterprobe p;
     oeffnen(p);
@@ -140,7 +137,7 @@ void TstHauptfensterTasten::gehalteneEingabeStartetNicht()
     QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
 }
 
-void TstHauptfensterTasten::escapeBrichtNurDenCountdownAb()
+void TestHauptfensterTasten::escapeBrichtNurDenCountdownAb()
 {
     Fensterprobe p({.autostart = true});
     oeffnen(p);
@@ -148,12 +145,12 @@ void TstHauptfensterTasten::escapeBrichtNurDenCountdownAb()
     QTest::keyClick(p.teil(u"cbAuto"_s), Qt::Key_Escape);
     QVERIFY(p.countdown().isEmpty());
     QVERIFY(p.fenster->isVisible());
-    QVERIFY(p.einst.autostart);
+    QVERIFY(p.ablauf.einst.autostart);
     QTest::keyClick(p.fenster.get(), Qt::Key_Escape);
     QVERIFY(p.fenster->isVisible());
 }
 
-void TstHauptfensterTasten::strgW()
+void TestHauptfensterTasten::strgW()
 {
     Fensterprobe p({.autostart = true});
     oeffnen(p);
@@ -163,7 +160,7 @@ void TstHauptfensterTasten::strgW()
     QCOMPARE(p.arbeitsplatz.auftritte.last(), Arbeitsplatz::Auftritt::Zubehoer);
 }
 
-void TstHauptfensterTasten::strgM()
+void TestHauptfensterTasten::strgM()
 {
     Fensterprobe p;
     oeffnen(p);
@@ -172,7 +169,7 @@ void TstHauptfensterTasten::strgM()
     QCOMPARE(p.arbeitsplatz.auftritte.last(), Arbeitsplatz::Auftritt::Regulaer);
 }
 
-void TstHauptfensterTasten::strgH()
+void TestHauptfensterTasten::strgH()
 {
     Fensterprobe p;
     oeffnen(p);
@@ -180,40 +177,37 @@ void TstHauptfensterTasten::strgH()
     QVERIFY(!p.fenster->isVisible());
 }
 
-void TstHauptfensterTasten::strgQ_data()
+void TestHauptfensterTasten::strgQ_data()
 {
-    QTest::addColumn<bool>("treiberDa");
-    QTest::newRow("through the driver") << true;
-    QTest::newRow("the driver is gone") << false;
+    QTest::addColumn<bool>("allein");
+    QTest::newRow("the program lives in the menu bar") << false;
+    QTest::newRow("picture mode") << true;
 }
 
-void TstHauptfensterTasten::strgQ()
+void TestHauptfensterTasten::strgQ()
 {
-    QFETCH(bool, treiberDa);
-    Fensterprobe p;
+    QFETCH(bool, allein);
+    Fensterprobe p({.verbleib = allein ? Verbleib::Allein : Verbleib::Menueleiste});
     oeffnen(p);
-    if (!treiberDa) {
-        p.treiber.reset();
-    }
     const bool beendet = beendetDasProgramm(
         [&] { QTest::keyClick(p.fenster.get(), Qt::Key_Q, Qt::ControlModifier); });
-    QCOMPARE(beendet, !treiberDa);
-    if (treiberDa) {
-        QCOMPARE(p.treiber->beendet, 1);
+    QCOMPARE(beendet, allein);
+    if (!allein) {
+        QCOMPARE(p.beendenGewuenscht, 1);
         QVERIFY(p.fenster->isVisible());
     }
 }
 
-void TstHauptfensterTasten::leertasteAufDemHaken()
+void TestHauptfensterTasten::leertasteAufDemHaken()
 {
     Fensterprobe p;
     oeffnen(p);
     p.teil(u"cbAuto"_s)->setFocus(Qt::TabFocusReason);
     QTest::keyClick(p.teil(u"cbAuto"_s), Qt::Key_Space);
-    QVERIFY(p.einst.autostart);
+    QVERIFY(p.ablauf.einst.autostart);
     QVERIFY(Einstellungen().autostart);
-    QVERIFY(p.anfragen().isEmpty());
+    QVERIFY(p.standfragen().isEmpty());
 }
 
-QTEST_MAIN(TstHauptfensterTasten)
+KALVARO_FENSTERTEST(TestHauptfensterTasten)
 #include "tst_hauptfenster_tasten.moc"

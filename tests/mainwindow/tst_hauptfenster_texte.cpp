@@ -1,4 +1,6 @@
+#include "assessment/bewerten.h"
 #include "mainwindow/fensterprobe.h"
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
 #include "ui/knoepfe.h"
@@ -10,8 +12,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QFontDatabase>
+#include <QJsonDocument>
 #include <QRegularExpression>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -58,29 +60,22 @@ const QStringList erlaubt{
 };
 
 // The outcomes with the longest texts of each kind.
-const QList<Bewertung> &ergebnisse()
+const QList<Transport::Ergebnis> &ergebnisse()
 {
-    const auto mit = [](const char *art, const QString &titel, const QString &detail) {
-        Bewertung b = Fensterprobe::gut();
-        b.art = QString::fromLatin1(art);
-        b.titel = titel;
-        b.detail = detail;
-        b.betrieb = u"schatten"_s;
-        return b;
+    const auto mit = [](const QString &zustand, const QJsonObject &ergebnis = {}) {
+        QJsonObject mehr = angebot(u"1.10"_s);
+        mehr.insert(u"betrieb"_s, u"schatten"_s);
+        mehr.insert(u"ergebnis"_s, ergebnis);
+        return Fensterprobe::antwort(zustand, mehr);
     };
-    static const QList<Bewertung> alle{
-        Fensterprobe::gut(),
-        mit("warn", u"Unterschiede gefunden"_s,
-            u"Diesem Mac fehlen Änderungen an 3 Titeln. Von hier kämen Änderungen an 1 Titel. "
-            "Probebetrieb: kalvaro prüft vorerst nur und überträgt noch nichts."_s),
-        mit("warn", u"Die Cloud erreicht diesen Mac nicht"_s,
-            u"Der Fernzugang (SSH) zu diesem Mac fehlt gerade. rekordbox startet mit dem Stand "
-            "dieses Macs."_s),
-        mit("krit", u"Abgleich angehalten"_s,
-            u"Zur Sicherheit wurde nichts verändert: dieser Abgleich hätte ungewöhnlich viel "
-            "gelöscht. Deine Bibliothek ist unverändert, der Betreiber der Cloud schaut es sich "
-            "an."_s),
-        mit("aus", u"rekordbox läuft"_s, u"Der Abgleich folgt, sobald rekordbox beendet ist."_s),
+    const QJsonObject drei{{u"djmdContent"_s, 3}};
+    static const QList<Transport::Ergebnis> alle{
+        Fensterprobe::gut(angebot(u"1.10"_s)),
+        mit(u"schatten"_s, {{u"aendert_geraet"_s, drei}, {u"aendert_zentrale"_s, drei}}),
+        mit(u"nicht_erreichbar"_s),
+        mit(u"angehalten"_s),
+        mit(u"rekordbox_offen"_s),
+        abgleichAntwort(u"verschoben"_s), // without figures
     };
     return alle;
 }
@@ -89,7 +84,8 @@ bool istErlaubt(const QString &inhalt)
 {
     static const QStringList vomServer = [] {
         QStringList texte;
-        for (const Bewertung &b : ergebnisse()) {
+        for (const Transport::Ergebnis &antwort : ergebnisse()) {
+            const Bewertung b = antwortBewerten(QJsonDocument::fromJson(antwort->daten).object());
             texte << b.titel << b.detail << b.titel + u". "_s + b.detail;
         }
         return texte;
@@ -144,7 +140,7 @@ QString mangel(QWidget *widget)
 
 } // namespace
 
-class TstHauptfensterTexte : public QObject
+class TestHauptfensterTexte final : public QObject
 {
     Q_OBJECT
 
@@ -161,11 +157,12 @@ private:
     static void durchAlleZustaende(Fensterprobe &p, const std::function<void()> &pruefen);
     static void pruefen(const Fensterprobe &p);
 
-    Datenordner daten;
+    Datenordner &daten = Testumgebung::ordner();
     const QFont grundschrift = QApplication::font();
 };
 
-void TstHauptfensterTexte::durchAlleZustaende(Fensterprobe &p, const std::function<void()> &pruefen)
+void TestHauptfensterTexte::durchAlleZustaende(Fensterprobe &p,
+                                               const std::function<void()> &pruefen)
 {
     const auto jetzt = [&] {
         Fensterprobe::ruhe();
@@ -173,27 +170,23 @@ void TstHauptfensterTexte::durchAlleZustaende(Fensterprobe &p, const std::functi
     };
     p.fenster->oeffnen(false);
     jetzt();
-    p.fenster->abgleichen(u"nachher"_s, false, {});
+    p.rekordboxGestartet();
+    p.rekordboxBeendet();
     p.uhr.vor(Sekunden(10));
     jetzt();
-    p.treiber->beantworten(Fensterprobe::gut());
-    for (Bewertung b : ergebnisse()) {
-        b.neueVersion = u"1.10"_s;
-        b.updateAdresse = u"https://cloud/x"_s;
-        p.abgeglichen(b);
+    for (const Transport::Ergebnis &antwort : ergebnisse()) {
+        p.abgeglichen(antwort);
         jetzt();
     }
-    p.abgeglichen({.titel = u"Unterschiede gefunden"_s}); // without figures
-    jetzt();
     p.stand = std::nullopt;
     QTest::keyClick(p.fenster.get(), Qt::Key_Return);
     p.uhr.vor(Sekunden(3));
     jetzt();
-    p.fenster->rekordboxLaeuftAnzeigen();
+    p.rekordboxGestartet();
     jetzt();
 }
 
-void TstHauptfensterTexte::pruefen(const Fensterprobe &p)
+void TestHauptfensterTexte::pruefen(const Fensterprobe &p)
 {
     QWidget *const ganz = p.teil(u"ganz"_s);
     QList<QWidget *> blaetter;
@@ -220,7 +213,7 @@ void TstHauptfensterTexte::pruefen(const Fensterprobe &p)
     QCOMPARE(ganz->width(), 520);
 }
 
-void TstHauptfensterTexte::allesPasstUndHeisst_data()
+void TestHauptfensterTexte::allesPasstUndHeisst_data()
 {
     QTest::addColumn<QString>("schrift");
     QTest::addColumn<double>("faktor");
@@ -231,7 +224,7 @@ void TstHauptfensterTexte::allesPasstUndHeisst_data()
     }
 }
 
-void TstHauptfensterTexte::allesPasstUndHeisst()
+void TestHauptfensterTexte::allesPasstUndHeisst()
 {
     QFETCH(QString, schrift);
     QFETCH(double, faktor);
@@ -245,7 +238,7 @@ void TstHauptfensterTexte::allesPasstUndHeisst()
     durchAlleZustaende(p, [&] { pruefen(p); });
 }
 
-void TstHauptfensterTexte::allesIstDeutsch()
+void TestHauptfensterTexte::allesIstDeutsch()
 {
     Fensterprobe p({.autostart = true});
     durchAlleZustaende(p, [&] {
@@ -270,5 +263,5 @@ void TstHauptfensterTexte::allesIstDeutsch()
     });
 }
 
-QTEST_MAIN(TstHauptfensterTexte)
+KALVARO_FENSTERTEST(TestHauptfensterTexte)
 #include "tst_hauptfenster_texte.moc"

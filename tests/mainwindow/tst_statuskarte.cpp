@@ -1,5 +1,6 @@
 #include "doubles/testuhr.h"
 #include "mainwindow/statuskarte.h"
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
 #include "ui/pille.h"
@@ -7,7 +8,6 @@
 #include "ui/symbole.h"
 
 #include <QApplication>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -18,7 +18,7 @@ const QString vergleicht = u"kalvaro vergleicht diesen Mac mit der Cloud"_s;
 
 } // namespace
 
-class TstStatuskarte : public QObject
+class TestStatuskarte final : public QObject
 {
     Q_OBJECT
 
@@ -30,6 +30,7 @@ private Q_SLOTS:
     void arten();
     void radStattZeichen();
     void zaehler();
+    void uhrSpringt();
     void zaehlerBeginntNeu();
     void zaehlerEndetMitDemErgebnis_data();
     void zaehlerEndetMitDemErgebnis();
@@ -67,7 +68,7 @@ private:
     Pille *marke = nullptr;
 };
 
-void TstStatuskarte::init()
+void TestStatuskarte::init()
 {
     QApplication::setPalette(eigenePalette(false));
     uhr = std::make_unique<Testuhr>();
@@ -79,33 +80,40 @@ void TstStatuskarte::init()
     marke = karte->findChild<Pille *>(u"pille"_s);
 }
 
-void TstStatuskarte::arten_data()
+void TestStatuskarte::arten_data()
 {
+    QTest::addColumn<std::optional<Art>>("art");
     QTest::addColumn<QString>("symbol");
     QTest::addColumn<QColor>("toenung");
     QTest::addColumn<QColor>("fuellung");
     QTest::addColumn<QColor>("schrift");
     const QPalette p = eigenePalette(false);
     const QColor keine(0, 0, 0, 0);
-    QTest::newRow("gut") << u"checkmark.circle.fill"_s << QColor(52, 199, 89) << Farbe::gutWeich(p)
-                         << QColor(36, 138, 61);
-    QTest::newRow("warn") << u"exclamationmark.circle.fill"_s << QColor(255, 149, 0)
-                          << Farbe::warnWeich(p) << QColor(178, 80, 0);
-    QTest::newRow("krit") << u"exclamationmark.octagon.fill"_s << QColor(255, 59, 48)
-                          << Farbe::kritWeich(p) << QColor(215, 0, 21);
-    QTest::newRow("aus") << u"play.circle.fill"_s << Farbe::akzent(p) << keine << Farbe::schrift(p);
-    QTest::newRow("laden") << QString() << Farbe::schrift(p) << keine << Farbe::schrift(p);
-    QTest::newRow("unheard of") << QString() << Farbe::schrift(p) << keine << Farbe::schrift(p);
-    QTest::newRow("") << QString() << Farbe::schrift(p) << keine << Farbe::schrift(p);
+    QTest::newRow("gut") << std::optional(Art::Gut) << u"checkmark.circle.fill"_s
+                         << QColor(52, 199, 89) << Farbe::gutWeich(p) << QColor(36, 138, 61);
+    QTest::newRow("warn") << std::optional(Art::Warn) << u"exclamationmark.circle.fill"_s
+                          << QColor(255, 149, 0) << Farbe::warnWeich(p) << QColor(178, 80, 0);
+    QTest::newRow("krit") << std::optional(Art::Krit) << u"exclamationmark.octagon.fill"_s
+                          << QColor(255, 59, 48) << Farbe::kritWeich(p) << QColor(215, 0, 21);
+    QTest::newRow("aus") << std::optional(Art::Aus) << u"play.circle.fill"_s << Farbe::akzent(p)
+                         << keine << Farbe::schrift(p);
+    QTest::newRow("laden") << std::optional<Art>() << QString() << Farbe::schrift(p) << keine
+                           << Farbe::schrift(p);
 }
 
-void TstStatuskarte::arten()
+void TestStatuskarte::arten()
 {
+    QFETCH(std::optional<Art>, art);
     QFETCH(QString, symbol);
     QFETCH(QColor, toenung);
     QFETCH(QColor, fuellung);
     QFETCH(QColor, schrift);
-    karte->zeige(QString::fromUtf8(QTest::currentDataTag()), u"Titel"_s, u"Detail"_s);
+    if (art) {
+        karte->zeige(*art, u"Titel"_s, u"Detail"_s);
+    } else {
+        karte->laden(u"Titel"_s, u"Detail"_s);
+    }
+    QCOMPARE(karte->art(), art);
     QCOMPARE(titel(), u"Titel"_s);
     QCOMPARE(detail(), u"Detail"_s);
     QCOMPARE(zeichen->name(), symbol);
@@ -118,28 +126,28 @@ void TstStatuskarte::arten()
     QCOMPARE(lblDetail->farbe(), Farbe::sekundaer(karte->palette()));
 }
 
-void TstStatuskarte::radStattZeichen()
+void TestStatuskarte::radStattZeichen()
 {
-    karte->zeige(u"laden"_s, u"Titel"_s, vergleicht);
+    karte->laden(u"Titel"_s, vergleicht);
     QVERIFY(zeichen->isHidden());
     QVERIFY(!rad->isHidden());
-    karte->zeige(u"gut"_s, u"Titel"_s, u"Detail"_s);
+    karte->zeige(Art::Gut, u"Titel"_s, u"Detail"_s);
     QVERIFY(!zeichen->isHidden());
     QVERIFY(rad->isHidden());
-    karte->zeige(u"laden"_s, u"Titel"_s, vergleicht);
+    karte->laden(u"Titel"_s, vergleicht);
     QVERIFY(zeichen->isHidden());
     // Both in the same place.
     setzen();
     const QRect amRad = rad->geometry();
-    karte->zeige(u"aus"_s, u"Titel"_s, u"Detail"_s);
+    karte->zeige(Art::Aus, u"Titel"_s, u"Detail"_s);
     setzen();
     QCOMPARE(zeichen->geometry(), amRad);
 }
 
 // A suffix of two blanks and the elapsed seconds in parentheses, renewed once per second.
-void TstStatuskarte::zaehler()
+void TestStatuskarte::zaehler()
 {
-    karte->zeige(u"laden"_s, u"Titel"_s, vergleicht);
+    karte->laden(u"Titel"_s, vergleicht);
     QCOMPARE(detail(), vergleicht);
     uhr->vor(Sekunden(0.999));
     QCOMPARE(detail(), vergleicht);
@@ -153,29 +161,42 @@ void TstStatuskarte::zaehler()
     QCOMPARE(detail(), vergleicht + u"  (480 s)"_s);
 }
 
-void TstStatuskarte::zaehlerBeginntNeu()
+// Somebody set the clock, or it found the right time: the counter once jumped or stood still.
+void TestStatuskarte::uhrSpringt()
 {
-    karte->zeige(u"laden"_s, u"Verbinde"_s, u"Einen Moment"_s);
+    karte->laden(u"Titel"_s, vergleicht);
+    uhr->vor(Sekunden(3));
+    uhr->verstellen(Sekunden(-3600));
+    uhr->vor(Sekunden(1));
+    QCOMPARE(detail(), vergleicht + u"  (4 s)"_s);
+    uhr->verstellen(Sekunden(7200));
+    uhr->vor(Sekunden(1));
+    QCOMPARE(detail(), vergleicht + u"  (5 s)"_s);
+}
+
+void TestStatuskarte::zaehlerBeginntNeu()
+{
+    karte->laden(u"Verbinde"_s, u"Einen Moment"_s);
     uhr->vor(Sekunden(7.5));
-    karte->zeige(u"laden"_s, u"Titel"_s, vergleicht);
+    karte->laden(u"Titel"_s, vergleicht);
     QCOMPARE(uhr->offen(), 1);
     QCOMPARE(detail(), vergleicht);
     uhr->vor(Sekunden(1));
     QCOMPARE(detail(), vergleicht + u"  (1 s)"_s);
 }
 
-void TstStatuskarte::zaehlerEndetMitDemErgebnis_data()
+void TestStatuskarte::zaehlerEndetMitDemErgebnis_data()
 {
-    QTest::addColumn<QString>("art");
-    for (const QString &art : {u"gut"_s, u"warn"_s, u"krit"_s, u"aus"_s, u"anders"_s}) {
-        QTest::addRow("%s", qPrintable(art)) << art;
+    QTest::addColumn<Art>("art");
+    for (const Art art : {Art::Gut, Art::Warn, Art::Krit, Art::Aus}) {
+        QTest::addRow("%s", qPrintable(artname(art))) << art;
     }
 }
 
-void TstStatuskarte::zaehlerEndetMitDemErgebnis()
+void TestStatuskarte::zaehlerEndetMitDemErgebnis()
 {
-    QFETCH(QString, art);
-    karte->zeige(u"laden"_s, u"Titel"_s, vergleicht);
+    QFETCH(Art, art);
+    karte->laden(u"Titel"_s, vergleicht);
     uhr->vor(Sekunden(2));
     karte->zeige(art, u"Titel"_s, u"Detail"_s);
     QCOMPARE(uhr->offen(), 0);
@@ -183,10 +204,10 @@ void TstStatuskarte::zaehlerEndetMitDemErgebnis()
     QCOMPARE(detail(), u"Detail"_s);
 }
 
-void TstStatuskarte::zaehlerNachVerbergenUndZeigen()
+void TestStatuskarte::zaehlerNachVerbergenUndZeigen()
 {
     karte->show();
-    karte->zeige(u"laden"_s, u"Titel"_s, vergleicht);
+    karte->laden(u"Titel"_s, vergleicht);
     uhr->vor(Sekunden(2));
     karte->hide();
     uhr->vor(Sekunden(30));
@@ -196,39 +217,39 @@ void TstStatuskarte::zaehlerNachVerbergenUndZeigen()
     QCOMPARE(detail(), vergleicht + u"  (33 s)"_s);
 }
 
-void TstStatuskarte::zaehlerSchweigt()
+void TestStatuskarte::zaehlerSchweigt()
 {
-    karte->zeige(u"laden"_s, u"Titel"_s, vergleicht);
+    karte->laden(u"Titel"_s, vergleicht);
     const QString ansage = karte->accessibleName();
     uhr->vor(Sekunden(3));
     QCOMPARE(karte->accessibleName(), ansage);
     QCOMPARE(lblDetail->accessibleName(), vergleicht);
 }
 
-void TstStatuskarte::zaehlerEndetMitDerKarte()
+void TestStatuskarte::zaehlerEndetMitDerKarte()
 {
     karte->show();
-    karte->zeige(u"laden"_s, u"Titel"_s, vergleicht);
+    karte->laden(u"Titel"_s, vergleicht);
     QVERIFY(uhr->offen() > 0);
     karte.reset();
     QCOMPARE(uhr->offen(), 0);
 }
 
-void TstStatuskarte::ansage()
+void TestStatuskarte::ansage()
 {
-    karte->zeige(u"gut"_s, u"Bibliothek ist abgeglichen"_s, u"Es gab nichts zu übertragen."_s);
+    karte->zeige(Art::Gut, u"Bibliothek ist abgeglichen"_s, u"Es gab nichts zu übertragen."_s);
     QCOMPARE(karte->accessibleName(),
              u"Bibliothek ist abgeglichen. Es gab nichts zu übertragen."_s);
-    karte->zeige(u"laden"_s, u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
+    karte->laden(u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
     QCOMPARE(karte->accessibleName(), u"Verbinde mit der Cloud … Einen Moment"_s);
-    karte->zeige(u"warn"_s, u"Unbekannter Zustand"_s, {});
+    karte->zeige(Art::Warn, u"Unbekannter Zustand"_s, {});
     QCOMPARE(karte->accessibleName(), u"Unbekannter Zustand"_s);
-    karte->zeige(u"krit"_s, u"Abgleich gestört"_s, QString(1'000'000, u'x'));
+    karte->zeige(Art::Krit, u"Abgleich gestört"_s, QString(1'000'000, u'x'));
     QVERIFY(karte->accessibleName().startsWith(u"Abgleich gestört. xxx"_s));
     QVERIFY(karte->accessibleName().size() < 5000);
 }
 
-void TstStatuskarte::pille_data()
+void TestStatuskarte::pille_data()
 {
     QTest::addColumn<QString>("betrieb");
     QTest::addColumn<QString>("inhalt");
@@ -242,7 +263,7 @@ void TstStatuskarte::pille_data()
     QTest::newRow("unheard of") << u"Scharf"_s << QString() << QColor() << QColor();
 }
 
-void TstStatuskarte::pille()
+void TestStatuskarte::pille()
 {
     QFETCH(QString, betrieb);
     QFETCH(QString, inhalt);
@@ -258,14 +279,14 @@ void TstStatuskarte::pille()
     }
 }
 
-void TstStatuskarte::pilleBleibt_data()
+void TestStatuskarte::pilleBleibt_data()
 {
     QTest::addColumn<QString>("danach");
     QTest::newRow("an outcome with an empty mode leaves the pill visible") << QString();
     QTest::newRow("an unknown mode as well") << u"probe"_s;
 }
 
-void TstStatuskarte::pilleBleibt()
+void TestStatuskarte::pilleBleibt()
 {
     QFETCH(QString, danach);
     karte->betriebZeigen(u"schatten"_s);
@@ -277,25 +298,25 @@ void TstStatuskarte::pilleBleibt()
 }
 
 // It does not jump between one line and two.
-void TstStatuskarte::hoehe()
+void TestStatuskarte::hoehe()
 {
-    karte->zeige(u"gut"_s, u"Titel"_s, u"eine Zeile"_s);
+    karte->zeige(Art::Gut, u"Titel"_s, u"eine Zeile"_s);
     setzen();
     QCOMPARE(karte->height(), 96);
-    karte->zeige(u"gut"_s, u"Titel"_s, u"eine\nzweite"_s);
+    karte->zeige(Art::Gut, u"Titel"_s, u"eine\nzweite"_s);
     setzen();
     QCOMPARE(karte->height(), 96);
-    karte->zeige(u"gut"_s, u"Titel"_s, u"eine\nzweite\ndritte\nvierte"_s);
+    karte->zeige(Art::Gut, u"Titel"_s, u"eine\nzweite\ndritte\nvierte"_s);
     setzen();
     QVERIFY(karte->height() > 110);
     QVERIFY(lblDetail->toolTip().isEmpty());
 }
 
 // A headline beside the wider pill was once cut.
-void TstStatuskarte::langerTitelBrichtUm()
+void TestStatuskarte::langerTitelBrichtUm()
 {
     karte->betriebZeigen(u"schatten"_s);
-    karte->zeige(u"warn"_s, u"Die Cloud erreicht diesen Mac nicht"_s, u"Detail"_s);
+    karte->zeige(Art::Warn, u"Die Cloud erreicht diesen Mac nicht"_s, u"Detail"_s);
     setzen();
     QVERIFY2(lblTitel->toolTip().isEmpty(), qPrintable(lblTitel->toolTip()));
     QVERIFY(lblTitel->height() >= lblTitel->heightForWidth(lblTitel->width()));
@@ -303,10 +324,10 @@ void TstStatuskarte::langerTitelBrichtUm()
     QVERIFY(lblDetail->y() >= lblTitel->geometry().bottom());
 }
 
-void TstStatuskarte::textVomServer()
+void TestStatuskarte::textVomServer()
 {
     const QString fehler = u"<img src=x> &amp; "_s + QString(10'000, u'x');
-    karte->zeige(u"krit"_s, u"<b>Abgleich</b>"_s, fehler);
+    karte->zeige(Art::Krit, u"<b>Abgleich</b>"_s, fehler);
     setzen();
     QCOMPARE(titel(), u"<b>Abgleich</b>"_s);
     QCOMPARE(detail(), fehler);
@@ -315,20 +336,20 @@ void TstStatuskarte::textVomServer()
     QVERIFY(lblDetail->toolTip().contains(u"&lt;img src=x&gt; &amp;amp;"_s));
 }
 
-void TstStatuskarte::erscheinungWechselt()
+void TestStatuskarte::erscheinungWechselt()
 {
     karte->betriebZeigen(u"scharf"_s);
-    karte->zeige(u"krit"_s, u"Titel"_s, u"Detail"_s);
+    karte->zeige(Art::Krit, u"Titel"_s, u"Detail"_s);
     setzen();
     const QImage hell = karte->grab().toImage();
     QApplication::setPalette(eigenePalette(true));
     Statuskarte neu(*uhr);
     neu.betriebZeigen(u"scharf"_s);
-    neu.zeige(u"krit"_s, u"Titel"_s, u"Detail"_s);
+    neu.zeige(Art::Krit, u"Titel"_s, u"Detail"_s);
     neu.resize(karte->size());
     QTRY_COMPARE(karte->grab().toImage(), neu.grab().toImage());
     QVERIFY(karte->grab().toImage() != hell);
 }
 
-QTEST_MAIN(TstStatuskarte)
+KALVARO_FENSTERTEST(TestStatuskarte)
 #include "tst_statuskarte.moc"

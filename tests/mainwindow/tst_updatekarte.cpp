@@ -1,14 +1,14 @@
 #include "mainwindow/updatekarte.h"
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
-class TstUpdatekarte : public QObject
+class TestUpdatekarte final : public QObject
 {
     Q_OBJECT
 
@@ -22,13 +22,13 @@ private Q_SLOTS:
     void versionWoertlichUndGekuerzt();
 };
 
-void TstUpdatekarte::amAnfangVerborgen()
+void TestUpdatekarte::amAnfangVerborgen()
 {
     const Updatekarte karte;
     QVERIFY(karte.isHidden());
 }
 
-void TstUpdatekarte::ohneAdresseNichts()
+void TestUpdatekarte::ohneAdresseNichts()
 {
     Updatekarte karte;
     QSignalSpy gedrueckt(&karte, &Updatekarte::gedrueckt);
@@ -36,7 +36,7 @@ void TstUpdatekarte::ohneAdresseNichts()
     QCOMPARE(gedrueckt.size(), 0);
 }
 
-void TstUpdatekarte::zeigtUndOeffnet()
+void TestUpdatekarte::zeigtUndOeffnet()
 {
     Updatekarte karte;
     QSignalSpy gedrueckt(&karte, &Updatekarte::gedrueckt);
@@ -53,7 +53,7 @@ void TstUpdatekarte::zeigtUndOeffnet()
     QCOMPARE(gedrueckt, (QList<QVariantList>{{u"https://cloud/kalvaro"_s}}));
 }
 
-void TstUpdatekarte::spaeteresAngebotErsetztDasFruehere()
+void TestUpdatekarte::spaeteresAngebotErsetztDasFruehere()
 {
     Updatekarte karte;
     QSignalSpy gedrueckt(&karte, &Updatekarte::gedrueckt);
@@ -65,7 +65,7 @@ void TstUpdatekarte::spaeteresAngebotErsetztDasFruehere()
     QCOMPARE(gedrueckt, (QList<QVariantList>{{u"https://cloud/b"_s}}));
 }
 
-void TstUpdatekarte::tastenDruecken_data()
+void TestUpdatekarte::tastenDruecken_data()
 {
     QTest::addColumn<Qt::Key>("taste");
     QTest::newRow("space") << Qt::Key_Space;
@@ -74,7 +74,7 @@ void TstUpdatekarte::tastenDruecken_data()
 }
 
 // Return on the focused button once started rekordbox instead.
-void TstUpdatekarte::tastenDruecken()
+void TestUpdatekarte::tastenDruecken()
 {
     QFETCH(Qt::Key, taste);
     Updatekarte karte;
@@ -84,7 +84,7 @@ void TstUpdatekarte::tastenDruecken()
     QCOMPARE(gedrueckt.size(), 1);
 }
 
-void TstUpdatekarte::versionWoertlichUndGekuerzt()
+void TestUpdatekarte::versionWoertlichUndGekuerzt()
 {
     Updatekarte karte;
     karte.zeige(u"<b>"_s + QString(500, u'9'), u"https://cloud/a"_s);
@@ -97,5 +97,5 @@ void TstUpdatekarte::versionWoertlichUndGekuerzt()
     QVERIFY(karte.minimumSizeHint().width() <= 472);
 }
 
-QTEST_MAIN(TstUpdatekarte)
+KALVARO_FENSTERTEST(TestUpdatekarte)
 #include "tst_updatekarte.moc"

@@ -1,11 +1,11 @@
 #include "mainwindow/zahlenkarte.h"
+#include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/schrift.h"
 #include "ui/tabellenzahl.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -34,7 +34,7 @@ QJsonObject volle()
 
 } // namespace
 
-class TstZahlenkarte : public QObject
+class TestZahlenkarte final : public QObject
 {
     Q_OBJECT
 
@@ -74,7 +74,7 @@ private:
     std::unique_ptr<Zahlenkarte> karte;
 };
 
-void TstZahlenkarte::amAnfang()
+void TestZahlenkarte::amAnfang()
 {
     QCOMPARE(kacheln(), QStringList(4, u"–"_s));
     QVERIFY(zeile1().isEmpty());
@@ -86,7 +86,7 @@ void TstZahlenkarte::amAnfang()
     QCOMPARE(karte->sizeHint().height(), vorher);
 }
 
-void TstZahlenkarte::vierKacheln()
+void TestZahlenkarte::vierKacheln()
 {
     karte->zeige(antwort(volle()), 214e9, jetzt);
     QCOMPARE(kacheln(), QStringList({u"12.345"_s, u"321"_s, u"4.567"_s, u"123 GB"_s}));
@@ -100,7 +100,7 @@ void TstZahlenkarte::vierKacheln()
     }
 }
 
-void TstZahlenkarte::beideZeilen()
+void TestZahlenkarte::beideZeilen()
 {
     karte->zeige(antwort(volle()), 214e9, jetzt);
     QCOMPARE(zeile1(), u"Analysiert: 12.001 Titel   ·   Analysedaten: 52,3 GB   ·   "
@@ -108,7 +108,7 @@ void TstZahlenkarte::beideZeilen()
     QCOMPARE(zeile2(), u"Stand der Cloud: heute 18:05   ·   geprüft heute 18:07"_s);
 }
 
-void TstZahlenkarte::standDerCloud_data()
+void TestZahlenkarte::standDerCloud_data()
 {
     QTest::addColumn<QJsonValue>("stand");
     QTest::addColumn<QString>("erwartet");
@@ -120,7 +120,7 @@ void TstZahlenkarte::standDerCloud_data()
     QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << u"–"_s;
 }
 
-void TstZahlenkarte::standDerCloud()
+void TestZahlenkarte::standDerCloud()
 {
     QFETCH(QJsonValue, stand);
     QFETCH(QString, erwartet);
@@ -134,7 +134,7 @@ void TstZahlenkarte::standDerCloud()
     QCOMPARE(zeile2(), u"Stand der Cloud: "_s + erwartet + u"   ·   geprüft heute 18:07"_s);
 }
 
-void TstZahlenkarte::ohneStatistikBleibenDieKacheln_data()
+void TestZahlenkarte::ohneStatistikBleibenDieKacheln_data()
 {
     QTest::addColumn<QJsonValue>("neue");
     QTest::newRow("no answer") << QJsonValue(QJsonValue::Undefined);
@@ -146,7 +146,7 @@ void TstZahlenkarte::ohneStatistikBleibenDieKacheln_data()
 }
 
 // Keeps the tile figures of the previous good outcome but replaces both lines.
-void TstZahlenkarte::ohneStatistikBleibenDieKacheln()
+void TestZahlenkarte::ohneStatistikBleibenDieKacheln()
 {
     QFETCH(QJsonValue, neue);
     karte->zeige(antwort(volle()), 214e9, jetzt);
@@ -157,7 +157,7 @@ void TstZahlenkarte::ohneStatistikBleibenDieKacheln()
     QCOMPARE(zeile2(), keineVerbindung);
 }
 
-void TstZahlenkarte::fehlendeZahlen()
+void TestZahlenkarte::fehlendeZahlen()
 {
     karte->zeige(antwort({{u"titel"_s, QJsonValue::Null}}), 214e9, jetzt);
     QCOMPARE(kacheln(), QStringList({u"–"_s, u"–"_s, u"–"_s, u"–"_s}));
@@ -165,7 +165,7 @@ void TstZahlenkarte::fehlendeZahlen()
              u"Analysiert: – Titel   ·   Analysedaten: –   ·   Frei auf dem Mac: 214 GB"_s);
 }
 
-void TstZahlenkarte::zahlenAlsText()
+void TestZahlenkarte::zahlenAlsText()
 {
     QJsonObject statistik = volle();
     statistik[u"titel"_s] = u"2500"_s;
@@ -175,13 +175,13 @@ void TstZahlenkarte::zahlenAlsText()
     QCOMPARE(kacheln().at(1), u"–"_s);
 }
 
-void TstZahlenkarte::freierPlatzUnbekannt()
+void TestZahlenkarte::freierPlatzUnbekannt()
 {
     karte->zeige({}, std::nullopt, jetzt);
     QCOMPARE(zeile1(), u"Frei auf dem Mac: –"_s);
 }
 
-void TstZahlenkarte::kachelnSindGleichGross()
+void TestZahlenkarte::kachelnSindGleichGross()
 {
     QJsonObject statistik = volle();
     statistik[u"hot_cues"_s] = 123456789;
@@ -198,7 +198,7 @@ void TstZahlenkarte::kachelnSindGleichGross()
     QVERIFY(karte->findChild<QWidget *>(u"zahlen1"_s)->grab().toImage() != mitBreiter);
 }
 
-void TstZahlenkarte::schriften()
+void TestZahlenkarte::schriften()
 {
     const auto punkt = [this](const QString &name) {
         return label(name)->font().pointSizeF() * label(name)->logicalDpiY() / 72;
@@ -212,7 +212,7 @@ void TstZahlenkarte::schriften()
 }
 
 // "Frei auf dem Mac" was once torn apart at larger fonts.
-void TstZahlenkarte::zeilenBrechenZwischenDenAngaben()
+void TestZahlenkarte::zeilenBrechenZwischenDenAngaben()
 {
     karte->zeige(antwort(volle()), 214e9, jetzt);
     auto *const zeile = label(u"lblZeile1"_s);
@@ -221,7 +221,7 @@ void TstZahlenkarte::zeilenBrechenZwischenDenAngaben()
     erwartet.setFont(systemschrift(15));
     erwartet.setUmbruch(436, 3);
     erwartet.setZeilenhoehe(18);
-    erwartet.setText(
+    erwartet.textSetzen(
         u"Analysiert: 12.001 Titel   ·   Analysedaten: 52,3 GB\nFrei auf dem Mac: 214 GB"_s);
     zeile->resize(436, zeile->heightForWidth(436));
     erwartet.resize(zeile->size());
@@ -234,5 +234,5 @@ void TstZahlenkarte::zeilenBrechenZwischenDenAngaben()
     QCOMPARE(bild(*zeile), bild(erwartet));
 }
 
-QTEST_MAIN(TstZahlenkarte)
+KALVARO_FENSTERTEST(TestZahlenkarte)
 #include "tst_zahlenkarte.moc"

@@ -16,6 +16,7 @@
 #include <QSignalSpy>
 
 using namespace kalvaro;
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -89,7 +90,8 @@ void TestEinstellungendemocloud::oeffnen()
 {
     const QList<Installation> installationen{{u"7.1.4"_s, {}}, {u"6.8.5"_s, {}}};
     fenster = std::make_unique<EinstellungenFenster>(
-        EinstellungenFenster::Umfeld{*zentrale, *einst, *anmeldestart, installationen, u"scharf"_s},
+        EinstellungenFenster::Vorgaben{*zentrale, *einst, *anmeldestart, installationen,
+                                       u"scharf"_s},
         nullptr);
     fenster->open();
     QVERIFY(QTest::qWaitForWindowActive(fenster.get()));

@@ -1,8 +1,7 @@
 // Thousands of syncs leave nothing behind: no timer, no object, no memory.
 
 #include "steuerungsprobe.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 #include <malloc.h>
 
@@ -50,11 +49,7 @@ private Q_SLOTS:
         Steuerungsprobe p;
         Sofortcloud cloud;
         p.rekordboxLaeuft(false, 0, 1); // keeps the first sync of a background start away
-        p.steuerung = std::make_unique<Steuerung>(p.konto,
-                                                  Adapter{p.uhr, cloud, p.prozesse, p.rekordbox,
-                                                          p.arbeitsplatz, p.anmeldestart,
-                                                          p.mitteilungen, p.statusobjekt},
-                                                  true);
+        p.starten(true, {}, &cloud);
         p.vor(15);
         p.rekordboxZu();
         if (mitFenster) {
@@ -83,7 +78,7 @@ private:
     void abgleichen(Steuerungsprobe &p, int anzahl)
     {
         for (int i = 0; i < anzahl; ++i) {
-            p.steuerung->abgleich(u"hand"_s, [this](const Bewertung &) { ++gerufen; });
+            p.abgleich(Anlass::Hand, [this](const Bewertung &) { ++gerufen; });
             p.vor(1);
             p.mitteilungen.alle.clear();
             p.statusobjekt.symbole.clear();
@@ -96,12 +91,13 @@ private:
     static qsizetype objektzahl(const Steuerungsprobe &p)
     {
         const Hauptfenster *const fenster = p.steuerung->fenster();
-        return p.steuerung->findChildren<QObject *>().size() +
+        return p.ablauf->zentrale.findChildren<QObject *>().size() +
+               p.steuerung->findChildren<QObject *>().size() +
                (fenster != nullptr ? fenster->findChildren<QObject *>().size() : 0);
     }
 
     int gerufen = 0;
 };
 
-QTEST_MAIN(TestDauerlauf)
+KALVARO_FENSTERTEST(TestDauerlauf)
 #include "tst_dauerlauf.moc"

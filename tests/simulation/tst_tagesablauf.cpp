@@ -1,9 +1,9 @@
 // One day in virtual time, with the real controller, window and server client.
 
 #include "steuerungsprobe.h"
+#include "testlauf.h"
 
 #include <QAction>
-#include <QTest>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -83,7 +83,7 @@ private Q_SLOTS:
         p->vor(3);
         QCOMPARE(p->mitteilungen.alle.size(), 1);
         QCOMPARE(p->mitteilungen.alle.takeFirst().titel, u"Neue Änderungen warten"_s);
-        p->steuerung->aufgewacht();
+        p->arbeitsplatz.geweckt();
         p->vor(3 * stunde);
 
         neu({u"rekordbox gestartet"_s});
@@ -136,7 +136,7 @@ private Q_SLOTS:
         p->abgleiche = {abgleichAntwort(u"aktuell"_s, angebot(u"1.5"_s)),
                         abgleichAntwort(u"aktuell"_s, angebot(u"1.5"_s)),
                         abgleichAntwort(u"aktuell"_s, angebot(u"1.5"_s))};
-        p->steuerung->aufgewacht();
+        p->arbeitsplatz.geweckt();
         p->vor(20);
         p->zeile(u"Jetzt abgleichen"_s)->trigger();
         p->vor();
@@ -178,5 +178,5 @@ private:
     QStringList gelesen;
 };
 
-QTEST_MAIN(TestTagesablauf)
+KALVARO_FENSTERTEST(TestTagesablauf)
 #include "tst_tagesablauf.moc"

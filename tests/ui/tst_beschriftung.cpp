@@ -155,8 +155,8 @@ void TestBeschriftung::einMegabyteIstSchnell()
         const auto umbrochen = label({}, 360);
         const auto einzeilig = label({});
         for (int i = 0; i < 5; ++i) {
-            umbrochen->setText(inhalt);
-            einzeilig->setText(inhalt);
+            umbrochen->textSetzen(inhalt);
+            einzeilig->textSetzen(inhalt);
         }
         bild(*umbrochen, 360);
         bild(*einzeilig, 360);
@@ -172,7 +172,7 @@ void TestBeschriftung::hinweisNurWennGekuerzt()
     QVERIFY(eines->toolTip().isEmpty());
     bild(*eines, 40);
     QVERIFY(!eines->toolTip().isEmpty());
-    eines->setText(u"Ja"_s);
+    eines->textSetzen(u"Ja"_s);
     QVERIFY(eines->toolTip().isEmpty());
 }
 
@@ -278,12 +278,12 @@ void TestBeschriftung::lesbarAufGrund()
 void TestBeschriftung::ansagen()
 {
     const auto eines = label(u"eins"_s);
-    eines->setText(u"zwei"_s);
+    eines->textSetzen(u"zwei"_s);
     QCOMPARE(eines->accessibleName(), u"zwei"_s);
-    eines->setTextLautlos(u"zwei  (1 s)"_s);
+    eines->textLautlosSetzen(u"zwei  (1 s)"_s);
     QCOMPARE(eines->text(), u"zwei  (1 s)"_s);
     QCOMPARE(eines->accessibleName(), u"zwei"_s);
-    eines->setText(QString(1'000'000, u'x'));
+    eines->textSetzen(QString(1'000'000, u'x'));
     QVERIFY(eines->accessibleName().size() < 5000);
 }
 

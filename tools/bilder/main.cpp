@@ -1,18 +1,13 @@
 // Draws the main window and the settings sheet in every state, light and dark, into a folder: the
 // pictures of docs/.
 //
-// The states come from made-up answers and a clock that stands still, so the pictures change only
-// when the window does.
+// The states come from made-up answers and a clock that moves only here, so the pictures change
+// only when the window does.
 
-#include "foundation/einstellungen.h"
-#include "foundation/konto.h"
+#include "ablauf/ablauf.h"
+#include "doubles/testumgebung.h"
 #include "mainwindow/bild.h"
 #include "mainwindow/hauptfenster.h"
-#include "platform/anmeldestart.h"
-#include "platform/arbeitsplatz.h"
-#include "platform/prozesse.h"
-#include "rekordbox/rekordbox.h"
-#include "server/zentrale.h"
 #include "settingswindow/einstellungenfenster.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
@@ -21,7 +16,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTreeView>
 
 #include <cstdio>
@@ -31,82 +25,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// 13 March 2026, 18:07; nothing is ever due, but what waits a second can be called at once.
-class Standuhr final : public Uhr
-{
-public:
-    [[nodiscard]] QDateTime jetzt() const override { return stand; }
-    [[nodiscard]] Weckruf nach(Sekunden, std::function<void()>) override { return {}; }
-    [[nodiscard]] Weckruf alle(Sekunden abstand, std::function<void()> ruf) override
-    {
-        if (abstand == Sekunden(1)) {
-            takte.append(std::move(ruf));
-        }
-        return {};
-    }
-
-    void sekundenVergehen(int sekunden)
-    {
-        stand = stand.addSecs(sekunden);
-        takte.last()();
-    }
-
-private:
-    QDateTime stand{QDate(2026, 3, 13), QTime(18, 7)};
-    QList<std::function<void()>> takte;
-};
-
-// Answers every request with one body, or with silence while it is empty, or not at all.
-class Skriptnetz final : public Transport
-{
-public:
-    explicit Skriptnetz(QByteArray inhalt)
-        : antwort(std::move(inhalt))
-    {
-    }
-
-    void senden(const Netzanfrage &anfrage, QObject *besitzer, Rueckruf fertig) override
-    {
-        const bool offline = antwort == "offline";
-        if (antwort.isEmpty() && anfrage.url.path() != u"/api/status") {
-            return;
-        }
-        const Ergebnis ergebnis =
-            offline
-                ? Ergebnis(tl::unexpected(Netzfehler{false, u"Der Server wurde nicht gefunden."_s}))
-                : Ergebnis(Netzantwort{200, antwort});
-        QMetaObject::invokeMethod(
-            besitzer, [=] { fertig(ergebnis); }, Qt::QueuedConnection);
-    }
-
-private:
-    const QByteArray antwort;
-};
-
-class Keinprozess final : public Prozesse
-{
-public:
-    [[nodiscard]] qsizetype anzahl(const QString &) const override { return 0; }
-    [[nodiscard]] QStringList buendel() const override { return {}; }
-};
-
-class Stillplatz final : public Arbeitsplatz
-{
-public:
-    void starten(const QString &, QObject *, std::function<void(std::optional<QString>)>) override
-    {
-    }
-    void oeffnen(const QUrl &) override {}
-    void auftreten(Auftritt) override {}
-};
-
-class Keinstart final : public Anmeldestart
-{
-public:
-    [[nodiscard]] bool an() const override { return false; }
-    void setzen(bool) override {}
-};
-
 const QByteArray zahlen = R"("betrieb":"scharf","statistik":{"titel":12345,"playlisten":321,
     "hot_cues":4567,"dateigroesse":123456000000,"analysiert":12001,"analysegroesse":52300000000,
     "stand":"2026-03-13 18:05:12"})";
@@ -114,7 +32,7 @@ const QByteArray zahlen = R"("betrieb":"scharf","statistik":{"titel":12345,"play
 struct Zustand
 {
     QString name;
-    QByteArray antwort; // see Skriptnetz
+    QByteArray antwort; // to every request; "offline" for none, empty for silence
 };
 
 QList<Zustand> zustaende()
@@ -153,47 +71,51 @@ QString bilddatei(const QDir &ziel, const Zustand &zustand, bool dunkel)
     return ziel.filePath(zustand.name + (dunkel ? u"-dunkel.png"_s : u"-hell.png"_s));
 }
 
+// 13 March 2026, 18:07, with two versions of rekordbox and a server that answers with the state.
+struct Welt : Testumgebung
+{
+    Welt(const Zustand &zustand, bool dunkel)
+        : Testumgebung({u"7.1.4"_s, u"6.8.5"_s})
+        , ablauf({u"Studio-Mac"_s, u"studio-mac"_s, {}, {u"http://127.0.0.1"_s}}, umgebung)
+    {
+        const QByteArray antwort = zustand.antwort;
+        netz.nach([antwort](const Netzanfrage &a) -> std::optional<Transport::Ergebnis> {
+            if (antwort == "offline") {
+                return Scripttransport::fehler(u"Der Server wurde nicht gefunden."_s);
+            }
+            const bool still = antwort.isEmpty() && a.url.path() != u"/api/status";
+            return still ? std::nullopt : std::optional(Scripttransport::antwort(200, antwort));
+        });
+        QApplication::setPalette(eigenePalette(dunkel));
+    }
+
+    Ablauf ablauf;
+};
+
 bool zeichnen(const QDir &ziel, const Zustand &zustand, bool dunkel)
 {
-    Standuhr uhr;
-    Skriptnetz netz(zustand.antwort);
-    const Keinprozess prozesse;
-    Stillplatz arbeitsplatz;
-    Keinstart anmeldestart;
-    const Rekordbox rekordbox(prozesse, qEnvironmentVariable("KALVARO_APPLICATIONS"));
-    Zentrale zentrale({u"Studio-Mac"_s, u"studio-mac"_s, {}, {u"http://127.0.0.1"_s}}, netz);
-    Einstellungen einst;
-
-    QApplication::setPalette(eigenePalette(dunkel));
-    Hauptfenster fenster({zentrale, einst, uhr, rekordbox, arbeitsplatz, anmeldestart}, {},
-                         nullptr);
+    Welt welt(zustand, dunkel);
+    Hauptfenster fenster(welt.ablauf, Verbleib::Allein);
     fenster.starten();
     abwarten();
     if (zustand.antwort.isEmpty()) {
-        uhr.sekundenVergehen(3);
+        welt.uhr.vor(Sekunden(3));
     }
     // The free space of this machine would change every picture each time.
     auto *const zeile = fenster.findChild<Beschriftung *>(u"lblZeile1"_s);
     static const QRegularExpression frei(u"(?<=Mac: ).*"_s);
-    zeile->setText(zeile->text().replace(frei, u"214 GB"_s));
+    zeile->textSetzen(zeile->text().replace(frei, u"214 GB"_s));
     abwarten();
-    const QString pfad = ziel.filePath(zustand.name + (dunkel ? u"-dunkel.png"_s : u"-hell.png"_s));
-    return bildSpeichern(fenster.findChild<QWidget *>(u"ganz"_s), pfad);
+    return bildSpeichern(fenster.findChild<QWidget *>(u"ganz"_s), bilddatei(ziel, zustand, dunkel));
 }
 
 // The settings sheet, with what the server answers to the question for the playlists.
 bool einstellungenZeichnen(const QDir &ziel, const Zustand &zustand, bool dunkel)
 {
-    Skriptnetz netz(zustand.antwort);
-    Keinstart anmeldestart;
-    const Keinprozess prozesse;
-    const Rekordbox rekordbox(prozesse, qEnvironmentVariable("KALVARO_APPLICATIONS"));
-    Zentrale zentrale({u"Studio-Mac"_s, u"studio-mac"_s, {}, {u"http://127.0.0.1"_s}}, netz);
-    Einstellungen einst;
-
-    QApplication::setPalette(eigenePalette(dunkel));
-    EinstellungenFenster blatt(
-        {zentrale, einst, anmeldestart, rekordbox.installationen(), u"scharf"_s}, nullptr);
+    Welt welt(zustand, dunkel);
+    EinstellungenFenster blatt({welt.ablauf.zentrale, welt.ablauf.einst, welt.anmeldestart,
+                                welt.rekordbox.installationen(), u"scharf"_s},
+                               nullptr);
     blatt.show();
     blatt.laden();
     abwarten();
@@ -227,8 +149,6 @@ int main(int argc, char *argv[])
         std::fputs("Aufruf: kalvaro-bilder ORDNER\n", stderr);
         return 2;
     }
-    const QTemporaryDir daten;
-    qputenv("XDG_DATA_HOME", daten.path().toLocal8Bit());
     QApplication anwendung(argc, argv);
     erscheinungEinrichten(anwendung);
     const QDir ziel(QString::fromLocal8Bit(argv[1]));

@@ -3,17 +3,20 @@
 #include "szenario.h"
 #include "welt.h"
 
-// What a sync came to, before it becomes JSON.
+#include <QJsonObject>
+
+namespace kalvaro::democloud {
+
+// What a sync came to, as it is served.
 struct Abgleich
 {
-    Betrieb betrieb = Betrieb::Scharf;
-    QString zustand; // "abgeglichen", "aktuell", …; empty: the answer carries no result at all
-    QString hinweis;
-    QString fehler;
-    QString geraetZustand;
-    Unterschiede aenderungen;
-    std::optional<Unterschiede> letzterVergleich; // served as "schatten_ergebnis"
+    QJsonObject ergebnis; // empty: the answer carries none
+    QJsonObject geraet;
 };
+
+// The sync came to `zustand` ("aktuell", "laeuft_schon", …) with these changes.
+[[nodiscard]] Abgleich abgleichMit(const Geraet &geraet, const QString &zustand,
+                                   const Unterschiede &aenderungen = {});
 
 // Carries the sync of `geraet` out: in "scharf" it moves the pending changes, counts them and
 // stamps the library; in "schatten" it only compares. Changes are those up to the last call of
@@ -21,9 +24,7 @@ struct Abgleich
 [[nodiscard]] Abgleich vollziehen(Welt &welt, Geraet &geraet, const QString &anlass,
                                   const QDateTime &jetzt);
 
-// The answer to a sync for a device whose sync is still under way.
-[[nodiscard]] Abgleich laeuftSchon(const Welt &welt, const Geraet &geraet);
-
-// The answer that `szenario` forces; the world stays as it is. Keins and the scenarios that answer
-// with no sync at all (Serverfehler, …) give one without a result.
+// What `szenario` makes of a sync; the world stays as it is.
 [[nodiscard]] Abgleich erzwungen(Szenario szenario, const Welt &welt, const Geraet &geraet);
+
+} // namespace kalvaro::democloud

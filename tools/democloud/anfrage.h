@@ -1,24 +1,30 @@
 #pragma once
 
 #include <QByteArray>
-#include <QList>
-#include <QString>
+#include <QHash>
+#include <QUrlQuery>
 
-#include <utility>
+namespace kalvaro::democloud {
 
 // A request as the cloud received it.
 struct Anfrage
 {
     QByteArray methode;
-    QString pfad;            // without the query
-    QByteArray abfrage = {}; // the query as sent, without "?"
-    QList<std::pair<QByteArray, QByteArray>> kopf = {};
-    QByteArray inhalt = {}; // empty for requests refused before their body was read
+    QString pfad;                            // without the query
+    QByteArray abfrage = {};                 // the query as sent, without "?"
+    QHash<QByteArray, QByteArray> kopf = {}; // by name in lower case
+    QByteArray inhalt = {};                  // read for POST only
 
-    // The first header of that name (any case), or an empty value.
-    [[nodiscard]] QByteArray kopfzeile(const QByteArray &name) const;
+    // The header of that name (any case), or an empty value.
+    [[nodiscard]] QByteArray kopfzeile(const QByteArray &name) const
+    {
+        return kopf.value(name.toLower());
+    }
     // The decoded query parameter; empty when missing. "+" stands for itself, as in RFC 3986.
-    [[nodiscard]] QString parameter(const QByteArray &name) const;
+    [[nodiscard]] QString parameter(const QString &name) const
+    {
+        return QUrlQuery(QString::fromUtf8(abfrage)).queryItemValue(name, QUrl::FullyDecoded);
+    }
 };
 
 struct Antwort
@@ -27,3 +33,5 @@ struct Antwort
     QByteArray inhalt = {};
     QByteArray erlaubt = {}; // value of the header "Allow"; empty: none
 };
+
+} // namespace kalvaro::democloud

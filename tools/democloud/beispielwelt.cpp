@@ -1,63 +1,41 @@
 #include "beispielwelt.h"
 
-#include "bibliothek.h"
+#include "weltdatei.h"
+
+namespace kalvaro::democloud {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 playlisten = 184;
 constexpr qint64 letzterAbgleichVorSekunden = 1800;
 
-Statistik statistik(const QDateTime &jetzt)
-{
-    return {.titel = 12'483,
-            .hotCues = 38'112,
-            .dateigroesse = 123'456'000'000,
-            .analysiert = 12'310,
-            .analysegroesse = 5'210'000'000,
-            .stand = jetzt.addSecs(-letzterAbgleichVorSekunden).toString(u"yyyy-MM-dd HH:mm:ss"_s)};
-}
-
-Geraet geraet()
-{
-    return {.name = u"demo-mac"_s,
-            .fuerGeraet = {{u"djmdContent"_s, 24}, {u"djmdCue"_s, 61}, {u"djmdPlaylist"_s, 2}},
-            .fuerZentrale = {{u"djmdContent"_s, 3}, {u"djmdCue"_s, 11}, {u"djmdPlaylist"_s, 1}},
-            .lokal = {playlistUuid(1), playlistUuid(4)}};
-}
-
-QList<AnderesGeraet> andere()
-{
-    return {{.name = u"Studio"_s,
-             .periode = 300,
-             .offenAb = 60,
-             .offenDauer = 90,
-             .laeuftDauer = 20,
-             .bringt = {{u"djmdContent"_s, 5}, {u"djmdCue"_s, 8}, {u"djmdPlaylist"_s, 1}}},
-            {.name = u"MacBook auf Tour"_s,
-             .periode = 900,
-             .offenAb = 420,
-             .offenDauer = 180,
-             .laeuftDauer = 30,
-             .bringt = {{u"djmdCue"_s, 12}, {u"djmdHistory"_s, 1}}}};
-}
+constexpr const char *beispiel = R"({
+    "playlisten": 184,
+    "statistik": {"titel": 12483, "hot_cues": 38112, "dateigroesse": 123456000000,
+                  "analysiert": 12310, "analysegroesse": 5210000000},
+    "geraete": [{
+        "name": "demo-mac",
+        "aendert_geraet": {"djmdContent": 24, "djmdCue": 61, "djmdPlaylist": 2},
+        "aendert_zentrale": {"djmdContent": 3, "djmdCue": 11, "djmdPlaylist": 1},
+        "lokal": ["1087ebe8-1ef8-5d97-8873-735b4949004d", "f797f61e-a392-5acf-af25-b46057f1c8e8"]
+    }],
+    "andere": [
+        {"name": "Studio", "periode": 300, "offen_ab": 60, "offen_dauer": 90, "laeuft_dauer": 20,
+         "bringt": {"djmdContent": 5, "djmdCue": 8, "djmdPlaylist": 1}},
+        {"name": "MacBook auf Tour", "periode": 900, "offen_ab": 420, "offen_dauer": 180,
+         "laeuft_dauer": 30, "bringt": {"djmdCue": 12, "djmdHistory": 1}}
+    ],
+    "nachher": {"djmdContent": 2, "djmdCue": 6, "djmdHistory": 1}
+})";
 
 } // namespace
 
 Welt beispielwelt(const QDateTime &jetzt)
 {
-    Welt welt;
-    welt.statistik = statistik(jetzt);
-    welt.geraete = {geraet()};
-    welt.andere = andere();
-    welt.nachRekordbox = {{u"djmdContent"_s, 2}, {u"djmdCue"_s, 6}, {u"djmdHistory"_s, 1}};
-    playlistenErzeugen(welt, playlisten);
+    Welt welt = weltAusJson(beispiel, u"Beispiel"_s).value();
+    welt.statistik.stand = zeitpunkt(jetzt.addSecs(-letzterAbgleichVorSekunden));
     return welt;
 }
 
-void playlistenErzeugen(Welt &welt, qint64 anzahl)
-{
-    welt.playlisten = bibliothek(anzahl);
-    welt.statistik.playlisten = anzahl;
-}
+} // namespace kalvaro::democloud

@@ -1,13 +1,16 @@
 #include "bibliothek.h"
 
 #include <QList>
+#include <QUuid>
 
-#include <algorithm>
 #include <array>
+#include <span>
 
-using namespace Qt::StringLiterals;
+namespace kalvaro::democloud {
 
 namespace {
+
+using Namen = std::span<const char *const>;
 
 constexpr qint64 playlistenJeOrdner = 8;
 constexpr qint64 ordnerJeOrdner = 4;
@@ -19,21 +22,19 @@ constexpr std::array unten{"Techno", "House", "Disco", "Drum & Bass", "Ambient",
 constexpr std::array listen{"Warm-up",   "Hauptzeit", "Afterhour",  "Klassiker",   "Neu geprüft",
                             "Übergänge", "Zugaben",   "Fundstücke", "Instrumental"};
 
-// SplitMix64 (Steele, Lea, Flood 2014): spreads consecutive numbers evenly.
-quint64 gestreut(quint64 wert)
+struct Eintrag
 {
-    wert += 0x9E3779B97F4A7C15U;
-    wert = (wert ^ (wert >> 30U)) * 0xBF58476D1CE4E5B9U;
-    wert = (wert ^ (wert >> 27U)) * 0x94D049BB133111EBU;
-    return wert ^ (wert >> 31U);
-}
+    qint64 id = 0;
+    QByteArray name;
+    qint64 eltern = 0; // 0: none
+    qint64 seq = 0;
+    bool ordner = false;
+};
 
-QByteArray uuid(quint64 kennung)
+// Version 5 (RFC 4122), so the same on every machine.
+QUuid uuid(qint64 id)
 {
-    const QByteArray hex = QByteArray::number(gestreut(kennung), 16).rightJustified(16, '0') +
-                           QByteArray::number(gestreut(~kennung), 16).rightJustified(16, '0');
-    return hex.left(8) + '-' + hex.mid(8, 4) + '-' + hex.mid(12, 4) + '-' + hex.mid(16, 4) + '-' +
-           hex.mid(20);
+    return QUuid::createUuidV5(QUuid(), QByteArray::number(id));
 }
 
 qint64 aufgerundet(qint64 wert, qint64 teiler)
@@ -51,70 +52,42 @@ QList<qint64> ordnerJeStufe(qint64 playlisten)
     return stufen;
 }
 
-QByteArray ordnerId(qint64 stufe, qint64 nummer)
+qint64 ordnerId(qint64 stufe, qint64 nummer)
 {
-    return QByteArray::number((stufe + 1) * ordnerStufe + nummer);
+    return (stufe + 1) * ordnerStufe + nummer;
 }
 
-template<std::size_t n>
-QByteArray benannt(const std::array<const char *, n> &namen, qint64 nummer)
+// The names in turn, from the second round on with its number.
+QByteArray benannt(Namen namen, qint64 nummer)
 {
-    const auto stelle = static_cast<std::size_t>(nummer);
-    const QByteArray name(namen.at(stelle % n));
-    return stelle < n ? name : name + ' ' + QByteArray::number(stelle / n + 1);
+    const auto n = static_cast<qint64>(namen.size());
+    const QByteArray name = namen[static_cast<std::size_t>(nummer % n)];
+    return nummer < n ? name : name + ' ' + QByteArray::number(nummer / n + 1);
 }
 
-struct Eintrag
-{
-    QByteArray id;
-    QByteArray uuid;
-    QByteArray name;
-    bool ordner = false;
-    qint64 titel = 0;
-    QByteArray eltern;
-    qint64 seq = 0;
-};
-
+// As bytes: QJsonObject takes ten times as long over a large library.
 void anhaengen(QByteArray &json, const Eintrag &eintrag)
 {
+    const QUuid kennung = uuid(eintrag.id);
     json += json.size() > 1 ? ",{\"id\":\"" : "{\"id\":\"";
-    json += eintrag.id;
-    json += "\",\"uuid\":\"";
-    json += eintrag.uuid;
-    json += "\",\"name\":\"";
-    json += eintrag.name;
-    json += eintrag.ordner ? "\",\"ordner\":true,\"titel\":" : "\",\"ordner\":false,\"titel\":";
-    json += QByteArray::number(eintrag.titel);
+    json += QByteArray::number(eintrag.id);
+    json += "\",\"uuid\":\"" + kennung.toByteArray(QUuid::WithoutBraces);
+    json += "\",\"name\":\"" + eintrag.name;
+    json += eintrag.ordner ? "\",\"ordner\":true" : "\",\"ordner\":false";
+    json += ",\"titel\":" + QByteArray::number(eintrag.ordner ? 0 : 8 + kennung.data1 % 190);
     json += ",\"eltern\":\"";
-    json += eintrag.eltern;
-    json += "\",\"seq\":";
-    json += QByteArray::number(eintrag.seq);
-    json += '}';
+    json += eintrag.eltern == 0 ? QByteArrayLiteral("root") : QByteArray::number(eintrag.eltern);
+    json += "\",\"seq\":" + QByteArray::number(eintrag.seq) + '}';
 }
 
-QByteArray ordnerName(qint64 stufe, qint64 stufen, qint64 nummer)
+Eintrag ordner(qint64 stufe, qint64 nummer, bool wurzel)
 {
-    if (stufe == stufen - 1) {
-        return benannt(oben, nummer);
-    }
-    return stufe == 0 ? benannt(unten, nummer) : benannt(mitte, nummer);
-}
-
-void ordnerAnhaengen(QByteArray &json, const QList<qint64> &stufen)
-{
-    for (qint64 stufe = stufen.size() - 1; stufe >= 0; --stufe) {
-        for (qint64 nummer = 0; nummer < stufen.at(stufe); ++nummer) {
-            const bool wurzel = stufe == stufen.size() - 1;
-            const QByteArray id = ordnerId(stufe, nummer);
-            anhaengen(json,
-                      {.id = id,
-                       .uuid = uuid(id.toULongLong()),
-                       .name = ordnerName(stufe, stufen.size(), nummer),
-                       .ordner = true,
-                       .eltern = wurzel ? "root" : ordnerId(stufe + 1, nummer / ordnerJeOrdner),
-                       .seq = (wurzel ? nummer : nummer % ordnerJeOrdner) + 1});
-        }
-    }
+    const Namen namen = wurzel ? Namen(oben) : stufe == 0 ? Namen(unten) : Namen(mitte);
+    return {.id = ordnerId(stufe, nummer),
+            .name = benannt(namen, nummer),
+            .eltern = wurzel ? 0 : ordnerId(stufe + 1, nummer / ordnerJeOrdner),
+            .seq = (wurzel ? nummer : nummer % ordnerJeOrdner) + 1,
+            .ordner = true};
 }
 
 // One playlist in eight lies beside the folders of the level above, so that folders hold both.
@@ -123,10 +96,8 @@ Eintrag playlist(qint64 nummer)
     const qint64 ordner = nummer / playlistenJeOrdner;
     const qint64 stelle = nummer % playlistenJeOrdner;
     const bool daneben = stelle == playlistenJeOrdner - 1;
-    return {.id = QByteArray::number(nummer + 1),
-            .uuid = uuid(static_cast<quint64>(nummer)),
+    return {.id = nummer + 1,
             .name = benannt(listen, nummer),
-            .titel = static_cast<qint64>(gestreut(static_cast<quint64>(nummer)) % 190) + 8,
             .eltern = daneben ? ordnerId(1, ordner / ordnerJeOrdner) : ordnerId(0, ordner),
             .seq = daneben ? ordnerJeOrdner + 1 + ordner % ordnerJeOrdner : stelle + 1};
 }
@@ -136,18 +107,16 @@ Eintrag playlist(qint64 nummer)
 QByteArray bibliothek(qint64 anzahl)
 {
     QByteArray json = "[";
-    if (anzahl > 0) {
-        constexpr qint64 bytesJeEintrag = 190;
-        json.reserve(anzahl * bytesJeEintrag);
-        ordnerAnhaengen(json, ordnerJeStufe(anzahl));
-        for (qint64 nummer = 0; nummer < anzahl; ++nummer) {
-            anhaengen(json, playlist(nummer));
+    const QList<qint64> stufen = anzahl > 0 ? ordnerJeStufe(anzahl) : QList<qint64>();
+    for (qint64 stufe = stufen.size() - 1; stufe >= 0; --stufe) {
+        for (qint64 nummer = 0; nummer < stufen.at(stufe); ++nummer) {
+            anhaengen(json, ordner(stufe, nummer, stufe == stufen.size() - 1));
         }
+    }
+    for (qint64 nummer = 0; nummer < anzahl; ++nummer) {
+        anhaengen(json, playlist(nummer));
     }
     return json + ']';
 }
 
-QString playlistUuid(qint64 nummer)
-{
-    return QString::fromLatin1(uuid(static_cast<quint64>(nummer)));
-}
+} // namespace kalvaro::democloud

@@ -1,16 +1,16 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
+
+namespace kalvaro::democloud {
 
 // A generated library: always the same for the same size.
 
 // The largest one on request.
-inline constexpr qint64 meistePlaylisten = 1'000'000;
+inline constexpr int meistePlaylisten = 1'000'000;
 
 // The JSON array "playlisten" with `anzahl` playlists in folders, three levels deep at least and
 // deeper with size (seven for 100,000); the folders come on top of the number.
 [[nodiscard]] QByteArray bibliothek(qint64 anzahl);
 
-// The uuid of the generated playlist number `nummer` (from 0).
-[[nodiscard]] QString playlistUuid(qint64 nummer);
+} // namespace kalvaro::democloud

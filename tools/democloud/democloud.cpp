@@ -1,41 +1,26 @@
 #include "democloud.h"
 
 #include "beispielwelt.h"
-#include "dienst.h"
 #include "httpserver.h"
 
+#include <algorithm>
 #include <utility>
+
+namespace kalvaro::democloud {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-std::function<QDateTime()> uhrOderSystemzeit(const std::function<QDateTime()> &uhr)
-{
-    return uhr ? uhr : [] { return QDateTime::currentDateTime(); };
-}
-
-} // namespace
-
-struct Democloud::Innen
-{
-    Innen(const std::function<QDateTime()> &uhr, DemocloudOptionen optionen)
-        : dienst(optionen.welt ? *std::move(optionen.welt) : beispielwelt(uhr()),
-                 optionen.schluessel.toUtf8(), uhr)
-        , port(optionen.port)
-    {
-        dienst.setDauer(optionen.dauer);
-        dienst.setSzenario(optionen.szenario);
-    }
-
-    Dienst dienst;
-    std::unique_ptr<Httpserver> server; // while it serves
-    int port;
-};
-
 Democloud::Democloud(DemocloudOptionen optionen)
-    : innen_(std::make_unique<Innen>(uhrOderSystemzeit(optionen.uhr), std::move(optionen)))
+    : schluessel_(optionen.schluessel.toUtf8())
+    , uhr_(std::move(optionen.uhr))
+    , port_(optionen.port)
+    , welt_(optionen.welt ? *std::move(optionen.welt) : beispielwelt(uhr_()))
+    , szenario_(optionen.szenario)
+    , dauer_(optionen.dauer)
 {
+    if (!welt_.beginn.isValid()) {
+        welt_.beginn = uhr_();
+    }
 }
 
 Democloud::~Democloud()
@@ -45,67 +30,162 @@ Democloud::~Democloud()
 
 tl::expected<void, QString> Democloud::starten()
 {
-    if (innen_->server) {
+    if (server_) {
         return {};
     }
-    innen_->dienst.beginnen();
-    auto server = std::make_unique<Httpserver>(innen_->dienst);
-    const auto port = server->starten(innen_->port);
-    if (!port) {
-        return tl::unexpected(port.error());
+    {
+        const Sperre sperre(mutex_);
+        ende_ = false;
     }
-    innen_->port = *port;
-    innen_->server = std::move(server);
-    return {};
+    auto server =
+        std::make_unique<Httpserver>([this](const Anfrage &anfrage) { return antworten(anfrage); });
+    return server->starten(port_).map([&](int port) {
+        port_ = port;
+        server_ = std::move(server);
+    });
 }
 
 void Democloud::beenden()
 {
-    innen_->dienst.beenden();
-    innen_->server.reset();
-}
-
-int Democloud::port() const
-{
-    return innen_->port;
-}
-
-QString Democloud::adresse() const
-{
-    return u"http://127.0.0.1:%1"_s.arg(innen_->port);
+    {
+        const Sperre sperre(mutex_);
+        ende_ = true;
+        geaendert_.notify_all();
+    }
+    server_.reset();
 }
 
 QList<Anfrage> Democloud::anfragen() const
 {
-    return innen_->dienst.anfragen();
+    const Sperre sperre(mutex_);
+    return anfragen_;
 }
 
 void Democloud::anfragenVergessen()
 {
-    innen_->dienst.anfragenVergessen();
+    const Sperre sperre(mutex_);
+    anfragen_.clear();
 }
 
 qsizetype Democloud::laufendeAbgleiche() const
 {
-    return innen_->dienst.laufendeAbgleiche();
+    const Sperre sperre(mutex_);
+    return laufende_.size();
 }
 
 void Democloud::setDauer(double sekunden)
 {
-    innen_->dienst.setDauer(sekunden);
+    const Sperre sperre(mutex_);
+    dauer_ = sekunden;
+    geaendert_.notify_all();
 }
 
 void Democloud::setSzenario(Szenario szenario)
 {
-    innen_->dienst.setSzenario(szenario);
+    const Sperre sperre(mutex_);
+    szenario_ = szenario;
+    geaendert_.notify_all();
 }
 
 Welt Democloud::welt() const
 {
-    return innen_->dienst.welt();
+    const Sperre sperre(mutex_);
+    return welt_;
 }
 
 void Democloud::aendern(const std::function<void(Welt &)> &aenderung)
 {
-    innen_->dienst.aendern(aenderung);
+    const Sperre sperre(mutex_);
+    aenderung(welt_);
 }
+
+Antwort Democloud::antworten(const Anfrage &anfrage)
+{
+    Sperre sperre(mutex_);
+    if (anfragen_.size() >= meisteAnfragen) {
+        anfragen_.removeFirst();
+    }
+    anfragen_.append(anfrage);
+    if (const auto abgelehnt = ablehnung(anfrage, schluessel_)) {
+        return *abgelehnt;
+    }
+    const auto feste = welt_.festeAntworten.constFind(anfrage.pfad);
+    if (feste != welt_.festeAntworten.cend()) {
+        return *feste;
+    }
+    if (anfrage.pfad != u"/api/status"_s) {
+        geaendert_.wait(sperre, [&] { return ende_ || szenario_ != Szenario::Stumm; });
+        if (const auto gestoert = stoerung()) {
+            return *gestoert;
+        }
+    }
+    return anfrage.pfad == u"/api/abgleich"_s ? abgleichen(anfrage, sperre)
+                                              : antwort(umstaende(), anfrage);
+}
+
+Antwort Democloud::abgleichen(const Anfrage &anfrage, Sperre &sperre)
+{
+    const auto inhalt = objektAus(anfrage.inhalt, {u"geraet"_s, u"anlass"_s, u"version"_s});
+    if (!inhalt) {
+        return inhalt.error();
+    }
+    const QString name = inhalt->value(u"geraet"_s).toString();
+    Geraet *geraet = finde(welt_, name);
+    if (geraet == nullptr) {
+        return unbekanntesGeraet(name);
+    }
+    if (szenario_ == Szenario::LaeuftSchon || laufende_.contains(name)) {
+        return abgleichAntwort(umstaende(), *geraet, abgleichMit(*geraet, u"laeuft_schon"_s));
+    }
+    laufende_.insert(name);
+    dauerAbwarten(sperre);
+    laufende_.remove(name);
+    if (const auto gestoert = stoerung()) {
+        return *gestoert;
+    }
+    geraet = finde(welt_, name); // the world may have been changed meanwhile
+    if (geraet == nullptr) {
+        return unbekanntesGeraet(name);
+    }
+    const Umstaende jetzige = umstaende();
+    const QString anlass = inhalt->value(u"anlass"_s).toString();
+    return abgleichAntwort(jetzige, *geraet,
+                           szenario_ == Szenario::Keins
+                               ? vollziehen(welt_, *geraet, anlass, jetzige.jetzt)
+                               : erzwungen(szenario_, welt_, *geraet));
+}
+
+void Democloud::dauerAbwarten(Sperre &sperre)
+{
+    using Takt = std::chrono::steady_clock;
+    const auto beginn = Takt::now();
+    const auto frist = [&] {
+        const bool stumm = szenario_ == Szenario::Stumm; // for a day, that is
+        const double dauer = stumm ? laengsteDauer : std::clamp(dauer_, 0.0, laengsteDauer);
+        return beginn + std::chrono::round<Takt::duration>(std::chrono::duration<double>(dauer));
+    };
+    while (!ende_ && Takt::now() < frist()) {
+        geaendert_.wait_until(sperre, frist());
+    }
+}
+
+std::optional<Antwort> Democloud::stoerung() const
+{
+    if (ende_) {
+        return fehlerAntwort(503, u"Die Cloud wird gerade beendet."_s);
+    }
+    if (szenario_ == Szenario::Serverfehler) {
+        return fehlerAntwort(500, u"Die Datenbank der Cloud antwortet nicht."_s);
+    }
+    return szenario_ == Szenario::ServerfehlerOhneText ? std::optional(Antwort{.status = 500})
+                                                       : std::nullopt;
+}
+
+Umstaende Democloud::umstaende()
+{
+    const QDateTime jetzt = uhr_();
+    fortschreiben(welt_, jetzt);
+    return {.welt = welt_, .laufende = laufende_, .jetzt = jetzt};
+}
+
+} // namespace kalvaro::democloud

@@ -1,13 +1,19 @@
 #pragma once
 
-#include "anfrage.h"
-#include "szenario.h"
-#include "welt.h"
+#include "antworten.h"
 
+#include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <memory>
-#include <optional>
-#include <tl/expected.hpp>
+#include <mutex>
+
+namespace kalvaro::democloud {
+
+class Httpserver;
+
+inline constexpr double laengsteDauer = 86'400;     // s that a sync may take
+inline constexpr qsizetype meisteAnfragen = 20'000; // recorded; the oldest go first
 
 struct DemocloudOptionen
 {
@@ -16,9 +22,9 @@ struct DemocloudOptionen
     double dauer = 0;                                       // seconds that a sync takes
     Szenario szenario = Szenario::Keins;
     std::optional<Welt> welt = {}; // absent: beispielwelt() for the start of the clock
-    // The world's clock, called from the server's threads; absent: the system's. It does not drive
+    // The world's clock, called under the lock from the server's threads. It does not drive
     // `dauer`, which passes in real time.
-    std::function<QDateTime()> uhr = {};
+    std::function<QDateTime()> uhr = [] { return QDateTime::currentDateTime(); };
 };
 
 // The demo cloud: an HTTP server on 127.0.0.1 with a world behind it that lives as long as this
@@ -38,10 +44,13 @@ public:
     // Ends within a fraction of a second, whatever is in flight: syncs under way answer 503 and
     // change nothing. Idempotent.
     void beenden();
-    [[nodiscard]] int port() const;        // 0 before the first start
-    [[nodiscard]] QString adresse() const; // "http://127.0.0.1:" and the port
+    [[nodiscard]] int port() const { return port_; } // 0 before the first start
+    [[nodiscard]] QString adresse() const
+    {
+        return QStringLiteral("http://127.0.0.1:%1").arg(port_);
+    }
 
-    // What was asked, oldest first (the last 20,000), recorded before it is answered.
+    // What was asked, oldest first (the last meisteAnfragen), recorded before it is answered.
     [[nodiscard]] QList<Anfrage> anfragen() const;
     void anfragenVergessen();
     // Devices whose sync is under way.
@@ -49,13 +58,39 @@ public:
 
     // Both hold for syncs under way too: a test starts a sync that takes an hour, looks, and lets
     // it end with setDauer(0).
-    void setDauer(double sekunden);
+    void setDauer(double sekunden); // 0 to laengsteDauer
     void setSzenario(Szenario szenario);
     // A copy of the world, and a change to it between two requests.
     [[nodiscard]] Welt welt() const;
     void aendern(const std::function<void(Welt &)> &aenderung);
 
 private:
-    struct Innen;
-    std::unique_ptr<Innen> innen_;
+    using Sperre = std::unique_lock<std::mutex>;
+
+    // Called by the server's threads. A sync keeps its caller for the set duration, or until
+    // beenden().
+    [[nodiscard]] Antwort antworten(const Anfrage &anfrage);
+    [[nodiscard]] Antwort abgleichen(const Anfrage &anfrage, Sperre &sperre);
+    void dauerAbwarten(Sperre &sperre); // returns early when the cloud ends
+    // Why there is no other answer now: the cloud ends, or a scenario wants an error.
+    [[nodiscard]] std::optional<Antwort> stoerung() const;
+    // The world as it is now.
+    [[nodiscard]] Umstaende umstaende();
+
+    const QByteArray schluessel_;
+    const std::function<QDateTime()> uhr_;
+
+    int port_;
+    std::unique_ptr<Httpserver> server_; // while it serves
+
+    mutable std::mutex mutex_; // guards everything below
+    std::condition_variable geaendert_;
+    Welt welt_;
+    Szenario szenario_;
+    double dauer_;           // seconds
+    QSet<QString> laufende_; // devices whose sync is under way
+    QList<Anfrage> anfragen_;
+    bool ende_ = false; // nobody waits any more
 };
+
+} // namespace kalvaro::democloud

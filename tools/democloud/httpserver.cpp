@@ -1,15 +1,14 @@
 #include "httpserver.h"
 
 #include "antworten.h"
-#include "dienst.h"
-#include "verbindung.h"
 
-#include <array>
-#include <atomic>
-#include <string_view>
+#include <chrono>
 #include <thread>
 
+#include <httplib.h>
 #include <sys/socket.h>
+
+namespace kalvaro::democloud {
 
 using namespace Qt::StringLiterals;
 
@@ -17,14 +16,8 @@ namespace {
 
 constexpr size_t threads = 32;                         // requests that may wait at the same time
 constexpr size_t groessterInhalt = 32UL * 1024 * 1024; // bytes
-
-// Added to the headers by the library itself; no client sent them.
-bool vonDerBibliothek(std::string_view name)
-{
-    constexpr std::array<std::string_view, 4> namen{"REMOTE_ADDR", "REMOTE_PORT", "LOCAL_ADDR",
-                                                    "LOCAL_PORT"};
-    return std::find(namen.begin(), namen.end(), name) != namen.end();
-}
+constexpr std::chrono::milliseconds nachfrist(400);    // for answers that leave at the end
+constexpr const char *adresse = "127.0.0.1";
 
 // With the parameter, the library does not recognise the type as one to compress: that would take
 // seconds for a large list, for nothing on loopback.
@@ -35,13 +28,14 @@ Anfrage uebersetzt(const httplib::Request &req)
     Anfrage anfrage{.methode = QByteArray::fromStdString(req.method),
                     .pfad = QString::fromStdString(req.path),
                     .inhalt = QByteArray::fromStdString(req.body)};
-    const auto frage = req.target.find('?');
-    if (frage != std::string::npos) {
+    if (const auto frage = req.target.find('?'); frage != std::string::npos) {
         anfrage.abfrage = QByteArray::fromStdString(req.target.substr(frage + 1));
     }
     for (const auto &[name, wert] : req.headers) {
-        if (!vonDerBibliothek(name)) {
-            anfrage.kopf.append({QByteArray::fromStdString(name), QByteArray::fromStdString(wert)});
+        // The library adds addresses and ports under names that no client sends.
+        if (!name.starts_with("REMOTE_") && !name.starts_with("LOCAL_")) {
+            anfrage.kopf.insert(QByteArray::fromStdString(name).toLower(),
+                                QByteArray::fromStdString(wert));
         }
     }
     return anfrage;
@@ -57,7 +51,7 @@ void uebertragen(const Antwort &antwort, httplib::Response &res)
     res.set_content(antwort.inhalt.toStdString(), json);
 }
 
-// Gives a body to the answers that the library makes on its own.
+// Gives a body to the errors that the library answers on its own.
 void bibliotheksfehler(const httplib::Request & /*req*/, httplib::Response &res)
 {
     if (res.has_header("Cache-Control")) {
@@ -66,113 +60,91 @@ void bibliotheksfehler(const httplib::Request & /*req*/, httplib::Response &res)
     const QString text = res.status == 413   ? u"Die Anfrage ist zu groß."_s
                          : res.status == 414 ? u"Die Adresse der Anfrage ist zu lang."_s
                                              : u"Die Anfrage ist nicht verständlich."_s;
-    res.set_content(alsJson(fehlerAntwort(text)).toStdString(), json);
-}
-
-bool hatInhalt(const httplib::Request &req)
-{
-    return req.has_header("Content-Length") || req.has_header("Transfer-Encoding");
+    uebertragen(fehlerAntwort(res.status, text), res);
 }
 
 // Without SO_REUSEPORT, which the library sets by default and which would let two clouds share one
 // port in silence.
-void socketVorbereiten(socket_t socket)
+void socketVorbereiten(int socket)
 {
     const int an = 1;
     ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &an, sizeof an);
 }
 
+// Cuts the connections that this process has accepted on `port`. The library would wait for silent
+// clients for seconds and tells nobody its sockets; it waits with select(), so all of them lie
+// below FD_SETSIZE.
+void trennen(int port)
+{
+    for (int datei = 0; datei < FD_SETSIZE; ++datei) {
+        sockaddr_in hier{};
+        socklen_t groesse = sizeof hier;
+        if (::getsockname(datei, reinterpret_cast<sockaddr *>(&hier), &groesse) == 0 &&
+            hier.sin_family == AF_INET && ntohs(hier.sin_port) == port) {
+            ::shutdown(datei, SHUT_RDWR);
+        }
+    }
+}
+
 } // namespace
 
-class Httpserver::Innen : public httplib::Server
+Httpserver::Httpserver(std::function<Antwort(const Anfrage &)> antworten)
+    : antworten_(std::move(antworten))
+    , server_(std::make_unique<httplib::Server>())
 {
-public:
-    explicit Innen(Dienst &dienst);
-
-    std::atomic<bool> ende = false;
-    std::thread lauscher;
-
-private:
-    bool process_and_close_socket(socket_t socket) override;
-    HandlerResponse vorab(const httplib::Request &req, httplib::Response &res);
-
-    Dienst &dienst_;
-};
-
-Httpserver::Innen::Innen(Dienst &dienst)
-    : dienst_(dienst)
-{
-    new_task_queue = [] { return new httplib::ThreadPool(threads); };
-    set_socket_options(socketVorbereiten);
-    set_tcp_nodelay(true);
-    set_payload_max_length(groessterInhalt);
-    set_error_handler(bibliotheksfehler);
-    set_pre_routing_handler(
-        [this](const httplib::Request &req, httplib::Response &res) { return vorab(req, res); });
-    const auto mitInhalt = [this](const httplib::Request &req, httplib::Response &res) {
-        uebertragen(dienst_.antworten(uebersetzt(req)), res);
+    const auto antworter = [this](const httplib::Request &req, httplib::Response &res) {
+        uebertragen(antworten_(uebersetzt(req)), res);
     };
-    Post("/api/abgleich", mitInhalt);
-    Post("/api/einstellungen", mitInhalt);
-}
-
-bool Httpserver::Innen::process_and_close_socket(socket_t socket)
-{
-    Verbindung verbindung(socket, ende);
-    bool geschlossen = false;
-    return process_request(verbindung, true, geschlossen, nullptr);
-}
-
-// Answers everything that needs no body, before the library reads one.
-httplib::Server::HandlerResponse Httpserver::Innen::vorab(const httplib::Request &req,
-                                                          httplib::Response &res)
-{
-    const Anfrage anfrage = uebersetzt(req);
-    if (hatInhalt(req) && dienst_.brauchtInhalt(anfrage)) {
-        return HandlerResponse::Unhandled;
-    }
-    uebertragen(dienst_.antworten(anfrage), res);
-    return HandlerResponse::Handled;
-}
-
-Httpserver::Httpserver(Dienst &dienst)
-    : innen_(std::make_unique<Innen>(dienst))
-{
+    server_->new_task_queue = [] { return new httplib::ThreadPool(threads); };
+    server_->set_socket_options(socketVorbereiten);
+    server_->set_tcp_nodelay(true);
+    server_->set_keep_alive_max_count(1);
+    server_->set_payload_max_length(groessterInhalt);
+    server_->set_error_handler(bibliotheksfehler);
+    // Only a POST that announces its body goes on to a route, for which the library reads it;
+    // without a length it would read until the client closes.
+    server_->set_pre_routing_handler(
+        [antworter](const httplib::Request &req, httplib::Response &res) {
+            const bool mitInhalt =
+                req.has_header("Content-Length") || req.has_header("Transfer-Encoding");
+            if (req.method == "POST" && mitInhalt) {
+                return httplib::Server::HandlerResponse::Unhandled;
+            }
+            antworter(req, res);
+            return httplib::Server::HandlerResponse::Handled;
+        });
+    server_->Post(".*", antworter);
 }
 
 Httpserver::~Httpserver()
 {
-    beenden();
+    if (lauf_.valid()) {
+        server_->stop();
+        while (lauf_.wait_for(nachfrist) == std::future_status::timeout) {
+            trennen(port_);
+        }
+    }
 }
 
 tl::expected<int, QString> Httpserver::starten(int port)
 {
-    constexpr const char *adresse = "127.0.0.1";
-    const bool frei = port == 0;
-    const int gebunden = frei                                  ? innen_->bind_to_any_port(adresse)
-                         : innen_->bind_to_port(adresse, port) ? port
-                                                               : -1;
-    if (gebunden < 0) {
+    if (port == 0) {
+        port_ = server_->bind_to_any_port(adresse);
+    } else {
+        port_ = server_->bind_to_port(adresse, port) ? port : -1;
+    }
+    if (port_ < 0) {
         return tl::unexpected(
-            frei
+            port == 0
                 ? u"Auf 127.0.0.1 ist kein freier Port zu bekommen."_s
                 : u"Port %1 ist auf 127.0.0.1 nicht zu bekommen (belegt oder nicht erlaubt)."_s.arg(
                       port));
     }
-    innen_->lauscher = std::thread([this] { innen_->listen_after_bind(); });
-    // stop() is lost on a server whose loop has not begun.
-    while (!innen_->is_running()) {
+    lauf_ = std::async(std::launch::async, [this] { server_->listen_after_bind(); });
+    while (!server_->is_running()) { // before that, stop() would be lost
         std::this_thread::yield();
     }
-    return gebunden;
+    return port_;
 }
 
-void Httpserver::beenden()
-{
-    if (!innen_->lauscher.joinable()) {
-        return;
-    }
-    innen_->ende = true;
-    innen_->stop();
-    innen_->lauscher.join();
-}
+} // namespace kalvaro::democloud

@@ -1,29 +1,38 @@
 #pragma once
 
-#include <QString>
+#include "anfrage.h"
 
+#include <functional>
+#include <future>
 #include <memory>
 #include <tl/expected.hpp>
 
-class Dienst;
+namespace httplib {
+class Server;
+}
 
-// Speaks HTTP/1.1 for a Dienst on 127.0.0.1, on threads of its own, one request per connection.
+namespace kalvaro::democloud {
+
+// Speaks HTTP/1.1 on 127.0.0.1, on threads of its own, one request per connection.
 class Httpserver
 {
 public:
-    // `dienst` must outlive this object.
-    explicit Httpserver(Dienst &dienst);
+    // `antworten` is called from many threads at once and may block them.
+    explicit Httpserver(std::function<Antwort(const Anfrage &)> antworten);
     Httpserver(const Httpserver &) = delete;
     Httpserver &operator=(const Httpserver &) = delete;
-    ~Httpserver(); // as beenden()
+    // Waits for every `antworten` under way, lets the answers leave and cuts the clients that keep
+    // it waiting.
+    ~Httpserver();
 
     // The port it listens on (`port`, or a free one for 0), or a German sentence. Once per object.
     [[nodiscard]] tl::expected<int, QString> starten(int port);
-    // Returns when no thread is left; the Dienst must have been told to end before, or its waiting
-    // calls are waited for.
-    void beenden();
 
 private:
-    class Innen;
-    std::unique_ptr<Innen> innen_;
+    const std::function<Antwort(const Anfrage &)> antworten_;
+    const std::unique_ptr<httplib::Server> server_;
+    int port_ = 0;
+    std::future<void> lauf_; // the loop that accepts; valid once started
 };
+
+} // namespace kalvaro::democloud

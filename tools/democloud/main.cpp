@@ -1,21 +1,13 @@
 #include "optionen.h"
 
-#include <csignal>
-#include <cstdio>
+#include <QTextStream>
 
+#include <csignal>
+
+using namespace kalvaro::democloud;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int gescheitert = 1;
-
-// In UTF-8 whatever the locale, and at once: callers wait for the line with the port.
-void schreiben(std::FILE *ziel, const QString &text)
-{
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), ziel);
-    std::fflush(ziel);
-}
 
 // Blocks the signals that end the program, for this thread and those it starts, so that only
 // sigwait() receives them.
@@ -33,22 +25,12 @@ sigset_t endsignaleSperren()
 
 int abbrechen(const Abbruch &abbruch)
 {
-    schreiben(stderr, u"kalvaro-democloud: %1\n"_s.arg(abbruch.meldung));
-    return abbruch.ausgang;
-}
-
-int laufenLassen(Democloud &cloud, const sigset_t &signale)
-{
-    if (const auto begonnen = cloud.starten(); !begonnen) {
-        return abbrechen({.ausgang = gescheitert, .meldung = begonnen.error()});
+    if (abbruch.ausgang == 0) {
+        QTextStream(stdout) << abbruch.meldung;
+    } else {
+        QTextStream(stderr) << u"kalvaro-democloud: %1\n"_s.arg(abbruch.meldung);
     }
-    schreiben(stdout, u"port=%1\n"_s.arg(cloud.port()));
-    schreiben(stderr,
-              u"Die Demo-Cloud lauscht auf %1 – Strg+C beendet sie.\n"_s.arg(cloud.adresse()));
-    int signal = 0;
-    sigwait(&signale, &signal);
-    cloud.beenden();
-    return 0;
+    return abbruch.ausgang;
 }
 
 } // namespace
@@ -64,10 +46,14 @@ int main(int argc, char **argv)
     if (!optionen) {
         return abbrechen(optionen.error());
     }
-    if (optionen->hilfe) {
-        schreiben(stdout, hilfetext());
-        return 0;
+    Democloud cloud(*optionen);
+    if (const auto begonnen = cloud.starten(); !begonnen) {
+        return abbrechen({.ausgang = 1, .meldung = begonnen.error()});
     }
-    Democloud cloud(optionen->cloud);
-    return laufenLassen(cloud, signale);
+    QTextStream(stdout) << u"port=%1\n"_s.arg(cloud.port());
+    QTextStream(stderr) << u"Die Demo-Cloud lauscht auf %1 – Strg+C beendet sie.\n"_s.arg(
+        cloud.adresse());
+    int signal = 0;
+    sigwait(&signale, &signal);
+    return 0;
 }

@@ -1,27 +1,30 @@
 #pragma once
 
+#include "anfrage.h"
+
 #include <QDateTime>
-#include <QHash>
-#include <QList>
 #include <QMap>
-#include <QString>
 #include <QStringList>
 
+#include <array>
 #include <optional>
 
-// What the demo cloud knows: plain data without behaviour beyond counting. The operations on it
-// are free functions (andere.h, abgleich.h, antworten.h); Dienst guards it with its lock.
+namespace kalvaro::democloud {
+
+// What the demo cloud knows: plain data, and how the clock moves it. What requests do to it stands
+// in abgleich.h and antworten.h; Democloud guards it with its lock.
 
 // Number of changed rows by rekordbox table ("djmdContent" tracks, "djmdPlaylist" playlists, …).
 using Aenderungen = QMap<QString, qint64>;
 
-[[nodiscard]] qint64 anzahl(const Aenderungen &aenderungen);
 // Adds `faktor` times `neu`; counts saturate instead of overflowing.
 void dazu(Aenderungen &ziel, const Aenderungen &neu, qint64 faktor = 1);
+// Whether there is anything but zeros.
+[[nodiscard]] bool wartetEtwas(const Aenderungen &aenderungen);
 
 enum class Betrieb { Schatten, Scharf };
 [[nodiscard]] QString name(Betrieb betrieb);
-[[nodiscard]] std::optional<Betrieb> betriebAus(const QString &name);
+[[nodiscard]] std::optional<Betrieb> betriebAus(const QString &text);
 
 // Figures of the central library; sizes in bytes.
 struct Statistik
@@ -37,10 +40,21 @@ struct Statistik
     bool operator==(const Statistik &) const = default;
 };
 
+// The figures of Statistik under their JSON names.
+inline constexpr std::array<std::pair<QStringView, qint64 Statistik::*>, 6> statistikzahlen{
+    {{u"titel", &Statistik::titel},
+     {u"playlisten", &Statistik::playlisten},
+     {u"hot_cues", &Statistik::hotCues},
+     {u"dateigroesse", &Statistik::dateigroesse},
+     {u"analysiert", &Statistik::analysiert},
+     {u"analysegroesse", &Statistik::analysegroesse}}};
+
 // Counts changes that enter the central library.
 void mitzaehlen(Statistik &statistik, const Aenderungen &neu, qint64 faktor = 1);
+// `zeit` as "stand" and other times are written.
+[[nodiscard]] QString zeitpunkt(const QDateTime &zeit);
 
-// The differences that a dry run found.
+// Differences between a device and the central library, by the side that they will change.
 struct Unterschiede
 {
     Aenderungen zentrale = {};
@@ -75,16 +89,22 @@ struct AnderesGeraet
     qint64 verbucht = 0; // transfers already handed to the devices
 };
 
-// A fixed answer that replaces the cloud's own for one path.
-struct FesteAntwort
+struct Lage
 {
-    int status = 200;
-    QByteArray inhalt = {};
+    bool offen = false;  // rekordbox is open there
+    bool laeuft = false; // it is transferring
+
+    bool operator==(const Lage &) const = default;
 };
+
+// `sekunden` since the world's beginning; before it a device is closed.
+[[nodiscard]] Lage lage(const AnderesGeraet &geraet, double sekunden);
+// Transfers that have ended by then.
+[[nodiscard]] qint64 ankuenfte(const AnderesGeraet &geraet, double sekunden);
 
 struct Welt
 {
-    QDateTime beginn; // when the world's clock starts; set by Dienst when invalid
+    QDateTime beginn; // when the world's clock starts; set by Democloud when invalid
     Betrieb betrieb = Betrieb::Scharf;
     QString appVersion; // offered version; empty: no offer
     QString appUrl;
@@ -93,11 +113,23 @@ struct Welt
     QList<AnderesGeraet> andere;
     Aenderungen nachRekordbox; // what each sync with the reason "nachher" finds on the device
     QByteArray playlisten = QByteArrayLiteral("[]"); // JSON array, served as it is
-    QHash<QString, FesteAntwort> festeAntworten;     // by path, for example "/api/stand"
+    QHash<QString, Antwort> festeAntworten;          // by path, for example "/api/stand"
+
+    // Seconds from the beginning to `jetzt`.
+    [[nodiscard]] double alter(const QDateTime &jetzt) const
+    {
+        return static_cast<double>(beginn.msecsTo(jetzt)) / 1000.0;
+    }
 };
+
+// Brings everything that arrived from other devices until `jetzt` into the central library and
+// into each device's pending changes. A clock that went backwards changes nothing.
+void fortschreiben(Welt &welt, const QDateTime &jetzt);
 
 // The device of that name, or null.
 [[nodiscard]] Geraet *finde(Welt &welt, const QString &geraet);
 
 // The address offered with version `version`.
 [[nodiscard]] QString ladeadresse(const QString &version);
+
+} // namespace kalvaro::democloud

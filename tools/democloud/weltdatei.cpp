@@ -1,210 +1,230 @@
 #include "weltdatei.h"
 
-#include "beispielwelt.h"
+#include "antworten.h"
 #include "bibliothek.h"
-#include "jsonpruefer.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <cmath>
+#include <utility>
+
+namespace kalvaro::democloud {
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
-QString lesehindernis(const QString &pfad)
+constexpr qint64 groessteGanzzahl = 9'007'199'254'740'991; // the largest that JSON carries exactly
+
+// A JSON value and its place, to be read and checked. The first mistake anywhere is kept in the
+// shared `fehler` as "place: reason" (German); what is mistaken or missing reads as the default, so
+// callers read everything and look at the mistake once, at the end. To be missing is no mistake.
+struct Stelle
 {
-    const QFileInfo angaben(pfad);
-    if (!angaben.exists()) {
-        return u"die Datei gibt es nicht"_s;
+    QJsonValue wert;
+    QString ort; // empty: the whole
+    QString *fehler;
+
+    [[nodiscard]] Stelle operator[](const QString &schluessel) const
+    {
+        return {wert[schluessel], ort.isEmpty() ? schluessel : ort + u'.' + schluessel, fehler};
     }
-    if (angaben.isDir()) {
-        return u"das ist ein Ordner"_s;
+    [[nodiscard]] bool fehlt() const { return wert.isUndefined(); }
+    void melden(const QString &grund) const
+    {
+        if (fehler->isEmpty()) {
+            *fehler = (ort.isEmpty() ? u"oberste Ebene"_s : ort) + u": "_s + grund;
+        }
     }
-    return angaben.isReadable() ? u"die Datei ist nicht lesbar"_s : u"die Zugriffsrechte fehlen"_s;
-}
-
-QString syntaxgrund(QJsonParseError::ParseError fehler)
-{
-    switch (fehler) {
-    case QJsonParseError::UnterminatedObject:
-    case QJsonParseError::UnterminatedArray:
-    case QJsonParseError::MissingValueSeparator:
-        return u"hier fehlt ein Komma oder eine schließende Klammer"_s;
-    case QJsonParseError::MissingNameSeparator:
-        return u"nach einem Schlüssel fehlt der Doppelpunkt"_s;
-    case QJsonParseError::MissingObject:
-        return u"hier fehlt ein Schlüssel in Anführungszeichen"_s;
-    case QJsonParseError::IllegalValue:
-    case QJsonParseError::TerminationByNumber:
-    case QJsonParseError::IllegalNumber:
-        return u"hier steht kein gültiger Wert"_s;
-    case QJsonParseError::IllegalEscapeSequence:
-    case QJsonParseError::UnterminatedString:
-        return u"ein Text ist nicht abgeschlossen oder enthält eine ungültige Folge mit \\"_s;
-    case QJsonParseError::IllegalUTF8String:
-        return u"die Datei ist nicht in UTF-8 geschrieben"_s;
-    case QJsonParseError::GarbageAtEnd:
-        return u"nach dem Ende steht noch etwas"_s;
-    case QJsonParseError::DeepNesting:
-    case QJsonParseError::DocumentTooLarge:
-        return u"die Datei ist zu groß oder zu tief geschachtelt"_s;
-    case QJsonParseError::NoError:
-        break;
+    [[nodiscard]] QJsonValue geprueft(bool passt, const QString &erwartet) const
+    {
+        if (!passt && !fehlt()) {
+            melden(erwartet + u" wird erwartet"_s);
+        }
+        return passt ? wert : QJsonValue::Undefined;
     }
-    return u"das ist kein JSON"_s;
-}
 
-QString zeileUndSpalte(const QByteArray &json, qsizetype stelle)
-{
-    const QByteArray davor = json.left(stelle);
-    const qsizetype zeile = davor.count('\n') + 1;
-    const qsizetype spalte = stelle - davor.lastIndexOf('\n');
-    return u"Zeile %1, Spalte %2"_s.arg(zeile).arg(spalte);
-}
-
-Statistik statistik(const QJsonValue &wert, qint64 playlisten, QString &fehler)
-{
-    Jsonpruefer leser(wert, u"statistik"_s, fehler,
-                      {u"titel"_s, u"playlisten"_s, u"hot_cues"_s, u"dateigroesse"_s,
-                       u"analysiert"_s, u"analysegroesse"_s, u"stand"_s});
-    const auto zahl = [&](const QString &s, qint64 vorgabe = 0) {
-        return leser.ganzzahl(s, vorgabe, groessteGanzzahl);
-    };
-    return {.titel = zahl(u"titel"_s),
-            .playlisten = zahl(u"playlisten"_s, playlisten),
-            .hotCues = zahl(u"hot_cues"_s),
-            .dateigroesse = zahl(u"dateigroesse"_s),
-            .analysiert = zahl(u"analysiert"_s),
-            .analysegroesse = zahl(u"analysegroesse"_s),
-            .stand = leser.text(u"stand"_s)};
-}
-
-Geraet geraet(const QJsonValue &wert, const QString &ort, QString &fehler)
-{
-    Jsonpruefer leser(
-        wert, ort, fehler,
-        {u"name"_s, u"zustand"_s, u"aendert_geraet"_s, u"aendert_zentrale"_s, u"lokal"_s});
-    return {.name = leser.pflichttext(u"name"_s),
-            .zustand = leser.text(u"zustand"_s, u"bereit"_s),
-            .fuerGeraet = leser.aenderungen(u"aendert_geraet"_s),
-            .fuerZentrale = leser.aenderungen(u"aendert_zentrale"_s),
-            .lokal = leser.texte(u"lokal"_s)};
-}
-
-AnderesGeraet anderes(const QJsonValue &wert, const QString &ort, QString &fehler)
-{
-    Jsonpruefer leser(
-        wert, ort, fehler,
-        {u"name"_s, u"periode"_s, u"offen_ab"_s, u"offen_dauer"_s, u"laeuft_dauer"_s, u"bringt"_s});
-    AnderesGeraet geraet{.name = leser.text(u"name"_s),
-                         .periode = leser.sekunden(u"periode"_s, 600, 1),
-                         .offenAb = leser.sekunden(u"offen_ab"_s, 0, 0),
-                         .offenDauer = leser.sekunden(u"offen_dauer"_s, 0, 0),
-                         .laeuftDauer = leser.sekunden(u"laeuft_dauer"_s, 0, 0),
-                         .bringt = leser.aenderungen(u"bringt"_s)};
-    if (geraet.offenAb + geraet.offenDauer + geraet.laeuftDauer > geraet.periode) {
-        leser.melden(u"periode"_s, u"kürzer als offen_ab, offen_dauer und laeuft_dauer zusammen"_s);
+    [[nodiscard]] QString text(const QString &vorgabe = {}) const
+    {
+        return geprueft(wert.isString(), u"ein Text"_s).toString(vorgabe);
     }
-    return geraet;
+    [[nodiscard]] QString pflichttext() const
+    {
+        QString gelesener = text();
+        if (gelesener.isEmpty()) {
+            melden(u"ein Text wird erwartet, der nicht leer ist"_s);
+        }
+        return gelesener;
+    }
+    [[nodiscard]] qint64 ganzzahl(qint64 vorgabe = 0, qint64 hoechstens = groessteGanzzahl) const
+    {
+        const double zahl = wert.toDouble(-1);
+        const bool passt =
+            zahl >= 0 && zahl <= static_cast<double>(hoechstens) && zahl == std::floor(zahl);
+        return geprueft(passt, u"eine ganze Zahl von 0 bis %1"_s.arg(hoechstens))
+            .toInteger(vorgabe);
+    }
+    [[nodiscard]] double sekunden(double vorgabe, double mindestens) const
+    {
+        const QString erwartet = u"eine Zahl von Sekunden ab %1"_s.arg(mindestens);
+        return geprueft(wert.toDouble(-1) >= mindestens, erwartet).toDouble(vorgabe);
+    }
+    [[nodiscard]] QList<Stelle> liste() const
+    {
+        QList<Stelle> elemente;
+        const QJsonArray werte = geprueft(wert.isArray(), u"eine Liste [ … ]"_s).toArray();
+        for (const QJsonValue element : werte) {
+            elemente.append({element, ort + u"[%1]"_s.arg(elemente.size()), fehler});
+        }
+        return elemente;
+    }
+    // The keys of an object.
+    [[nodiscard]] QStringList schluessel() const
+    {
+        return geprueft(wert.isObject(), u"ein Objekt { … }"_s).toObject().keys();
+    }
+    // Demands an object without other keys.
+    void nur(const QStringList &bekannte) const
+    {
+        const QStringList vorhandene = schluessel();
+        for (const QString &name : vorhandene) {
+            if (!bekannte.contains(name)) {
+                const QString namen = bekannte.join(u", "_s);
+                (*this)[name].melden(u"unbekannter Schlüssel (bekannt sind: %1)"_s.arg(namen));
+            }
+        }
+    }
+};
+
+Aenderungen aenderungen(const Stelle &stelle)
+{
+    Aenderungen gelesene;
+    const QStringList tabellen = stelle.schluessel();
+    for (const QString &tabelle : tabellen) {
+        gelesene.insert(tabelle, stelle[tabelle].ganzzahl());
+    }
+    return gelesene;
 }
 
-void geraeteLesen(Welt &welt, Jsonpruefer &leser, QString &fehler)
+// `playlisten` stands for their number where the file names none.
+Statistik statistik(const Stelle &stelle, qint64 playlisten)
 {
-    if (!leser.hat(u"geraete"_s)) {
+    Statistik gelesene{.playlisten = playlisten, .stand = stelle[u"stand"_s].text()};
+    QStringList bekannte{u"stand"_s};
+    for (const auto &[name, zahl] : statistikzahlen) {
+        bekannte.append(name.toString());
+        gelesene.*zahl = stelle[name.toString()].ganzzahl(gelesene.*zahl);
+    }
+    stelle.nur(bekannte);
+    return gelesene;
+}
+
+Geraet geraet(const Stelle &stelle)
+{
+    stelle.nur({u"name"_s, u"zustand"_s, u"aendert_geraet"_s, u"aendert_zentrale"_s, u"lokal"_s});
+    Geraet gelesenes{.name = stelle[u"name"_s].pflichttext(),
+                     .zustand = stelle[u"zustand"_s].text(u"bereit"_s),
+                     .fuerGeraet = aenderungen(stelle[u"aendert_geraet"_s]),
+                     .fuerZentrale = aenderungen(stelle[u"aendert_zentrale"_s])};
+    const QList<Stelle> uuids = stelle[u"lokal"_s].liste();
+    for (const Stelle &uuid : uuids) {
+        gelesenes.lokal.append(uuid.text());
+    }
+    return gelesenes;
+}
+
+void geraeteLesen(Welt &welt, const Stelle &stelle)
+{
+    const QList<Stelle> elemente = stelle.liste();
+    for (const Stelle &element : elemente) {
+        const Geraet neues = geraet(element);
+        if (finde(welt, neues.name) != nullptr) {
+            element[u"name"_s].melden(u"„%1“ kommt zweimal vor"_s.arg(neues.name));
+        }
+        welt.geraete.append(neues);
+    }
+    if (stelle.fehlt()) {
         welt.geraete = {{.name = u"demo-mac"_s}};
-        return;
-    }
-    const auto elemente = leser.liste(u"geraete"_s);
-    for (const auto &[wert, ort] : elemente) {
-        Geraet neues = geraet(wert, ort, fehler);
-        if (finde(welt, neues.name) != nullptr && fehler.isEmpty()) {
-            fehler = ort + u".name: „%1“ kommt zweimal vor"_s.arg(neues.name);
-        }
-        welt.geraete.append(std::move(neues));
-    }
-    if (welt.geraete.isEmpty()) {
-        leser.melden(u"geraete"_s, u"mindestens ein Gerät wird gebraucht"_s);
+    } else if (elemente.isEmpty()) {
+        stelle.melden(u"mindestens ein Gerät wird gebraucht"_s);
     }
 }
 
-void playlistenLesen(Welt &welt, Jsonpruefer &leser)
+AnderesGeraet anderes(const Stelle &stelle)
 {
-    const QJsonValue wert = leser.wert(u"playlisten"_s);
-    if (wert.isArray()) {
-        welt.playlisten = QJsonDocument(wert.toArray()).toJson(QJsonDocument::Compact);
-    } else if (wert.isDouble()) {
-        playlistenErzeugen(welt, leser.ganzzahl(u"playlisten"_s, 0, meistePlaylisten));
-    } else if (!wert.isUndefined()) {
-        leser.melden(u"playlisten"_s, u"eine Liste [ … ] oder eine Anzahl wird erwartet"_s);
+    stelle.nur(
+        {u"name"_s, u"periode"_s, u"offen_ab"_s, u"offen_dauer"_s, u"laeuft_dauer"_s, u"bringt"_s});
+    AnderesGeraet gelesenes{.name = stelle[u"name"_s].text(),
+                            .periode = stelle[u"periode"_s].sekunden(600, 1),
+                            .offenAb = stelle[u"offen_ab"_s].sekunden(0, 0),
+                            .offenDauer = stelle[u"offen_dauer"_s].sekunden(0, 0),
+                            .laeuftDauer = stelle[u"laeuft_dauer"_s].sekunden(0, 0),
+                            .bringt = aenderungen(stelle[u"bringt"_s])};
+    if (gelesenes.offenAb + gelesenes.offenDauer + gelesenes.laeuftDauer > gelesenes.periode) {
+        stelle[u"periode"_s].melden(
+            u"kürzer als offen_ab, offen_dauer und laeuft_dauer zusammen"_s);
+    }
+    return gelesenes;
+}
+
+void playlistenLesen(Welt &welt, const Stelle &stelle)
+{
+    if (stelle.wert.isArray()) {
+        welt.playlisten = QJsonDocument(stelle.wert.toArray()).toJson(QJsonDocument::Compact);
+    } else if (stelle.wert.isDouble()) {
+        welt.statistik.playlisten = stelle.ganzzahl(0, meistePlaylisten);
+        welt.playlisten = bibliothek(welt.statistik.playlisten);
+    } else if (!stelle.fehlt()) {
+        stelle.melden(u"eine Liste [ … ] oder eine Anzahl wird erwartet"_s);
     }
 }
 
-QByteArray serialisiert(const QJsonValue &wert)
+Antwort festeAntwort(const Stelle &stelle)
 {
-    const QByteArray json = QJsonDocument(QJsonArray{wert}).toJson(QJsonDocument::Compact);
-    return json.mid(1, json.size() - 2);
-}
-
-void festeAntwortenLesen(Welt &welt, const QJsonValue &wert, QString &fehler)
-{
-    Jsonpruefer leser(wert, u"antworten"_s, fehler,
-                      {u"/api/status"_s, u"/api/abgleich"_s, u"/api/stand"_s, u"/api/playlisten"_s,
-                       u"/api/einstellungen"_s});
-    const QStringList pfade = wert.toObject().keys();
-    for (const QString &pfad : pfade) {
-        Jsonpruefer innen(leser.wert(pfad), leser.ort(pfad), fehler,
-                          {u"status"_s, u"inhalt"_s, u"roh"_s});
-        const qint64 status = innen.ganzzahl(u"status"_s, 200, 599);
-        if (status < 200) {
-            innen.melden(u"status"_s, u"ein HTTP-Status von 200 bis 599 wird erwartet"_s);
-        }
-        const QByteArray roh = innen.text(u"roh"_s).toUtf8();
-        const QByteArray inhalt =
-            innen.hat(u"inhalt"_s) ? serialisiert(innen.wert(u"inhalt"_s)) : roh;
-        welt.festeAntworten.insert(pfad, {.status = static_cast<int>(status), .inhalt = inhalt});
+    stelle.nur({u"status"_s, u"inhalt"_s, u"roh"_s});
+    const qint64 status = stelle[u"status"_s].ganzzahl(200, 599);
+    if (status < 200) {
+        stelle[u"status"_s].melden(u"ein HTTP-Status von 200 bis 599 wird erwartet"_s);
     }
-}
-
-void appLesen(Welt &welt, const QJsonValue &wert, QString &fehler)
-{
-    Jsonpruefer leser(wert, u"app"_s, fehler, {u"version"_s, u"url"_s});
-    welt.appVersion = leser.pflichttext(u"version"_s);
-    welt.appUrl = leser.text(u"url"_s, ladeadresse(welt.appVersion));
-}
-
-void betriebLesen(Welt &welt, Jsonpruefer &leser)
-{
-    const auto betrieb = betriebAus(leser.text(u"betrieb"_s, u"scharf"_s));
-    if (!betrieb) {
-        leser.melden(u"betrieb"_s, u"„schatten“ oder „scharf“ wird erwartet"_s);
+    QByteArray inhalt = stelle[u"roh"_s].text().toUtf8();
+    if (const Stelle json = stelle[u"inhalt"_s]; !json.fehlt()) {
+        inhalt = QJsonDocument(QJsonArray{json.wert}).toJson(QJsonDocument::Compact);
+        inhalt = inhalt.sliced(1, inhalt.size() - 2); // without the brackets
     }
-    welt.betrieb = betrieb.value_or(Betrieb::Scharf);
+    return {.status = static_cast<int>(status), .inhalt = inhalt};
 }
 
-Welt gelesen(const QJsonValue &wert, QString &fehler)
+Welt gelesen(const Stelle &stelle)
 {
     Welt welt;
-    Jsonpruefer leser(wert, {}, fehler,
-                      {u"betrieb"_s, u"app"_s, u"statistik"_s, u"geraete"_s, u"andere"_s,
-                       u"nachher"_s, u"playlisten"_s, u"antworten"_s});
-    betriebLesen(welt, leser);
-    playlistenLesen(welt, leser);
-    if (leser.hat(u"app"_s)) {
-        appLesen(welt, leser.wert(u"app"_s), fehler);
+    stelle.nur({u"betrieb"_s, u"app"_s, u"statistik"_s, u"geraete"_s, u"andere"_s, u"nachher"_s,
+                u"playlisten"_s, u"antworten"_s});
+    const auto betrieb = betriebAus(stelle[u"betrieb"_s].text(u"scharf"_s));
+    if (!betrieb) {
+        stelle[u"betrieb"_s].melden(u"„schatten“ oder „scharf“ wird erwartet"_s);
     }
-    if (leser.hat(u"statistik"_s)) {
-        welt.statistik = statistik(leser.wert(u"statistik"_s), welt.statistik.playlisten, fehler);
+    welt.betrieb = betrieb.value_or(Betrieb::Scharf);
+    if (const Stelle app = stelle[u"app"_s]; !app.fehlt()) {
+        app.nur({u"version"_s, u"url"_s});
+        welt.appVersion = app[u"version"_s].pflichttext();
+        welt.appUrl = app[u"url"_s].text(ladeadresse(welt.appVersion));
     }
-    geraeteLesen(welt, leser, fehler);
-    const auto andere = leser.liste(u"andere"_s);
-    for (const auto &[element, ort] : andere) {
-        welt.andere.append(anderes(element, ort, fehler));
+    playlistenLesen(welt, stelle[u"playlisten"_s]);
+    welt.statistik = statistik(stelle[u"statistik"_s], welt.statistik.playlisten);
+    geraeteLesen(welt, stelle[u"geraete"_s]);
+    const QList<Stelle> andere = stelle[u"andere"_s].liste();
+    for (const Stelle &element : andere) {
+        welt.andere.append(anderes(element));
     }
-    welt.nachRekordbox = leser.aenderungen(u"nachher"_s);
-    if (leser.hat(u"antworten"_s)) {
-        festeAntwortenLesen(welt, leser.wert(u"antworten"_s), fehler);
+    welt.nachRekordbox = aenderungen(stelle[u"nachher"_s]);
+    const Stelle antworten = stelle[u"antworten"_s];
+    antworten.nur(wege());
+    const QStringList pfade = antworten.schluessel();
+    for (const QString &pfad : pfade) {
+        welt.festeAntworten.insert(pfad, festeAntwort(antworten[pfad]));
     }
     return welt;
 }
@@ -214,8 +234,12 @@ Welt gelesen(const QJsonValue &wert, QString &fehler)
 tl::expected<Welt, QString> weltLaden(const QString &pfad)
 {
     QFile datei(pfad);
-    if (QFileInfo(pfad).isDir() || !datei.open(QIODevice::ReadOnly)) {
-        return tl::unexpected(u"Welt „%1“: %2."_s.arg(pfad, lesehindernis(pfad)));
+    const QFileInfo angaben(pfad);
+    if (!datei.open(QIODevice::ReadOnly)) {
+        return tl::unexpected(
+            u"Welt „%1“: %2."_s.arg(pfad, !angaben.exists() ? u"die Datei gibt es nicht"_s
+                                          : angaben.isDir() ? u"das ist ein Ordner"_s
+                                                            : u"die Datei ist nicht lesbar"_s));
     }
     return weltAusJson(datei.readAll(), pfad);
 }
@@ -225,15 +249,20 @@ tl::expected<Welt, QString> weltAusJson(const QByteArray &json, const QString &q
     QJsonParseError syntax;
     const QJsonDocument dokument = QJsonDocument::fromJson(json, &syntax);
     if (syntax.error != QJsonParseError::NoError) {
-        return tl::unexpected(u"Welt „%1“, %2: %3."_s.arg(
-            quelle, zeileUndSpalte(json, syntax.offset), syntaxgrund(syntax.error)));
+        const QByteArray davor = json.left(syntax.offset);
+        return tl::unexpected(
+            u"Welt „%1“, Zeile %2, Spalte %3: hier ist das JSON nicht gültig."_s.arg(
+                quelle, QString::number(davor.count('\n') + 1),
+                QString::number(syntax.offset - davor.lastIndexOf('\n'))));
     }
-    QString fehler;
-    const QJsonValue wert =
+    const QJsonValue ganzes =
         dokument.isObject() ? QJsonValue(dokument.object()) : QJsonValue(dokument.array());
-    Welt welt = gelesen(wert, fehler);
+    QString fehler;
+    Welt welt = gelesen({ganzes, {}, &fehler});
     if (!fehler.isEmpty()) {
         return tl::unexpected(u"Welt „%1“, %2."_s.arg(quelle, fehler));
     }
     return welt;
 }
+
+} // namespace kalvaro::democloud

@@ -54,14 +54,14 @@ QVariantMap Aktivierung::plattformdaten() const
 }
 
 Aktivierungsrahmen::Aktivierungsrahmen(const Aktivierung &aktivierung)
-    : vorher(Aktivierung::ausUmgebung())
+    : vorher_(Aktivierung::ausUmgebung())
 {
     setzen(aktivierung);
 }
 
 Aktivierungsrahmen::~Aktivierungsrahmen()
 {
-    setzen(vorher);
+    setzen(vorher_);
 }
 
 } // namespace kalvaro

@@ -35,7 +35,7 @@ public:
     Aktivierungsrahmen &operator=(const Aktivierungsrahmen &) = delete;
 
 private:
-    const Aktivierung vorher;
+    const Aktivierung vorher_;
 };
 
 } // namespace kalvaro

@@ -1,5 +1,6 @@
 #include "platform/linux/dbuseinzelinstanz.h"
 
+#include "foundation/datenordner.h"
 #include "foundation/konstanten.h"
 #include "foundation/protokoll.h"
 #include "platform/linux/einzelinstanzsperre.h"
@@ -38,34 +39,34 @@ QString sperrordner()
     return taugt ? QString::fromLocal8Bit(laufzeit) : appOrdner();
 }
 
-DBusEinzelinstanz::DBusEinzelinstanz(Aktivierung eigeneAktivierung, const QDBusConnection &sitzung,
-                                     QString sperren)
-    : eigene(std::move(eigeneAktivierung))
-    , bus(sitzung)
-    , ordner(std::move(sperren))
+DBusEinzelinstanz::DBusEinzelinstanz(Aktivierung eigene, const QDBusConnection &sitzung,
+                                     QString ordner)
+    : eigene_(std::move(eigene))
+    , bus_(sitzung)
+    , ordner_(std::move(ordner))
 {
     new Anwendungsdienst(this);
 }
 
 DBusEinzelinstanz::~DBusEinzelinstanz()
 {
-    if (nameGehalten) {
-        bus.send(anDenBus(u"ReleaseName"_s, {KENNUNG}));
-        bus.unregisterObject(pfad);
+    if (nameGehalten_) {
+        bus_.send(anDenBus(u"ReleaseName"_s, {KENNUNG}));
+        bus_.unregisterObject(pfad);
     }
 }
 
 bool DBusEinzelinstanz::belegen(bool leise)
 {
-    const auto ergebnis = bus.isConnected() ? ueberBus(leise) : std::nullopt;
+    const auto ergebnis = bus_.isConnected() ? ueberBus(leise) : std::nullopt;
     return ergebnis ? *ergebnis : ueberSperre(leise);
 }
 
 void DBusEinzelinstanz::beiOeffnen(std::function<void()> oeffnen)
 {
-    ruf = std::move(oeffnen);
-    if (versaeumt && ruf) {
-        bitten(*std::exchange(versaeumt, std::nullopt));
+    ruf_ = std::move(oeffnen);
+    if (versaeumt_ && ruf_) {
+        bitten(*std::exchange(versaeumt_, std::nullopt));
     }
 }
 
@@ -77,19 +78,19 @@ void DBusEinzelinstanz::bitten(const Aktivierung &aktivierung)
 
 void DBusEinzelinstanz::oeffnenMit(const Aktivierung &aktivierung)
 {
-    if (!ruf) {
-        versaeumt = aktivierung;
+    if (!ruf_) {
+        versaeumt_ = aktivierung;
         return;
     }
     const Aktivierungsrahmen rahmen(aktivierung);
-    ruf();
+    ruf_();
 }
 
 // Absent when the bus does not decide it. The object is there before the name: whoever finds the
 // name finds it answering.
 std::optional<bool> DBusEinzelinstanz::ueberBus(bool leise)
 {
-    bus.registerObject(pfad, this, QDBusConnection::ExportAdaptors);
+    bus_.registerObject(pfad, this, QDBusConnection::ExportAdaptors);
     constexpr int versuche = 3; // the first one may end just while we ask it
     std::optional<bool> allein;
     for (int i = 0; i < versuche; ++i) {
@@ -98,9 +99,9 @@ std::optional<bool> DBusEinzelinstanz::ueberBus(bool leise)
             break;
         }
     }
-    nameGehalten = allein.value_or(false);
-    if (!nameGehalten) {
-        bus.unregisterObject(pfad);
+    nameGehalten_ = allein.value_or(false);
+    if (!nameGehalten_) {
+        bus_.unregisterObject(pfad);
     }
     return allein;
 }
@@ -110,7 +111,7 @@ std::optional<bool> DBusEinzelinstanz::nameNehmen()
 {
     constexpr uint nichtAnstellen = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
     const QDBusMessage antwort =
-        bus.call(anDenBus(u"RequestName"_s, {KENNUNG, nichtAnstellen}), QDBus::Block, frist);
+        bus_.call(anDenBus(u"RequestName"_s, {KENNUNG, nichtAnstellen}), QDBus::Block, frist);
     if (antwort.type() != QDBusMessage::ReplyMessage) {
         return {};
     }
@@ -123,32 +124,32 @@ bool DBusEinzelinstanz::ersteBitten() const
 {
     QDBusMessage bitte = QDBusMessage::createMethodCall(
         KENNUNG, pfad, u"org.freedesktop.Application"_s, u"Activate"_s);
-    bitte.setArguments({eigene.plattformdaten()});
+    bitte.setArguments({eigene_.plattformdaten()});
     bitte.setAutoStartService(false);
-    const QDBusMessage antwort = bus.call(bitte, QDBus::Block, frist);
+    const QDBusMessage antwort = bus_.call(bitte, QDBus::Block, frist);
     return antwort.errorName() != u"org.freedesktop.DBus.Error.ServiceUnknown" &&
            antwort.errorName() != u"org.freedesktop.DBus.Error.NameHasNoOwner";
 }
 
 bool DBusEinzelinstanz::ueberSperre(bool leise)
 {
-    sperre = std::make_unique<Einzelinstanzsperre>(ordner, [this](const QByteArray &nachricht) {
+    sperre_ = std::make_unique<Einzelinstanzsperre>(ordner_, [this](const QByteArray &nachricht) {
         bitten(Aktivierung::ausPlattformdaten(
             QJsonDocument::fromJson(nachricht).object().toVariantMap()));
     });
     const QByteArray bitte =
-        QJsonDocument(QJsonObject::fromVariantMap(eigene.plattformdaten())).toJson();
+        QJsonDocument(QJsonObject::fromVariantMap(eigene_.plattformdaten())).toJson();
     // Between taking the lock and opening the socket, and between closing both, lie microseconds.
     constexpr int versuche = 20;
     for (int i = 0; i < versuche; ++i) {
-        switch (sperre->nehmen()) {
+        switch (sperre_->nehmen()) {
         case Einzelinstanzsperre::Stand::Gehalten:
             return true;
         case Einzelinstanzsperre::Stand::Unmoeglich:
-            protokoll(u"Keine Sperre in %1 möglich"_s.arg(ordner));
+            protokoll(u"Keine Sperre in %1 möglich"_s.arg(ordner_));
             return true;
         case Einzelinstanzsperre::Stand::Vergeben:
-            if (leise || sperre->senden(bitte)) {
+            if (leise || sperre_->senden(bitte)) {
                 return false;
             }
         }
@@ -157,15 +158,15 @@ bool DBusEinzelinstanz::ueberSperre(bool leise)
     return false;
 }
 
-Anwendungsdienst::Anwendungsdienst(DBusEinzelinstanz *ziel)
-    : QDBusAbstractAdaptor(ziel)
-    , instanz(ziel)
+Anwendungsdienst::Anwendungsdienst(DBusEinzelinstanz *instanz)
+    : QDBusAbstractAdaptor(instanz)
+    , instanz_(instanz)
 {
 }
 
 void Anwendungsdienst::Activate(const QVariantMap &plattformdaten)
 {
-    instanz->bitten(Aktivierung::ausPlattformdaten(plattformdaten));
+    instanz_->bitten(Aktivierung::ausPlattformdaten(plattformdaten));
 }
 
 void Anwendungsdienst::Open(const QStringList & /*adressen*/, const QVariantMap &plattformdaten)

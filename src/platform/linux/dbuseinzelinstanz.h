@@ -29,7 +29,7 @@ public:
     // `eigene` is handed to the first instance when this is not the one.
     explicit DBusEinzelinstanz(Aktivierung eigene = Aktivierung::ausUmgebung(),
                                const QDBusConnection &sitzung = sitzungsbus(),
-                               QString sperren = sperrordner());
+                               QString ordner = sperrordner());
     ~DBusEinzelinstanz() override;
 
     // Waits for the bus, and for the first instance to take the request, a second at most each.
@@ -48,13 +48,13 @@ private:
     [[nodiscard]] bool ersteBitten() const;
     void oeffnenMit(const Aktivierung &aktivierung);
 
-    const Aktivierung eigene;
-    QDBusConnection bus;
-    const QString ordner;
-    bool nameGehalten = false;
-    std::unique_ptr<Einzelinstanzsperre> sperre;
-    std::function<void()> ruf;
-    std::optional<Aktivierung> versaeumt; // asked for before there was someone to call
+    const Aktivierung eigene_;
+    QDBusConnection bus_;
+    const QString ordner_;
+    bool nameGehalten_ = false;
+    std::unique_ptr<Einzelinstanzsperre> sperre_;
+    std::function<void()> ruf_;
+    std::optional<Aktivierung> versaeumt_; // asked for before there was someone to call
 };
 
 // org.freedesktop.Application, "Desktop Entry Specification" 1.5, "D-Bus Activation". The program
@@ -74,7 +74,7 @@ public Q_SLOTS:
                         const QVariantMap &plattformdaten);
 
 private:
-    DBusEinzelinstanz *const instanz;
+    DBusEinzelinstanz *const instanz_;
 };
 
 } // namespace kalvaro

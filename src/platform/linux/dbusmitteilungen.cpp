@@ -62,17 +62,17 @@ QDBusMessage anServer(const QString &methode, const QVariantList &argumente)
 
 } // namespace
 
-DBusMitteilungen::DBusMitteilungen(const QDBusConnection &sitzung, int fristJeRuf)
-    : bus(sitzung)
-    , frist(fristJeRuf)
+DBusMitteilungen::DBusMitteilungen(const QDBusConnection &sitzung, int frist)
+    : bus_(sitzung)
+    , frist_(frist)
 {
-    if (!bus.isConnected()) {
+    if (!bus_.isConnected()) {
         return;
     }
-    waechter.setConnection(bus);
-    waechter.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-    waechter.addWatchedService(dienst);
-    connect(&waechter, &QDBusServiceWatcher::serviceOwnerChanged, this,
+    waechter_.setConnection(bus_);
+    waechter_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
+    waechter_.addWatchedService(dienst);
+    connect(&waechter_, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &neuer) {
                 serverGewechselt(neuer);
             });
@@ -82,12 +82,12 @@ DBusMitteilungen::DBusMitteilungen(const QDBusConnection &sitzung, int fristJeRu
 // From whoever sends them: which server a signal comes from is told by its unique name.
 void DBusMitteilungen::signaleAbonnieren()
 {
-    bus.connect({}, pfad, dienst, u"ActionInvoked"_s, this,
-                SLOT(gewaehlt(uint, QString, QDBusMessage)));
-    bus.connect({}, pfad, dienst, u"ActivationToken"_s, this,
-                SLOT(markeErhalten(uint, QString, QDBusMessage)));
-    bus.connect({}, pfad, dienst, u"NotificationClosed"_s, this,
-                SLOT(geschlossen(uint, uint, QDBusMessage)));
+    bus_.connect({}, pfad, dienst, u"ActionInvoked"_s, this,
+                 SLOT(gewaehlt(uint, QString, QDBusMessage)));
+    bus_.connect({}, pfad, dienst, u"ActivationToken"_s, this,
+                 SLOT(markeErhalten(uint, QString, QDBusMessage)));
+    bus_.connect({}, pfad, dienst, u"NotificationClosed"_s, this,
+                 SLOT(geschlossen(uint, uint, QDBusMessage)));
 }
 
 void DBusMitteilungen::mitteilen(const QString &titel, const QString &inhalt,
@@ -95,11 +95,11 @@ void DBusMitteilungen::mitteilen(const QString &titel, const QString &inhalt,
 {
     const Nachricht nachricht = {einzeilig(gekuerzt(titel, titelLaenge)),
                                  gekuerzt(inhalt, inhaltLaenge), ziel};
-    if (!bus.isConnected()) {
+    if (!bus_.isConnected()) {
         verloren(nachricht.titel, nachricht.inhalt, u"kein Sitzungsbus"_s);
         return;
     }
-    switch (stand) {
+    switch (stand_) {
     case Faehigkeiten::Bekannt:
         senden(nachricht);
         return;
@@ -107,21 +107,21 @@ void DBusMitteilungen::mitteilen(const QString &titel, const QString &inhalt,
         erfragen();
         [[fallthrough]];
     case Faehigkeiten::Erfragt:
-        wartende.append(nachricht);
+        wartende_.append(nachricht);
     }
 }
 
 void DBusMitteilungen::beiKlick(std::function<void(const QString &)> geklickt)
 {
-    klick = std::move(geklickt);
+    klick_ = std::move(geklickt);
 }
 
 void DBusMitteilungen::erfragen()
 {
-    stand = Faehigkeiten::Erfragt;
-    gewechselt = false;
-    auto *antwort =
-        new QDBusPendingCallWatcher(bus.asyncCall(anServer(u"GetCapabilities"_s, {}), frist), this);
+    stand_ = Faehigkeiten::Erfragt;
+    gewechselt_ = false;
+    auto *antwort = new QDBusPendingCallWatcher(
+        bus_.asyncCall(anServer(u"GetCapabilities"_s, {}), frist_), this);
     connect(antwort, &QDBusPendingCallWatcher::finished, this, &DBusMitteilungen::erfragt);
 }
 
@@ -129,22 +129,22 @@ void DBusMitteilungen::erfragt(QDBusPendingCallWatcher *antwort)
 {
     antwort->deleteLater();
     const QDBusPendingReply<QStringList> liste = *antwort;
-    if (liste.isError() && gewechselt) {
+    if (liste.isError() && gewechselt_) {
         erfragen();
         return;
     }
-    const QList<Nachricht> faellig = std::exchange(wartende, {});
+    const QList<Nachricht> faellig = std::exchange(wartende_, {});
     if (liste.isError()) {
-        stand = Faehigkeiten::Unbekannt;
+        stand_ = Faehigkeiten::Unbekannt;
         for (const Nachricht &nachricht : faellig) {
             verloren(nachricht.titel, nachricht.inhalt, liste.error().message());
         }
         return;
     }
-    stand = Faehigkeiten::Bekannt;
-    server = liste.reply().service();
-    auszeichnung = liste.value().contains(u"body-markup"_s);
-    aktionen = liste.value().contains(u"actions"_s);
+    stand_ = Faehigkeiten::Bekannt;
+    server_ = liste.reply().service();
+    auszeichnung_ = liste.value().contains(u"body-markup"_s);
+    aktionen_ = liste.value().contains(u"actions"_s);
     for (const Nachricht &nachricht : faellig) {
         senden(nachricht);
     }
@@ -152,17 +152,17 @@ void DBusMitteilungen::erfragt(QDBusPendingCallWatcher *antwort)
 
 void DBusMitteilungen::senden(const Nachricht &nachricht)
 {
-    const bool klickbar = nachricht.ziel && aktionen;
+    const bool klickbar = nachricht.ziel && aktionen_;
     const QStringList knoepfe = klickbar ? QStringList({u"default"_s, u"Öffnen"_s}) : QStringList();
     const uchar dringlichkeit = 1; // normal
     const QVariantMap angaben = {{u"desktop-entry"_s, KENNUNG},
                                  {u"urgency"_s, QVariant::fromValue(dringlichkeit)}};
-    const QString inhalt = auszeichnung ? nachricht.inhalt.toHtmlEscaped() : nachricht.inhalt;
+    const QString inhalt = auszeichnung_ ? nachricht.inhalt.toHtmlEscaped() : nachricht.inhalt;
     const uint ersetzt = 0;
     const int anzeigedauer = -1; // as the server likes
     const QDBusMessage ruf = anServer(u"Notify"_s, {u"kalvaro"_s, ersetzt, KENNUNG, nachricht.titel,
                                                     inhalt, knoepfe, angaben, anzeigedauer});
-    auto *antwort = new QDBusPendingCallWatcher(bus.asyncCall(ruf, frist), this);
+    auto *antwort = new QDBusPendingCallWatcher(bus_.asyncCall(ruf, frist_), this);
     connect(antwort, &QDBusPendingCallWatcher::finished, this,
             [this, nachricht](QDBusPendingCallWatcher *fertig) { gesendet(nachricht, fertig); });
 }
@@ -176,26 +176,26 @@ void DBusMitteilungen::gesendet(const Nachricht &nachricht, QDBusPendingCallWatc
         return;
     }
     if (nachricht.ziel) {
-        gezeigt.append({id.reply().service(), id.value(), *nachricht.ziel, {}});
-        gezeigt.remove(0, std::max<qsizetype>(0, gezeigt.size() - hoechstensOffen));
+        gezeigt_.append({id.reply().service(), id.value(), *nachricht.ziel, {}});
+        gezeigt_.remove(0, std::max<qsizetype>(0, gezeigt_.size() - hoechstensOffen));
     }
 }
 
 void DBusMitteilungen::serverGewechselt(const QString &neuer)
 {
-    gewechselt = !neuer.isEmpty();
-    if (neuer != server) {
-        stand = stand == Faehigkeiten::Bekannt ? Faehigkeiten::Unbekannt : stand;
-        gezeigt.removeIf([&neuer](const Gezeigte &eine) { return eine.server != neuer; });
+    gewechselt_ = !neuer.isEmpty();
+    if (neuer != server_) {
+        stand_ = stand_ == Faehigkeiten::Bekannt ? Faehigkeiten::Unbekannt : stand_;
+        gezeigt_.removeIf([&neuer](const Gezeigte &eine) { return eine.server != neuer; });
     }
 }
 
 DBusMitteilungen::Gezeigte *DBusMitteilungen::finden(uint id, const QDBusMessage &signal)
 {
-    const auto ort = std::find_if(gezeigt.begin(), gezeigt.end(), [&](const Gezeigte &eine) {
+    const auto ort = std::find_if(gezeigt_.begin(), gezeigt_.end(), [&](const Gezeigte &eine) {
         return eine.id == id && eine.server == signal.service();
     });
-    return ort == gezeigt.end() ? nullptr : &*ort;
+    return ort == gezeigt_.end() ? nullptr : &*ort;
 }
 
 void DBusMitteilungen::markeErhalten(uint id, const QString &marke, const QDBusMessage &signal)
@@ -208,18 +208,18 @@ void DBusMitteilungen::markeErhalten(uint id, const QString &marke, const QDBusM
 void DBusMitteilungen::gewaehlt(uint id, const QString &aktion, const QDBusMessage &signal)
 {
     Gezeigte *eine = finden(id, signal);
-    if (eine == nullptr || aktion != u"default" || !klick) {
+    if (eine == nullptr || aktion != u"default" || !klick_) {
         return;
     }
     const QString ziel = eine->ziel;
     const Aktivierungsrahmen rahmen({std::exchange(eine->marke, {}), {}});
-    klick(ziel);
+    klick_(ziel);
 }
 
 void DBusMitteilungen::geschlossen(uint id, uint /*grund*/, const QDBusMessage &signal)
 {
     if (const Gezeigte *eine = finden(id, signal)) {
-        gezeigt.remove(eine - gezeigt.constData());
+        gezeigt_.remove(eine - gezeigt_.constData());
     }
 }
 

@@ -30,7 +30,7 @@ public:
     void beiKlick(std::function<void(const QString &ziel)> geklickt) override;
 
     // How many shown notifications a click is still awaited for.
-    [[nodiscard]] qsizetype offene() const { return gezeigt.size(); }
+    [[nodiscard]] qsizetype offene() const { return gezeigt_.size(); }
 
 private Q_SLOTS:
     void gewaehlt(uint id, const QString &aktion, const QDBusMessage &signal);
@@ -64,20 +64,20 @@ private:
     void serverGewechselt(const QString &neuer);
     [[nodiscard]] Gezeigte *finden(uint id, const QDBusMessage &signal);
 
-    QDBusConnection bus;
-    const int frist;
-    QDBusServiceWatcher waechter;
-    std::function<void(const QString &)> klick;
+    QDBusConnection bus_;
+    const int frist_;
+    QDBusServiceWatcher waechter_;
+    std::function<void(const QString &)> klick_;
 
     // What is known of the server that runs now.
-    Faehigkeiten stand = Faehigkeiten::Unbekannt;
-    QString server;
-    bool auszeichnung = false; // it reads markup in the body
-    bool aktionen = false;
-    bool gewechselt = false; // another one has come since we asked
+    Faehigkeiten stand_ = Faehigkeiten::Unbekannt;
+    QString server_;
+    bool auszeichnung_ = false; // it reads markup in the body
+    bool aktionen_ = false;
+    bool gewechselt_ = false; // another one has come since we asked
 
-    QList<Nachricht> wartende; // until the capabilities are known
-    QList<Gezeigte> gezeigt;   // the oldest first
+    QList<Nachricht> wartende_; // until the capabilities are known
+    QList<Gezeigte> gezeigt_;   // the oldest first
 };
 
 } // namespace kalvaro

@@ -52,28 +52,28 @@ int neuerSocket()
 
 Einzelinstanzsperre::Einzelinstanzsperre(const QString &ordner,
                                          std::function<void(const QByteArray &)> angekommen)
-    : pfad(QFile::encodeName(ordner))
-    , empfaenger(std::move(angekommen))
+    : ordner_(QFile::encodeName(ordner))
+    , angekommen_(std::move(angekommen))
 {
     QDir().mkpath(ordner);
 }
 
 Einzelinstanzsperre::~Einzelinstanzsperre()
 {
-    horcher.reset();
-    if (briefkasten >= 0) {
-        ::unlink((pfad + '/' + KENNUNG.toUtf8() + ".socket").constData());
-        ::close(briefkasten);
+    horcher_.reset();
+    if (briefkasten_ >= 0) {
+        ::unlink((ordner_ + '/' + KENNUNG.toUtf8() + ".socket").constData());
+        ::close(briefkasten_);
     }
-    if (sperre >= 0) {
-        ::close(sperre);
+    if (sperre_ >= 0) {
+        ::close(sperre_);
     }
 }
 
 Einzelinstanzsperre::Stand Einzelinstanzsperre::nehmen()
 {
     // The file stays for good: removing it would let two processes lock two files of one name.
-    const QByteArray datei = pfad + '/' + KENNUNG.toUtf8() + ".lock";
+    const QByteArray datei = ordner_ + '/' + KENNUNG.toUtf8() + ".lock";
     const int fd = ::open(datei.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (fd < 0) {
         return Stand::Unmoeglich;
@@ -83,24 +83,24 @@ Einzelinstanzsperre::Stand Einzelinstanzsperre::nehmen()
         ::close(fd);
         return vergeben ? Stand::Vergeben : Stand::Unmoeglich;
     }
-    sperre = fd;
+    sperre_ = fd;
     horchen();
     return Stand::Gehalten;
 }
 
 void Einzelinstanzsperre::horchen()
 {
-    briefkasten = neuerSocket();
-    ::unlink((pfad + '/' + KENNUNG.toUtf8() + ".socket").constData());
+    briefkasten_ = neuerSocket();
+    ::unlink((ordner_ + '/' + KENNUNG.toUtf8() + ".socket").constData());
     const mode_t maske = ::umask(0077); // nobody but the user may write into it
     const bool offen =
-        briefkasten >= 0 && mitAdresse(pfad, [this](const sockaddr *adresse, socklen_t laenge) {
-            return ::bind(briefkasten, adresse, laenge);
+        briefkasten_ >= 0 && mitAdresse(ordner_, [this](const sockaddr *adresse, socklen_t laenge) {
+            return ::bind(briefkasten_, adresse, laenge);
         });
     ::umask(maske);
     if (offen) {
-        horcher = std::make_unique<QSocketNotifier>(briefkasten, QSocketNotifier::Read);
-        connect(horcher.get(), &QSocketNotifier::activated, this, &Einzelinstanzsperre::lesen);
+        horcher_ = std::make_unique<QSocketNotifier>(briefkasten_, QSocketNotifier::Read);
+        connect(horcher_.get(), &QSocketNotifier::activated, this, &Einzelinstanzsperre::lesen);
     }
 }
 
@@ -109,7 +109,7 @@ bool Einzelinstanzsperre::senden(const QByteArray &nachricht) const
     const int fd = neuerSocket();
     const auto laenge = static_cast<size_t>(nachricht.size());
     const bool gesendet =
-        fd >= 0 && mitAdresse(pfad, [&](const sockaddr *adresse, socklen_t groesse) {
+        fd >= 0 && mitAdresse(ordner_, [&](const sockaddr *adresse, socklen_t groesse) {
             return ::sendto(fd, nachricht.constData(), laenge, MSG_NOSIGNAL, adresse, groesse);
         });
     ::close(fd);
@@ -119,10 +119,10 @@ bool Einzelinstanzsperre::senden(const QByteArray &nachricht) const
 void Einzelinstanzsperre::lesen()
 {
     QByteArray nachricht(qsizetype(groessteNachricht), Qt::Uninitialized);
-    const ssize_t laenge = ::recv(briefkasten, nachricht.data(), groessteNachricht, 0);
+    const ssize_t laenge = ::recv(briefkasten_, nachricht.data(), groessteNachricht, 0);
     if (laenge >= 0) {
         nachricht.truncate(laenge);
-        empfaenger(nachricht);
+        angekommen_(nachricht);
     }
 }
 

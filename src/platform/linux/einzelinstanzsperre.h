@@ -38,11 +38,11 @@ private:
     void horchen();
     void lesen();
 
-    const QByteArray pfad;
-    const std::function<void(const QByteArray &)> empfaenger;
-    int sperre = -1;
-    int briefkasten = -1;
-    std::unique_ptr<QSocketNotifier> horcher;
+    const QByteArray ordner_;
+    const std::function<void(const QByteArray &)> angekommen_;
+    int sperre_ = -1;
+    int briefkasten_ = -1;
+    std::unique_ptr<QSocketNotifier> horcher_;
 };
 
 } // namespace kalvaro

@@ -1,7 +1,9 @@
 #include "platform/linux/linuxarbeitsplatz.h"
 
+#include "foundation/einmalruf.h"
 #include "platform/buendel.h"
 #include "platform/linux/loesen.h"
+#include "platform/linux/logindwache.h"
 #include "platform/linux/startfehler.h"
 
 #include <QCoreApplication>
@@ -25,63 +27,51 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Rueckruf = std::function<void(std::optional<QString>)>;
+using Startruf = Einmalruf<std::optional<QString>>;
 
-void melden(QObject *besitzer, const Rueckruf &fertig, const std::optional<QString> &fehler)
-{
-    QMetaObject::invokeMethod(
-        besitzer, [fertig, fehler] { fertig(fehler); }, Qt::QueuedConnection);
-}
-
-// Waits for word of a program that is being started. Lives as a child of its owner.
-class Startwacht final : public QObject
+// Waits for word of a program that is being started.
+class Startwacht final : public Startruf
 {
 public:
-    Startwacht(int meldung, QString datei, QObject *besitzer, Rueckruf ruf)
-        : QObject(besitzer)
-        , fd(meldung)
-        , programm(std::move(datei))
-        , fertig(std::move(ruf))
-        , horcher(meldung, QSocketNotifier::Read)
+    Startwacht(int meldung, QString programm, QObject *besitzer, Rueckruf fertig)
+        : Einmalruf(besitzer, std::move(fertig))
+        , fd_(meldung)
+        , programm_(std::move(programm))
+        , horcher_(meldung, QSocketNotifier::Read)
     {
-        connect(&horcher, &QSocketNotifier::activated, this, &Startwacht::lesen);
+        connect(&horcher_, &QSocketNotifier::activated, this, &Startwacht::lesen);
     }
 
     ~Startwacht() override
     {
-        horcher.setEnabled(false);
-        ::close(fd);
+        horcher_.setEnabled(false);
+        ::close(fd_);
     }
-
-    Startwacht(const Startwacht &) = delete;
-    Startwacht &operator=(const Startwacht &) = delete;
 
 private:
     void lesen()
     {
         int fehler = 0;
-        const ssize_t anzahl = ::read(fd, &fehler, sizeof fehler);
+        const ssize_t anzahl = ::read(fd_, &fehler, sizeof fehler);
         if (anzahl < 0 && errno == EINTR) {
             return;
         }
-        horcher.setEnabled(false);
+        horcher_.setEnabled(false);
         const bool gescheitert = anzahl == sizeof fehler;
-        melden(parent(), fertig,
-               gescheitert ? std::optional(grund(fehler)) : std::optional<QString>());
-        deleteLater();
+        antworten(gescheitert ? std::optional(grund(fehler)) : std::optional<QString>());
     }
 
     // The program was there a moment ago: what the system misses then is what runs it.
     [[nodiscard]] QString grund(int fehler) const
     {
-        return fehler == ENOENT && QFileInfo::exists(programm)
-                   ? u"Zu „%1“ fehlt das Programm, das es ausführt."_s.arg(programm)
-                   : startfehlertext(fehler, programm);
+        return fehler == ENOENT && QFileInfo::exists(programm_)
+                   ? u"Zu „%1“ fehlt das Programm, das es ausführt."_s.arg(programm_)
+                   : startfehlertext(fehler, programm_);
     }
 
-    const int fd;
-    const QString programm;
-    const Rueckruf fertig;
-    QSocketNotifier horcher;
+    const int fd_;
+    const QString programm_;
+    QSocketNotifier horcher_;
 };
 
 // The path with all links resolved, or the errno that tells why there is none.
@@ -153,17 +143,27 @@ QList<QByteArray> umgebung()
 
 } // namespace
 
+LinuxArbeitsplatz::LinuxArbeitsplatz(Uhr &uhr)
+    : uhr_(uhr)
+{
+}
+
+LinuxArbeitsplatz::~LinuxArbeitsplatz() = default;
+
 void LinuxArbeitsplatz::starten(const QString &buendel, QObject *besitzer, Rueckruf fertig)
 {
+    const auto scheitern = [&](const QString &grund) {
+        (new Startruf(besitzer, std::move(fertig)))->antworten(grund);
+    };
     const auto programm = programmVon(buendel);
     if (!programm) {
-        melden(besitzer, fertig, programm.error());
+        scheitern(programm.error());
         return;
     }
     const auto meldung = losgeloestStarten(
         {QFile::encodeName(*programm), umgebung(), QFile::encodeName(QDir::homePath())});
     if (!meldung) {
-        melden(besitzer, fertig, startfehlertext(meldung.error(), *programm));
+        scheitern(startfehlertext(meldung.error(), *programm));
         return;
     }
     new Startwacht(*meldung, *programm, besitzer, std::move(fertig));
@@ -176,6 +176,11 @@ void LinuxArbeitsplatz::oeffnen(const QUrl &adresse)
         QMetaObject::invokeMethod(
             qApp, [adresse] { QDesktopServices::openUrl(adresse); }, Qt::QueuedConnection);
     }
+}
+
+void LinuxArbeitsplatz::beiAufwachen(std::function<void()> geweckt)
+{
+    wache_ = geweckt ? std::make_unique<Logindwache>(uhr_, std::move(geweckt)) : nullptr;
 }
 
 void LinuxArbeitsplatz::auftreten(Auftritt /*auftritt*/)

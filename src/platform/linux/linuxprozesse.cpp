@@ -83,16 +83,16 @@ QString buendelVon(int prozesse, const char *pid)
 } // namespace
 
 LinuxProzesse::LinuxProzesse(QString werkzeug, QByteArray proc, std::chrono::milliseconds frist)
-    : pgrep(std::move(werkzeug))
-    , prozessordner(std::move(proc))
-    , laengstens(frist)
+    : werkzeug_(std::move(werkzeug))
+    , proc_(std::move(proc))
+    , frist_(frist)
 {
 }
 
 qsizetype LinuxProzesse::anzahl(const QString &name) const
 {
-    const auto bytes =
-        ausgabe(pgrep, {u"-x"_s, u"--runstates"_s, laufend, name}, QDeadlineTimer(laengstens));
+    const auto bytes = ausgabe(werkzeug_, {u"-x"_s, u"--runstates"_s, laufend, name},
+                               QDeadlineTimer(frist_));
     if (!bytes) {
         return 0;
     }
@@ -103,28 +103,27 @@ qsizetype LinuxProzesse::anzahl(const QString &name) const
 
 QStringList LinuxProzesse::buendel() const
 {
-    const std::unique_ptr<DIR, int (*)(DIR *)> ordner(::opendir(prozessordner.constData()),
-                                                      ::closedir);
+    const std::unique_ptr<DIR, int (*)(DIR *)> ordner(::opendir(proc_.constData()), ::closedir);
     QStringList liste;
     if (!ordner) {
         return liste;
     }
-    ++blick;
-    const auto vorher = std::exchange(draussen, {});
-    draussen.reserve(vorher.size());
+    ++blick_;
+    const auto vorher = std::exchange(draussen_, {});
+    draussen_.reserve(vorher.size());
     while (const dirent *eintrag = ::readdir(ordner.get())) {
         const int pid = std::atoi(eintrag->d_name);
         if (pid <= 0) {
             continue;
         }
         const int male = vorher.value(pid);
-        if (male >= jung && (pid + blick) % reihum != 0) {
-            draussen.insert(pid, male);
+        if (male >= jung && (pid + blick_) % reihum != 0) {
+            draussen_.insert(pid, male);
             continue;
         }
         const QString name = buendelVon(::dirfd(ordner.get()), eintrag->d_name);
         if (name.isEmpty()) {
-            draussen.insert(pid, std::min(male + 1, jung));
+            draussen_.insert(pid, std::min(male + 1, jung));
         } else if (!liste.contains(name)) {
             liste.append(name);
         }

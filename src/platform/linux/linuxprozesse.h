@@ -28,12 +28,12 @@ public:
     [[nodiscard]] QStringList buendel() const override;
 
 private:
-    const QString pgrep;
-    const QByteArray prozessordner;
-    const std::chrono::milliseconds laengstens;
+    const QString werkzeug_;
+    const QByteArray proc_;
+    const std::chrono::milliseconds frist_;
 
-    mutable QHash<int, int> draussen; // process id → how often seen outside of all bundles
-    mutable int blick = 0;            // number of the call
+    mutable QHash<int, int> draussen_; // process id → how often seen outside of all bundles
+    mutable int blick_ = 0;            // number of the call
 };
 
 } // namespace kalvaro

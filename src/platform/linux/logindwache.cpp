@@ -24,45 +24,45 @@ QString socketpfad(const QString &adresse)
 
 } // namespace
 
-Logindwache::Logindwache(Uhr &zeit, std::function<void()> aufgewacht, QString busadresse)
-    : uhr(zeit)
-    , ruf(std::move(aufgewacht))
-    , adresse(std::move(busadresse))
-    , name(u"logind-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces))
+Logindwache::Logindwache(Uhr &uhr, std::function<void()> aufgewacht, QString adresse)
+    : uhr_(uhr)
+    , aufgewacht_(std::move(aufgewacht))
+    , adresse_(std::move(adresse))
+    , name_(u"logind-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces))
 {
-    connect(&ordner, &QFileSystemWatcher::directoryChanged, this, &Logindwache::neuVersuchen);
+    connect(&ordner_, &QFileSystemWatcher::directoryChanged, this, &Logindwache::neuVersuchen);
     verbinden();
 }
 
 Logindwache::~Logindwache()
 {
-    QDBusConnection::disconnectFromBus(name);
+    QDBusConnection::disconnectFromBus(name_);
 }
 
 void Logindwache::neuVersuchen()
 {
-    versuche = 0;
+    versuche_ = 0;
     verbinden();
 }
 
 void Logindwache::verbinden()
 {
-    naechsterVersuch.reset();
-    if (!verbunden) {
-        verbunden = angeschlossen();
+    naechsterVersuch_.reset();
+    if (!verbunden_) {
+        verbunden_ = angeschlossen();
         ordnerBeobachten();
     }
-    if (!verbunden && QFileInfo::exists(socketpfad(adresse))) {
+    if (!verbunden_ && QFileInfo::exists(socketpfad(adresse_))) {
         spaeterWieder();
     }
 }
 
 bool Logindwache::angeschlossen()
 {
-    if (!busAntwortet(adresse, std::chrono::milliseconds(200))) {
+    if (!busAntwortet(adresse_, std::chrono::milliseconds(200))) {
         return false;
     }
-    QDBusConnection bus = QDBusConnection::connectToBus(adresse, name);
+    QDBusConnection bus = QDBusConnection::connectToBus(adresse_, name_);
     // By the service's name: signals of other senders do not count, and it may start later.
     return bus.isConnected() &&
            bus.connect(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
@@ -75,16 +75,16 @@ bool Logindwache::angeschlossen()
 // Watches the folder that the socket will appear in, or the nearest one above it that exists.
 void Logindwache::ordnerBeobachten()
 {
-    const QStringList bisher = ordner.directories();
-    QString naechster = verbunden ? QString() : QFileInfo(socketpfad(adresse)).path();
+    const QStringList bisher = ordner_.directories();
+    QString naechster = verbunden_ ? QString() : QFileInfo(socketpfad(adresse_)).path();
     while (naechster.startsWith(u'/') && naechster.size() > 1 && !QFileInfo(naechster).isDir()) {
         naechster = QFileInfo(naechster).path();
     }
     if (!bisher.isEmpty() && bisher != QStringList(naechster)) {
-        ordner.removePaths(bisher);
+        ordner_.removePaths(bisher);
     }
     if (naechster.startsWith(u'/')) {
-        ordner.addPath(naechster);
+        ordner_.addPath(naechster);
     }
 }
 
@@ -93,22 +93,22 @@ void Logindwache::spaeterWieder()
 {
     constexpr int hoechstens = 12;
     constexpr Sekunden abstand{5};
-    if (versuche++ < hoechstens) {
-        naechsterVersuch = uhr.nach(abstand, [this] { verbinden(); });
+    if (versuche_++ < hoechstens) {
+        naechsterVersuch_ = uhr_.nach(abstand, [this] { verbinden(); });
     }
 }
 
 void Logindwache::schlafWechselt(bool beginnt)
 {
     if (!beginnt) {
-        ruf();
+        aufgewacht_();
     }
 }
 
 void Logindwache::getrennt()
 {
-    QDBusConnection::disconnectFromBus(name);
-    verbunden = false;
+    QDBusConnection::disconnectFromBus(name_);
+    verbunden_ = false;
     neuVersuchen();
 }
 

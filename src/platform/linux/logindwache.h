@@ -21,8 +21,6 @@ public:
     // `adresse` is that of the system bus.
     Logindwache(Uhr &uhr, std::function<void()> aufgewacht, QString adresse = systembusAdresse());
     ~Logindwache() override;
-    Logindwache(const Logindwache &) = delete;
-    Logindwache &operator=(const Logindwache &) = delete;
 
 private Q_SLOTS:
     void schlafWechselt(bool beginnt);
@@ -35,14 +33,14 @@ private:
     void ordnerBeobachten();
     void spaeterWieder();
 
-    Uhr &uhr;
-    const std::function<void()> ruf;
-    const QString adresse;
-    const QString name; // of the connection, within Qt
-    QFileSystemWatcher ordner;
-    Weckruf naechsterVersuch;
-    int versuche = 0; // since the folder last changed
-    bool verbunden = false;
+    Uhr &uhr_;
+    const std::function<void()> aufgewacht_;
+    const QString adresse_;
+    const QString name_; // of the connection, within Qt
+    QFileSystemWatcher ordner_;
+    Weckruf naechsterVersuch_;
+    int versuche_ = 0; // since the folder last changed
+    bool verbunden_ = false;
 };
 
 } // namespace kalvaro

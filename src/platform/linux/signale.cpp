@@ -5,7 +5,6 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 namespace kalvaro {
@@ -23,11 +22,6 @@ void weckeSchleife(int)
     [[maybe_unused]] const auto geschrieben = ::write(rohr[1], &zeichen, 1);
 }
 
-void sofortEnden(int)
-{
-    ::_exit(0);
-}
-
 void behandeln(int nummer, void (*wie)(int))
 {
     struct sigaction tat = {};
@@ -43,8 +37,8 @@ Signale::Signale(std::function<void()> ende)
     if (::pipe2(rohr.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return;
     }
-    hoerer = new QSocketNotifier(rohr[0], QSocketNotifier::Read, this);
-    connect(hoerer, &QSocketNotifier::activated, this, [ruf = std::move(ende)] {
+    hoerer_ = new QSocketNotifier(rohr[0], QSocketNotifier::Read, this);
+    connect(hoerer_, &QSocketNotifier::activated, this, [ruf = std::move(ende)] {
         std::array<char, 16> verworfen{};
         [[maybe_unused]] const auto gelesen = ::read(rohr[0], verworfen.data(), verworfen.size());
         ruf();
@@ -59,19 +53,10 @@ Signale::~Signale()
     for (const int nummer : behandelte) {
         behandeln(nummer, SIG_DFL);
     }
-    delete hoerer;
+    delete hoerer_;
     ::close(rohr[0]);
     ::close(rohr[1]);
     rohr = {-1, -1};
-}
-
-void endeErzwingen(int millisekunden)
-{
-    behandeln(SIGALRM, sofortEnden);
-    itimerval frist = {};
-    frist.it_value.tv_sec = millisekunden / 1000;
-    frist.it_value.tv_usec = millisekunden % 1000 * 1000L;
-    ::setitimer(ITIMER_REAL, &frist, nullptr);
 }
 
 } // namespace kalvaro

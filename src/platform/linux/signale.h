@@ -18,11 +18,7 @@ public:
     ~Signale() override;
 
 private:
-    QSocketNotifier *hoerer = nullptr;
+    QSocketNotifier *hoerer_ = nullptr;
 };
-
-// Ends the process `millisekunden` from now at the latest, with status 0, whatever it then waits
-// for: QtNetwork's look-ups of host names cannot be cancelled and would hold up the end.
-void endeErzwingen(int millisekunden);
 
 } // namespace kalvaro

@@ -32,7 +32,7 @@ bool immerDunkleLeiste()
 } // namespace
 
 TrayStatusobjekt::TrayStatusobjekt(Uhr &uhr, const QDBusConnection &sitzung)
-    : wache(uhr, sitzung, xembed, [this](Trayart gefundene) { erscheinen(gefundene); })
+    : wache_(uhr, sitzung, xembed_, [this](Trayart art) { erscheinen(art); })
 {
     qApp->installEventFilter(this);
 }
@@ -41,24 +41,24 @@ TrayStatusobjekt::~TrayStatusobjekt() = default;
 
 void TrayStatusobjekt::symbolSetzen(const QString &name)
 {
-    symbol = name;
+    symbol_ = name;
     symbolZeichnen();
 }
 
-void TrayStatusobjekt::hinweisSetzen(const QString &text)
+void TrayStatusobjekt::hinweisSetzen(const QString &hinweis)
 {
-    hinweis = text.left(hinweisLaenge);
-    if (!hinweis.isEmpty() && hinweis.back().isHighSurrogate()) {
-        hinweis.chop(1);
+    hinweis_ = hinweis.left(hinweisLaenge);
+    if (!hinweis_.isEmpty() && hinweis_.back().isHighSurrogate()) {
+        hinweis_.chop(1);
     }
     hinweisZeigen();
 }
 
-void TrayStatusobjekt::menueSetzen(QMenu *neues)
+void TrayStatusobjekt::menueSetzen(QMenu *menue)
 {
-    menue = neues;
-    if (zeichen) {
-        zeichen->setContextMenu(menue);
+    menue_ = menue;
+    if (zeichen_) {
+        zeichen_->setContextMenu(menue_);
     }
 }
 
@@ -70,29 +70,29 @@ bool TrayStatusobjekt::eventFilter(QObject *objekt, QEvent *ereignis)
     return QObject::eventFilter(objekt, ereignis);
 }
 
-void TrayStatusobjekt::erscheinen(Trayart gefundene)
+void TrayStatusobjekt::erscheinen(Trayart art)
 {
-    art = gefundene;
-    xembed.beiErscheinen([this] { symbolZeichnen(); }); // another panel, another colour
-    zeichen = std::make_unique<QSystemTrayIcon>();
-    connect(zeichen.get(), &QSystemTrayIcon::activated, this,
+    art_ = art;
+    xembed_.beiErscheinen([this] { symbolZeichnen(); }); // another panel, another colour
+    zeichen_ = std::make_unique<QSystemTrayIcon>();
+    connect(zeichen_.get(), &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason grund) {
                 if (grund == QSystemTrayIcon::Trigger) {
                     menueZeigen();
                 }
             });
     hinweisZeigen();
-    zeichen->setContextMenu(menue);
+    zeichen_->setContextMenu(menue_);
     symbolZeichnen();
 }
 
 void TrayStatusobjekt::symbolZeichnen()
 {
-    if (zeichen && !symbol.isEmpty()) {
-        const bool imThema = art == Trayart::StatusNotifier;
-        zeichen->setIcon(
-            traysymbol(symbol, leistenfarbe(), imThema ? symbolImThema(symbol) : QString()));
-        zeichen->show(); // not before it has a symbol: picture mode never sets one
+    if (zeichen_ && !symbol_.isEmpty()) {
+        const bool imThema = art_ == Trayart::StatusNotifier;
+        zeichen_->setIcon(
+            traysymbol(symbol_, leistenfarbe(), imThema ? symbolImThema(symbol_) : QString()));
+        zeichen_->show(); // not before it has a symbol: picture mode never sets one
     }
 }
 
@@ -100,9 +100,9 @@ void TrayStatusobjekt::symbolZeichnen()
 // is markup, so there it is made markup that says what the text says.
 void TrayStatusobjekt::hinweisZeigen()
 {
-    if (zeichen) {
-        const bool raten = art == Trayart::XEmbed && Qt::mightBeRichText(hinweis);
-        zeichen->setToolTip(raten ? Qt::convertFromPlainText(hinweis) : hinweis);
+    if (zeichen_) {
+        const bool raten = art_ == Trayart::XEmbed && Qt::mightBeRichText(hinweis_);
+        zeichen_->setToolTip(raten ? Qt::convertFromPlainText(hinweis_) : hinweis_);
     }
 }
 
@@ -110,14 +110,14 @@ void TrayStatusobjekt::hinweisZeigen()
 // the panel; there the panel shows it, by the other button.
 void TrayStatusobjekt::menueZeigen()
 {
-    if (menue && QGuiApplication::platformName() == u"xcb") {
-        menue->popup(QCursor::pos());
+    if (menue_ && QGuiApplication::platformName() == u"xcb") {
+        menue_->popup(QCursor::pos());
     }
 }
 
 QColor TrayStatusobjekt::leistenfarbe() const
 {
-    if (const auto farbe = xembed.schriftfarbe()) {
+    if (const auto farbe = xembed_.schriftfarbe()) {
         return *farbe;
     }
     return immerDunkleLeiste() ? QColor(Qt::white)

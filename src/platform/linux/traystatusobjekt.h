@@ -31,19 +31,19 @@ protected:
     bool eventFilter(QObject *objekt, QEvent *ereignis) override;
 
 private:
-    void erscheinen(Trayart gefundene);
+    void erscheinen(Trayart art);
     void symbolZeichnen();
     void hinweisZeigen();
     void menueZeigen();
     [[nodiscard]] QColor leistenfarbe() const;
 
-    XEmbedtray xembed;
-    QString symbol;
-    QString hinweis;
-    QPointer<QMenu> menue;
-    Trayart art = Trayart::StatusNotifier;
-    std::unique_ptr<QSystemTrayIcon> zeichen; // once there is a place for it
-    Traywache wache;
+    XEmbedtray xembed_;
+    QString symbol_;
+    QString hinweis_;
+    QPointer<QMenu> menue_;
+    Trayart art_ = Trayart::StatusNotifier;
+    std::unique_ptr<QSystemTrayIcon> zeichen_; // once there is a place for it
+    Traywache wache_;
 };
 
 } // namespace kalvaro

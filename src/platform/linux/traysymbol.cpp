@@ -15,10 +15,10 @@ namespace {
 class Maske final : public QIconEngine
 {
 public:
-    Maske(QString zeichnung, const QColor &ton, QString imThema)
-        : name(std::move(zeichnung))
-        , farbe(ton)
-        , themenname(std::move(imThema))
+    Maske(QString name, const QColor &farbe, QString themenname)
+        : name_(std::move(name))
+        , farbe_(farbe)
+        , themenname_(std::move(themenname))
     {
     }
 
@@ -29,12 +29,12 @@ public:
         const QPoint ecke =
             wo.topLeft() + QPoint((wo.width() - seite) / 2, (wo.height() - seite) / 2);
         maler->drawPixmap(ecke,
-                          symbolbild(name, seite, farbe, maler->device()->devicePixelRatioF()));
+                          symbolbild(name_, seite, farbe_, maler->device()->devicePixelRatioF()));
     }
 
     QPixmap pixmap(const QSize &groesse, QIcon::Mode /*modus*/, QIcon::State /*zustand*/) override
     {
-        return symbolbild(name, qMin(groesse.width(), groesse.height()), farbe, 1);
+        return symbolbild(name_, qMin(groesse.width(), groesse.height()), farbe_, 1);
     }
 
     // What goes over the bus: the usual sizes of panels, at 1x and 2x.
@@ -47,14 +47,14 @@ public:
         return groessen;
     }
 
-    QString iconName() override { return themenname; }
+    QString iconName() override { return themenname_; }
     QString key() const override { return u"kalvaro.maske"_s; }
-    QIconEngine *clone() const override { return new Maske(name, farbe, themenname); }
+    QIconEngine *clone() const override { return new Maske(name_, farbe_, themenname_); }
 
 private:
-    const QString name;
-    const QColor farbe;
-    const QString themenname;
+    const QString name_;
+    const QColor farbe_;
+    const QString themenname_;
 };
 
 } // namespace

@@ -17,40 +17,40 @@ constexpr Sekunden bedenken{2};
 
 } // namespace
 
-Traywache::Traywache(Uhr &zeit, const QDBusConnection &sitzung, XEmbedtray &tray,
+Traywache::Traywache(Uhr &uhr, const QDBusConnection &sitzung, XEmbedtray &xembed,
                      std::function<void(Trayart)> gefunden)
-    : uhr(zeit)
-    , bus(sitzung)
-    , xembed(tray)
-    , ruf(std::move(gefunden))
+    : uhr_(uhr)
+    , bus_(sitzung)
+    , xembed_(xembed)
+    , gefunden_(std::move(gefunden))
 {
-    if (bus.isConnected()) {
-        waechter.setConnection(bus);
-        waechter.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
-        waechter.addWatchedService(dienst);
-        connect(&waechter, &QDBusServiceWatcher::serviceRegistered, this, [this] {
-            fragen = 0;
+    if (bus_.isConnected()) {
+        waechter_.setConnection(bus_);
+        waechter_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+        waechter_.addWatchedService(dienst);
+        connect(&waechter_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+            fragen_ = 0;
             hostFragen();
         });
-        bus.connect({}, pfad, dienst, u"StatusNotifierHostRegistered"_s, this, SLOT(hostFragen()));
+        bus_.connect({}, pfad, dienst, u"StatusNotifierHostRegistered"_s, this, SLOT(hostFragen()));
         hostFragen();
     }
-    xembed.beiErscheinen([this] { xembedErschienen(); });
-    if (xembed.vorhanden()) {
+    xembed_.beiErscheinen([this] { xembedErschienen(); });
+    if (xembed_.vorhanden()) {
         xembedErschienen();
     }
 }
 
 void Traywache::hostFragen()
 {
-    if (!ruf) {
+    if (!gefunden_) {
         return;
     }
     QDBusMessage frage = QDBusMessage::createMethodCall(
         dienst, pfad, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     frage.setArguments({dienst, u"IsStatusNotifierHostRegistered"_s});
     frage.setAutoStartService(false);
-    auto *antwort = new QDBusPendingCallWatcher(bus.asyncCall(frage), this);
+    auto *antwort = new QDBusPendingCallWatcher(bus_.asyncCall(frage), this);
     connect(antwort, &QDBusPendingCallWatcher::finished, this, [this, antwort] {
         antwort->deleteLater();
         const QDBusPendingReply<QVariant> da = *antwort;
@@ -66,16 +66,16 @@ void Traywache::hostAntwort(bool da, bool gescheitert)
     constexpr Sekunden abstand{1};
     if (da) {
         melden(Trayart::StatusNotifier);
-    } else if (gescheitert && ++fragen < hoechstens) {
-        nocheinmal = uhr.nach(abstand, [this] { hostFragen(); });
+    } else if (gescheitert && ++fragen_ < hoechstens) {
+        nocheinmal_ = uhr_.nach(abstand, [this] { hostFragen(); });
     }
 }
 
 void Traywache::xembedErschienen()
 {
-    const Sekunden dauer = bus.isConnected() ? bedenken : Sekunden(0);
-    bedenkzeit = uhr.nach(dauer, [this] {
-        if (xembed.vorhanden()) {
+    const Sekunden dauer = bus_.isConnected() ? bedenken : Sekunden(0);
+    bedenkzeit_ = uhr_.nach(dauer, [this] {
+        if (xembed_.vorhanden()) {
             melden(Trayart::XEmbed);
         }
     });
@@ -83,8 +83,8 @@ void Traywache::xembedErschienen()
 
 void Traywache::melden(Trayart art)
 {
-    if (ruf) {
-        std::exchange(ruf, {})(art);
+    if (gefunden_) {
+        std::exchange(gefunden_, {})(art);
     }
 }
 

@@ -37,14 +37,14 @@ private:
     void xembedErschienen();
     void melden(Trayart art);
 
-    Uhr &uhr;
-    QDBusConnection bus;
-    XEmbedtray &xembed;
-    std::function<void(Trayart)> ruf;
-    QDBusServiceWatcher waechter;
-    Weckruf nocheinmal;
-    Weckruf bedenkzeit;
-    int fragen = 0; // since the watcher last took its name
+    Uhr &uhr_;
+    QDBusConnection bus_;
+    XEmbedtray &xembed_;
+    std::function<void(Trayart)> gefunden_;
+    QDBusServiceWatcher waechter_;
+    Weckruf nocheinmal_;
+    Weckruf bedenkzeit_;
+    int fragen_ = 0; // since the watcher last took its name
 };
 
 } // namespace kalvaro

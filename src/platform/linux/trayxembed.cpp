@@ -30,15 +30,15 @@ XEmbedtray::XEmbedtray()
     if (x11 == nullptr || QGuiApplication::platformName() != u"xcb") {
         return; // the offscreen platform offers the interface too, without a connection
     }
-    x = x11->connection();
+    x_ = x11->connection();
     char *rechner = nullptr;
     int anzeige = 0;
     int schirm = 0;
     if (xcb_parse_display(nullptr, &rechner, &anzeige, &schirm) != 0) { // $DISPLAY
         std::free(rechner);
     }
-    auswahl = atom(("_NET_SYSTEM_TRAY_S" + QByteArray::number(schirm)).constData());
-    manager = atom("MANAGER");
+    auswahl_ = atom(("_NET_SYSTEM_TRAY_S" + QByteArray::number(schirm)).constData());
+    manager_ = atom("MANAGER");
     // Qt itself listens on the root window for the message that announces a manager.
     qGuiApp->installNativeEventFilter(this);
 }
@@ -47,18 +47,18 @@ XEmbedtray::~XEmbedtray() = default; // removes the filter
 
 uint32_t XEmbedtray::atom(const char *name) const
 {
-    const auto frage = xcb_intern_atom(x, 0, static_cast<uint16_t>(std::strlen(name)), name);
-    const auto antwort = gelesen(xcb_intern_atom_reply(x, frage, nullptr));
+    const auto frage = xcb_intern_atom(x_, 0, static_cast<uint16_t>(std::strlen(name)), name);
+    const auto antwort = gelesen(xcb_intern_atom_reply(x_, frage, nullptr));
     return antwort ? antwort->atom : nichts;
 }
 
 uint32_t XEmbedtray::besitzer() const
 {
-    if (x == nullptr) {
+    if (x_ == nullptr) {
         return nichts;
     }
     const auto antwort =
-        gelesen(xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, auswahl), nullptr));
+        gelesen(xcb_get_selection_owner_reply(x_, xcb_get_selection_owner(x_, auswahl_), nullptr));
     return antwort ? antwort->owner : nichts;
 }
 
@@ -74,9 +74,9 @@ std::optional<QColor> XEmbedtray::schriftfarbe() const
     if (fenster == nichts) {
         return {};
     }
-    const auto frage = xcb_get_property(x, 0, fenster, atom("_NET_SYSTEM_TRAY_COLORS"),
+    const auto frage = xcb_get_property(x_, 0, fenster, atom("_NET_SYSTEM_TRAY_COLORS"),
                                         XCB_ATOM_CARDINAL, 0, worte);
-    const auto antwort = gelesen(xcb_get_property_reply(x, frage, nullptr));
+    const auto antwort = gelesen(xcb_get_property_reply(x_, frage, nullptr));
     if (!antwort || antwort->format != 32 || antwort->value_len < worte) {
         return {};
     }
@@ -87,13 +87,13 @@ std::optional<QColor> XEmbedtray::schriftfarbe() const
 
 bool XEmbedtray::nativeEventFilter(const QByteArray &art, void *ereignis, qintptr * /*ergebnis*/)
 {
-    if (art != "xcb_generic_event_t" || !ruf) {
+    if (art != "xcb_generic_event_t" || !ruf_) {
         return false;
     }
     const auto *nachricht = static_cast<const xcb_client_message_event_t *>(ereignis);
-    if ((nachricht->response_type & 0x7FU) == XCB_CLIENT_MESSAGE && nachricht->type == manager &&
-        nachricht->data.data32[1] == auswahl) {
-        ruf();
+    if ((nachricht->response_type & 0x7FU) == XCB_CLIENT_MESSAGE && nachricht->type == manager_ &&
+        nachricht->data.data32[1] == auswahl_) {
+        ruf_();
     }
     return false;
 }

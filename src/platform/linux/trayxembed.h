@@ -28,7 +28,7 @@ public:
     [[nodiscard]] std::optional<QColor> schriftfarbe() const;
 
     // `erscheint` is called whenever a tray takes the selection.
-    void beiErscheinen(std::function<void()> erscheint) { ruf = std::move(erscheint); }
+    void beiErscheinen(std::function<void()> erscheint) { ruf_ = std::move(erscheint); }
 
     bool nativeEventFilter(const QByteArray &art, void *ereignis, qintptr *ergebnis) override;
 
@@ -36,10 +36,10 @@ private:
     [[nodiscard]] uint32_t atom(const char *name) const;
     [[nodiscard]] uint32_t besitzer() const;
 
-    xcb_connection_t *x = nullptr;
-    uint32_t auswahl = 0; // atom of the selection
-    uint32_t manager = 0; // atom "MANAGER" of the ICCCM
-    std::function<void()> ruf;
+    xcb_connection_t *x_ = nullptr;
+    uint32_t auswahl_ = 0; // atom of the selection
+    uint32_t manager_ = 0; // atom "MANAGER" of the ICCCM
+    std::function<void()> ruf_;
 };
 
 } // namespace kalvaro

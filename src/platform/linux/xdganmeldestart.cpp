@@ -3,6 +3,7 @@
 #include "foundation/konstanten.h"
 
 #include <QCoreApplication>
+#include <QDir>
 
 namespace kalvaro {
 
@@ -73,9 +74,9 @@ QString autostartordner()
     return (gilt ? gesetzt : QDir::homePath() + u"/.config"_s) + u"/autostart"_s;
 }
 
-XdgAnmeldestart::XdgAnmeldestart(QString pfad, const QString &ordner)
+XdgAnmeldestart::XdgAnmeldestart(QString programm, const QString &ordner)
     : Startdatei(ordner + u'/' + KENNUNG + u".desktop"_s)
-    , programm(std::move(pfad))
+    , programm_(std::move(programm))
 {
 }
 
@@ -92,7 +93,7 @@ QByteArray XdgAnmeldestart::inhalt() const
                             "Name=kalvaro\n"
                             "Comment=Hält die rekordbox-Bibliothek mit der Cloud im Gleichstand\n"
                             "Icon="_s +
-                            KENNUNG + u"\nExec="_s + kommandozeile(programm) +
+                            KENNUNG + u"\nExec="_s + kommandozeile(programm_) +
                             u"\nTerminal=false\nStartupNotify=false\n"_s;
     return eintrag.toUtf8();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/launchagent.h"
+#include "platform/startdatei.h"
 
 namespace kalvaro {
 
@@ -24,7 +24,7 @@ public:
 private:
     [[nodiscard]] QByteArray inhalt() const override;
 
-    const QString programm;
+    const QString programm_;
 };
 
 } // namespace kalvaro

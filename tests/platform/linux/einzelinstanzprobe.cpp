@@ -1,7 +1,7 @@
 // A program that is started twice. Says "erste" or "zweite" as soon as it knows; the first then
 // says "oeffnen TOKEN ID" whenever it is asked to, until its standard input ends. With "--spaet" it
 // takes requests only after a line on standard input.
-#include "foundation/protokoll.h"
+#include "foundation/datenordner.h"
 #include "platform/linux/dbuseinzelinstanz.h"
 
 #include <QCoreApplication>

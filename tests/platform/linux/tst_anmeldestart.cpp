@@ -1,7 +1,7 @@
 #include "doubles/dateien.h"
 #include "doubles/datenordner.h"
-#include "platform/launchagent.h"
 #include "platform/linux/xdganmeldestart.h"
+#include "platform/macos/launchagent.h"
 #include "testlauf.h"
 
 #include <QDir>

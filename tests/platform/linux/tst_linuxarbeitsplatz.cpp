@@ -2,6 +2,7 @@
 #include "doubles/dateien.h"
 #include "doubles/einschraenkung.h"
 #include "doubles/ereignisse.h"
+#include "doubles/testuhr.h"
 #include "platform/linux/linuxarbeitsplatz.h"
 #include "testlauf.h"
 
@@ -48,6 +49,7 @@ private Q_SLOTS:
     void meldetKeinemDerNichtMehrIst();
 
 private:
+    Testuhr uhr;
     [[nodiscard]] QString pfad(const QString &name) const { return ordner->filePath(name); }
 
     // The bundle with `name` as its CFBundleExecutable.
@@ -70,7 +72,7 @@ private:
     {
         std::optional<QString> antwort;
         QObject besitzer;
-        LinuxArbeitsplatz().starten(ort, &besitzer, [&antwort](const Antwort &fehler) {
+        LinuxArbeitsplatz(uhr).starten(ort, &besitzer, [&antwort](const Antwort &fehler) {
             antwort = fehler.value_or(QString());
         });
         return QTest::qWaitFor([&antwort] { return antwort.has_value(); })
@@ -362,7 +364,7 @@ void TestLinuxarbeitsplatz::meldetEinmalUndSpaeter()
     for (const QString &ort : {zeugenbuendel(), pfad(u"fehlt.app"_s)}) {
         int mal = 0;
         QObject besitzer;
-        LinuxArbeitsplatz().starten(ort, &besitzer, [&mal](const Antwort &) { ++mal; });
+        LinuxArbeitsplatz(uhr).starten(ort, &besitzer, [&mal](const Antwort &) { ++mal; });
         QCOMPARE(mal, 0);
         QTRY_COMPARE(mal, 1);
         QTRY_VERIFY(besitzer.children().isEmpty()); // nothing left that could call again
@@ -376,7 +378,7 @@ void TestLinuxarbeitsplatz::meldetEinmalAuchWennDieAntwortVerweilt()
 {
     int mal = 0;
     QObject besitzer;
-    LinuxArbeitsplatz().starten(zeugenbuendel(), &besitzer, [&](const Antwort &) {
+    LinuxArbeitsplatz(uhr).starten(zeugenbuendel(), &besitzer, [&](const Antwort &) {
         ++mal;
         QVERIFY(!starten(pfad(u"fehlt.app"_s)).isEmpty());
         QCOMPARE(starten(zeugenbuendel()), QString());
@@ -391,8 +393,8 @@ void TestLinuxarbeitsplatz::meldetKeinemDerNichtMehrIst()
     int mal = 0;
     auto besitzer = std::make_unique<QObject>();
     const auto zaehlen = [&mal](const Antwort &) { ++mal; };
-    LinuxArbeitsplatz().starten(zeugenbuendel(), besitzer.get(), zaehlen);
-    LinuxArbeitsplatz().starten(pfad(u"fehlt.app"_s), besitzer.get(), zaehlen);
+    LinuxArbeitsplatz(uhr).starten(zeugenbuendel(), besitzer.get(), zaehlen);
+    LinuxArbeitsplatz(uhr).starten(pfad(u"fehlt.app"_s), besitzer.get(), zaehlen);
     besitzer.reset();
     QVERIFY(!bericht().isEmpty()); // the program started all the same
     QVERIFY(!starten(pfad(u"fehlt.app"_s)).isEmpty());

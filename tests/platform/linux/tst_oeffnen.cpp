@@ -1,3 +1,4 @@
+#include "doubles/testuhr.h"
 #include "platform/linux/linuxarbeitsplatz.h"
 #include "testlauf.h"
 
@@ -71,7 +72,8 @@ void TestOeffnen::oeffnet()
     QFETCH(const bool, geoeffnet);
     const Browser browser;
     const QUrl letzte(u"https://example.org/letzte"_s);
-    LinuxArbeitsplatz arbeitsplatz;
+    Testuhr uhr;
+    LinuxArbeitsplatz arbeitsplatz{uhr};
     arbeitsplatz.oeffnen(adresse);
     arbeitsplatz.oeffnen(letzte);
     QCOMPARE(browser.adressen, QList<QUrl>()); // not before the click is over

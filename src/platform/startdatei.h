@@ -3,7 +3,6 @@
 #include "platform/anmeldestart.h"
 
 #include <QByteArray>
-#include <QDir>
 #include <QString>
 
 namespace kalvaro {
@@ -26,22 +25,7 @@ protected:
     [[nodiscard]] virtual QByteArray inhalt() const = 0;
 
 private:
-    const QString ort;
-};
-
-// The per-user agent of launchd(8), a property list as launchd.plist(5) describes it, in
-// "Library/LaunchAgents" of the home folder `heim`.
-class LaunchAgent final : public Startdatei
-{
-public:
-    // `programm` is the path of the executable; empty when it cannot be told, then the usual place
-    // is written.
-    explicit LaunchAgent(QString programm, const QString &heim = QDir::homePath());
-
-private:
-    [[nodiscard]] QByteArray inhalt() const override;
-
-    const QString programm;
+    const QString datei_;
 };
 
 } // namespace kalvaro

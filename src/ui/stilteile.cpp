@@ -1,7 +1,6 @@
-#include "ui/stilfelder.h"
+#include "ui/stilteile.h"
 
 #include "ui/farbe.h"
-#include "ui/stil.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -24,15 +23,6 @@ QColor kontur(const QPalette &palette)
     return Farbe::ueber(QColor(128, 128, 128, 70), Farbe::flaeche(palette));
 }
 
-void rundMalen(QPainter &maler, const QRect &platz, double radius, const QColor &flaeche,
-               const QColor &rand)
-{
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setPen(QPen(rand, 1));
-    maler.setBrush(flaeche);
-    maler.drawRoundedRect(QRectF(platz).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-}
-
 QColor feldflaeche(const QStyleOption &option)
 {
     const QPalette &palette = option.palette;
@@ -42,6 +32,43 @@ QColor feldflaeche(const QStyleOption &option)
 }
 
 } // namespace
+
+void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush &flaeche,
+               const QPen &rand)
+{
+    maler.setRenderHint(QPainter::Antialiasing);
+    maler.setPen(rand);
+    maler.setBrush(flaeche);
+    const double halb = rand.widthF() / 2;
+    maler.drawRoundedRect(platz.adjusted(halb, halb, -halb, -halb), radius, radius);
+}
+
+void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
+                    bool gesperrt)
+{
+    const double seite = platz.width();
+    const QColor kontur = Farbe::ueber(QColor(128, 128, 128, 110), Farbe::flaeche(palette));
+    maler.setOpacity(gesperrt ? 0.5 : 1);
+    rundMalen(maler, platz, seite * 0.27, an ? Farbe::akzent(palette) : Farbe::flaeche(palette),
+              QPen(kontur, 1, an ? Qt::NoPen : Qt::SolidLine));
+    if (an) {
+        QPainterPath haken;
+        haken.moveTo(platz.left() + seite * 0.28, platz.top() + seite * 0.52);
+        haken.lineTo(platz.left() + seite * 0.44, platz.top() + seite * 0.68);
+        haken.lineTo(platz.left() + seite * 0.73, platz.top() + seite * 0.34);
+        maler.setBrush(Qt::NoBrush);
+        maler.setPen(QPen(Farbe::akzentSchrift(palette), seite * 0.1, Qt::SolidLine, Qt::RoundCap,
+                          Qt::RoundJoin));
+        maler.drawPath(haken);
+    }
+}
+
+void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QPalette &palette)
+{
+    QColor ring = Farbe::akzent(palette);
+    ring.setAlphaF(0.6F);
+    rundMalen(maler, platz, radius, Qt::NoBrush, QPen(ring, 2));
+}
 
 void feldMalen(QPainter &maler, const QStyleOption &option)
 {
@@ -122,10 +149,7 @@ void rollbalkenMalen(QPainter &maler, const QStyleOptionSlider &option, const QC
     const double radius = std::min(daumen.width(), daumen.height()) / 2;
     QColor farbe = Farbe::schrift(option.palette);
     farbe.setAlphaF(gegriffen ? 0.5F : 0.28F);
-    maler.setRenderHint(QPainter::Antialiasing);
-    maler.setPen(Qt::NoPen);
-    maler.setBrush(farbe);
-    maler.drawRoundedRect(daumen, radius, radius);
+    rundMalen(maler, daumen, radius, farbe);
 }
 
 QRect rollbalkenstueck(const QStyleOptionSlider &option, QStyle::SubControl stueck)

@@ -1,12 +1,26 @@
 #pragma once
 
+#include <QPen>
 #include <QStyle>
 
 class QStyleOptionComboBox;
 class QStyleOptionSlider;
 
-// The parts that Stil draws of fields and lists.
+// The parts of controls that Stil draws, some of which our own controls share.
 namespace kalvaro {
+
+// Fills a rounded shape and draws its edge, which lies within `platz`. What `maler` draws from then
+// on is smooth as well.
+void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush &flaeche,
+               const QPen &rand = QPen(Qt::NoBrush, 0, Qt::NoPen));
+
+// Draws the box of a check box into `platz`, a square with sides of usually `kaestchen`.
+inline constexpr int kaestchen = 16;
+void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
+                    bool gesperrt);
+
+// Draws the ring that shows the keyboard focus around a shape of the given corner radius.
+void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QPalette &palette);
 
 // The field of a line edit.
 void feldMalen(QPainter &maler, const QStyleOption &option);

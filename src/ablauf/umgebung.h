@@ -12,7 +12,7 @@ class Transport;
 class Uhr;
 
 // What the program runs on; everything outlives the program.
-struct Adapter
+struct Umgebung
 {
     Uhr &uhr;
     Transport &transport;

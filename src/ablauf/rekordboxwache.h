@@ -17,14 +17,13 @@ class Rekordboxwache final : public QObject
 
 public:
     // A rekordbox that runs already counts as seen: its start is not reported.
-    Rekordboxwache(Uhr &zeit, const Prozesse &liste, const Rekordbox &rekordbox,
-                   QObject *parent = nullptr);
+    Rekordboxwache(const Uhr &uhr, const Prozesse &prozesse, const Rekordbox &rekordbox);
 
     // Whether a running application lies in a bundle named "rekordbox.app".
     [[nodiscard]] bool rekordboxOffen() const;
 
     // rekordbox was running at the last look.
-    [[nodiscard]] bool lief() const { return rbLief; }
+    [[nodiscard]] bool lief() const { return rbLief_; }
 
     // Looks once; meant to be called every few seconds.
     void wachen();
@@ -35,13 +34,13 @@ Q_SIGNALS:
     void beendet();     // it has quit and saved, or had its 90 s
 
 private:
-    Uhr &uhr;
-    const Prozesse &prozesse;
+    const Uhr &uhr_;
+    const Prozesse &prozesse_;
     const Rekordbox &rekordbox_;
 
-    bool rbLief;
-    bool wartetAufAgent = false; // only while rbLief is false
-    QDateTime rbEnde;            // when it was last seen to quit
+    bool rbLief_;
+    bool wartetAufAgent_ = false;      // only while rbLief is false
+    std::chrono::milliseconds rbEnde_; // when it was last seen to quit, in Uhr::laufzeit()
 };
 
 } // namespace kalvaro

@@ -1,12 +1,11 @@
 // What the watch sees of rekordbox and what it reports, tick by tick.
 
-#include "controller/rekordboxwache.h"
+#include "ablauf/rekordboxwache.h"
 
 #include "doubles/fakeprozesse.h"
 #include "doubles/testuhr.h"
 #include "rekordbox/rekordbox.h"
-
-#include <QTest>
+#include "testlauf.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -116,6 +115,25 @@ private Q_SLOTS:
                {3, zu, gespeichert}});
     }
     void takteBeimWarten() { laufen(); }
+
+    // Somebody set the clock while the agent saved: the wait ended at once, or an hour late.
+    void uhrSpringtBeimWarten()
+    {
+        stellen(offen);
+        Rekordboxwache wache(uhr, prozesse, rekordbox);
+        int beendet = 0;
+        connect(&wache, &Rekordboxwache::beendet, this, [&] { ++beendet; });
+        stellen(speichert);
+        wache.wachen();
+        uhr.verstellen(Sekunden(3600));
+        uhr.vor(Sekunden(3));
+        wache.wachen();
+        QCOMPARE(beendet, 0);
+        uhr.verstellen(Sekunden(-7200));
+        uhr.vor(Sekunden(88));
+        wache.wachen();
+        QCOMPARE(beendet, 1);
+    }
 
     void istImmerFrisch()
     {
@@ -231,5 +249,5 @@ private:
     QStringList verlauf;
 };
 
-QTEST_GUILESS_MAIN(TestRekordboxwache)
+KALVARO_TEST(TestRekordboxwache)
 #include "tst_rekordboxwache.moc"

@@ -1,11 +1,6 @@
-#include "platform/launchagent.h"
+#include "platform/macos/launchagent.h"
 
 #include "foundation/konstanten.h"
-#include "foundation/protokoll.h"
-
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 
 #include <memory>
 #include <plist/plist.h>
@@ -23,35 +18,10 @@ plist_t knoten(const QString &text)
 
 } // namespace
 
-Startdatei::Startdatei(QString datei)
-    : ort(std::move(datei))
-{
-}
-
-bool Startdatei::an() const
-{
-    return QFileInfo::exists(ort);
-}
-
-void Startdatei::setzen(bool einschalten)
-{
-    if (einschalten) {
-        QDir().mkpath(QFileInfo(ort).path());
-        QSaveFile ziel(ort);
-        if (ziel.open(QIODevice::WriteOnly)) {
-            ziel.write(inhalt());
-            ziel.commit();
-        }
-    } else {
-        QFile::remove(ort);
-    }
-    protokoll(u"Start beim Anmelden: "_s + (einschalten ? u"an"_s : u"aus"_s));
-}
-
-LaunchAgent::LaunchAgent(QString pfad, const QString &heim)
+LaunchAgent::LaunchAgent(QString programm, const QString &heim)
     : Startdatei(heim + u"/Library/LaunchAgents/"_s + KENNUNG + u".plist"_s)
-    , programm(pfad.isEmpty() ? u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s
-                              : std::move(pfad))
+    , programm_(programm.isEmpty() ? u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s
+                                   : std::move(programm))
 {
 }
 
@@ -60,7 +30,7 @@ QByteArray LaunchAgent::inhalt() const
     const std::unique_ptr<void, void (*)(plist_t)> agent(plist_new_dict(), plist_free);
     plist_dict_set_item(agent.get(), "Label", knoten(KENNUNG));
     const plist_t argumente = plist_new_array();
-    plist_array_append_item(argumente, knoten(programm));
+    plist_array_append_item(argumente, knoten(programm_));
     plist_array_append_item(argumente, knoten(u"--hintergrund"_s));
     plist_dict_set_item(agent.get(), "ProgramArguments", argumente);
     plist_dict_set_item(agent.get(), "RunAtLoad", plist_new_bool(1));

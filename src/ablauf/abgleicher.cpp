@@ -1,0 +1,55 @@
+#include "ablauf/abgleicher.h"
+
+#include "assessment/bewerten.h"
+#include "rekordbox/rekordbox.h"
+
+#include <utility>
+
+namespace kalvaro {
+
+Abgleicher::Abgleicher(Zentrale &zentrale, const Rekordbox &rekordbox)
+    : zentrale_(zentrale)
+    , rekordbox_(rekordbox)
+{
+}
+
+void Abgleicher::abgleich(Anlass anlass, QObject *besitzer, Rueckruf fertig)
+{
+    if (fertig) {
+        wartende_.push_back({besitzer, std::move(fertig)});
+    }
+    if (laeuftGerade_) {
+        return;
+    }
+    laeuftGerade_ = true;
+    ++laeufe_;
+    // What rekordbox or its agent saves beside this run is not part of it.
+    neues_ = rekordbox_.laeuft();
+    Q_EMIT begonnen(anlass);
+    bewerten(zentrale_, anlass, this,
+             [this, anlass](const Bewertung &b) { abgeschlossen(b, anlass); });
+}
+
+bool Abgleicher::moeglich()
+{
+    const bool belegt = rekordbox_.laeuft();
+    neues_ = neues_ || belegt;
+    return !belegt;
+}
+
+void Abgleicher::abgeschlossen(const Bewertung &b, Anlass anlass)
+{
+    laeuftGerade_ = false;
+    erfolglos_ = b.offline || b.beschaeftigt;
+    neues_ = neues_ || b.art == Art::Aus;
+    // Who asks from now on waits for a later run.
+    const auto gerufene = std::exchange(wartende_, {});
+    Q_EMIT fertig(b, anlass);
+    for (const Wartender &einer : gerufene) {
+        if (einer.besitzer) {
+            einer.fertig(b);
+        }
+    }
+}
+
+} // namespace kalvaro

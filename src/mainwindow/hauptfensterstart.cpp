@@ -1,0 +1,108 @@
+// How the main window starts rekordbox, and how it shows a start and a rekordbox that runs.
+
+#include "mainwindow/hauptfenster.h"
+
+#include "ablauf/ablauf.h"
+#include "mainwindow/countdown.h"
+#include "mainwindow/statuskarte.h"
+#include "rekordbox/rekordbox.h"
+#include "ui/hinweisfenster.h"
+#include "ui/knoepfe.h"
+
+#include <QMessageBox>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+void Hauptfenster::startVerfolgen()
+{
+    const Rekordboxstarter *const starter = &ablauf_.starter;
+    connect(starter, &Rekordboxstarter::installationenGelesen, this,
+            &Hauptfenster::startKnopfAktualisieren);
+    connect(starter, &Rekordboxstarter::weiter, this, &Hauptfenster::startZeigen);
+    connect(starter, &Rekordboxstarter::abgeglichen, this, &Hauptfenster::ergebnisAnzeigen);
+    connect(starter, &Rekordboxstarter::belegt, this, &Hauptfenster::rekordboxLaeuftAnzeigen);
+    connect(starter, &Rekordboxstarter::laeuft, this, &Hauptfenster::gestartet);
+    connect(starter, &Rekordboxstarter::gescheitert, this, [this](const QString &grund) {
+        hinweisfenster(u"rekordbox ließ sich nicht starten"_s, grund, this)->open();
+    });
+}
+
+void Hauptfenster::rekordboxStarten()
+{
+    countdown_->stopp();
+    if (!beschaeftigt()) {
+        ablauf_.starter.starten(Rekordboxstarter::Herkunft::Fenster);
+    }
+}
+
+void Hauptfenster::startZeigen(Startschritt schritt, Startschritt vorher)
+{
+    countdown_->stopp();
+    lnkAbgleich_->setEnabled(!beschaeftigt());
+    startKnopfAktualisieren();
+    switch (schritt) {
+    case Startschritt::Wartet:
+    case Startschritt::GleichtAb:
+        ladenAnzeigen(u"Bibliothek wird abgeglichen …"_s);
+        break;
+    case Startschritt::Prueft:
+        knStart_->setEnabled(false);
+        karteStatus_->laden(u"Letzter Blick in die Cloud …"_s,
+                            u"kalvaro prüft, ob seit dem Abgleich etwas dazukam"_s);
+        break;
+    case Startschritt::Startet:
+    case Startschritt::Ruht:
+        if (vorher == Startschritt::Prueft && letzte_) {
+            anzeigen(*letzte_);
+        }
+    }
+}
+
+void Hauptfenster::gestartet()
+{
+    rekordboxLaeuftAnzeigen();
+    // The new process may not be counted yet.
+    titelSetzen(*knStart_, u"rekordbox läuft"_s);
+    knStart_->setEnabled(false);
+    switch (verbleib_) {
+    case Verbleib::Menueleiste:
+        verstecken();
+        break;
+    case Verbleib::Allein:
+        showMinimized();
+    }
+}
+
+void Hauptfenster::rekordboxLaeuftAnzeigen()
+{
+    const QString titel = u"rekordbox läuft"_s;
+    const QString detail = u"Nach dem Beenden überträgt kalvaro deine Änderungen automatisch."_s;
+    countdown_->stopp();
+    karteStatus_->zeige(Art::Aus, titel, detail);
+    startKnopfAktualisieren();
+    Q_EMIT angezeigt(titel, detail);
+}
+
+void Hauptfenster::startKnopfAktualisieren()
+{
+    const auto i = ablauf_.starter.gewaehlt();
+    const bool laeuft = i && ablauf_.umgebung.rekordbox.hauptLaeuft();
+    const QString titel = !i       ? u"rekordbox nicht gefunden"_s
+                          : laeuft ? u"rekordbox läuft"_s
+                                   : u"rekordbox "_s + i->version + u" starten"_s;
+    titelSetzen(*knStart_, titel);
+    knStart_->setEnabled(i && !laeuft);
+}
+
+void Hauptfenster::autoGeaendert()
+{
+    ablauf_.einst.autostart = cbAuto_->isChecked();
+    ablauf_.einst.speichern();
+    if (!ablauf_.einst.autostart && countdown_->countdownArt() == u"start"_s) {
+        countdown_->stopp();
+    }
+}
+
+} // namespace kalvaro

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/startdatei.h"
+
+#include <QDir>
+
+namespace kalvaro {
+
+// The per-user agent of launchd(8), a property list as launchd.plist(5) describes it, in
+// "Library/LaunchAgents" of the home folder `heim`.
+class LaunchAgent final : public Startdatei
+{
+public:
+    // `programm` is the path of the executable; empty when it cannot be told, then the usual place
+    // is written.
+    explicit LaunchAgent(QString programm, const QString &heim = QDir::homePath());
+
+private:
+    [[nodiscard]] QByteArray inhalt() const override;
+
+    const QString programm_;
+};
+
+} // namespace kalvaro

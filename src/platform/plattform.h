@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace kalvaro {
+
+class Anmeldestart;
+class Arbeitsplatz;
+class Einzelinstanz;
+class Mitteilungen;
+class Prozesse;
+class Statusobjekt;
+class Uhr;
+
+// What must be settled before the application object exists, because Qt then takes it over.
+class Startlage
+{
+public:
+    Startlage();
+    ~Startlage();
+    Startlage(const Startlage &) = delete;
+    Startlage &operator=(const Startlage &) = delete;
+
+private:
+    friend class Plattform;
+    struct Innen;
+    const std::unique_ptr<Innen> innen_;
+};
+
+// The system that the program runs on: hands out one adapter for each port. Each system has a
+// folder of its own that implements both classes; nobody else knows which of them is built.
+class Plattform
+{
+public:
+    // Needs the application object. Both must outlive this one.
+    Plattform(const Startlage &startlage, Uhr &uhr);
+    ~Plattform();
+    Plattform(const Plattform &) = delete;
+    Plattform &operator=(const Plattform &) = delete;
+
+    [[nodiscard]] Einzelinstanz &einzelinstanz();
+
+    struct Adapter
+    {
+        const Prozesse &prozesse;
+        Arbeitsplatz &arbeitsplatz;
+        Anmeldestart &anmeldestart;
+        Mitteilungen &mitteilungen;
+        Statusobjekt &statusobjekt;
+    };
+    // Made at the first call: a second start of the program needs none of them.
+    [[nodiscard]] Adapter adapter();
+
+    // Calls `enden`, from the event loop, when the system wants the program to end. From the end
+    // of the event loop on the process lasts 0.7 s at the longest, whatever it still waits for: the
+    // look-up of a host name cannot be cancelled.
+    void beiEnde(std::function<void()> enden);
+
+private:
+    struct Innen;
+    const std::unique_ptr<Innen> innen_;
+};
+
+} // namespace kalvaro

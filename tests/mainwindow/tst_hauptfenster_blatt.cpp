@@ -1,0 +1,128 @@
+#include "mainwindow/fensterprobe.h"
+#include "settingswindow/einstellungenfenster.h"
+#include "testlauf.h"
+
+#include <QCheckBox>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+// The window while its settings sheet is open.
+class TestHauptfensterBlatt final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void keinCountdownHinterDemBlatt();
+    void wiederOeffnenBeginntKeinenCountdown();
+    void abgewaehltUndGesichert();
+    void verstecktSichMitDemFenster();
+    void rekordboxStartNimmtDasBlattMit();
+
+private:
+    static EinstellungenFenster *blatt(const Fensterprobe &p)
+    {
+        auto *const gefunden = p.fenster->findChild<EinstellungenFenster *>();
+        if (gefunden == nullptr) {
+            qFatal("The window has no sheet");
+        }
+        return gefunden;
+    }
+    static EinstellungenFenster *blattOeffnen(const Fensterprobe &p)
+    {
+        p.knopf(u"lnkEinstellungen"_s)->click();
+        Fensterprobe::ruhe();
+        return blatt(p);
+    }
+    static void zehnSekunden(Fensterprobe &p)
+    {
+        p.vor(10);
+        QVERIFY(p.countdown().isEmpty());
+        QVERIFY(p.arbeitsplatz.starts.isEmpty());
+    }
+};
+
+// Opened during the opening sync: rekordbox was started from behind it.
+void TestHauptfensterBlatt::keinCountdownHinterDemBlatt()
+{
+    Fensterprobe p({.autostart = true});
+    p.fenster->oeffnen(true);
+    Fensterprobe::ruhe();
+    blattOeffnen(p);
+    p.netz.beantworten(Fensterprobe::gut());
+    zehnSekunden(p);
+    QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
+
+    blatt(p)->abbrechen(); // nor later for that outcome
+    zehnSekunden(p);
+}
+
+// The program was started a second time: the window comes forward and syncs.
+void TestHauptfensterBlatt::wiederOeffnenBeginntKeinenCountdown()
+{
+    for (const bool vorherZu : {false, true}) {
+        Fensterprobe p({.autostart = true});
+        p.fenster->oeffnen(false);
+        EinstellungenFenster *const offenes = blattOeffnen(p);
+        p.fenster->oeffnen(true);
+        Fensterprobe::ruhe();
+        QCOMPARE(p.anlaesse(), {u"vorstart"_s});
+        QVERIFY(offenes->isVisible());
+        if (vorherZu) {
+            offenes->abbrechen();
+        }
+        p.netz.beantworten(Fensterprobe::gut(), p.netz.haengend() - 1);
+        zehnSekunden(p);
+    }
+}
+
+void TestHauptfensterBlatt::abgewaehltUndGesichert()
+{
+    Fensterprobe p({.autostart = true});
+    p.abgeglichen();
+    QVERIFY(!p.countdown().isEmpty());
+    EinstellungenFenster *const offenes = blattOeffnen(p);
+    QVERIFY(p.countdown().isEmpty());
+    offenes->findChild<QCheckBox *>(u"cbAuto"_s)->setChecked(false);
+    offenes->sichern();
+    QVERIFY(!p.knopf(u"cbAuto"_s)->isChecked());
+    zehnSekunden(p);
+}
+
+// The window went and the sheet stood alone.
+void TestHauptfensterBlatt::verstecktSichMitDemFenster()
+{
+    Fensterprobe p;
+    p.abgeglichen();
+    EinstellungenFenster *const offenes = blattOeffnen(p);
+    auto *const haken = offenes->findChild<QCheckBox *>(u"cbAuto"_s);
+    haken->setChecked(true);
+    p.fenster->verstecken();
+    QVERIFY(!offenes->isVisible());
+
+    p.fenster->oeffnen(true);
+    Fensterprobe::ruhe();
+    QCOMPARE(blatt(p), offenes);
+    QVERIFY(offenes->isVisible());
+    QVERIFY(offenes->isModal());
+    QVERIFY(haken->isChecked());
+    QVERIFY(!p.ablauf.einst.autostart); // nothing was kept yet
+    offenes->sichern();
+    QVERIFY(p.ablauf.einst.autostart);
+}
+
+void TestHauptfensterBlatt::rekordboxStartNimmtDasBlattMit()
+{
+    Fensterprobe p;
+    p.stand = std::nullopt;
+    p.abgeglichen();
+    p.knopf(u"knStart"_s)->click();
+    EinstellungenFenster *const offenes = blattOeffnen(p);
+    p.vor(8); // the last look ends without an answer
+    QCOMPARE(p.arbeitsplatz.starts.size(), 1);
+    QVERIFY(!p.fenster->isVisible());
+    QVERIFY(!offenes->isVisible());
+}
+
+KALVARO_FENSTERTEST(TestHauptfensterBlatt)
+#include "tst_hauptfenster_blatt.moc"
