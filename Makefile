@@ -1,39 +1,42 @@
 # The short front for people; CMakePresets.json has the whole story.
-.PHONY: deps build demo test lint bench pictures coverage clean
+.PHONY: help deps build demo test lint bench pictures coverage clean
 
 STUFE ?= release
 export CMAKE_BUILD_PARALLEL_LEVEL ?= $(shell nproc 2>/dev/null || echo 2)
 
-build: deps
+build: deps ## the program and the demo, in build/release
 	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro kalvaro-democloud kalvaro-demorekordbox
 
-deps:
+deps: ## the Debian packages that building needs
 	@tools/sperre.sh tools/pakete.sh bauen
 
-demo: build
+demo: build ## kalvaro with a demo cloud; without a display a picture (BILD=PATH)
 	@BILD="$(BILD)" tools/demo.sh build/$(STUFE)
 
-test:
+test: ## all tests
 	@tools/sperre.sh tools/pakete.sh testen
 	@tools/sperre.sh tools/bauen.sh $(STUFE) all
 	@ctest --preset $(STUFE) -j $(CMAKE_BUILD_PARALLEL_LEVEL)
 
-lint:
+lint: ## format, warnings of clang, clang-tidy
 	@tools/sperre.sh tools/pakete.sh pruefen
 	@tools/sperre.sh tools/pruefen.sh
 
-pictures: deps
+pictures: deps ## the pictures of docs/bilder anew
 	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro-bilder
 	@tools/bilder.sh build/$(STUFE)
 
-bench:
+bench: ## what start, memory and large libraries cost
 	@tools/sperre.sh tools/pakete.sh testen
 	@KALVARO_CMAKE=-DKALVARO_BENCH=ON tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro-bench kalvaro-demorekordbox
 	@tools/bench.sh build/$(STUFE)
 
-coverage:
+coverage: ## which lines of the rooms below the windows the tests reach
 	@tools/sperre.sh tools/pakete.sh pruefen
 	@tools/sperre.sh tools/abdeckung.sh
 
-clean:
+clean: ## away with build/
 	rm -rf build
+
+help: ## this list
+	@sed -n 's/^\([a-z]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 18

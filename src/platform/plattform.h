@@ -58,6 +58,7 @@ public:
     void beiEnde(std::function<void()> enden);
 
 private:
+    struct Geraete;
     struct Innen;
     const std::unique_ptr<Innen> innen_;
 };

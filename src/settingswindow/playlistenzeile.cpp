@@ -21,9 +21,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double schriftgroesse = 13;
-constexpr int zeilenhoehe = 26;
+constexpr int mindesthoehe = 26;
 constexpr int kastenAbstand = 7; // between the box and the title
-constexpr int rand = 4;          // on either side of the row
+constexpr int seitenrand = 4;    // on either side of the row
 
 // More than a row can show; names may be megabytes long.
 constexpr qsizetype meisteZeichen = 500;
@@ -65,12 +65,13 @@ Playlistenzeile::Satz Playlistenzeile::gesetzt(const QRect &zeile, const QModelI
     Satz satz;
     satz.anzahl = index.data(PlaylistenModell::AnzahlRolle).toString();
     satz.kasten =
-        QRectF(zeile.left() + rand, zeile.top() + std::floor((zeile.height() - kaestchen) / 2.0),
-               kaestchen, kaestchen);
+        QRectF(zeile.left() + seitenrand,
+               zeile.top() + std::floor((zeile.height() - kaestchen) / 2.0), kaestchen, kaestchen);
     const double links = satz.kasten.right() + kastenAbstand;
     const double anzahlBreite = std::ceil(zahlmass.horizontalAdvance(satz.anzahl));
     const double luecke = satz.anzahl.isEmpty() ? 0 : zahlmass.horizontalAdvance(u"   "_s);
-    const double platz = std::max(0.0, zeile.right() + 1 - rand - anzahlBreite - luecke - links);
+    const double platz =
+        std::max(0.0, zeile.right() + 1 - seitenrand - anzahlBreite - luecke - links);
     satz.name = mass.elidedText(ganz, Qt::ElideRight, platz);
     satz.gekuerzt = satz.name != ganz;
     const double breite = std::min(platz, std::ceil(mass.horizontalAdvance(satz.name)));
@@ -107,15 +108,15 @@ QSize Playlistenzeile::sizeHint(const QStyleOptionViewItem &, const QModelIndex 
 {
     const int hoehe = static_cast<int>(std::ceil(QFontMetricsF(fett_).height())) + 8;
     const int breite = 180; // names are cut, so no row asks for more
-    return {breite, std::max(qRound(zeilenhoehe * schriftfaktor()), hoehe)};
+    return {breite, std::max(qRound(mindesthoehe * schriftfaktor()), hoehe)};
 }
 
 QRect Playlistenzeile::tastflaeche(const QRect &zeile, const QModelIndex &index) const
 {
     const Satz satz = gesetzt(zeile, index);
     const double rechts = std::max(satz.nameOrt.right(), satz.anzahlOrt.right());
-    return QRectF(satz.kasten.left() - rand, zeile.top(), rechts - satz.kasten.left() + 2 * rand,
-                  zeile.height())
+    return QRectF(satz.kasten.left() - seitenrand, zeile.top(),
+                  rechts - satz.kasten.left() + 2 * seitenrand, zeile.height())
         .toAlignedRect();
 }
 

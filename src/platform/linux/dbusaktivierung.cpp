@@ -31,7 +31,7 @@ QByteArray angabe(const QVariantMap &daten, const QString &name)
 
 } // namespace
 
-Aktivierung Aktivierung::ausUmgebung()
+Aktivierung Aktivierung::desStarts()
 {
     return {qgetenv("XDG_ACTIVATION_TOKEN"), qgetenv("DESKTOP_STARTUP_ID")};
 }
@@ -54,7 +54,7 @@ QVariantMap Aktivierung::plattformdaten() const
 }
 
 Aktivierungsrahmen::Aktivierungsrahmen(const Aktivierung &aktivierung)
-    : vorher_(Aktivierung::ausUmgebung())
+    : vorher_(Aktivierung::desStarts())
 {
     setzen(aktivierung);
 }

@@ -14,7 +14,7 @@ struct Aktivierung
 
     // That of this process's own start. Platform plug-ins of Qt take the variables away, so ask
     // before a QGuiApplication exists.
-    [[nodiscard]] static Aktivierung ausUmgebung();
+    [[nodiscard]] static Aktivierung desStarts();
 
     // As the "platform data" of org.freedesktop.Application ("Desktop Entry Specification" 1.5,
     // "D-Bus Activation"). What is missing or of another type there is empty here.

@@ -18,9 +18,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int frist = 1000; // milliseconds for an answer over the bus
+constexpr int busfrist = 1000; // milliseconds for an answer over the bus
 
-const QString pfad = u"/de/kalvaro/kalvaro"_s;
+const QString anwendungspfad = u"/de/kalvaro/kalvaro"_s;
 
 QDBusMessage anDenBus(const QString &methode, const QVariantList &argumente)
 {
@@ -52,7 +52,7 @@ DBusEinzelinstanz::~DBusEinzelinstanz()
 {
     if (nameGehalten_) {
         bus_.send(anDenBus(u"ReleaseName"_s, {KENNUNG}));
-        bus_.unregisterObject(pfad);
+        bus_.unregisterObject(anwendungspfad);
     }
 }
 
@@ -90,7 +90,7 @@ void DBusEinzelinstanz::oeffnenMit(const Aktivierung &aktivierung)
 // name finds it answering.
 std::optional<bool> DBusEinzelinstanz::ueberBus(bool leise)
 {
-    bus_.registerObject(pfad, this, QDBusConnection::ExportAdaptors);
+    bus_.registerObject(anwendungspfad, this, QDBusConnection::ExportAdaptors);
     constexpr int versuche = 3; // the first one may end just while we ask it
     std::optional<bool> allein;
     for (int i = 0; i < versuche; ++i) {
@@ -101,7 +101,7 @@ std::optional<bool> DBusEinzelinstanz::ueberBus(bool leise)
     }
     nameGehalten_ = allein.value_or(false);
     if (!nameGehalten_) {
-        bus_.unregisterObject(pfad);
+        bus_.unregisterObject(anwendungspfad);
     }
     return allein;
 }
@@ -111,7 +111,7 @@ std::optional<bool> DBusEinzelinstanz::nameNehmen()
 {
     constexpr uint nichtAnstellen = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
     const QDBusMessage antwort =
-        bus_.call(anDenBus(u"RequestName"_s, {KENNUNG, nichtAnstellen}), QDBus::Block, frist);
+        bus_.call(anDenBus(u"RequestName"_s, {KENNUNG, nichtAnstellen}), QDBus::Block, busfrist);
     if (antwort.type() != QDBusMessage::ReplyMessage) {
         return {};
     }
@@ -123,10 +123,10 @@ std::optional<bool> DBusEinzelinstanz::nameNehmen()
 bool DBusEinzelinstanz::ersteBitten() const
 {
     QDBusMessage bitte = QDBusMessage::createMethodCall(
-        KENNUNG, pfad, u"org.freedesktop.Application"_s, u"Activate"_s);
+        KENNUNG, anwendungspfad, u"org.freedesktop.Application"_s, u"Activate"_s);
     bitte.setArguments({eigene_.plattformdaten()});
     bitte.setAutoStartService(false);
-    const QDBusMessage antwort = bus_.call(bitte, QDBus::Block, frist);
+    const QDBusMessage antwort = bus_.call(bitte, QDBus::Block, busfrist);
     return antwort.errorName() != u"org.freedesktop.DBus.Error.ServiceUnknown" &&
            antwort.errorName() != u"org.freedesktop.DBus.Error.NameHasNoOwner";
 }

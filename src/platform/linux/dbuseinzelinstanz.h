@@ -27,7 +27,7 @@ class DBusEinzelinstanz final : public QObject, public Einzelinstanz
 
 public:
     // `eigene` is handed to the first instance when this is not the one.
-    explicit DBusEinzelinstanz(Aktivierung eigene = Aktivierung::ausUmgebung(),
+    explicit DBusEinzelinstanz(Aktivierung eigene = Aktivierung::desStarts(),
                                const QDBusConnection &sitzung = sitzungsbus(),
                                QString ordner = sperrordner());
     ~DBusEinzelinstanz() override;

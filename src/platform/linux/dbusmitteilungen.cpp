@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString dienst = u"org.freedesktop.Notifications"_s;
-const QString pfad = u"/org/freedesktop/Notifications"_s;
+const QString dienstpfad = u"/org/freedesktop/Notifications"_s;
 
 constexpr qsizetype titelLaenge = 200; // characters; no server shows more
 constexpr qsizetype inhaltLaenge = 2000;
@@ -55,7 +55,7 @@ void verloren(const QString &titel, const QString &inhalt, const QString &grund)
 
 QDBusMessage anServer(const QString &methode, const QVariantList &argumente)
 {
-    QDBusMessage ruf = QDBusMessage::createMethodCall(dienst, pfad, dienst, methode);
+    QDBusMessage ruf = QDBusMessage::createMethodCall(dienst, dienstpfad, dienst, methode);
     ruf.setArguments(argumente);
     return ruf;
 }
@@ -82,11 +82,11 @@ DBusMitteilungen::DBusMitteilungen(const QDBusConnection &sitzung, int frist)
 // From whoever sends them: which server a signal comes from is told by its unique name.
 void DBusMitteilungen::signaleAbonnieren()
 {
-    bus_.connect({}, pfad, dienst, u"ActionInvoked"_s, this,
+    bus_.connect({}, dienstpfad, dienst, u"ActionInvoked"_s, this,
                  SLOT(gewaehlt(uint, QString, QDBusMessage)));
-    bus_.connect({}, pfad, dienst, u"ActivationToken"_s, this,
+    bus_.connect({}, dienstpfad, dienst, u"ActivationToken"_s, this,
                  SLOT(markeErhalten(uint, QString, QDBusMessage)));
-    bus_.connect({}, pfad, dienst, u"NotificationClosed"_s, this,
+    bus_.connect({}, dienstpfad, dienst, u"NotificationClosed"_s, this,
                  SLOT(geschlossen(uint, uint, QDBusMessage)));
 }
 

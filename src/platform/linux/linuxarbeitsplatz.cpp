@@ -126,7 +126,7 @@ tl::expected<QString, QString> programmVon(const QString &buendel)
 
 // Our environment without what concerns only this program: how its window comes to the front, how
 // Qt and we ourselves are set up, and where we were started.
-QList<QByteArray> umgebung()
+QList<QByteArray> variablen()
 {
     static constexpr std::array unsere = {
         "DESKTOP_STARTUP_ID=", "XDG_ACTIVATION_TOKEN=", "QT_", "KALVARO_", "PWD=", "OLDPWD="};
@@ -161,7 +161,7 @@ void LinuxArbeitsplatz::starten(const QString &buendel, QObject *besitzer, Rueck
         return;
     }
     const auto meldung = losgeloestStarten(
-        {QFile::encodeName(*programm), umgebung(), QFile::encodeName(QDir::homePath())});
+        {QFile::encodeName(*programm), variablen(), QFile::encodeName(QDir::homePath())});
     if (!meldung) {
         scheitern(startfehlertext(meldung.error(), *programm));
         return;

@@ -91,8 +91,8 @@ LinuxProzesse::LinuxProzesse(QString werkzeug, QByteArray proc, std::chrono::mil
 
 qsizetype LinuxProzesse::anzahl(const QString &name) const
 {
-    const auto bytes = ausgabe(werkzeug_, {u"-x"_s, u"--runstates"_s, laufend, name},
-                               QDeadlineTimer(frist_));
+    const auto bytes =
+        ausgabe(werkzeug_, {u"-x"_s, u"--runstates"_s, laufend, name}, QDeadlineTimer(frist_));
     if (!bytes) {
         return 0;
     }

@@ -19,7 +19,7 @@ struct Vorrat
 {
     const char *ordner;
     std::array<char *, 2> argumente;
-    std::vector<char *> umgebung;
+    std::vector<char *> variablen;
     int meldung; // where an errno goes; above 2, closed by exec
 };
 
@@ -61,7 +61,7 @@ void signaleWieZuBeginn()
     }
     schliessenBeimAusfuehren();
     if (nichts >= 0 && (::chdir(vorrat.ordner) == 0 || ::chdir("/") == 0)) {
-        ::execve(vorrat.argumente[0], vorrat.argumente.data(), vorrat.umgebung.data());
+        ::execve(vorrat.argumente[0], vorrat.argumente.data(), vorrat.variablen.data());
     }
     fehler = nichts >= 0 ? errno : fehler;
     [[maybe_unused]] const ssize_t geschrieben = ::write(vorrat.meldung, &fehler, sizeof fehler);
@@ -100,10 +100,10 @@ tl::expected<int, int> losgeloestStarten(const Startbefehl &befehl)
     Vorrat vorrat = {};
     vorrat.ordner = eigener.ordner.constData();
     vorrat.argumente = {eigener.programm.data(), nullptr};
-    for (QByteArray &eintrag : eigener.umgebung) {
-        vorrat.umgebung.push_back(eintrag.data());
+    for (QByteArray &eintrag : eigener.variablen) {
+        vorrat.variablen.push_back(eintrag.data());
     }
-    vorrat.umgebung.push_back(nullptr);
+    vorrat.variablen.push_back(nullptr);
 
     std::array<int, 2> rohr = {};
     if (::pipe2(rohr.data(), O_CLOEXEC) != 0) {

@@ -10,9 +10,9 @@ namespace kalvaro {
 // A program to start, all in the file system's encoding.
 struct Startbefehl
 {
-    QByteArray programm;        // absolute path; its only argument is this path
-    QList<QByteArray> umgebung; // "NAME=value", the whole environment
-    QByteArray ordner;          // working directory; "/" when it cannot be entered
+    QByteArray programm;         // absolute path; its only argument is this path
+    QList<QByteArray> variablen; // "NAME=value", the whole environment
+    QByteArray ordner;           // working directory; "/" when it cannot be entered
 };
 
 // Starts a program that has nothing to do with this one any more: a session and process group of

@@ -28,7 +28,10 @@ void anzeigeWaehlen()
     }
 }
 
-struct Geraete
+} // namespace
+
+// All adapters but the one that decides whether there is anything to do for them.
+struct Plattform::Geraete
 {
     explicit Geraete(Uhr &uhr)
         : arbeitsplatz(uhr)
@@ -43,11 +46,9 @@ struct Geraete
     TrayStatusobjekt statusobjekt;
 };
 
-} // namespace
-
 struct Startlage::Innen
 {
-    const Aktivierung aktivierung = Aktivierung::ausUmgebung();
+    const Aktivierung aktivierung = Aktivierung::desStarts();
 };
 
 Startlage::Startlage()

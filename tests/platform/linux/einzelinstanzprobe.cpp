@@ -26,7 +26,7 @@ void sagen(const QByteArray &zeile)
 
 int main(int argc, char *argv[])
 {
-    const Aktivierung eigene = Aktivierung::ausUmgebung();
+    const Aktivierung eigene = Aktivierung::desStarts();
     sitzungsbusFestlegen();
     const QCoreApplication programm(argc, argv);
     const QStringList argumente = QCoreApplication::arguments();
