@@ -113,12 +113,12 @@ void Rekordboxstarter::warten()
 
 void Rekordboxstarter::abgleichen()
 {
-    const bool ausDemMenue = !imFenster_;
-    insFenster();
-    if (ausDemMenue && fensterGleichtAb_) {
+    if (!imFenster_ && fensterGleichtAb_) {
+        Q_EMIT fensterNoetig();
         nach(Startschritt::Ruht);
         return;
     }
+    insFenster();
     if (!abgleicher_.moeglich()) {
         nach(Startschritt::Ruht);
         Q_EMIT belegt();
