@@ -24,6 +24,7 @@ scheitern() {
     exit 1
 }
 
+: >"$ordner/cloud.log" # read below, perhaps before the background shell has made it
 "$bau/kalvaro-democloud" --port 0 --dauer "${KALVARO_DEMO_DAUER:-2}" \
     >"$ordner/cloud.log" 2>&1 &
 cloud=$!

@@ -58,11 +58,11 @@ int main(int argc, char *argv[])
     erscheinungEinrichten(anwendung);
 
     Netztransport transport(uhr);
-    const Plattform::Adapter adapter = plattform.adapter();
-    const Merkprozesse prozesse(adapter.prozesse);
+    const Plattform::Anschluesse system = plattform.anschluesse();
+    const Merkprozesse prozesse(system.prozesse);
     const Rekordbox rekordbox(prozesse, programmordner());
-    Programm programm({uhr, transport, prozesse, rekordbox, adapter.arbeitsplatz,
-                       adapter.anmeldestart, adapter.mitteilungen, adapter.statusobjekt});
+    Programm programm({uhr, transport, prozesse, rekordbox, system.arbeitsplatz,
+                       system.anmeldestart, system.mitteilungen, system.statusobjekt});
     plattform.beiEnde([] { QApplication::quit(); });
     plattform.einzelinstanz().beiOeffnen([&] { programm.wiederOeffnen(); });
     QMetaObject::invokeMethod(

@@ -41,7 +41,7 @@ public:
 
     [[nodiscard]] Einzelinstanz &einzelinstanz();
 
-    struct Adapter
+    struct Anschluesse
     {
         const Prozesse &prozesse;
         Arbeitsplatz &arbeitsplatz;
@@ -50,7 +50,7 @@ public:
         Statusobjekt &statusobjekt;
     };
     // Made at the first call: a second start of the program needs none of them.
-    [[nodiscard]] Adapter adapter();
+    [[nodiscard]] Anschluesse anschluesse();
 
     // Calls `enden`, from the event loop, when the system wants the program to end. From the end
     // of the event loop on the process lasts 0.7 s at the longest, whatever it still waits for: the

@@ -80,7 +80,7 @@ Einzelinstanz &Plattform::einzelinstanz()
     return innen_->einzelinstanz;
 }
 
-Plattform::Adapter Plattform::adapter()
+Plattform::Anschluesse Plattform::anschluesse()
 {
     if (!innen_->geraete) {
         innen_->geraete.emplace(innen_->uhr);
