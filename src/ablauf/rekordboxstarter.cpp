@@ -96,19 +96,11 @@ void Rekordboxstarter::geprueft(const Startpruefung &p)
     }
 }
 
-// What the sync comes to decides as if it had been asked for by this start; then the look follows.
+// The look follows.
 void Rekordboxstarter::warten()
 {
     insFenster();
-    nach(Startschritt::Wartet);
-    abgleicher_.abgleich(Anlass::Vorstart, this, [this](const Bewertung &b) {
-        Q_EMIT abgeglichen(b);
-        if (b.startbar && abgleicher_.moeglich()) {
-            pruefen();
-        } else {
-            nach(Startschritt::Ruht);
-        }
-    });
+    mitAbgleich(Startschritt::Wartet, &Rekordboxstarter::pruefen);
 }
 
 void Rekordboxstarter::abgleichen()
@@ -124,11 +116,17 @@ void Rekordboxstarter::abgleichen()
         Q_EMIT belegt();
         return;
     }
-    nach(Startschritt::GleichtAb);
-    abgleicher_.abgleich(Anlass::Vorstart, this, [this](const Bewertung &b) {
+    mitAbgleich(Startschritt::GleichtAb, &Rekordboxstarter::jetztStarten);
+}
+
+// What the sync comes to decides, whoever asked for it.
+void Rekordboxstarter::mitAbgleich(Startschritt schritt, void (Rekordboxstarter::*danach)())
+{
+    nach(schritt);
+    abgleicher_.abgleich(Anlass::Vorstart, this, [this, danach](const Bewertung &b) {
         Q_EMIT abgeglichen(b);
         if (b.startbar && abgleicher_.moeglich()) {
-            jetztStarten();
+            (this->*danach)();
         } else {
             nach(Startschritt::Ruht);
         }

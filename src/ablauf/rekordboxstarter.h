@@ -89,6 +89,7 @@ private:
     void geprueft(const Startpruefung &p);
     void warten();
     void abgleichen();
+    void mitAbgleich(Startschritt schritt, void (Rekordboxstarter::*danach)());
     void jetztStarten();
     void insFenster();
     void nach(Startschritt schritt);

@@ -186,7 +186,14 @@ private Q_SLOTS:
             p->vor(0.4);
         });
 
-        ausgabe.beenden();
+        // Nothing was printed while rekordbox ran.
+        const QString verdikt =
+            laeuft ? u"rekordbox läuft\nNach dem Beenden überträgt kalvaro deine Änderungen "
+                     "automatisch.\n"_s
+                   : u"Nicht abgeglichen\nKeine Verbindung zur Cloud – rekordbox startet mit dem "
+                     "Stand dieses Macs. (Verbindung weg.)\n"_s;
+        const QString gedruckt = ausgabe.beenden(); // Qt's own warnings may follow
+        QVERIFY2(gedruckt.startsWith(verdikt), qPrintable(gedruckt));
         QCOMPARE(ausgang, 0);
         QCOMPARE(p->anlaesse().size(), laeuft ? 0 : 1);
     }

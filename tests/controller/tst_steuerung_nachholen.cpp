@@ -191,10 +191,21 @@ private Q_SLOTS:
         nurEinmalNachgeholt(1);
     }
 
+    void nachherInEinemAelterenLauf_data()
+    {
+        QTest::addColumn<bool>("daneben");
+        QTest::newRow("begun before rekordbox started") << false;
+        QTest::newRow("begun while rekordbox ran") << true;
+    }
     // The sync after rekordbox joined one that had begun before.
     void nachherInEinemAelterenLauf()
     {
+        QFETCH(const bool, daneben);
         ruhigBeginnen();
+        if (!daneben) {
+            p->abgleich(Anlass::Hand);
+            p->vor();
+        }
         p->rekordboxOffen();
         p->vor(10);
         p->abgleich(Anlass::Hand);
@@ -262,6 +273,12 @@ private Q_SLOTS:
         p->abgleich(Anlass::Hand);
         p->vor(10);
         QCOMPARE(p->anlaesse(), (QStringList{u"hand"_s, u"aufgewacht"_s}));
+        p->arbeitsplatz.geweckt();
+        p->vor(10);
+        p->abgleich(Anlass::Hand);
+        p->vor(10); // joined, and young enough
+        p->netz.beantworten(gut);
+        p->vor();
         p->abgleiche = {gut};
         p->rekordboxOffen();
         p->vor(1200); // ticks that rekordbox holds back
