@@ -25,45 +25,44 @@ double aenderungen(const QJsonValue &ergebnis)
 struct Zustand
 {
     QStringView name;
-    Art art;
     QStringView titel;
+    Art art;
     bool startbar;
+    bool beschaeftigt;
     QString (*detail)(const QJsonValue &antwort);
-    bool beschaeftigt = false;
 };
 
 const Zustand zustaende[] = {
-    {u"aktuell", Art::Gut, u"Bibliothek ist abgeglichen", true,
+    {u"aktuell", u"Bibliothek ist abgeglichen", Art::Gut, true, false,
      [](const QJsonValue &) { return nichtsZuTun; }},
-    {u"abgeglichen", Art::Gut, u"Bibliothek ist abgeglichen", true,
+    {u"abgeglichen", u"Bibliothek ist abgeglichen", Art::Gut, true, false,
      [](const QJsonValue &antwort) {
          const QJsonValue ergebnis = pfad(antwort, u"ergebnis");
          return aenderungen(ergebnis) != 0 ? richtungen(ergebnis, false) : nichtsZuTun;
      }},
-    {u"rekordbox_offen", Art::Aus, u"rekordbox läuft", false,
+    {u"rekordbox_offen", u"rekordbox läuft", Art::Aus, false, false,
      [](const QJsonValue &) { return u"Der Abgleich folgt, sobald rekordbox beendet ist."_s; }},
-    {u"verschoben", Art::Warn, u"Abgleich verschoben", true,
+    {u"verschoben", u"Abgleich verschoben", Art::Warn, true, false,
      [](const QJsonValue &antwort) {
          const QString hinweis = text(antwort, u"ergebnis.hinweis");
          return u"Es wurde nichts verändert, der nächste Abgleich holt es nach."_s +
                 (hinweis.isEmpty() ? QString() : u" ("_s + hinweis + u')');
      }},
-    {u"laeuft_schon", Art::Warn, u"Cloud ist beschäftigt", false,
+    {u"laeuft_schon", u"Cloud ist beschäftigt", Art::Warn, false, true,
      [](const QJsonValue &) {
          return u"Ein anderer Abgleich läuft noch. kalvaro versucht es gleich wieder."_s;
-     },
-     true},
-    {u"angehalten", Art::Krit, u"Abgleich angehalten", false,
+     }},
+    {u"angehalten", u"Abgleich angehalten", Art::Krit, false, false,
      [](const QJsonValue &) {
          return u"Zur Sicherheit wurde nichts verändert: dieser Abgleich hätte ungewöhnlich viel "
                 "gelöscht. Deine Bibliothek ist unverändert, der Betreiber der Cloud schaut es "
                 "sich an."_s;
      }},
-    {u"fehler", Art::Krit, u"Abgleich gestört", false,
+    {u"fehler", u"Abgleich gestört", Art::Krit, false, false,
      [](const QJsonValue &antwort) {
          return u"Es wurde nichts verändert. "_s + text(antwort, u"ergebnis.fehler");
      }},
-    {u"nicht_erreichbar", Art::Warn, u"Die Cloud erreicht diesen Mac nicht", true,
+    {u"nicht_erreichbar", u"Die Cloud erreicht diesen Mac nicht", Art::Warn, true, false,
      [](const QJsonValue &) {
          return u"Der Fernzugang (SSH) zu diesem Mac fehlt gerade. rekordbox startet mit dem "
                 "Stand dieses Macs."_s;
