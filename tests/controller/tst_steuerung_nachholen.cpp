@@ -278,7 +278,8 @@ private Q_SLOTS:
         p->abgleich(Anlass::Hand);
         p->vor(10); // joined, and young enough
         p->netz.beantworten(gut);
-        p->vor();
+        p->vor(700);
+        QCOMPARE(p->anlaesse(), (QStringList{u"hand"_s, u"aufgewacht"_s, u"hand"_s}));
         p->abgleiche = {gut};
         p->rekordboxOffen();
         p->vor(1200); // ticks that rekordbox holds back
