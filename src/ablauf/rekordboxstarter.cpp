@@ -57,6 +57,7 @@ void Rekordboxstarter::starten(Herkunft herkunft)
     }
     if (rekordbox_.hauptLaeuft()) {
         if (fuersFenster) {
+            abgleicher_.schulden();
             Q_EMIT laeuft();
         }
         return;
@@ -138,12 +139,18 @@ void Rekordboxstarter::jetztStarten()
     const bool fuersFenster = imFenster_;
     const auto i = gewaehlt();
     const bool laeuftSchon = i && rekordbox_.hauptLaeuft();
+    if (laeuftSchon) {
+        abgleicher_.schulden();
+    }
     nach(i && !laeuftSchon ? Startschritt::Startet : Startschritt::Ruht);
     if (schritt_ == Startschritt::Startet) {
         arbeitsplatz_.starten(i->url.toLocalFile(), this,
                               [this, fuersFenster](const std::optional<QString> &fehler) {
                                   nach(Startschritt::Ruht);
-                                  if (fehler && fuersFenster) {
+                                  if (!fehler) {
+                                      // It may be gone again before the watch has seen it.
+                                      abgleicher_.schulden();
+                                  } else if (fuersFenster) {
                                       Q_EMIT gescheitert(*fehler);
                                   }
                               });

@@ -6,4 +6,8 @@ namespace kalvaro {
 // turns of the event loop for a request to go through all its steps. No time passes.
 void ereignisseAbarbeiten();
 
+// The same for what is posted alone: sockets and timers of Qt's own have no turn. Asks the system
+// for nothing, so a test can afford it a million times.
+void postAbarbeiten();
+
 } // namespace kalvaro

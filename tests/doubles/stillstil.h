@@ -5,7 +5,7 @@
 namespace kalvaro {
 
 // A system that asks for less motion.
-class Stillstil final : public QProxyStyle
+class Stillstil : public QProxyStyle
 {
 public:
     Stillstil()

@@ -1,7 +1,5 @@
 #include "doubles/testuhr.h"
 
-#include "doubles/ereignisse.h"
-
 #include <QCoreApplication>
 
 namespace kalvaro {
@@ -76,15 +74,21 @@ Weckruf Testuhr::alle(Sekunden abstand, std::function<void()> ruf)
 
 void Testuhr::vor(Sekunden dauer)
 {
-    ereignisseAbarbeiten();
+    ganz();
     const auto ziel = vergangen + std::chrono::ceil<std::chrono::milliseconds>(dauer);
     while (!termine.empty() && termine.begin()->first.first <= ziel) {
         vergangen = termine.begin()->first.first;
         termine.begin()->second->faellig();
-        QCoreApplication::processEvents(); // one turn: a long run has a great many of them
+        kurz();
     }
     vergangen = ziel;
-    ereignisseAbarbeiten();
+    ganz();
+}
+
+// A long run has a great many of them.
+void Testuhr::eineRunde()
+{
+    QCoreApplication::processEvents();
 }
 
 } // namespace kalvaro

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "doubles/ereignisse.h"
 #include "foundation/uhr.h"
 
 #include <map>
@@ -11,6 +12,15 @@ namespace kalvaro {
 class Testuhr final : public Uhr
 {
 public:
+    Testuhr() = default;
+
+    // `nachlauf` takes the place of the event loop in vor(): a cheaper one for long runs.
+    explicit Testuhr(void (*nachlauf)())
+        : ganz(nachlauf)
+        , kurz(nachlauf)
+    {
+    }
+
     [[nodiscard]] QDateTime jetzt() const override;
     [[nodiscard]] std::chrono::milliseconds laufzeit() const override { return vergangen; }
     [[nodiscard]] Weckruf nach(Sekunden dauer, std::function<void()> ruf) override;
@@ -32,7 +42,10 @@ private:
     using Zeitpunkt = std::pair<std::chrono::milliseconds, quint64>; // moment, order of setting
 
     Weckruf setzen(std::chrono::milliseconds dauer, bool wiederholt, std::function<void()> ruf);
+    static void eineRunde();
 
+    void (*const ganz)() = ereignisseAbarbeiten;
+    void (*const kurz)() = eineRunde;
     std::chrono::milliseconds vergangen{0};
     std::chrono::milliseconds verstellt{0};
     quint64 zaehler = 0;
