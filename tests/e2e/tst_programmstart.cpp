@@ -1,0 +1,225 @@
+// What the program settles before its first window and for its end, seen from outside.
+
+#include "app/zuhause.h"
+#include "democloud.h"
+#include "doubles/fristen.h"
+#include "doubles/kindprogramm.h"
+#include "doubles/rohserver.h"
+#include "doubles/testbus.h"
+#include "e2e/anzeige.h"
+#include "testlauf.h"
+
+#include <QDBusConnectionInterface>
+#include <QVariantMap>
+
+#include <csignal>
+#include <optional>
+
+using namespace kalvaro;
+using namespace kalvaro::democloud;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int geduld = 30'000; // milliseconds
+
+const QString programm = QStringLiteral(KALVARO_PROGRAMM);
+const QString gestartet = u"gestartet (1.4, Gerät demo-mac)"_s;
+
+// A first instance that only keeps what it is asked.
+class ErsteInstanz : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit ErsteInstanz(QDBusConnection bus)
+    {
+        bus.registerObject(u"/de/kalvaro/kalvaro"_s, this, QDBusConnection::ExportAllSlots);
+        bus.registerService(u"de.kalvaro.kalvaro"_s);
+    }
+
+    QList<QVariantMap> bitten;
+
+public Q_SLOTS:
+    void Activate(const QVariantMap &plattformdaten) { bitten.append(plattformdaten); }
+};
+
+// What the only running kalvaro has mapped into its memory.
+QString geladenes()
+{
+    QProcess pgrep;
+    pgrep.start(u"/usr/bin/pgrep"_s, {u"-x"_s, u"kalvaro"_s});
+    pgrep.waitForFinished(geduld);
+    const QString pid = QString::fromLatin1(pgrep.readAllStandardOutput()).trimmed();
+    return QString::fromUtf8(dateiLesen(u"/proc/%1/maps"_s.arg(pid)));
+}
+
+} // namespace
+
+class TestProgrammstart final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void ohneAnzeigeEntstehtDasBild();
+    void dasBildEntstehtNebenEinemLaufendenProgramm();
+    void dieAnzeigeLerntDenNamen();
+    void einHaengenderBusHaeltNichtAuf();
+    void dieMarkeDesStartsErreichtDenErsten();
+    void deutschAuchOhneDeutschesSystem();
+    void dasEndeWartetAufKeinenNamen();
+    void rekordboxLiegtInApplications();
+
+private:
+    [[nodiscard]] bool protokolliert(const QString &zeile) const
+    {
+        return bald([&] { return zuhause->protokoll().contains(zeile); }, geduld);
+    }
+    void anAnzeige();
+
+    std::optional<Anzeige> anzeige;
+    std::optional<Zuhause> zuhause;
+    std::optional<Democloud> cloud;
+    QProcessEnvironment umgebung;
+};
+
+void TestProgrammstart::initTestCase()
+{
+    KALVARO_BRAUCHT_EIGENE_PROZESSE();
+    KALVARO_BRAUCHT(u"Xvfb"_s, u"dbus-daemon"_s, u"pgrep"_s, u"unshare"_s, u"xwininfo"_s);
+}
+
+void TestProgrammstart::init()
+{
+    zuhause.emplace();
+    cloud.emplace();
+    QVERIFY(cloud->starten());
+    zuhause->kontoSchreiben(cloud->adresse());
+    umgebung = zuhause->umgebung();
+}
+
+void TestProgrammstart::cleanup()
+{
+    cloud.reset();
+    zuhause.reset();
+}
+
+// The program has to find the display by itself.
+void TestProgrammstart::anAnzeige()
+{
+    if (!anzeige) {
+        anzeige.emplace();
+    }
+    umgebung.remove(u"QT_QPA_PLATFORM"_s);
+    umgebung.insert(u"DISPLAY"_s, anzeige->name());
+}
+
+void TestProgrammstart::ohneAnzeigeEntstehtDasBild()
+{
+    umgebung.remove(u"QT_QPA_PLATFORM"_s);
+    const QString pfad = zuhause->datei(u"bild.png"_s);
+    Kindprogramm kalvaro(programm, {u"--bild"_s, pfad}, umgebung);
+    QCOMPARE(kalvaro.ende(), 0);
+    QCOMPARE(QImage(pfad).width(), 520);
+}
+
+void TestProgrammstart::dasBildEntstehtNebenEinemLaufendenProgramm()
+{
+    Kindprogramm erstes(programm, {u"--hintergrund"_s}, umgebung);
+    QVERIFY(protokolliert(gestartet));
+
+    const QString pfad = zuhause->datei(u"bild.png"_s);
+    Kindprogramm bild(programm, {u"--bild"_s, pfad}, umgebung);
+    QCOMPARE(bild.ende(), 0);
+    QCOMPARE(QImage(pfad).width(), 520);
+    QCOMPARE(zuhause->protokoll(), QStringList({gestartet, gestartet}));
+}
+
+// Whatever the file is called that was started: task bars label its windows by this.
+void TestProgrammstart::dieAnzeigeLerntDenNamen()
+{
+    anAnzeige();
+    const QString anders = zuhause->datei(u"anders"_s);
+    QVERIFY(QFile::link(programm, anders));
+    Kindprogramm kalvaro(anders, {}, umgebung);
+    QString fenster;
+    QVERIFY(bald(
+        [&] {
+            fenster = anzeige->ausgabe(u"xwininfo"_s, {u"-root"_s, u"-tree"_s});
+            return fenster.contains(u" \"kalvaro\": (\""_s); // title and class
+        },
+        geduld));
+    QVERIFY2(fenster.contains(u" \"kalvaro\": (\"anders\" \"kalvaro\") "_s), qPrintable(fenster));
+}
+
+// Neither the toolkit's plug-ins nor the program ask a bus that does not answer.
+void TestProgrammstart::einHaengenderBusHaeltNichtAuf()
+{
+    anAnzeige();
+    Testbus bus;
+    bus.anhalten();
+    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.adresse());
+    QElapsedTimer zeit;
+    zeit.start();
+    Kindprogramm kalvaro(programm, {u"--hintergrund"_s}, umgebung);
+    QVERIFY(protokolliert(gestartet));
+    QVERIFY2(zeit.elapsed() < 15'000, qPrintable(QString::number(zeit.elapsed())));
+}
+
+// Without it the desktop would not let the first one's window come to the front.
+void TestProgrammstart::dieMarkeDesStartsErreichtDenErsten()
+{
+    anAnzeige();
+    Testbus bus;
+    ErsteInstanz erste(bus.verbindung());
+    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.adresse());
+    umgebung.insert(u"DESKTOP_STARTUP_ID"_s, u"klick-1"_s);
+    Kindprogramm zweite(programm, {}, umgebung);
+    QVERIFY(bald([&] { return !zweite.laeuft(); }, geduld));
+    QCOMPARE(zweite.ende(), 0);
+    QCOMPARE(erste.bitten,
+             QList<QVariantMap>({{{u"desktop-startup-id"_s, QVariant(u"klick-1"_s)}}}));
+    QCOMPARE(zuhause->protokoll(), QStringList());
+}
+
+void TestProgrammstart::deutschAuchOhneDeutschesSystem()
+{
+    Kindprogramm kalvaro(programm, {u"--hintergrund"_s}, umgebung);
+    QVERIFY(protokolliert(gestartet));
+    QVERIFY2(geladenes().contains(u"/qtbase_de.qm\n"_s), qPrintable(geladenes()));
+}
+
+// A look-up cannot be cancelled, and the toolkit waits for it.
+void TestProgrammstart::dasEndeWartetAufKeinenNamen()
+{
+    zuhause->kontoSchreiben(u"http://cloud.invalid"_s);
+    const QString gefragt = zuhause->datei(u"gefragt"_s);
+    umgebung.insert(u"LD_PRELOAD"_s, QStringLiteral(NAMENLOS));
+    umgebung.insert(u"NAMENLOS_GEFRAGT"_s, gefragt);
+    Kindprogramm kalvaro(programm, {}, umgebung);
+    QVERIFY(bald([&] { return QFile::exists(gefragt); }, geduld));
+
+    const qint64 dauer = kalvaro.beenden(SIGTERM);
+
+    QVERIFY2(dauer >= 0 && dauer <= endfrist, qPrintable(QString::number(dauer)));
+}
+
+void TestProgrammstart::rekordboxLiegtInApplications()
+{
+    const QString wurzel = zuhause->datei(u"wurzel"_s);
+    QVERIFY(QDir().mkpath(wurzel));
+    dateiSchreiben(zuhause->daten() + u"/einstellungen.json"_s, R"({"autostart":true})");
+    umgebung.remove(u"KALVARO_APPLICATIONS"_s);
+    Kindprogramm kalvaro(QStringLiteral(MIT_APPLICATIONS),
+                         {QStringLiteral(PROGRAMME), wurzel, programm}, umgebung);
+    QVERIFY(protokolliert(u"rekordbox 7.1.4 gestartet"_s));
+    QVERIFY(kalvaro.beenden(SIGTERM) >= 0);
+}
+
+KALVARO_TEST(TestProgrammstart)
+#include "tst_programmstart.moc"
