@@ -69,6 +69,7 @@ private Q_SLOTS:
     void ohneAnzeigeEntstehtDasBild();
     void dasBildEntstehtNebenEinemLaufendenProgramm();
     void dieAnzeigeLerntDenNamen();
+    void waylandLerntDieKennung();
     void einHaengenderBusHaeltNichtAuf();
     void dieMarkeDesStartsErreichtDenErsten();
     void deutschAuchOhneDeutschesSystem();
@@ -91,7 +92,8 @@ private:
 void TestProgrammstart::initTestCase()
 {
     KALVARO_BRAUCHT_EIGENE_PROZESSE();
-    KALVARO_BRAUCHT(u"Xvfb"_s, u"dbus-daemon"_s, u"pgrep"_s, u"unshare"_s, u"xwininfo"_s);
+    KALVARO_BRAUCHT(u"Xvfb"_s, u"dbus-daemon"_s, u"pgrep"_s, u"unshare"_s, u"weston"_s,
+                    u"xwininfo"_s);
 }
 
 void TestProgrammstart::init()
@@ -155,6 +157,32 @@ void TestProgrammstart::dieAnzeigeLerntDenNamen()
         },
         geduld));
     QVERIFY2(fenster.contains(u" \"kalvaro\": (\"anders\" \"kalvaro\") "_s), qPrintable(fenster));
+}
+
+// By it a Wayland desktop finds the program's name and icon. The toolkit writes on standard error
+// what it tells the desktop.
+void TestProgrammstart::waylandLerntDieKennung()
+{
+    umgebung.remove(u"QT_QPA_PLATFORM"_s);
+    umgebung.remove(u"XDG_SESSION_TYPE"_s);
+    const QString anschluss = u"wayland-test"_s;
+    const Kindprogramm weston(u"weston"_s,
+                              {u"--backend=headless-backend.so"_s, u"--shell=kiosk-shell.so"_s,
+                               u"--no-config"_s, u"--socket="_s + anschluss},
+                              umgebung);
+    const QString ordner = umgebung.value(u"XDG_RUNTIME_DIR"_s);
+    QVERIFY(bald([&] { return QFile::exists(ordner + u'/' + anschluss); }, geduld));
+    umgebung.insert(u"WAYLAND_DISPLAY"_s, anschluss);
+    umgebung.insert(u"WAYLAND_DEBUG"_s, u"1"_s);
+    Kindprogramm kalvaro(programm, {}, umgebung);
+    QByteArray gesagt;
+    QVERIFY(bald(
+        [&] {
+            gesagt += kalvaro.fehlerausgabe();
+            return gesagt.contains("set_app_id(\"");
+        },
+        geduld));
+    QVERIFY2(gesagt.contains("set_app_id(\"de.kalvaro.kalvaro\")"), gesagt.constData());
 }
 
 // Neither the toolkit's plug-ins nor the program ask a bus that does not answer.
