@@ -45,13 +45,19 @@ public Q_SLOTS:
     void Activate(const QVariantMap &plattformdaten) { bitten.append(plattformdaten); }
 };
 
-// What the only running kalvaro has mapped into its memory.
-QString geladenes()
+// The ids of the processes of this name; there are only the test's own.
+QStringList prozesse(const QString &name)
 {
     QProcess pgrep;
-    pgrep.start(u"/usr/bin/pgrep"_s, {u"-x"_s, u"kalvaro"_s});
+    pgrep.start(u"/usr/bin/pgrep"_s, {u"-x"_s, name});
     pgrep.waitForFinished(geduld);
-    const QString pid = QString::fromLatin1(pgrep.readAllStandardOutput()).trimmed();
+    return QString::fromLatin1(pgrep.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+}
+
+// What the running kalvaro has mapped into its memory.
+QString geladenes()
+{
+    const QString pid = prozesse(u"kalvaro"_s).value(0);
     return QString::fromUtf8(dateiLesen(u"/proc/%1/maps"_s.arg(pid)));
 }
 
@@ -109,6 +115,12 @@ void TestProgrammstart::cleanup()
 {
     cloud.reset();
     zuhause.reset();
+    // A rekordbox outlives who started it, and the next test must not find it.
+    const QStringList laufende = prozesse(u"rekordbox"_s);
+    for (const QString &pid : laufende) {
+        ::kill(pid.toInt(), SIGKILL);
+    }
+    QVERIFY(bald([] { return prozesse(u"rekordbox"_s).isEmpty(); }, geduld));
 }
 
 // The program has to find the display by itself.
