@@ -73,6 +73,7 @@ private Q_SLOTS:
     void cleanup();
 
     void ohneAnzeigeEntstehtDasBild();
+    void eineGewaehlteAnzeigeBleibt();
     void dasBildEntstehtNebenEinemLaufendenProgramm();
     void dieAnzeigeLerntDenNamen();
     void waylandLerntDieKennung();
@@ -142,6 +143,14 @@ void TestProgrammstart::ohneAnzeigeEntstehtDasBild()
     QCOMPARE(QImage(pfad).width(), 520);
 }
 
+void TestProgrammstart::eineGewaehlteAnzeigeBleibt()
+{
+    umgebung.insert(u"QT_QPA_PLATFORM"_s, u"minimal"_s);
+    Kindprogramm kalvaro(programm, {u"--hintergrund"_s}, umgebung);
+    QVERIFY(protokolliert(gestartet));
+    QVERIFY2(geladenes().contains(u"/libqminimal.so\n"_s), qPrintable(geladenes()));
+}
+
 void TestProgrammstart::dasBildEntstehtNebenEinemLaufendenProgramm()
 {
     Kindprogramm erstes(programm, {u"--hintergrund"_s}, umgebung);
@@ -197,10 +206,13 @@ void TestProgrammstart::waylandLerntDieKennung()
     QVERIFY2(gesagt.contains("set_app_id(\"de.kalvaro.kalvaro\")"), gesagt.constData());
 }
 
-// Neither the toolkit's plug-ins nor the program ask a bus that does not answer.
+// Nor the toolkit, which under KDE asks the bus before the program does.
 void TestProgrammstart::einHaengenderBusHaeltNichtAuf()
 {
     anAnzeige();
+    umgebung.insert(u"XDG_CURRENT_DESKTOP"_s, u"KDE"_s);
+    umgebung.insert(u"KDE_FULL_SESSION"_s, u"true"_s);
+    umgebung.insert(u"KDE_SESSION_VERSION"_s, u"5"_s);
     Testbus bus;
     bus.anhalten();
     umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.adresse());
