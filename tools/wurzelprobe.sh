@@ -22,8 +22,9 @@ teile=(
     'src/app/main.cpp|u"/Applications"_s|QString()'
     'src/app/main.cpp|.belegen(kommandozeile.hintergrund)|.belegen(false)'
     'src/platform/linux/plattform.cpp| = Aktivierung::ausUmgebung()|{}'
-    'src/platform/linux/plattform.cpp|qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") \&\& |'
-    'src/platform/linux/plattform.cpp|qEnvironmentVariableIsEmpty("DISPLAY") \&\&|'
+    'src/platform/linux/plattform.cpp|qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")|true'
+    'src/platform/linux/plattform.cpp|qEnvironmentVariableIsEmpty("DISPLAY")|true'
+    'src/platform/linux/plattform.cpp|qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")|true'
 )
 programmtests="tst_programmlauf tst_programmstart tst_auftritt tst_aufwachen"
 

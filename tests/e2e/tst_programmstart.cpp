@@ -79,6 +79,7 @@ private Q_SLOTS:
     void waylandLerntDieKennung();
     void einHaengenderBusHaeltNichtAuf();
     void dieMarkeDesStartsErreichtDenErsten();
+    void einStartImHintergrundBittetNicht();
     void deutschAuchOhneDeutschesSystem();
     void dasEndeWartetAufKeinenNamen();
     void rekordboxLiegtInApplications();
@@ -236,6 +237,18 @@ void TestProgrammstart::dieMarkeDesStartsErreichtDenErsten()
     QCOMPARE(zweite.ende(), 0);
     QCOMPARE(erste.bitten,
              QList<QVariantMap>({{{u"desktop-startup-id"_s, QVariant(u"klick-1"_s)}}}));
+    QCOMPARE(zuhause->protokoll(), QStringList());
+}
+
+void TestProgrammstart::einStartImHintergrundBittetNicht()
+{
+    Testbus bus;
+    const ErsteInstanz erste(bus.verbindung());
+    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.adresse());
+    Kindprogramm zweite(programm, {u"--hintergrund"_s}, umgebung);
+    QVERIFY(bald([&] { return !zweite.laeuft(); }, geduld)); // whoever asks waits for the answer
+    QCOMPARE(zweite.ende(), 0);
+    QCOMPARE(erste.bitten, QList<QVariantMap>());
     QCOMPARE(zuhause->protokoll(), QStringList());
 }
 
