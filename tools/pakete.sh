@@ -7,7 +7,7 @@ bauen="cmake ninja-build g++ pkg-config qt6-base-dev libqt6svg6 qt6-translations
        libplist-dev libexpected-dev libcpp-httplib-dev libxcb1-dev zlib1g-dev procps util-linux fonts-inter
        ca-certificates"
 testen="$bauen dbus dbus-daemon dunst fonts-dejavu-core hicolor-icon-theme imagemagick libglib2.0-bin
-        python3-dbusmock xauth xdotool xfce4-panel xvfb"
+        python3-dbusmock qt6-wayland weston x11-utils xauth xdotool xfce4-panel xvfb"
 pruefen="$testen clang clang-format clang-tidy gcovr libclang-rt-14-dev"
 
 case "${1:-}" in

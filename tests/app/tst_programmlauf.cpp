@@ -2,15 +2,15 @@
 
 #include "democloud.h"
 
-#include "doubles/dateien.h"
+#include "app/zuhause.h"
 #include "doubles/fristen.h"
 #include "doubles/kindprogramm.h"
 #include "doubles/rohserver.h"
 #include "testlauf.h"
+#include "ui/erscheinung.h"
 
 #include <QDir>
 #include <QImage>
-#include <QTemporaryDir>
 
 #include <csignal>
 
@@ -23,51 +23,6 @@ namespace {
 constexpr int frist = 20'000; // ms before a test gives up
 
 const QString nichtEingerichtet = u"kalvaro ist auf diesem Mac noch nicht eingerichtet."_s;
-
-// Folders as a user has them, and what the program leaves in them.
-class Zuhause
-{
-public:
-    Zuhause()
-    {
-        QDir().mkpath(wurzel.filePath(u"programme"_s));
-        QDir().mkpath(wurzel.filePath(u"lauf"_s));
-        QFile::setPermissions(wurzel.filePath(u"lauf"_s), QFile::Permissions(0x7700));
-    }
-
-    void kontoSchreiben(const QString &server) const
-    {
-        dateiSchreiben(daten() + u"/konto.json"_s, demokonto(server));
-    }
-
-    [[nodiscard]] QProcessEnvironment umgebung() const
-    {
-        QProcessEnvironment u = QProcessEnvironment::systemEnvironment();
-        for (const QString &name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"LANGUAGE"_s}) {
-            u.remove(name);
-        }
-        u.insert(u"HOME"_s, wurzel.path());
-        u.insert(u"XDG_DATA_HOME"_s, wurzel.filePath(u"daten"_s));
-        u.insert(u"XDG_CONFIG_HOME"_s, wurzel.filePath(u"config"_s));
-        u.insert(u"XDG_CACHE_HOME"_s, wurzel.filePath(u"cache"_s));
-        u.insert(u"XDG_RUNTIME_DIR"_s, wurzel.filePath(u"lauf"_s));
-        u.insert(u"KALVARO_APPLICATIONS"_s, wurzel.filePath(u"programme"_s));
-        u.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path="_s + wurzel.filePath(u"bus"_s));
-        u.insert(u"DBUS_SYSTEM_BUS_ADDRESS"_s, u"unix:path="_s + wurzel.filePath(u"bus"_s));
-        u.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
-        u.insert(u"LC_ALL"_s, u"C"_s);
-        return u;
-    }
-
-    [[nodiscard]] QString datei(const QString &name) const { return wurzel.filePath(name); }
-    [[nodiscard]] QString daten() const { return wurzel.filePath(u"daten/kalvaro"_s); }
-
-    // The texts of the log lines, without their time stamps.
-    [[nodiscard]] QStringList protokoll() const { return logzeilen(daten() + u"/kalvaro.log"_s); }
-
-private:
-    const QTemporaryDir wurzel;
-};
 
 class Lauf final : public Kindprogramm
 {
@@ -115,7 +70,10 @@ private Q_SLOTS:
         Lauf lauf(zuhause, davor + QStringList{u"--bild"_s, pfad});
 
         QCOMPARE(lauf.ende(), 0);
-        QCOMPARE(QImage(pfad, "PNG").width(), 520);
+        const QImage gemalt(pfad, "PNG");
+        QCOMPARE(gemalt.width(), 520);
+        // No desktop brings colours here, so the window has the program's own.
+        QCOMPARE(gemalt.pixelColor(2, 2), eigenePalette(false).color(QPalette::Window));
         const QStringList ausgabe = QString::fromUtf8(lauf.ausgabe()).split(u'\n');
         QCOMPARE(ausgabe.size(), 3);
         QCOMPARE(ausgabe[0], u"Bibliothek ist abgeglichen"_s);
@@ -161,6 +119,7 @@ private Q_SLOTS:
         QVERIFY2(fehler[1].contains(zuhause.daten() + u"/konto.json"_s), qPrintable(fehler[1]));
         QCOMPARE(lauf.ausgabe(), QByteArray());
         QCOMPARE(zuhause.protokoll(), QStringList());
+        QVERIFY(QDir(zuhause.daten()).exists()); // where the message says the account belongs
     }
 
     // Both only print: no data folder, no display, no account.

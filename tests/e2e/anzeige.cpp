@@ -59,10 +59,16 @@ QProcessEnvironment Anzeige::umgebung(const QString &busadresse) const
 
 void Anzeige::ausfuehren(const QString &werkzeug, const QStringList &argumente) const
 {
+    [[maybe_unused]] const QString ungelesen = ausgabe(werkzeug, argumente);
+}
+
+QString Anzeige::ausgabe(const QString &werkzeug, const QStringList &argumente) const
+{
     QProcess prozess;
     prozess.setProcessEnvironment(umgebung(u"disabled:"_s));
     prozess.start(werkzeug, argumente);
     prozess.waitForFinished();
+    return QString::fromUtf8(prozess.readAllStandardOutput());
 }
 
 void Anzeige::klicken(QPoint punkt, int knopf) const

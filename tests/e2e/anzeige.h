@@ -28,6 +28,9 @@ public:
     // Runs a tool to its end.
     void ausfuehren(const QString &werkzeug, const QStringList &argumente) const;
 
+    // The same; what the tool writes on standard output.
+    [[nodiscard]] QString ausgabe(const QString &werkzeug, const QStringList &argumente) const;
+
     void klicken(QPoint wo, int knopf) const;
 
     // The display's name, as in $DISPLAY.
