@@ -3,7 +3,7 @@
 #include "app/hauptmenue.h"
 #include "testlauf.h"
 
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 
 #include <QApplication>
 #include <QMenuBar>
@@ -26,7 +26,7 @@ class TestHauptmenue final : public QObject
 private Q_SLOTS:
     void init()
     {
-        p = std::make_unique<Steuerungsprobe>();
+        p = std::make_unique<Steuerungswelt>();
         p->starten(false, menueBauen);
         p->arbeitsplatz.auftritte.clear();
     }
@@ -103,7 +103,7 @@ private Q_SLOTS:
         QCOMPARE(QCoreApplication::exec(), 0);
 
         QCOMPARE(ende.size(), 1);
-        QVERIFY(!Steuerungsprobe::protokoll().contains(u"beendet"_s));
+        QVERIFY(!Steuerungswelt::protokoll().contains(u"beendet"_s));
     }
 
     // Picture mode lives without a controller: the same menu, but there is nothing to live on for.
@@ -162,7 +162,7 @@ private:
         qFatal("The main menu has no row %s", qPrintable(text));
     }
 
-    std::unique_ptr<Steuerungsprobe> p;
+    std::unique_ptr<Steuerungswelt> p;
 };
 
 KALVARO_FENSTERTEST(TestHauptmenue)

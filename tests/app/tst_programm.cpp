@@ -3,7 +3,7 @@
 #include "app/programm.h"
 
 #include "app/mitschnitt.h"
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 #include "testlauf.h"
 
 #include <QApplication>
@@ -39,8 +39,8 @@ class TestProgramm final : public QObject
 private Q_SLOTS:
     void init()
     {
-        p = std::make_unique<Steuerungsprobe>();
-        Steuerungsprobe::ordner().schreiben(
+        p = std::make_unique<Steuerungswelt>();
+        Steuerungswelt::ordner().schreiben(
             u"konto.json"_s, "{\"geraet\":\"Studio-Mac\",\"server\":[\"http://cloud\"]}");
         programm = std::make_unique<Programm>(p->umgebung);
         QApplication::setQuitOnLastWindowClosed(true);
@@ -56,7 +56,7 @@ private Q_SLOTS:
         programm->starten({});
         p->vor();
 
-        QCOMPARE(Steuerungsprobe::protokoll(),
+        QCOMPARE(Steuerungswelt::protokoll(),
                  (QStringList{startzeile, u"Abgleich (vorstart) ..."_s}));
         QCOMPARE(p->arbeitsplatz.auftritte, regulaer + regulaer);
         QVERIFY(fenster() && fenster()->isVisible());
@@ -68,7 +68,7 @@ private Q_SLOTS:
         programm->starten({.hintergrund = true});
         p->vor(14);
 
-        QCOMPARE(Steuerungsprobe::protokoll(), QStringList{startzeile});
+        QCOMPARE(Steuerungswelt::protokoll(), QStringList{startzeile});
         QCOMPARE(p->arbeitsplatz.auftritte, zubehoer);
         QVERIFY(!fenster());
         QVERIFY(p->statusobjekt.menue);
@@ -160,7 +160,7 @@ private Q_SLOTS:
         QCOMPARE(QImage(pfad, "PNG").width(), 520);
         QCOMPARE(p->anlaesse(), QStringList{u"hand"_s});
         QCOMPARE(p->arbeitsplatz.auftritte, hintergrund ? zubehoer : regulaer);
-        QCOMPARE(Steuerungsprobe::protokoll(), QStringList{startzeile});
+        QCOMPARE(Steuerungswelt::protokoll(), QStringList{startzeile});
         QVERIFY(p->statusobjekt.verlauf.isEmpty());
         QVERIFY(p->mitteilungen.alle.isEmpty());
     }
@@ -298,21 +298,21 @@ private:
 
     static void kontoSetzen(const QByteArray &inhalt)
     {
-        Steuerungsprobe::ordner().leeren();
+        Steuerungswelt::ordner().leeren();
         if (!inhalt.isEmpty()) {
-            Steuerungsprobe::ordner().schreiben(u"konto.json"_s, inhalt);
+            Steuerungswelt::ordner().schreiben(u"konto.json"_s, inhalt);
         }
     }
 
     void nichtsGeschah() const
     {
-        QVERIFY(Steuerungsprobe::protokoll().isEmpty());
+        QVERIFY(Steuerungswelt::protokoll().isEmpty());
         QVERIFY(p->statusobjekt.verlauf.isEmpty());
         QVERIFY(p->netz.anfragen().isEmpty());
         QVERIFY(!fenster());
     }
 
-    std::unique_ptr<Steuerungsprobe> p;
+    std::unique_ptr<Steuerungswelt> p;
     std::unique_ptr<Programm> programm;
 };
 

@@ -1,6 +1,6 @@
 // The offer of a new version: the menu's row and the notification, once a day.
 
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 #include "testlauf.h"
 
 #include <QAction>
@@ -29,7 +29,7 @@ class TestSteuerungAngebot final : public QObject
 private Q_SLOTS:
     void init()
     {
-        p = std::make_unique<Steuerungsprobe>();
+        p = std::make_unique<Steuerungswelt>();
         p->abgleiche = {abgleichAntwort(u"aktuell"_s)};
         p->starten();
         p->vor(15); // the first sync is over
@@ -45,7 +45,7 @@ private Q_SLOTS:
         QVERIFY(punkt()->isVisible());
         QCOMPARE(punkt()->text(), u"Version 1.10 herunterladen …"_s);
         QCOMPARE(p->mitteilungen.alle, QList{neu(u"1.10"_s)});
-        QCOMPARE(Steuerungsprobe::protokoll().last(), u"neue Version 1.10 gemeldet"_s);
+        QCOMPARE(Steuerungswelt::protokoll().last(), u"neue Version 1.10 gemeldet"_s);
         QCOMPARE(Einstellungen().updateGemeldet, u"1.10|2026-03-13"_s);
     }
 
@@ -182,7 +182,7 @@ private:
 
     [[nodiscard]] QAction *punkt() const { return p->statusobjekt.menue->actions().at(1); }
 
-    std::unique_ptr<Steuerungsprobe> p;
+    std::unique_ptr<Steuerungswelt> p;
 };
 
 KALVARO_FENSTERTEST(TestSteuerungAngebot)

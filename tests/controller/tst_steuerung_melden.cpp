@@ -1,6 +1,6 @@
 // What the controller reports of a finished sync: symbol, status line and notification.
 
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 #include "testlauf.h"
 
 using namespace kalvaro;
@@ -44,7 +44,7 @@ class TestSteuerungMelden final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { p = std::make_unique<Steuerungsprobe>(); }
+    void init() { p = std::make_unique<Steuerungswelt>(); }
     void cleanup() { p.reset(); }
 
     void symbolUndStatus_data()
@@ -163,7 +163,7 @@ private:
         return ergebnis.value_or(Bewertung{.titel = u"no answer"_s});
     }
 
-    std::unique_ptr<Steuerungsprobe> p;
+    std::unique_ptr<Steuerungswelt> p;
 };
 
 KALVARO_FENSTERTEST(TestSteuerungMelden)

@@ -1,6 +1,6 @@
 // What the rows of the menu do, the start of rekordbox from there, and the offer of a new version.
 
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 #include "testlauf.h"
 
 #include <QAction>
@@ -32,7 +32,7 @@ class TestSteuerungMenue final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { p = std::make_unique<Steuerungsprobe>(); }
+    void init() { p = std::make_unique<Steuerungswelt>(); }
     void cleanup() { p.reset(); }
 
     void oeffnen()
@@ -135,7 +135,7 @@ private Q_SLOTS:
         QCOMPARE(QCoreApplication::exec(), 0);
 
         QCOMPARE(ende.size(), 1);
-        QCOMPARE(Steuerungsprobe::protokoll(), QStringList{u"beendet"_s});
+        QCOMPARE(Steuerungswelt::protokoll(), QStringList{u"beendet"_s});
         if (mitFenster) {
             p->arbeitsplatz.auftritte.clear();
             p->steuerung->fenster()->show();
@@ -181,8 +181,7 @@ private Q_SLOTS:
 
         QCOMPARE(p->anfragen(), QStringList{u"GET http://cloud/api/stand?geraet=mac1"_s});
         QCOMPARE(p->arbeitsplatz.starts, QStringList{buendel});
-        QCOMPARE(Steuerungsprobe::protokoll(),
-                 (QStringList{zeile, u"rekordbox 7.1.4 gestartet"_s}));
+        QCOMPARE(Steuerungswelt::protokoll(), (QStringList{zeile, u"rekordbox 7.1.4 gestartet"_s}));
         QCOMPARE(p->mitteilungen.alle, mitteilungen);
         QVERIFY(!p->steuerung->fenster());
     }
@@ -257,8 +256,8 @@ private Q_SLOTS:
         QFETCH(const QString, gestartet);
         p->installieren(u"6.8.5"_s);
         p->installieren(u"7.1.4"_s);
-        Steuerungsprobe::ordner().schreiben(u"einstellungen.json"_s,
-                                            "{\"version\":\"" + gewaehlt.toUtf8() + "\"}");
+        Steuerungswelt::ordner().schreiben(u"einstellungen.json"_s,
+                                           "{\"version\":\"" + gewaehlt.toUtf8() + "\"}");
         p->staende = {passt};
         p->starten();
 
@@ -349,7 +348,7 @@ private:
         p->vor();
     }
 
-    std::unique_ptr<Steuerungsprobe> p;
+    std::unique_ptr<Steuerungswelt> p;
 };
 
 KALVARO_FENSTERTEST(TestSteuerungMenue)

@@ -1,6 +1,6 @@
 // The syncs that time brings: after a background start, after one that failed, after a wake.
 
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 #include "testlauf.h"
 
 using namespace kalvaro;
@@ -18,7 +18,7 @@ class TestSteuerungNachholen final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { p = std::make_unique<Steuerungsprobe>(); }
+    void init() { p = std::make_unique<Steuerungswelt>(); }
     void cleanup() { p.reset(); }
 
     // At a background start with rekordbox or its agent running at the 15 s mark, no "anmeldung"
@@ -340,7 +340,7 @@ private:
     void ruhigBeginnen() { beginnen(gut); }
     void offlineBeginnen() { beginnen(offline); }
 
-    std::unique_ptr<Steuerungsprobe> p;
+    std::unique_ptr<Steuerungswelt> p;
 };
 
 KALVARO_FENSTERTEST(TestSteuerungNachholen)

@@ -1,7 +1,7 @@
 // What the controller does when rekordbox starts and quits, when time passes and when the computer
 // wakes.
 
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 #include "testlauf.h"
 
 #include <QJsonArray>
@@ -32,7 +32,7 @@ class TestSteuerungWache final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { p = std::make_unique<Steuerungsprobe>(); }
+    void init() { p = std::make_unique<Steuerungswelt>(); }
     void cleanup() { p.reset(); }
 
     void gestartetOhneFenster()
@@ -48,7 +48,7 @@ private Q_SLOTS:
         QCOMPARE(p->statusobjekt.verlauf,
                  (QStringList{u"Hinweis kalvaro – rekordbox läuft"_s, u"Symbol icloud"_s}));
         QCOMPARE(p->kopf(), u"rekordbox läuft   (18:07)"_s);
-        QCOMPARE(Steuerungsprobe::protokoll(), QStringList{u"rekordbox gestartet"_s});
+        QCOMPARE(Steuerungswelt::protokoll(), QStringList{u"rekordbox gestartet"_s});
         QCOMPARE(p->anfragen(), QStringList{u"GET http://cloud/api/stand?geraet=mac1"_s});
         QCOMPARE(p->netz.anfragen().last().limit, Sekunden(8));
         QVERIFY(!p->steuerung->fenster());
@@ -155,7 +155,7 @@ private Q_SLOTS:
 
         p->vor(8);
         QVERIFY(p->mitteilungen.alle.isEmpty());
-        QCOMPARE(Steuerungsprobe::protokoll(), QStringList{u"rekordbox gestartet"_s});
+        QCOMPARE(Steuerungswelt::protokoll(), QStringList{u"rekordbox gestartet"_s});
     }
 
     // rekordbox is open: the window does not tell this, so the warning is posted beside it too.
@@ -187,7 +187,7 @@ private Q_SLOTS:
         p->rekordboxLaeuft(false, 0, 1);
         p->vor(3);
         QCOMPARE(p->kopf(), u"rekordbox beendet – warte aufs Speichern   (18:07)"_s);
-        QVERIFY(Steuerungsprobe::protokoll().isEmpty());
+        QVERIFY(Steuerungswelt::protokoll().isEmpty());
         p->vor(60);
         QVERIFY(p->anlaesse().isEmpty());
 
@@ -196,7 +196,7 @@ private Q_SLOTS:
         p->vor(3);
 
         QCOMPARE(p->anlaesse(), QStringList{u"nachher"_s});
-        QCOMPARE(Steuerungsprobe::protokoll(),
+        QCOMPARE(Steuerungswelt::protokoll(),
                  (QStringList{u"rekordbox beendet"_s, u"Abgleich (nachher) ..."_s, gutZeile}));
         QCOMPARE(
             p->mitteilungen.alle,
@@ -292,13 +292,13 @@ private Q_SLOTS:
         p->starten(true);
         p->vor(30);
         QVERIFY(p->netz.anfragen().isEmpty());
-        QVERIFY(Steuerungsprobe::protokoll().isEmpty());
+        QVERIFY(Steuerungswelt::protokoll().isEmpty());
 
         p->rekordboxZu();
         p->vor(3);
 
         QCOMPARE(p->anlaesse(), QStringList{u"nachher"_s});
-        QCOMPARE(Steuerungsprobe::protokoll(),
+        QCOMPARE(Steuerungswelt::protokoll(),
                  (QStringList{u"rekordbox beendet"_s, u"Abgleich (nachher) ..."_s}));
     }
 
@@ -312,7 +312,7 @@ private Q_SLOTS:
         p->vor(300);
 
         QVERIFY(p->anlaesse().isEmpty());
-        QCOMPARE(Steuerungsprobe::protokoll(), QStringList{u"rekordbox gestartet"_s});
+        QCOMPARE(Steuerungswelt::protokoll(), QStringList{u"rekordbox gestartet"_s});
     }
 
 private:
@@ -323,7 +323,7 @@ private:
         p->abgleiche = {gut};
         p->vor(15);
         p->netz.vergessen();
-        Steuerungsprobe::ordner().leeren();
+        Steuerungswelt::ordner().leeren();
     }
 
     // rekordbox runs since the start.
@@ -336,7 +336,7 @@ private:
     // A visible window whose countdown has just begun.
     void mitCountdown()
     {
-        Steuerungsprobe::ordner().schreiben(u"einstellungen.json"_s, "{\"autostart\":true}");
+        Steuerungswelt::ordner().schreiben(u"einstellungen.json"_s, "{\"autostart\":true}");
         p->abgleiche = {gut};
         p->starten(false);
         QCOMPARE(p->beschriftung(u"lblCountdown"_s), u"rekordbox startet in 5 s  ·"_s);
@@ -351,7 +351,7 @@ private:
         return p->mitteilungen.alle;
     }
 
-    std::unique_ptr<Steuerungsprobe> p;
+    std::unique_ptr<Steuerungswelt> p;
 };
 
 KALVARO_FENSTERTEST(TestSteuerungWache)

@@ -1,6 +1,6 @@
 // How the controller begins, and the queue through which every sync passes.
 
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 #include "testlauf.h"
 
 using namespace kalvaro;
@@ -28,7 +28,7 @@ class TestSteuerungWarteschlange final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { p = std::make_unique<Steuerungsprobe>(); }
+    void init() { p = std::make_unique<Steuerungswelt>(); }
     void cleanup() { p.reset(); }
 
     void anfangImHintergrund_data()
@@ -57,7 +57,7 @@ private Q_SLOTS:
         QVERIFY(!p->steuerung->fensterSichtbar());
         QVERIFY(p->arbeitsplatz.auftritte.isEmpty());
         QVERIFY(p->netz.anfragen().isEmpty());
-        QVERIFY(Steuerungsprobe::protokoll().isEmpty());
+        QVERIFY(Steuerungswelt::protokoll().isEmpty());
     }
 
     void anfangMitFenster()
@@ -72,7 +72,7 @@ private Q_SLOTS:
         QVERIFY(p->steuerung->fensterSichtbar());
         QCOMPARE(p->arbeitsplatz.auftritte, QList{Arbeitsplatz::Auftritt::Regulaer});
         QCOMPARE(p->anlaesse(), QStringList{u"vorstart"_s});
-        QCOMPARE(Steuerungsprobe::protokoll(), QStringList{u"Abgleich (vorstart) ..."_s});
+        QCOMPARE(Steuerungswelt::protokoll(), QStringList{u"Abgleich (vorstart) ..."_s});
         p->vor(15);
         QCOMPARE(p->anlaesse().size(), 1); // the first sync of a background start is not due here
     }
@@ -130,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(p->statusobjekt.verlauf, (QStringList{u"Hinweis kalvaro – gleicht ab …"_s,
                                                        u"Symbol arrow.clockwise.icloud"_s}));
         QCOMPARE(p->kopf(), u"gleicht ab …   (18:07)"_s);
-        QCOMPARE(Steuerungsprobe::protokoll(), QStringList{u"Abgleich (hand) ..."_s});
+        QCOMPARE(Steuerungswelt::protokoll(), QStringList{u"Abgleich (hand) ..."_s});
 
         p->vor(60);
         p->netz.beantworten(gut);
@@ -139,7 +139,7 @@ private Q_SLOTS:
         QCOMPARE(p->statusobjekt.verlauf.mid(2),
                  (QStringList{u"Symbol checkmark.icloud"_s, u"Hinweis kalvaro – "_s + guterTitel}));
         QCOMPARE(p->kopf(), guterTitel + u"   (18:08)"_s);
-        QCOMPARE(Steuerungsprobe::protokoll(), (QStringList{u"Abgleich (hand) ..."_s, gutZeile}));
+        QCOMPARE(Steuerungswelt::protokoll(), (QStringList{u"Abgleich (hand) ..."_s, gutZeile}));
         QCOMPARE(p->anfragen(), QStringList{u"POST http://cloud/api/abgleich"_s});
     }
 
@@ -166,8 +166,7 @@ private Q_SLOTS:
         QCOMPARE(antworten,
                  (QStringList{u"1 "_s + guterTitel, u"2 "_s + guterTitel, u"3 "_s + guterTitel}));
         QCOMPARE(p->anlaesse(), QStringList{u"nachher"_s});
-        QCOMPARE(Steuerungsprobe::protokoll(),
-                 (QStringList{u"Abgleich (nachher) ..."_s, gutZeile}));
+        QCOMPARE(Steuerungswelt::protokoll(), (QStringList{u"Abgleich (nachher) ..."_s, gutZeile}));
         QCOMPARE(p->statusobjekt.symbole.count(u"arrow.clockwise.icloud"_s), 1);
         QCOMPARE(p->mitteilungen.alle.size(), 1); // by the reason of the run, not of who joined it
     }
@@ -242,7 +241,7 @@ private Q_SLOTS:
         p->vor(480);
 
         QCOMPARE(gerufen, 1);
-        QCOMPARE(Steuerungsprobe::protokoll(), (QStringList{u"Abgleich (hand) ..."_s, zeile}));
+        QCOMPARE(Steuerungswelt::protokoll(), (QStringList{u"Abgleich (hand) ..."_s, zeile}));
         p->abgleiche = {gut};
         p->abgleich(Anlass::Hand, [&](const Bewertung &) { ++gerufen; });
         p->vor();
@@ -250,7 +249,7 @@ private Q_SLOTS:
     }
 
 private:
-    std::unique_ptr<Steuerungsprobe> p;
+    std::unique_ptr<Steuerungswelt> p;
 };
 
 KALVARO_FENSTERTEST(TestSteuerungWarteschlange)

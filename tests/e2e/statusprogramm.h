@@ -5,12 +5,12 @@
 
 namespace kalvaro {
 
-// The program with nothing but its item in the tray (statusprobe.cpp).
+// The program with nothing but its item in the tray (statusprogramm.cpp).
 class Statusprogramm final : public Kindprogramm
 {
 public:
     explicit Statusprogramm(const QProcessEnvironment &umgebung)
-        : Kindprogramm(QStringLiteral(PROBE), {}, umgebung)
+        : Kindprogramm(QStringLiteral(STATUSPROGRAMM), {}, umgebung)
     {
     }
 

@@ -1,4 +1,4 @@
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 #include "testlauf.h"
 
 #include <QDir>
@@ -41,7 +41,7 @@ private:
 
 void TestHauptfensterAbgleich::verbindetAmAnfang()
 {
-    const Fensterprobe p;
+    const Fensterwelt p;
     QVERIFY(!p.art());
     QCOMPARE(p.titel(), u"Verbinde mit der Cloud …"_s);
     QCOMPARE(p.detail(), u"Einen Moment"_s);
@@ -52,17 +52,17 @@ void TestHauptfensterAbgleich::verbindetAmAnfang()
 
 void TestHauptfensterAbgleich::oeffnenMitAbgleich()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.fenster->oeffnen(true);
     QVERIFY(p.fenster->isVisible());
     QCOMPARE(p.arbeitsplatz.auftritte, {Arbeitsplatz::Auftritt::Regulaer});
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.anlaesse(), {u"vorstart"_s});
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     QCOMPARE(p.detail(), u"kalvaro vergleicht diesen Mac mit der Cloud"_s);
     QVERIFY(p.beschaeftigt());
     QVERIFY(!p.knopf(u"lnkAbgleich"_s)->isEnabled());
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     QVERIFY(!p.beschaeftigt());
     QVERIFY(p.knopf(u"lnkAbgleich"_s)->isEnabled());
     QVERIFY(p.standfragen().isEmpty());
@@ -70,7 +70,7 @@ void TestHauptfensterAbgleich::oeffnenMitAbgleich()
 
 void TestHauptfensterAbgleich::oeffnenOhneAbgleich()
 {
-    const Fensterprobe p;
+    const Fensterwelt p;
     p.fenster->oeffnen(false);
     QVERIFY(p.fenster->isVisible());
     QVERIFY(p.anlaesse().isEmpty());
@@ -80,7 +80,7 @@ void TestHauptfensterAbgleich::oeffnenOhneAbgleich()
 
 void TestHauptfensterAbgleich::oeffnenLiestDieInstallationen()
 {
-    const Fensterprobe p({.versionen = {}});
+    const Fensterwelt p({.versionen = {}});
     p.fenster->oeffnen(false);
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox nicht gefunden"_s);
     QVERIFY(QDir().rename(Programmordner({u"6.8.5"_s}).buendel(u"6.8.5"_s),
@@ -94,7 +94,7 @@ void TestHauptfensterAbgleich::oeffnenLiestDieInstallationen()
 // stays enabled.
 void TestHauptfensterAbgleich::nurDerAgentLaeuft()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.laeuft(0, 1);
     p.fenster->oeffnen(true);
     QVERIFY(p.anlaesse().isEmpty());
@@ -120,11 +120,11 @@ void TestHauptfensterAbgleich::rekordboxLaeuft()
 {
     QFETCH(int, haupt);
     QFETCH(int, agent);
-    Fensterprobe p;
+    Fensterwelt p;
     p.fenster->oeffnen(false);
     p.laeuft(haupt, agent);
     p.knopf(u"lnkAbgleich"_s)->click();
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QVERIFY(p.anlaesse().isEmpty());
     QCOMPARE(p.titel(), u"rekordbox läuft"_s);
     QCOMPARE(p.detail(), rekordboxLaeuftDetail);
@@ -134,7 +134,7 @@ void TestHauptfensterAbgleich::rekordboxLaeuft()
 }
 void TestHauptfensterAbgleich::ergebnisZeigtAlles()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     QCOMPARE(p.art(), Art::Gut);
     QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
@@ -149,18 +149,18 @@ void TestHauptfensterAbgleich::ergebnisZeigtAlles()
 // An outcome with an empty mode after one with "schatten" leaves the pill visible.
 void TestHauptfensterAbgleich::pilleBleibtOhneBetrieb()
 {
-    Fensterprobe p;
-    p.abgeglichen(Fensterprobe::gut({{u"betrieb"_s, u"schatten"_s}}));
-    p.abgeglichen(Fensterprobe::gut({{u"betrieb"_s, u""_s}}));
+    Fensterwelt p;
+    p.abgeglichen(Fensterwelt::gut({{u"betrieb"_s, u"schatten"_s}}));
+    p.abgeglichen(Fensterwelt::gut({{u"betrieb"_s, u""_s}}));
     QVERIFY(p.teil(u"pille"_s)->isVisible());
     QCOMPARE(p.teil(u"pille"_s)->findChild<QLabel *>()->text(), u"Probebetrieb"_s);
 }
 
 void TestHauptfensterAbgleich::ohneStatistikBleibenDieKacheln()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
-    p.abgeglichen(Fensterprobe::offline());
+    p.abgeglichen(Fensterwelt::offline());
     QCOMPARE(p.text(u"zahlen0"_s), u"12.345"_s);
     QCOMPARE(p.text(u"zahlen3"_s), u"123 GB"_s);
     QVERIFY(p.text(u"lblZeile1"_s).startsWith(u"Frei auf dem Mac: "_s));
@@ -182,7 +182,7 @@ void TestHauptfensterAbgleich::updateNurMitBeidem()
 {
     QFETCH(bool, version);
     QFETCH(bool, adresse);
-    Fensterprobe p;
+    Fensterwelt p;
     QJsonObject app;
     if (version) {
         app.insert(u"version"_s, u"1.10"_s);
@@ -190,7 +190,7 @@ void TestHauptfensterAbgleich::updateNurMitBeidem()
     if (adresse) {
         app.insert(u"url"_s, u"https://cloud/x"_s);
     }
-    p.abgeglichen(Fensterprobe::gut({{u"app"_s, app}}));
+    p.abgeglichen(Fensterwelt::gut({{u"app"_s, app}}));
     QCOMPARE(p.teil(u"karteUpdate"_s)->isVisible(), version && adresse);
 }
 
@@ -198,13 +198,13 @@ void TestHauptfensterAbgleich::updateNurMitBeidem()
 // outcome's version.
 void TestHauptfensterAbgleich::updateFolgtDemSpaeteren()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     const int ohne = p.fenster->height();
-    p.abgeglichen(Fensterprobe::gut(angebot(u"1.10"_s)));
+    p.abgeglichen(Fensterwelt::gut(angebot(u"1.10"_s)));
     const int mit = p.fenster->height();
     QVERIFY(mit > ohne);
-    p.abgeglichen(Fensterprobe::gut(angebot(u"1.11"_s)));
+    p.abgeglichen(Fensterwelt::gut(angebot(u"1.11"_s)));
     QCOMPARE(p.text(u"lblUpdate"_s), u"Neue Version 1.11 verfügbar"_s);
     QCOMPARE(p.fenster->height(), mit);
     p.abgeglichen(); // without an offer it stays
@@ -215,11 +215,11 @@ void TestHauptfensterAbgleich::updateFolgtDemSpaeteren()
 
 void TestHauptfensterAbgleich::zaehlerEndetMitDemErgebnis()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.fenster->oeffnen(true);
     p.uhr.vor(Sekunden(2));
     QVERIFY(p.detail().endsWith(u"Cloud  (2 s)"_s));
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     const QString ergebnis = p.detail();
     p.uhr.vor(Sekunden(5));
     QCOMPARE(p.detail(), ergebnis);
@@ -229,12 +229,12 @@ void TestHauptfensterAbgleich::zaehlerEndetMitDemErgebnis()
 // what it does.
 void TestHauptfensterAbgleich::ueberschriftNachAnlass()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.fenster->oeffnen(false);
     p.knopf(u"lnkAbgleich"_s)->click();
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     QVERIFY(!p.art());
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     p.rekordboxGestartet();
     p.rekordboxBeendet();
     QCOMPARE(p.titel(), u"Änderungen werden übertragen …"_s);
@@ -245,49 +245,49 @@ void TestHauptfensterAbgleich::ueberschriftNachAnlass()
 // The run in progress is not asked for again, and its outcome is shown once.
 void TestHauptfensterAbgleich::zweiterAbgleichWaehrendEinerLaeuft()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     int gezeigt = 0;
     connect(p.fenster.get(), &Hauptfenster::angezeigt, this, [&] { ++gezeigt; });
     p.fenster->oeffnen(true);
     p.knopf(u"lnkAbgleich"_s)->click();
     p.fenster->oeffnen(true);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.anlaesse().size(), 1);
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     QCOMPARE(gezeigt, 1);
 }
 
 // Those of the tray and the timers are not the window's; asked for one meanwhile, it joins.
 void TestHauptfensterAbgleich::andereAbgleicheZeigtEsNicht()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     p.ablauf.abgleicher.abgleich(Anlass::Nachholen);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
     QVERIFY(!p.beschaeftigt());
     p.knopf(u"lnkAbgleich"_s)->click();
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
-    p.beantworten(Fensterprobe::antwort(u"verschoben"_s));
+    p.beantworten(Fensterwelt::antwort(u"verschoben"_s));
     QCOMPARE(p.titel(), u"Abgleich verschoben"_s);
     QCOMPARE(p.anlaesse(), QStringList({u"vorstart"_s, u"nachholen"_s}));
 }
 
 void TestHauptfensterAbgleich::fensterGehtMittendrin()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.fenster->oeffnen(true);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     p.fenster.reset();
     QCOMPARE(p.uhr.offen(), 1); // the limit of the request
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     QCOMPARE(p.uhr.offen(), 0);
     QVERIFY(!p.ablauf.abgleicher.laeuftGerade());
 }
 
 void TestHauptfensterAbgleich::nachherImFenster()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     p.rekordboxGestartet();
     QCOMPARE(p.titel(), u"rekordbox läuft"_s);
@@ -306,7 +306,7 @@ void TestHauptfensterAbgleich::nachherImFenster()
 
 void TestHauptfensterAbgleich::nachherImVerborgenen()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     p.fenster->verstecken();
     p.rekordboxGestartet();

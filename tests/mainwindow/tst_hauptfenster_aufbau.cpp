@@ -1,4 +1,4 @@
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 #include "settingswindow/einstellungenfenster.h"
 #include "testlauf.h"
 #include "ui/beschriftung.h"
@@ -45,20 +45,20 @@ private Q_SLOTS:
 
 private:
     // The place of a part in the content.
-    static QRect ort(const Fensterprobe &p, const QString &name)
+    static QRect ort(const Fensterwelt &p, const QString &name)
     {
         QWidget *const teil = p.teil(name);
         return {teil->mapTo(p.teil(u"ganz"_s), QPoint()), teil->size()};
     }
 
-    static Transport::Ergebnis mitUpdate() { return Fensterprobe::gut(angebot(u"1.10"_s)); }
+    static Transport::Ergebnis mitUpdate() { return Fensterwelt::gut(angebot(u"1.10"_s)); }
 
     // A failure with a long story, and an update.
     static Transport::Ergebnis fehler(const QString &text)
     {
         QJsonObject mehr = angebot(u"1.10"_s);
         mehr.insert(u"ergebnis"_s, QJsonObject{{u"fehler"_s, text}});
-        return Fensterprobe::antwort(u"fehler"_s, mehr);
+        return Fensterwelt::antwort(u"fehler"_s, mehr);
     }
 
     Datenordner &daten = Testumgebung::ordner();
@@ -67,7 +67,7 @@ private:
 
 void TestHauptfensterAufbau::fenster()
 {
-    const Fensterprobe p;
+    const Fensterwelt p;
     p.fenster->oeffnen(false);
     QCOMPARE(p.fenster->windowTitle(), u"kalvaro"_s);
     QVERIFY(!p.fenster->windowIcon().isNull());
@@ -81,7 +81,7 @@ void TestHauptfensterAufbau::fenster()
 
 void TestHauptfensterAufbau::kopf()
 {
-    const Fensterprobe p;
+    const Fensterwelt p;
     QCOMPARE(p.text(u"lblKonto"_s), u"rekordbox-Bibliothek · Studio-Mac"_s);
     QCOMPARE(p.teil<Beschriftung>(u"lblKonto"_s)->farbe(), Farbe::sekundaer(p.fenster->palette()));
     const auto labels = p.fenster->findChildren<Beschriftung *>();
@@ -96,9 +96,9 @@ void TestHauptfensterAufbau::kopf()
 
 void TestHauptfensterAufbau::langerName()
 {
-    const Fensterprobe p({.name = u"<b>"_s + QString(10'000, u'x')});
+    const Fensterwelt p({.name = u"<b>"_s + QString(10'000, u'x')});
     p.fenster->oeffnen(false);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.fenster->width(), 520);
     QVERIFY(ort(p, u"lblKonto"_s).right() <= 520 - 24);
     QVERIFY(p.teil(u"lblKonto"_s)->toolTip().contains(u"&lt;b&gt;xxx"_s));
@@ -107,7 +107,7 @@ void TestHauptfensterAufbau::langerName()
 void TestHauptfensterAufbau::startbereich()
 {
     for (const bool an : {false, true}) {
-        const Fensterprobe p({.autostart = an});
+        const Fensterwelt p({.autostart = an});
         p.fenster->oeffnen(false);
         QCOMPARE(p.knopf(u"cbAuto"_s)->isChecked(), an);
         QCOMPARE(p.knopf(u"cbAuto"_s)->text(), u"rekordbox beim Öffnen automatisch starten\n"
@@ -124,7 +124,7 @@ void TestHauptfensterAufbau::startbereich()
 
 void TestHauptfensterAufbau::reihenfolgeUndAbstaende()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen(mitUpdate());
     const QStringList folge{u"karteUpdate"_s, u"karteStatus"_s, u"karteZahlen"_s, u"knStart"_s};
     for (const QString &name : folge) {
@@ -141,7 +141,7 @@ void TestHauptfensterAufbau::reihenfolgeUndAbstaende()
 
 void TestHauptfensterAufbau::waechstMitDemUpdate()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     const int vorher = p.fenster->height();
     p.abgeglichen(mitUpdate());
@@ -151,7 +151,7 @@ void TestHauptfensterAufbau::waechstMitDemUpdate()
 
 void TestHauptfensterAufbau::countdownNimmtNurPlatzWennErZaehlt()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     const int vorher = p.fenster->height();
     const QRect knopf = ort(p, u"knStart"_s);
@@ -161,7 +161,7 @@ void TestHauptfensterAufbau::countdownNimmtNurPlatzWennErZaehlt()
     QCOMPARE(ort(p, u"knStart"_s), knopf); // nothing above it jumps
     QVERIFY(qAbs(ort(p, u"countdown"_s).center().x() - 260) <= 1);
     p.knopf(u"knCountdown"_s)->click();
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.fenster->height(), vorher);
 }
 
@@ -171,7 +171,7 @@ void TestHauptfensterAufbau::nieHoeherAlsDerSchirm()
     QFont riesig = grundschrift;
     riesig.setPixelSize(36);
     QApplication::setFont(riesig);
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen(fehler(u"Zeile\n"_s.repeated(12).trimmed()));
     const int schirm = p.fenster->screen()->availableGeometry().height();
     QVERIFY(p.teil(u"ganz"_s)->height() > schirm);
@@ -196,7 +196,7 @@ void TestHauptfensterAufbau::rollbalkenHatDieFarbeDesFensters()
     QFont riesig = grundschrift;
     riesig.setPixelSize(36);
     QApplication::setFont(riesig);
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen(mitUpdate());
     QScrollBar *const balken = p.fenster->findChild<QScrollArea *>()->verticalScrollBar();
     QVERIFY(balken->isVisible());
@@ -206,7 +206,7 @@ void TestHauptfensterAufbau::rollbalkenHatDieFarbeDesFensters()
 
 void TestHauptfensterAufbau::rueckVomUnterenRand()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     const QRect frei = p.fenster->screen()->availableGeometry();
     p.fenster->move(10, frei.bottom() + 1 - p.fenster->height());
@@ -217,13 +217,13 @@ void TestHauptfensterAufbau::rueckVomUnterenRand()
 
 void TestHauptfensterAufbau::menueleisteGehoertNichtZumBild()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     const QSize inhalt = p.teil(u"ganz"_s)->size();
     auto *const leiste = new QMenuBar;
     leiste->addMenu(u"kalvaro"_s)->addActions(p.fenster->actions());
     p.fenster->menueleisteSetzen(leiste);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.teil(u"ganz"_s)->size(), inhalt);
     QVERIFY(p.fenster->height() > inhalt.height());
     QVERIFY(!p.fenster->findChild<QScrollArea *>()->verticalScrollBar()->isVisible());
@@ -232,19 +232,19 @@ void TestHauptfensterAufbau::menueleisteGehoertNichtZumBild()
 // Everything that is open follows at once.
 void TestHauptfensterAufbau::erscheinungWechselt()
 {
-    const auto zeigen = [](Fensterprobe &p) {
+    const auto zeigen = [](Fensterwelt &p) {
         p.abgeglichen(fehler(u"x"_s));
         p.teil<Beschriftung>(u"lblZeile1"_s)->textSetzen(u"Frei auf dem Mac: 214 GB"_s);
         p.fenster->activateWindow();
-        Fensterprobe::ruhe();
+        Fensterwelt::ruhe();
         auto *const karte = p.teil<Karte>(u"karteStatus"_s);
         QTRY_COMPARE(karte->grab().toImage().pixelColor(20, 80).rgb(), karte->grundfarbe().rgb());
     };
-    Fensterprobe offen({.autostart = true});
+    Fensterwelt offen({.autostart = true});
     zeigen(offen);
     const QImage hell = offen.fenster->grab().toImage();
     QApplication::setPalette(eigenePalette(true));
-    Fensterprobe neu({.autostart = true});
+    Fensterwelt neu({.autostart = true});
     zeigen(neu);
     QTRY_COMPARE(offen.fenster->grab().toImage(), neu.fenster->grab().toImage());
     QVERIFY(offen.fenster->grab().toImage() != hell);
@@ -266,7 +266,7 @@ void TestHauptfensterAufbau::einstellungen_data()
 void TestHauptfensterAufbau::einstellungen()
 {
     QFETCH(int, ergebnis);
-    Fensterprobe p({.versionen = {u"6.8.5"_s, u"7.1.4"_s}});
+    Fensterwelt p({.versionen = {u"6.8.5"_s, u"7.1.4"_s}});
     p.abgeglichen();
     p.knopf(u"lnkEinstellungen"_s)->click();
     auto *const blatt = p.fenster->findChild<EinstellungenFenster *>();
@@ -277,13 +277,13 @@ void TestHauptfensterAufbau::einstellungen()
     blatt->done(ergebnis);
     QTEST(p.knopf(u"cbAuto"_s)->isChecked(), "haken");
     QTEST(p.knopf(u"knStart"_s)->text(), "knopf");
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QVERIFY(p.fenster->findChild<EinstellungenFenster *>() == nullptr);
 }
 
 void TestHauptfensterAufbau::einstellungenNurEinmal()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     p.knopf(u"lnkEinstellungen"_s)->click();
     p.knopf(u"lnkEinstellungen"_s)->click();

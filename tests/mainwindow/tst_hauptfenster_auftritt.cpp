@@ -1,4 +1,4 @@
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 #include "testlauf.h"
 
 using namespace kalvaro;
@@ -27,7 +27,7 @@ private:
 // Hides the window and removes the dock icon; the application keeps running.
 void TestHauptfensterAuftritt::schliessenVerbirgt()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     p.abgeglichen();
     QVERIFY(!p.countdown().isEmpty());
     p.fenster->close();
@@ -39,7 +39,7 @@ void TestHauptfensterAuftritt::schliessenVerbirgt()
 
 void TestHauptfensterAuftritt::schliessenHaeltDieSitzungNichtAuf()
 {
-    const Fensterprobe p;
+    const Fensterwelt p;
     p.fenster->oeffnen(false);
     QVERIFY(p.fenster->close()); // accepted
 }
@@ -47,7 +47,7 @@ void TestHauptfensterAuftritt::schliessenHaeltDieSitzungNichtAuf()
 // Once the program is ending, the same click closes the window.
 void TestHauptfensterAuftritt::endgueltigSchliesst()
 {
-    const Fensterprobe p;
+    const Fensterwelt p;
     p.fenster->oeffnen(false);
     p.fenster->endgueltigSchliessen();
     QVERIFY(p.fenster->close());
@@ -58,14 +58,14 @@ void TestHauptfensterAuftritt::endgueltigSchliesst()
 // Closing the window quits the application.
 void TestHauptfensterAuftritt::alleinEndetDasProgramm()
 {
-    const Fensterprobe p({.verbleib = Verbleib::Allein});
+    const Fensterwelt p({.verbleib = Verbleib::Allein});
     p.fenster->oeffnen(false);
     QVERIFY(beendetDasProgramm([&] { p.fenster->close(); }));
 }
 
 void TestHauptfensterAuftritt::inDerMenueleisteEndetNichts()
 {
-    const Fensterprobe p;
+    const Fensterwelt p;
     p.fenster->oeffnen(false);
     QVERIFY(!beendetDasProgramm([&] { p.fenster->close(); }));
     p.fenster->oeffnen(false);
@@ -75,7 +75,7 @@ void TestHauptfensterAuftritt::inDerMenueleisteEndetNichts()
 
 void TestHauptfensterAuftritt::verstecken()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     p.abgeglichen();
     p.fenster->verstecken();
     QVERIFY(!p.fenster->isVisible());
@@ -86,25 +86,25 @@ void TestHauptfensterAuftritt::verstecken()
 
 void TestHauptfensterAuftritt::wiederOeffnen()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     p.fenster->close();
     p.fenster->oeffnen(true);
     QVERIFY(p.fenster->isVisible());
     QCOMPARE(p.arbeitsplatz.auftritte.last(), Arbeitsplatz::Auftritt::Regulaer);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.anlaesse().size(), 2);
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     // It stays up to date while it is there, but starts no second sync while one runs.
     p.fenster->oeffnen(true);
     p.fenster->oeffnen(true);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.anlaesse().size(), 3);
 }
 
 void TestHauptfensterAuftritt::abgelegtesKommtWieder()
 {
-    const Fensterprobe p;
+    const Fensterwelt p;
     p.fenster->oeffnen(false);
     p.fenster->showMinimized();
     p.fenster->oeffnen(false);
@@ -114,7 +114,7 @@ void TestHauptfensterAuftritt::abgelegtesKommtWieder()
 
 void TestHauptfensterAuftritt::ergebnisImVerborgenen()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.fenster->oeffnen(true);
     p.uhr.vor(Sekunden(3));
     p.fenster->close();
@@ -122,7 +122,7 @@ void TestHauptfensterAuftritt::ergebnisImVerborgenen()
     p.fenster->oeffnen(false);
     QVERIFY(p.detail().endsWith(u"(7 s)"_s)); // right at once
     p.fenster->close();
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     QVERIFY(!p.fenster->isVisible()); // an outcome brings no window up
     QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
     QCOMPARE(p.uhr.offen(), 0);

@@ -1,5 +1,5 @@
 #include "mainwindow/bild.h"
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 #include "testlauf.h"
 #include "ui/farbe.h"
 
@@ -33,8 +33,8 @@ private:
 
 void TestHauptfensterBild::schreibtUndEndet()
 {
-    Fensterprobe p({.verbleib = Verbleib::Allein, .bild = pfad(), .autostart = true});
-    p.abgleiche = {Fensterprobe::gut()};
+    Fensterwelt p({.verbleib = Verbleib::Allein, .bild = pfad(), .autostart = true});
+    p.abgleiche = {Fensterwelt::gut()};
     p.fenster->starten();
     QVERIFY(p.fenster->isVisible());
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox 7.1.4 starten"_s);
@@ -53,8 +53,8 @@ void TestHauptfensterBild::schreibtUndEndet()
 void TestHauptfensterBild::erstNachVierZehntelsekunden()
 {
     QFile::remove(pfad());
-    Fensterprobe p({.verbleib = Verbleib::Allein, .bild = pfad()});
-    p.abgleiche = {Fensterprobe::gut()};
+    Fensterwelt p({.verbleib = Verbleib::Allein, .bild = pfad()});
+    p.abgleiche = {Fensterwelt::gut()};
     p.fenster->starten();
     QTRY_COMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
     QVERIFY(!beendetDasProgramm([&] { p.uhr.vor(Sekunden(0.399)); }));
@@ -66,7 +66,7 @@ void TestHauptfensterBild::erstNachVierZehntelsekunden()
 void TestHauptfensterBild::auchWennRekordboxLaeuft()
 {
     QFile::remove(pfad());
-    Fensterprobe p({.verbleib = Verbleib::Allein, .bild = pfad()});
+    Fensterwelt p({.verbleib = Verbleib::Allein, .bild = pfad()});
     p.laeuft(1, 0);
     p.fenster->starten();
     QCOMPARE(p.titel(), u"rekordbox läuft"_s);
@@ -78,7 +78,7 @@ void TestHauptfensterBild::auchWennRekordboxLaeuft()
 void TestHauptfensterBild::auchWennEsSichNichtSchreibenLaesst()
 {
     const QString unmoeglich = ordner.filePath(u"gibt/es/nicht.png"_s);
-    Fensterprobe p({.verbleib = Verbleib::Allein, .bild = unmoeglich});
+    Fensterwelt p({.verbleib = Verbleib::Allein, .bild = unmoeglich});
     p.laeuft(1, 0);
     p.fenster->starten();
     QVERIFY(beendetDasProgramm([&] { p.uhr.vor(Sekunden(0.4)); }));
@@ -87,7 +87,7 @@ void TestHauptfensterBild::auchWennEsSichNichtSchreibenLaesst()
 
 void TestHauptfensterBild::ohnePfadGehtEsWeiter()
 {
-    Fensterprobe p({.verbleib = Verbleib::Allein});
+    Fensterwelt p({.verbleib = Verbleib::Allein});
     p.laeuft(1, 0);
     p.fenster->starten();
     QVERIFY(!beendetDasProgramm([&] { p.uhr.vor(Sekunden(10)); }));
@@ -97,7 +97,7 @@ void TestHauptfensterBild::ohnePfadGehtEsWeiter()
 void TestHauptfensterBild::fensterVorherWeg()
 {
     QFile::remove(pfad());
-    Fensterprobe p({.verbleib = Verbleib::Allein, .bild = pfad()});
+    Fensterwelt p({.verbleib = Verbleib::Allein, .bild = pfad()});
     p.laeuft(1, 0);
     p.fenster->starten();
     p.fenster.reset();
@@ -108,10 +108,10 @@ void TestHauptfensterBild::fensterVorherWeg()
 // Also what a low screen would hide.
 void TestHauptfensterBild::zeigtDenGanzenInhalt()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     QJsonObject mehr = angebot(u"1.10"_s);
     mehr.insert(u"ergebnis"_s, QJsonObject{{u"fehler"_s, u"Zeile\n"_s.repeated(12).trimmed()}});
-    p.abgeglichen(Fensterprobe::antwort(u"fehler"_s, mehr));
+    p.abgeglichen(Fensterwelt::antwort(u"fehler"_s, mehr));
     QWidget *const ganz = p.teil(u"ganz"_s);
     QVERIFY(bildSpeichern(ganz, pfad()));
     const QImage bild(pfad(), "PNG");

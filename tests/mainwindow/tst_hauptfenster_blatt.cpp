@@ -1,4 +1,4 @@
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 #include "settingswindow/einstellungenfenster.h"
 #include "testlauf.h"
 
@@ -20,7 +20,7 @@ private Q_SLOTS:
     void rekordboxStartNimmtDasBlattMit();
 
 private:
-    static EinstellungenFenster *blatt(const Fensterprobe &p)
+    static EinstellungenFenster *blatt(const Fensterwelt &p)
     {
         auto *const gefunden = p.fenster->findChild<EinstellungenFenster *>();
         if (gefunden == nullptr) {
@@ -28,13 +28,13 @@ private:
         }
         return gefunden;
     }
-    static EinstellungenFenster *blattOeffnen(const Fensterprobe &p)
+    static EinstellungenFenster *blattOeffnen(const Fensterwelt &p)
     {
         p.knopf(u"lnkEinstellungen"_s)->click();
-        Fensterprobe::ruhe();
+        Fensterwelt::ruhe();
         return blatt(p);
     }
-    static void zehnSekunden(Fensterprobe &p)
+    static void zehnSekunden(Fensterwelt &p)
     {
         p.vor(10);
         QVERIFY(p.countdown().isEmpty());
@@ -45,11 +45,11 @@ private:
 // Opened during the opening sync: rekordbox was started from behind it.
 void TestHauptfensterBlatt::keinCountdownHinterDemBlatt()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     p.fenster->oeffnen(true);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     blattOeffnen(p);
-    p.netz.beantworten(Fensterprobe::gut());
+    p.netz.beantworten(Fensterwelt::gut());
     zehnSekunden(p);
     QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
 
@@ -61,24 +61,24 @@ void TestHauptfensterBlatt::keinCountdownHinterDemBlatt()
 void TestHauptfensterBlatt::wiederOeffnenBeginntKeinenCountdown()
 {
     for (const bool vorherZu : {false, true}) {
-        Fensterprobe p({.autostart = true});
+        Fensterwelt p({.autostart = true});
         p.fenster->oeffnen(false);
         EinstellungenFenster *const offenes = blattOeffnen(p);
         p.fenster->oeffnen(true);
-        Fensterprobe::ruhe();
+        Fensterwelt::ruhe();
         QCOMPARE(p.anlaesse(), {u"vorstart"_s});
         QVERIFY(offenes->isVisible());
         if (vorherZu) {
             offenes->abbrechen();
         }
-        p.netz.beantworten(Fensterprobe::gut(), p.netz.haengend() - 1);
+        p.netz.beantworten(Fensterwelt::gut(), p.netz.haengend() - 1);
         zehnSekunden(p);
     }
 }
 
 void TestHauptfensterBlatt::abgewaehltUndGesichert()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     p.abgeglichen();
     QVERIFY(!p.countdown().isEmpty());
     EinstellungenFenster *const offenes = blattOeffnen(p);
@@ -92,7 +92,7 @@ void TestHauptfensterBlatt::abgewaehltUndGesichert()
 // The window went and the sheet stood alone.
 void TestHauptfensterBlatt::verstecktSichMitDemFenster()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     EinstellungenFenster *const offenes = blattOeffnen(p);
     auto *const haken = offenes->findChild<QCheckBox *>(u"cbAuto"_s);
@@ -101,7 +101,7 @@ void TestHauptfensterBlatt::verstecktSichMitDemFenster()
     QVERIFY(!offenes->isVisible());
 
     p.fenster->oeffnen(true);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(blatt(p), offenes);
     QVERIFY(offenes->isVisible());
     QVERIFY(offenes->isModal());
@@ -113,7 +113,7 @@ void TestHauptfensterBlatt::verstecktSichMitDemFenster()
 
 void TestHauptfensterBlatt::rekordboxStartNimmtDasBlattMit()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.stand = std::nullopt;
     p.abgeglichen();
     p.knopf(u"knStart"_s)->click();

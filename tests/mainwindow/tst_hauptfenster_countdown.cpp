@@ -1,4 +1,4 @@
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 #include "testlauf.h"
 
 using namespace kalvaro;
@@ -58,16 +58,16 @@ void TestHauptfensterCountdown::autostart()
     QFETCH(int, agent);
     QFETCH(bool, installiert);
     QFETCH(bool, zaehlt);
-    Fensterprobe p(
+    Fensterwelt p(
         {.versionen = installiert ? QStringList(u"7.1.4"_s) : QStringList(), .autostart = gewollt});
     p.fenster->oeffnen(erlaubt);
     if (!erlaubt) {
         p.knopf(u"lnkAbgleich"_s)->click(); // never after "Jetzt abgleichen"
-        Fensterprobe::ruhe();
+        Fensterwelt::ruhe();
         QCOMPARE(p.anlaesse(), {u"hand"_s});
     }
     p.laeuft(0, agent);
-    p.beantworten(Fensterprobe::antwort(startbar ? u"aktuell"_s : u"fehler"_s));
+    p.beantworten(Fensterwelt::antwort(startbar ? u"aktuell"_s : u"fehler"_s));
     QCOMPARE(p.countdown(), zaehlt ? zeile(5) : QString());
 }
 
@@ -75,23 +75,23 @@ void TestHauptfensterCountdown::autostart()
 void TestHauptfensterCountdown::autostartEntscheidetInDieserReihenfolge()
 {
     for (const bool gewollt : {false, true}) {
-        Fensterprobe p({.autostart = gewollt});
+        Fensterwelt p({.autostart = gewollt});
         p.fenster->oeffnen(true);
         p.prozesse.gefragt.clear();
-        p.beantworten(Fensterprobe::gut());
+        p.beantworten(Fensterwelt::gut());
         QCOMPARE(p.prozesse.gefragt.count(u"rekordboxAgent"_s), gewollt ? 1 : 0);
     }
 }
 
 void TestHauptfensterCountdown::countdownZaehltUndStartet()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     p.abgeglichen();
     for (const int sekunden : {5, 4, 3, 2, 1}) {
         QCOMPARE(p.countdown(), zeile(sekunden));
         p.uhr.vor(Sekunden(1));
     }
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.standfragen(), {u"/api/stand"_s});
     QCOMPARE(p.arbeitsplatz.starts, {p.buendel(u"7.1.4"_s)});
     QVERIFY(!p.fenster->isVisible());
@@ -99,10 +99,10 @@ void TestHauptfensterCountdown::countdownZaehltUndStartet()
 
 void TestHauptfensterCountdown::countdownEndet_data()
 {
-    QTest::addColumn<std::function<void(Fensterprobe &)>>("tat");
-    using Tat = std::function<void(Fensterprobe &)>;
+    QTest::addColumn<std::function<void(Fensterwelt &)>>("tat");
+    using Tat = std::function<void(Fensterwelt &)>;
     const auto klick = [](const char *name) {
-        return Tat([=](Fensterprobe &p) {
+        return Tat([=](Fensterwelt &p) {
             QTest::mouseClick(p.knopf(QString::fromLatin1(name)), Qt::LeftButton, {}, {8, 8});
         });
     };
@@ -112,11 +112,11 @@ void TestHauptfensterCountdown::countdownEndet_data()
     QTest::newRow("a start") << klick("knStart");
     QTest::newRow("opening the settings") << klick("lnkEinstellungen");
     QTest::newRow("Escape") << Tat(
-        [](Fensterprobe &p) { QTest::keyClick(p.fenster.get(), Qt::Key_Escape); });
-    QTest::newRow("closing the window") << Tat([](Fensterprobe &p) { p.fenster->close(); });
-    QTest::newRow("hiding the window") << Tat([](Fensterprobe &p) { p.fenster->verstecken(); });
-    QTest::newRow("rekordbox runs") << Tat([](Fensterprobe &p) { p.rekordboxGestartet(); });
-    QTest::newRow("opening while rekordbox runs") << Tat([](Fensterprobe &p) {
+        [](Fensterwelt &p) { QTest::keyClick(p.fenster.get(), Qt::Key_Escape); });
+    QTest::newRow("closing the window") << Tat([](Fensterwelt &p) { p.fenster->close(); });
+    QTest::newRow("hiding the window") << Tat([](Fensterwelt &p) { p.fenster->verstecken(); });
+    QTest::newRow("rekordbox runs") << Tat([](Fensterwelt &p) { p.rekordboxGestartet(); });
+    QTest::newRow("opening while rekordbox runs") << Tat([](Fensterwelt &p) {
         p.laeuft(1, 1);
         p.fenster->oeffnen(true);
     });
@@ -124,8 +124,8 @@ void TestHauptfensterCountdown::countdownEndet_data()
 
 void TestHauptfensterCountdown::countdownEndet()
 {
-    QFETCH(std::function<void(Fensterprobe &)>, tat);
-    Fensterprobe p({.autostart = true});
+    QFETCH(std::function<void(Fensterwelt &)>, tat);
+    Fensterwelt p({.autostart = true});
     p.stand = std::nullopt; // a last look hangs
     p.abgeglichen();
     p.uhr.vor(Sekunden(2));
@@ -142,7 +142,7 @@ void TestHauptfensterCountdown::countdownEndet()
 // Unticking cancels it; ticking later does not restart it.
 void TestHauptfensterCountdown::hakenStartetNichtsUndWirdGesichert()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     p.ablauf.einst.speichern();
     p.abgeglichen();
     QAbstractButton *const haken = p.knopf(u"cbAuto"_s);
@@ -161,10 +161,10 @@ void TestHauptfensterCountdown::hakenStartetNichtsUndWirdGesichert()
 // Whoever puts the window away while it syncs does not want rekordbox to start.
 void TestHauptfensterCountdown::keinerImVerborgenen()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     p.fenster->oeffnen(true);
     p.fenster->close();
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     QVERIFY(p.countdown().isEmpty());
     p.uhr.vor(Sekunden(10));
     QVERIFY(p.arbeitsplatz.starts.isEmpty());

@@ -1,5 +1,5 @@
 #include "democloud.h"
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 #include "server/netztransport.h"
 #include "testlauf.h"
 
@@ -17,7 +17,7 @@ private Q_SLOTS:
     void cloudFehlt();
 
 private:
-    static Fensterprobe::Aufbau aufbau(Transport &netz, const QString &adresse)
+    static Fensterwelt::Aufbau aufbau(Transport &netz, const QString &adresse)
     {
         return {.autostart = true,
                 .netz = &netz,
@@ -35,7 +35,7 @@ void TestHauptfensterLauf::vomOeffnenBisZumStart()
     QVERIFY(cloud.starten());
     Testuhr netzuhr;
     Netztransport netz(netzuhr);
-    Fensterprobe p(aufbau(netz, cloud.adresse()));
+    Fensterwelt p(aufbau(netz, cloud.adresse()));
 
     p.fenster->oeffnen(true);
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
@@ -82,7 +82,7 @@ void TestHauptfensterLauf::cloudFehlt()
     }
     Testuhr netzuhr;
     Netztransport netz(netzuhr);
-    Fensterprobe p(aufbau(netz, adresse));
+    Fensterwelt p(aufbau(netz, adresse));
     p.fenster->oeffnen(true);
     QTRY_COMPARE(p.titel(), u"Nicht abgeglichen"_s);
     QCOMPARE(p.text(u"lblZeile2"_s),

@@ -1,4 +1,4 @@
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 #include "testlauf.h"
 
 #include <QApplication>
@@ -59,12 +59,12 @@ private:
     static QString protokollzeile() { return u"rekordbox 7.1.4 gestartet"_s; }
 
     // What the window looks like once rekordbox is on its way.
-    static void gestartet(const Fensterprobe &p)
+    static void gestartet(const Fensterwelt &p)
     {
         QCOMPARE(p.arbeitsplatz.starts, {p.buendel(u"7.1.4"_s)});
         verborgen(p);
     }
-    static void verborgen(const Fensterprobe &p)
+    static void verborgen(const Fensterwelt &p)
     {
         QCOMPARE(p.art(), Art::Aus);
         QCOMPARE(p.titel(), u"rekordbox läuft"_s);
@@ -94,7 +94,7 @@ void TestHauptfensterStart::gewaehlteVersion()
 {
     QFETCH(QString, wunsch);
     QFETCH(QString, version);
-    Fensterprobe p({.versionen = {u"6.8.5"_s, u"7.1.4"_s}});
+    Fensterwelt p({.versionen = {u"6.8.5"_s, u"7.1.4"_s}});
     p.ablauf.einst.version = wunsch;
     p.abgeglichen();
     QCOMPARE(p.ablauf.starter.gewaehlt()->version, version);
@@ -106,7 +106,7 @@ void TestHauptfensterStart::gewaehlteVersion()
 
 void TestHauptfensterStart::letzterBlickSperrt()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.stand = std::nullopt;
     p.abgeglichen();
     QTest::mouseClick(p.knopf(u"knStart"_s), Qt::LeftButton);
@@ -117,14 +117,14 @@ void TestHauptfensterStart::letzterBlickSperrt()
     QVERIFY(!p.knopf(u"knStart"_s)->isEnabled());
     QVERIFY(!p.knopf(u"lnkAbgleich"_s)->isEnabled());
     p.fenster->oeffnen(true);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.anlaesse().size(), 1);
     QCOMPARE(p.titel(), letzterBlick);
 }
 
 void TestHauptfensterStart::startOhneNoetigenAbgleich()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     QStringList titel;
     connect(p.fenster.get(), &Hauptfenster::angezeigt, this, [&] { titel.append(p.titel()); });
     p.abgeglichen();
@@ -144,21 +144,21 @@ void TestHauptfensterStart::startOhneNoetigenAbgleich()
 // rekordbox starts with the library as it is.
 void TestHauptfensterStart::startOhneAntwort()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.stand = std::nullopt;
     p.abgeglichen();
     p.knopf(u"knStart"_s)->click();
     p.uhr.vor(Sekunden(7.9));
     QVERIFY(p.arbeitsplatz.starts.isEmpty());
     p.uhr.vor(Sekunden(0.2));
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     gestartet(p);
     QVERIFY(p.hinweise.isEmpty());
 }
 
 void TestHauptfensterStart::hinweisWirdMitgeteilt()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.stand = R"({"andere":[{"name":"Studio","rekordbox_offen":true}]})";
     p.abgeglichen();
     p.knopf(u"knStart"_s)->click();
@@ -186,14 +186,14 @@ void TestHauptfensterStart::noetigerAbgleich()
     QFETCH(int, haupt);
     QFETCH(int, agent);
     QFETCH(bool, startet);
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     p.stand = R"({"ausstehend":true})";
     p.abgeglichen();
     p.knopf(u"knStart"_s)->click();
     QTRY_COMPARE(p.anlaesse(), QStringList(2, u"vorstart"_s));
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     p.laeuft(haupt, agent);
-    p.beantworten(startbar ? Fensterprobe::gut() : Fensterprobe::antwort(u"fehler"_s));
+    p.beantworten(startbar ? Fensterwelt::gut() : Fensterwelt::antwort(u"fehler"_s));
     QVERIFY(p.countdown().isEmpty()); // this one never counts down
     if (startet) {
         gestartet(p);
@@ -206,13 +206,13 @@ void TestHauptfensterStart::noetigerAbgleich()
 
 void TestHauptfensterStart::ohneInstallationNichts()
 {
-    Fensterprobe p({.versionen = {}});
+    Fensterwelt p({.versionen = {}});
     p.abgeglichen();
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox nicht gefunden"_s);
     QVERIFY(!p.knopf(u"knStart"_s)->isEnabled());
     QTest::keyClick(p.fenster.get(), Qt::Key_Return);
     p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QVERIFY(p.standfragen().isEmpty());
     QVERIFY(p.arbeitsplatz.starts.isEmpty());
     QVERIFY(p.fenster->isVisible());
@@ -220,10 +220,10 @@ void TestHauptfensterStart::ohneInstallationNichts()
 
 void TestHauptfensterStart::waehrendBeschaeftigtNichts()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.fenster->oeffnen(true);
     QTest::keyClick(p.fenster.get(), Qt::Key_Return);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QVERIFY(p.standfragen().isEmpty());
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
 }
@@ -232,7 +232,7 @@ void TestHauptfensterStart::waehrendBeschaeftigtNichts()
 // hides it.
 void TestHauptfensterStart::laeuftSchon()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     p.abgeglichen();
     p.laeuft(1, 0);
     p.uhr.vor(Sekunden(5));
@@ -245,7 +245,7 @@ void TestHauptfensterStart::laeuftSchon()
 // Does the server check and a launch.
 void TestHauptfensterStart::nurDerAgentLaeuft()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     p.laeuft(0, 1);
     p.knopf(u"knStart"_s)->click();
@@ -257,18 +257,18 @@ void TestHauptfensterStart::nurDerAgentLaeuft()
 // A start from the menu comes into the window as soon as a sync is involved.
 void TestHauptfensterStart::startAusDemMenueMitAbgleich()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.stand = R"({"ausstehend":true})";
     connect(&p.ablauf.starter, &Rekordboxstarter::fensterNoetig, p.fenster.get(),
             [&p] { p.fenster->oeffnen(false); });
     p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);
     QVERIFY(!p.fenster->isVisible());
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QVERIFY(p.fenster->isVisible());
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     QVERIFY(p.beschaeftigt());
     QCOMPARE(p.anlaesse(), {u"vorstart"_s});
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     QCOMPARE(p.standfragen().size(), 1); // no second look
     gestartet(p);
 }
@@ -276,16 +276,16 @@ void TestHauptfensterStart::startAusDemMenueMitAbgleich()
 // A run of the window's own is in progress: nothing starts after it.
 void TestHauptfensterStart::startAusDemMenueWaehrendEigenerAbgleichLaeuft()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.stand = R"({"ausstehend":true})";
     p.fenster->oeffnen(true);
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     p.fenster->oeffnen(true);
     p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.standfragen().size(), 1);
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s); // not the outcome before
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     QCOMPARE(p.anlaesse().size(), 2);
     QVERIFY(p.arbeitsplatz.starts.isEmpty());
     QVERIFY(!p.beschaeftigt());
@@ -295,7 +295,7 @@ void TestHauptfensterStart::startAusDemMenueWaehrendEigenerAbgleichLaeuft()
 void TestHauptfensterStart::zweiStartsZugleich()
 {
     for (const bool menueZuerst : {false, true}) {
-        Fensterprobe p;
+        Fensterwelt p;
         p.stand = std::nullopt;
         p.abgeglichen();
         if (menueZuerst) {
@@ -307,10 +307,10 @@ void TestHauptfensterStart::zweiStartsZugleich()
         QVERIFY(p.beschaeftigt());
         p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);
         p.knopf(u"knStart"_s)->click();
-        Fensterprobe::ruhe();
+        Fensterwelt::ruhe();
         QCOMPARE(p.standfragen().size(), 1);
         p.uhr.vor(Sekunden(8));
-        Fensterprobe::ruhe();
+        Fensterwelt::ruhe();
         gestartet(p);
     }
 }
@@ -330,15 +330,15 @@ void TestHauptfensterStart::fremderAbgleich()
 {
     QFETCH(QString, zustand);
     QFETCH(bool, startet);
-    Fensterprobe p;
+    Fensterwelt p;
     p.abgeglichen();
     p.ablauf.abgleicher.abgleich(Anlass::Nachholen);
     p.knopf(u"knStart"_s)->click();
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     QVERIFY(p.beschaeftigt());
     QVERIFY(p.standfragen().isEmpty());
-    p.beantworten(Fensterprobe::antwort(zustand));
+    p.beantworten(Fensterwelt::antwort(zustand));
     QCOMPARE(p.anlaesse(), QStringList({u"vorstart"_s, u"nachholen"_s}));
     QCOMPARE(p.standfragen().size(), startet ? 1 : 0);
     if (startet) {
@@ -355,19 +355,19 @@ void TestHauptfensterStart::fremderAbgleich()
 // It began while the last look was under way.
 void TestHauptfensterStart::abgleichBeginntWaehrendDerPruefung()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     p.stand = std::nullopt;
     p.abgeglichen();
     p.knopf(u"knStart"_s)->click();
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     p.ablauf.abgleicher.abgleich(Anlass::Nachholen);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     p.netz.beantworten(Scripttransport::antwort(200, "{}"));
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QVERIFY(p.arbeitsplatz.starts.isEmpty());
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     p.stand = "{}";
-    p.beantworten(Fensterprobe::gut());
+    p.beantworten(Fensterwelt::gut());
     gestartet(p);
 }
 
@@ -382,7 +382,7 @@ void TestHauptfensterStart::startFehlschlag_data()
 void TestHauptfensterStart::startFehlschlag()
 {
     QFETCH(Verbleib, verbleib);
-    Fensterprobe p({.verbleib = verbleib});
+    Fensterwelt p({.verbleib = verbleib});
     p.arbeitsplatz.fehler = u"<b>Keine</b> Berechtigung &amp; mehr"_s;
     p.fenster->oeffnen(false);
     p.knopf(u"knStart"_s)->click();
@@ -399,7 +399,7 @@ void TestHauptfensterStart::startFehlschlag()
 
 void TestHauptfensterStart::alleinWirdAbgelegt()
 {
-    Fensterprobe p({.verbleib = Verbleib::Allein});
+    Fensterwelt p({.verbleib = Verbleib::Allein});
     p.fenster->oeffnen(false);
     p.arbeitsplatz.auftritte.clear();
     p.knopf(u"knStart"_s)->click();

@@ -1,4 +1,4 @@
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 #include "testlauf.h"
 
 #include <QApplication>
@@ -30,9 +30,9 @@ private Q_SLOTS:
 
 private:
     // Opens the window, as large as it gets, with the keyboard.
-    static void oeffnen(Fensterprobe &p)
+    static void oeffnen(Fensterwelt &p)
     {
-        p.abgeglichen(Fensterprobe::gut(angebot(u"1.10"_s)));
+        p.abgeglichen(Fensterwelt::gut(angebot(u"1.10"_s)));
         p.fenster->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(p.fenster.get()));
     }
@@ -56,7 +56,7 @@ void TestHauptfensterTasten::tabFolgtDemBild_data()
 void TestHauptfensterTasten::tabFolgtDemBild()
 {
     QFETCH(bool, rueckwaerts);
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     oeffnen(p);
     QCOMPARE(fokus(), u"knStart"_s);
     QStringList besucht;
@@ -100,7 +100,7 @@ void TestHauptfensterTasten::eingabeStartet()
 {
     QFETCH(Qt::Key, taste);
     QFETCH(QString, ort);
-    Fensterprobe p;
+    Fensterwelt p;
     oeffnen(p);
     QWidget *ziel = p.fenster.get();
     if (!ort.isEmpty()) {
@@ -115,14 +115,14 @@ void TestHauptfensterTasten::eingabeStartet()
 
 void TestHauptfensterTasten::eingabeDruecktDenVerweis()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     oeffnen(p);
     QTest::keyClick(p.knopf(u"knUpdate"_s), Qt::Key_Return);
     QCOMPARE(p.arbeitsplatz.adressen.size(), 1);
     QTest::keyClick(p.knopf(u"knCountdown"_s), Qt::Key_Return);
     QVERIFY(p.countdown().isEmpty());
     QTest::keyClick(p.knopf(u"lnkAbgleich"_s), Qt::Key_Return);
-    Fensterprobe::ruhe();
+    Fensterwelt::ruhe();
     QCOMPARE(p.anlaesse(), QStringList({u"vorstart"_s, u"hand"_s}));
     QVERIFY(p.standfragen().isEmpty()); // no last look
 }
@@ -130,7 +130,7 @@ void TestHauptfensterTasten::eingabeDruecktDenVerweis()
 // A Return that is still held from elsewhere.
 void TestHauptfensterTasten::gehalteneEingabeStartetNicht()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     oeffnen(p);
     QKeyEvent gehalten(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, true);
     QApplication::sendEvent(p.fenster.get(), &gehalten);
@@ -139,7 +139,7 @@ void TestHauptfensterTasten::gehalteneEingabeStartetNicht()
 
 void TestHauptfensterTasten::escapeBrichtNurDenCountdownAb()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     oeffnen(p);
     QVERIFY(!p.countdown().isEmpty());
     QTest::keyClick(p.teil(u"cbAuto"_s), Qt::Key_Escape);
@@ -152,7 +152,7 @@ void TestHauptfensterTasten::escapeBrichtNurDenCountdownAb()
 
 void TestHauptfensterTasten::strgW()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     oeffnen(p);
     QTest::keyClick(p.fenster.get(), Qt::Key_W, Qt::ControlModifier);
     QVERIFY(!p.fenster->isVisible());
@@ -162,7 +162,7 @@ void TestHauptfensterTasten::strgW()
 
 void TestHauptfensterTasten::strgM()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     oeffnen(p);
     QTest::keyClick(p.fenster.get(), Qt::Key_M, Qt::ControlModifier);
     QVERIFY(p.fenster->isMinimized());
@@ -171,7 +171,7 @@ void TestHauptfensterTasten::strgM()
 
 void TestHauptfensterTasten::strgH()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     oeffnen(p);
     QTest::keyClick(p.fenster.get(), Qt::Key_H, Qt::ControlModifier);
     QVERIFY(!p.fenster->isVisible());
@@ -187,7 +187,7 @@ void TestHauptfensterTasten::strgQ_data()
 void TestHauptfensterTasten::strgQ()
 {
     QFETCH(bool, allein);
-    Fensterprobe p({.verbleib = allein ? Verbleib::Allein : Verbleib::Menueleiste});
+    Fensterwelt p({.verbleib = allein ? Verbleib::Allein : Verbleib::Menueleiste});
     oeffnen(p);
     const bool beendet = beendetDasProgramm(
         [&] { QTest::keyClick(p.fenster.get(), Qt::Key_Q, Qt::ControlModifier); });
@@ -200,7 +200,7 @@ void TestHauptfensterTasten::strgQ()
 
 void TestHauptfensterTasten::leertasteAufDemHaken()
 {
-    Fensterprobe p;
+    Fensterwelt p;
     oeffnen(p);
     p.teil(u"cbAuto"_s)->setFocus(Qt::TabFocusReason);
     QTest::keyClick(p.teil(u"cbAuto"_s), Qt::Key_Space);

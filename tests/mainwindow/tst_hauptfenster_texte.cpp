@@ -1,5 +1,5 @@
 #include "assessment/bewerten.h"
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 #include "testlauf.h"
 #include "ui/beschriftung.h"
 #include "ui/erscheinung.h"
@@ -66,11 +66,11 @@ const QList<Transport::Ergebnis> &ergebnisse()
         QJsonObject mehr = angebot(u"1.10"_s);
         mehr.insert(u"betrieb"_s, u"schatten"_s);
         mehr.insert(u"ergebnis"_s, ergebnis);
-        return Fensterprobe::antwort(zustand, mehr);
+        return Fensterwelt::antwort(zustand, mehr);
     };
     const QJsonObject drei{{u"djmdContent"_s, 3}};
     static const QList<Transport::Ergebnis> alle{
-        Fensterprobe::gut(angebot(u"1.10"_s)),
+        Fensterwelt::gut(angebot(u"1.10"_s)),
         mit(u"schatten"_s, {{u"aendert_geraet"_s, drei}, {u"aendert_zentrale"_s, drei}}),
         mit(u"nicht_erreichbar"_s),
         mit(u"angehalten"_s),
@@ -154,18 +154,17 @@ private Q_SLOTS:
 
 private:
     // Every state in turn.
-    static void durchAlleZustaende(Fensterprobe &p, const std::function<void()> &pruefen);
-    static void pruefen(const Fensterprobe &p);
+    static void durchAlleZustaende(Fensterwelt &p, const std::function<void()> &pruefen);
+    static void pruefen(const Fensterwelt &p);
 
     Datenordner &daten = Testumgebung::ordner();
     const QFont grundschrift = QApplication::font();
 };
 
-void TestHauptfensterTexte::durchAlleZustaende(Fensterprobe &p,
-                                               const std::function<void()> &pruefen)
+void TestHauptfensterTexte::durchAlleZustaende(Fensterwelt &p, const std::function<void()> &pruefen)
 {
     const auto jetzt = [&] {
-        Fensterprobe::ruhe();
+        Fensterwelt::ruhe();
         pruefen();
     };
     p.fenster->oeffnen(false);
@@ -186,7 +185,7 @@ void TestHauptfensterTexte::durchAlleZustaende(Fensterprobe &p,
     jetzt();
 }
 
-void TestHauptfensterTexte::pruefen(const Fensterprobe &p)
+void TestHauptfensterTexte::pruefen(const Fensterwelt &p)
 {
     QWidget *const ganz = p.teil(u"ganz"_s);
     QList<QWidget *> blaetter;
@@ -234,13 +233,13 @@ void TestHauptfensterTexte::allesPasstUndHeisst()
     QFont groesser(schrift);
     groesser.setPixelSize(qRound(13 * faktor));
     QApplication::setFont(groesser);
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     durchAlleZustaende(p, [&] { pruefen(p); });
 }
 
 void TestHauptfensterTexte::allesIstDeutsch()
 {
-    Fensterprobe p({.autostart = true});
+    Fensterwelt p({.autostart = true});
     durchAlleZustaende(p, [&] {
         QStringList texte{p.fenster->windowTitle(), p.fenster->accessibleName()};
         const auto alle = p.fenster->findChildren<QWidget *>();

@@ -4,7 +4,7 @@
 #include "testlauf.h"
 
 #include "gepackt.h"
-#include "netzprobe.h"
+#include "netzwelt.h"
 
 #include <QHostAddress>
 
@@ -35,8 +35,8 @@ private Q_SLOTS:
     void anfrageByteFuerByte()
     {
         Rohserver server;
-        Netzprobe probe;
-        QVERIFY(probe.holen(post(server.adresse() + u"/api/x?y=%C3%A4"_s)));
+        Netzwelt welt;
+        QVERIFY(welt.holen(post(server.adresse() + u"/api/x?y=%C3%A4"_s)));
         const QByteArray erwartet = "POST /api/x?y=%C3%A4 HTTP/1.1\r\n"
                                     "Host: 127.0.0.1:" +
                                     QByteArray::number(server.port()) +
@@ -56,9 +56,9 @@ private Q_SLOTS:
     void grosserBody()
     {
         Rohserver server;
-        Netzprobe probe;
+        Netzwelt welt;
         const QByteArray body(3000000, 'b');
-        QVERIFY(probe.holen(post(server.adresse(), body)));
+        QVERIFY(welt.holen(post(server.adresse(), body)));
         QCOMPARE(server.verbindungen(), 1);
         QVERIFY(server.empfangen().at(0).endsWith("\r\n\r\n" + body));
     }
@@ -108,8 +108,8 @@ private Q_SLOTS:
             }
             Rohserver server;
             server.sonst({.bytes = bytes, .ende = ende});
-            Netzprobe probe;
-            const auto ergebnis = probe.holen(get(server.adresse()));
+            Netzwelt welt;
+            const auto ergebnis = welt.holen(get(server.adresse()));
             QVERIFY2(ergebnis, qPrintable(ergebnis ? QString() : ergebnis.error().text));
             QCOMPARE(ergebnis->status, status);
             QCOMPARE(ergebnis->daten, daten);
@@ -132,8 +132,8 @@ private Q_SLOTS:
         const QByteArray daten = "{\"fehler\":\"so nicht\"}";
         Rohserver server;
         server.sonst({.bytes = Rohserver::antwort(status, daten)});
-        Netzprobe probe;
-        const auto ergebnis = probe.holen(post(server.adresse()));
+        Netzwelt welt;
+        const auto ergebnis = welt.holen(post(server.adresse()));
         QVERIFY2(ergebnis, qPrintable(ergebnis ? QString() : ergebnis.error().text));
         QCOMPARE(*ergebnis, (Netzantwort{status, daten}));
         QCOMPARE(server.verbindungen(), 1);
@@ -155,8 +155,8 @@ private Q_SLOTS:
         Rohserver server;
         server.sonst(
             {.bytes = Rohserver::antwort(401, daten, "WWW-Authenticate: " + verfahren + "\r\n")});
-        Netzprobe probe;
-        QCOMPARE(probe.holen(post(server.adresse())), Transport::Ergebnis(Netzantwort{401, daten}));
+        Netzwelt welt;
+        QCOMPARE(welt.holen(post(server.adresse())), Transport::Ergebnis(Netzantwort{401, daten}));
         QCOMPARE(server.verbindungen(), 1);
     }
 
@@ -210,9 +210,9 @@ private Q_SLOTS:
                 Rohserver server;
                 server.sonst(schritt);
                 const QString adresse = u"http://%1:%2"_s.arg(host).arg(server.port());
-                Netzprobe probe;
-                probe.holen(mitBody ? post(adresse) : get(adresse));
-                QCOMPARE(probe.fehler(), text);
+                Netzwelt welt;
+                welt.holen(mitBody ? post(adresse) : get(adresse));
+                QCOMPARE(welt.fehler(), text);
                 const auto bytes = server.empfangen();
                 QVERIFY(bytes.size() - bytes.count(QByteArray()) <= 1);
                 if (!schritt.ungefragt) {
@@ -238,9 +238,9 @@ private Q_SLOTS:
         QFETCH(Schritt, schritt);
         Rohserver server;
         server.sonst(schritt);
-        Netzprobe probe;
-        probe.holen(get(server.adresse()));
-        QCOMPARE(probe.fehler(), zuGross);
+        Netzwelt welt;
+        welt.holen(get(server.adresse()));
+        QCOMPARE(welt.fehler(), zuGross);
         QTRY_COMPARE(server.offen(), 0);
     }
 
@@ -249,8 +249,8 @@ private Q_SLOTS:
         const QByteArray daten(qsizetype{64} * 1024 * 1024, 'x');
         Rohserver server;
         server.sonst({.bytes = Rohserver::antwort(200, daten)});
-        Netzprobe probe;
-        const auto ergebnis = probe.holen(get(server.adresse()));
+        Netzwelt welt;
+        const auto ergebnis = welt.holen(get(server.adresse()));
         QVERIFY(ergebnis);
         QVERIFY(ergebnis->daten == daten);
     }

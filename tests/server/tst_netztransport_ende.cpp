@@ -4,7 +4,7 @@
 #include "doubles/rohserver.h"
 #include "testlauf.h"
 
-#include "netzprobe.h"
+#include "netzwelt.h"
 
 #include <QHostAddress>
 
@@ -60,13 +60,13 @@ private Q_SLOTS:
     {
         Warteschlange schlange;
         QTRY_VERIFY(schlange.voll());
-        Netzprobe probe;
-        probe.senden(get(schlange.adresse()));
-        probe.uhr.vor(Sekunden(19.9));
-        QVERIFY(!probe.ergebnis);
-        probe.uhr.vor(Sekunden(0.1));
-        QVERIFY(probe.zeitUeberschritten());
-        QCOMPARE(probe.rufe, 1);
+        Netzwelt welt;
+        welt.senden(get(schlange.adresse()));
+        welt.uhr.vor(Sekunden(19.9));
+        QVERIFY(!welt.ergebnis);
+        welt.uhr.vor(Sekunden(0.1));
+        QVERIFY(welt.zeitUeberschritten());
+        QCOMPARE(welt.rufe, 1);
     }
 
     void frist_data()
@@ -91,18 +91,18 @@ private Q_SLOTS:
         QFETCH(Schritt, schritt);
         Rohserver server;
         server.sonst(schritt);
-        Netzprobe probe;
+        Netzwelt welt;
         Netzanfrage anfrage = post(server.adresse());
         anfrage.limit = Sekunden(480);
-        probe.senden(anfrage);
+        welt.senden(anfrage);
         QTRY_VERIFY(!server.empfangen().value(0).isEmpty());
-        probe.uhr.vor(Sekunden(479.9));
-        QVERIFY(!probe.ergebnis);
-        probe.uhr.vor(Sekunden(0.1));
-        QVERIFY(probe.zeitUeberschritten());
+        welt.uhr.vor(Sekunden(479.9));
+        QVERIFY(!welt.ergebnis);
+        welt.uhr.vor(Sekunden(0.1));
+        QVERIFY(welt.zeitUeberschritten());
         QTRY_COMPARE(server.offen(), 0);
-        probe.uhr.vor(Sekunden(10000));
-        QCOMPARE(probe.rufe, 1);
+        welt.uhr.vor(Sekunden(10000));
+        QCOMPARE(welt.rufe, 1);
         QCOMPARE(server.verbindungen(), 1);
     }
 
@@ -111,18 +111,18 @@ private Q_SLOTS:
     {
         Rohserver server;
         server.sonst({.bytes = angefangen, .ende = Ende::Offenlassen});
-        Netzprobe probe;
-        probe.senden(get(server.adresse()));
+        Netzwelt welt;
+        welt.senden(get(server.adresse()));
         QTRY_VERIFY(!server.empfangen().value(0).isEmpty());
         for (int sekunde = 1; sekunde < 20; ++sekunde) {
             const qint64 bisher = server.gesendet();
             QVERIFY(server.schreiben("x"));
             QTRY_VERIFY(server.gesendet() > bisher);
-            probe.uhr.vor(Sekunden(1));
-            QVERIFY(!probe.ergebnis);
+            welt.uhr.vor(Sekunden(1));
+            QVERIFY(!welt.ergebnis);
         }
-        probe.uhr.vor(Sekunden(1));
-        QVERIFY(probe.zeitUeberschritten());
+        welt.uhr.vor(Sekunden(1));
+        QVERIFY(welt.zeitUeberschritten());
         QTRY_COMPARE(server.offen(), 0);
     }
 
@@ -131,17 +131,17 @@ private Q_SLOTS:
     {
         Rohserver server;
         server.sonst({.ende = Ende::Offenlassen});
-        Netzprobe probe;
-        probe.senden(get(server.adresse()));
+        Netzwelt welt;
+        welt.senden(get(server.adresse()));
         QTRY_VERIFY(!server.empfangen().value(0).isEmpty());
         for (const char zeichen : Rohserver::antwort(200, "{}")) {
             const qint64 bisher = server.gesendet();
             server.schreiben(QByteArray(1, zeichen));
             QTRY_VERIFY(server.gesendet() > bisher);
-            probe.uhr.vor(Sekunden(0.1));
+            welt.uhr.vor(Sekunden(0.1));
         }
-        QCOMPARE(probe.abwarten(), Transport::Ergebnis(Netzantwort{200, "{}"}));
-        QCOMPARE(probe.uhr.offen(), 0);
+        QCOMPARE(welt.abwarten(), Transport::Ergebnis(Netzantwort{200, "{}"}));
+        QCOMPARE(welt.uhr.offen(), 0);
     }
 
     void nieVorDerRueckkehr_data()
@@ -154,35 +154,35 @@ private Q_SLOTS:
     void nieVorDerRueckkehr()
     {
         QFETCH(QString, adresse);
-        Netzprobe probe;
-        probe.senden(get(adresse));
-        QCOMPARE(probe.rufe, 0);
-        probe.abwarten();
-        probe.uhr.vor(Sekunden(1000));
-        QCOMPARE(probe.rufe, 1);
+        Netzwelt welt;
+        welt.senden(get(adresse));
+        QCOMPARE(welt.rufe, 0);
+        welt.abwarten();
+        welt.uhr.vor(Sekunden(1000));
+        QCOMPARE(welt.rufe, 1);
     }
 
     void besitzerGehtVorDerEreignisschleife()
     {
         Rohserver server;
-        Netzprobe probe;
-        probe.senden(get(server.adresse()));
-        probe.besitzer.reset();
-        probe.uhr.vor(Sekunden(1000));
-        QCOMPARE(probe.rufe, 0);
-        QCOMPARE(probe.uhr.offen(), 0);
+        Netzwelt welt;
+        welt.senden(get(server.adresse()));
+        welt.besitzer.reset();
+        welt.uhr.vor(Sekunden(1000));
+        QCOMPARE(welt.rufe, 0);
+        QCOMPARE(welt.uhr.offen(), 0);
     }
 
     void besitzerGehtBeimVerbinden()
     {
         Warteschlange schlange;
         QTRY_VERIFY(schlange.voll());
-        Netzprobe probe;
-        probe.senden(get(schlange.adresse()));
+        Netzwelt welt;
+        welt.senden(get(schlange.adresse()));
         ereignisseAbarbeiten();
-        probe.besitzer.reset();
-        probe.uhr.vor(Sekunden(1000));
-        QCOMPARE(probe.rufe, 0);
+        welt.besitzer.reset();
+        welt.uhr.vor(Sekunden(1000));
+        QCOMPARE(welt.rufe, 0);
     }
 
     void besitzerGehtUnterwegs_data()
@@ -196,14 +196,14 @@ private Q_SLOTS:
         QFETCH(QByteArray, bytes);
         Rohserver server;
         server.sonst({.bytes = bytes, .ende = Ende::Offenlassen});
-        Netzprobe probe;
-        probe.senden(post(server.adresse()));
+        Netzwelt welt;
+        welt.senden(post(server.adresse()));
         QTRY_VERIFY(!server.empfangen().value(0).isEmpty());
         QTRY_COMPARE(server.gesendet(), bytes.size());
-        probe.besitzer.reset();
+        welt.besitzer.reset();
         QTRY_COMPARE(server.offen(), 0);
-        probe.uhr.vor(Sekunden(1000));
-        QCOMPARE(probe.rufe, 0);
+        welt.uhr.vor(Sekunden(1000));
+        QCOMPARE(welt.rufe, 0);
     }
 
     void besitzerGehtInDerUmleitung()
@@ -211,12 +211,12 @@ private Q_SLOTS:
         Rohserver server;
         server.dann(Rohserver::umleitung(307, u"/weiter"_s));
         server.dann({.ende = Ende::Offenlassen});
-        Netzprobe probe;
-        probe.senden(post(server.adresse()));
+        Netzwelt welt;
+        welt.senden(post(server.adresse()));
         QTRY_VERIFY(!server.empfangen().value(1).isEmpty());
-        probe.besitzer.reset();
+        welt.besitzer.reset();
         QTRY_COMPARE(server.offen(), 0);
-        QCOMPARE(probe.rufe, 0);
+        QCOMPARE(welt.rufe, 0);
     }
 
     void besitzerGehtImRueckruf_data()
@@ -256,18 +256,18 @@ private Q_SLOTS:
     void transportGehtZuerst()
     {
         Rohserver server;
-        Netzprobe probe;
-        probe.senden(get(server.adresse()));
-        probe.transport.reset();
-        QCOMPARE(probe.abwarten(), Transport::Ergebnis(Netzantwort{200, "{}"}));
+        Netzwelt welt;
+        welt.senden(get(server.adresse()));
+        welt.transport.reset();
+        QCOMPARE(welt.abwarten(), Transport::Ergebnis(Netzantwort{200, "{}"}));
     }
 
     void mehrereZugleich()
     {
         Rohserver server;
         server.dann({.ende = Ende::Offenlassen});
-        Netzprobe langsam;
-        Netzprobe schnell;
+        Netzwelt langsam;
+        Netzwelt schnell;
         langsam.senden(get(server.adresse()));
         QTRY_COMPARE(server.verbindungen(), 1);
         QVERIFY(schnell.holen(get(server.adresse())));

@@ -3,7 +3,7 @@
 #include "doubles/rohserver.h"
 #include "testlauf.h"
 
-#include "netzprobe.h"
+#include "netzwelt.h"
 
 #include <QHostAddress>
 
@@ -59,8 +59,8 @@ private Q_SLOTS:
         anfrage.methode = methode;
         anfrage.kopf = {Kopfzeile{"X-Schluessel", "geheim"},
                         Kopfzeile{"Content-Type", "application/json"}};
-        Netzprobe probe;
-        QCOMPARE(probe.holen(anfrage), Transport::Ergebnis(Netzantwort{200, "{}"}));
+        Netzwelt welt;
+        QCOMPARE(welt.holen(anfrage), Transport::Ergebnis(Netzantwort{200, "{}"}));
         QCOMPARE(server.verbindungen(), 2);
         QCOMPARE(ersteZeile(server, 1), danach + " /neu?x=1 HTTP/1.1");
         const QByteArray zweite = server.empfangen().at(1);
@@ -88,8 +88,8 @@ private Q_SLOTS:
         QFETCH(QString, ort);
         Rohserver server;
         server.dann(Rohserver::umleitung(302, ort));
-        Netzprobe probe;
-        QVERIFY(probe.holen(get(server.adresse() + u"/api/stand?a=1"_s)));
+        Netzwelt welt;
+        QVERIFY(welt.holen(get(server.adresse() + u"/api/stand?a=1"_s)));
         QTEST(ersteZeile(server, 1), "zeile");
     }
 
@@ -115,8 +115,8 @@ private Q_SLOTS:
         Rohserver server;
         server.sonst(
             {.bytes = Rohserver::umleitung(302, ort.contains(u'%') ? ort.arg(falle.port()) : ort)});
-        Netzprobe probe;
-        QCOMPARE(probe.holen(post(server.adresse())), Transport::Ergebnis(Netzantwort{302, {}}));
+        Netzwelt welt;
+        QCOMPARE(welt.holen(post(server.adresse())), Transport::Ergebnis(Netzantwort{302, {}}));
         QCOMPARE(server.verbindungen(), 1);
         QCOMPARE(falle.verbindungen(), 0);
     }
@@ -125,8 +125,8 @@ private Q_SLOTS:
     {
         Rohserver server;
         server.sonst({.bytes = Rohserver::antwort(307, "{\"fehler\":\"umgezogen\"}")});
-        Netzprobe probe;
-        QCOMPARE(probe.holen(post(server.adresse())),
+        Netzwelt welt;
+        QCOMPARE(welt.holen(post(server.adresse())),
                  Transport::Ergebnis(Netzantwort{307, "{\"fehler\":\"umgezogen\"}"}));
     }
 
@@ -134,8 +134,8 @@ private Q_SLOTS:
     {
         Rohserver server;
         server.sonst({.bytes = Rohserver::umleitung(201, u"/neu"_s)});
-        Netzprobe probe;
-        QCOMPARE(probe.holen(post(server.adresse())), Transport::Ergebnis(Netzantwort{201, {}}));
+        Netzwelt welt;
+        QCOMPARE(welt.holen(post(server.adresse())), Transport::Ergebnis(Netzantwort{201, {}}));
         QCOMPARE(server.verbindungen(), 1);
     }
 
@@ -143,9 +143,9 @@ private Q_SLOTS:
     {
         Rohserver server;
         server.sonst({.bytes = Rohserver::umleitung(302, u"/immerfort"_s)});
-        Netzprobe probe;
-        probe.holen(get(server.adresse()));
-        QCOMPARE(probe.fehler(), u"Der Server leitet zu oft weiter."_s);
+        Netzwelt welt;
+        welt.holen(get(server.adresse()));
+        QCOMPARE(welt.fehler(), u"Der Server leitet zu oft weiter."_s);
         QCOMPARE(server.verbindungen(), 11);
     }
 
@@ -155,8 +155,8 @@ private Q_SLOTS:
         for (int i = 0; i < 10; ++i) {
             server.dann(Rohserver::umleitung(307, u"/weiter"_s));
         }
-        Netzprobe probe;
-        QVERIFY(probe.holen(post(server.adresse())));
+        Netzwelt welt;
+        QVERIFY(welt.holen(post(server.adresse())));
         QCOMPARE(server.verbindungen(), 11);
         QVERIFY(server.empfangen().at(10).endsWith("{\"a\":1}"));
     }
@@ -166,24 +166,24 @@ private Q_SLOTS:
     {
         Rohserver server;
         server.dann(Rohserver::antwort(302, "weiter", "Location: /neu\r\n"));
-        Netzprobe probe;
-        QCOMPARE(probe.holen(get(server.adresse())), Transport::Ergebnis(Netzantwort{200, "{}"}));
+        Netzwelt welt;
+        QCOMPARE(welt.holen(get(server.adresse())), Transport::Ergebnis(Netzantwort{200, "{}"}));
     }
 
     // One limit for all of it: a chain of redirects does not start it anew.
     void fristGiltFuerAlleSpruenge()
     {
         Rohserver server;
-        Netzprobe probe;
+        Netzwelt welt;
         const QByteArray weiter = Rohserver::umleitung(302, u"/weiter"_s);
-        server.dann({.bytes = weiter, .zuvor = [&] { probe.uhr.vor(Sekunden(15)); }});
+        server.dann({.bytes = weiter, .zuvor = [&] { welt.uhr.vor(Sekunden(15)); }});
         server.dann({.ende = Rohserver::Ende::Offenlassen});
-        probe.senden(get(server.adresse()));
+        welt.senden(get(server.adresse()));
         QTRY_COMPARE(server.verbindungen(), 2);
-        probe.uhr.vor(Sekunden(4.9));
-        QVERIFY(!probe.ergebnis);
-        probe.uhr.vor(Sekunden(0.1));
-        QVERIFY(probe.zeitUeberschritten());
+        welt.uhr.vor(Sekunden(4.9));
+        QVERIFY(!welt.ergebnis);
+        welt.uhr.vor(Sekunden(0.1));
+        QVERIFY(welt.zeitUeberschritten());
     }
 };
 

@@ -3,7 +3,7 @@
 #include "doubles/rohserver.h"
 #include "testlauf.h"
 
-#include "netzprobe.h"
+#include "netzwelt.h"
 
 #include <QHostAddress>
 #include <QSslCertificate>
@@ -89,8 +89,8 @@ private Q_SLOTS:
     void ipv6()
     {
         Rohserver server(QHostAddress::LocalHostIPv6);
-        Netzprobe probe;
-        QVERIFY(probe.holen(get(server.adresse() + u"/x"_s)));
+        Netzwelt welt;
+        QVERIFY(welt.holen(get(server.adresse() + u"/x"_s)));
         QVERIFY(server.empfangen().at(0).contains(
             "\r\nHost: [::1]:" + QByteArray::number(server.port()) + "\r\n"));
     }
@@ -118,19 +118,19 @@ private Q_SLOTS:
     {
         QFETCH(QString, adresse);
         QFETCH(QString, text);
-        Netzprobe probe;
-        probe.holen(get(adresse));
-        QCOMPARE(probe.fehler(), text);
+        Netzwelt welt;
+        welt.holen(get(adresse));
+        QCOMPARE(welt.fehler(), text);
         QCOMPARE(stellvertreter->verbindungen(), vorher);
     }
 
     void unbekannterName()
     {
         qunsetenv("http_proxy");
-        Netzprobe probe;
-        probe.holen(get(u"http://gibt-es-nicht.invalid/x"_s));
+        Netzwelt welt;
+        welt.holen(get(u"http://gibt-es-nicht.invalid/x"_s));
         qputenv("http_proxy", stellvertreter->adresse().toLatin1());
-        QCOMPARE(probe.fehler(), u"Der Server wurde nicht gefunden."_s);
+        QCOMPARE(welt.fehler(), u"Der Server wurde nicht gefunden."_s);
     }
 
     // A header value that would bring header lines of its own never leaves.
@@ -150,11 +150,11 @@ private Q_SLOTS:
         Rohserver server;
         Netzanfrage anfrage = get(server.adresse());
         anfrage.kopf = {Kopfzeile{"X-Schluessel", wert}};
-        Netzprobe probe;
-        probe.holen(anfrage);
-        QCOMPARE(probe.fehler(), u"Der Schlüssel enthält unzulässige Zeichen."_s);
+        Netzwelt welt;
+        welt.holen(anfrage);
+        QCOMPARE(welt.fehler(), u"Der Schlüssel enthält unzulässige Zeichen."_s);
         anfrage.kopf = {Kopfzeile{wert, "x"}};
-        Netzprobe zweite;
+        Netzwelt zweite;
         QVERIFY(!zweite.holen(anfrage));
         QCOMPARE(server.verbindungen(), 0);
     }
@@ -164,16 +164,16 @@ private Q_SLOTS:
         Rohserver server;
         Netzanfrage anfrage = get(server.adresse());
         anfrage.kopf = {Kopfzeile{"X-Schluessel", u"schlüssel\tä"_s.toUtf8()}};
-        Netzprobe probe;
-        QVERIFY(probe.holen(anfrage));
+        Netzwelt welt;
+        QVERIFY(welt.holen(anfrage));
         QVERIFY(
             server.empfangen().at(0).contains(u"\r\nX-Schluessel: schlüssel\tä\r\n"_s.toUtf8()));
     }
 
     void proxyFuerFremdeNamen()
     {
-        Netzprobe probe;
-        QVERIFY(probe.holen(get(u"http://cloud.invalid/x"_s)));
+        Netzwelt welt;
+        QVERIFY(welt.holen(get(u"http://cloud.invalid/x"_s)));
         QCOMPARE(stellvertreter->verbindungen(), vorher + 1);
         QVERIFY(stellvertreter->empfangen().last().startsWith(
             "GET http://cloud.invalid/x HTTP/1.1\r\n"));
@@ -182,8 +182,8 @@ private Q_SLOTS:
     void proxyTunneltTls()
     {
         stellvertreter->dann("HTTP/1.1 502 x\r\nContent-Length: 0\r\n\r\n");
-        Netzprobe probe;
-        QVERIFY(!probe.holen(get(u"https://cloud.invalid/x"_s)));
+        Netzwelt welt;
+        QVERIFY(!welt.holen(get(u"https://cloud.invalid/x"_s)));
         QVERIFY(stellvertreter->empfangen().last().startsWith(
             "CONNECT cloud.invalid:443 HTTP/1.1\r\n"));
         QVERIFY(!stellvertreter->empfangen().last().contains("/x"));
@@ -193,18 +193,18 @@ private Q_SLOTS:
     {
         stellvertreter->dann(
             Rohserver::antwort(407, {}, "Proxy-Authenticate: Basic realm=\"x\"\r\n"));
-        Netzprobe probe;
-        probe.holen(get(u"http://cloud.invalid/x"_s));
-        QCOMPARE(probe.fehler(), u"Der Proxy-Server verlangt eine Anmeldung."_s);
+        Netzwelt welt;
+        welt.holen(get(u"http://cloud.invalid/x"_s));
+        QCOMPARE(welt.fehler(), u"Der Proxy-Server verlangt eine Anmeldung."_s);
         QCOMPARE(stellvertreter->verbindungen(), vorher + 1);
     }
 
     void proxyWegErreichtIhnNurEinmal()
     {
         stellvertreter->dann(QByteArray());
-        Netzprobe probe;
-        probe.holen(post(u"http://cloud.invalid/x"_s));
-        QCOMPARE(probe.fehler(), u"Die Verbindung wurde unterbrochen."_s);
+        Netzwelt welt;
+        welt.holen(post(u"http://cloud.invalid/x"_s));
+        QCOMPARE(welt.fehler(), u"Die Verbindung wurde unterbrochen."_s);
         QCOMPARE(stellvertreter->verbindungen(), vorher + 1);
     }
 
@@ -220,8 +220,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, host);
         Rohserver server(QHostAddress::AnyIPv4);
-        Netzprobe probe;
-        QVERIFY(probe.holen(get(u"http://%1:%2/x"_s.arg(host).arg(server.port()))));
+        Netzwelt welt;
+        QVERIFY(welt.holen(get(u"http://%1:%2/x"_s.arg(host).arg(server.port()))));
         QCOMPARE(server.verbindungen(), 1);
         QCOMPARE(stellvertreter->verbindungen(), vorher);
     }
@@ -230,8 +230,8 @@ private Q_SLOTS:
     {
         const Vertrauen vertrauen;
         Rohserver server(QHostAddress::LocalHost, tlsServer());
-        Netzprobe probe;
-        QCOMPARE(probe.holen(post(server.adresse(u"https"_s))),
+        Netzwelt welt;
+        QCOMPARE(welt.holen(post(server.adresse(u"https"_s))),
                  Transport::Ergebnis(Netzantwort{200, "{}"}));
         QVERIFY(server.empfangen().at(0).startsWith("POST / HTTP/1.1\r\n"));
     }
@@ -241,9 +241,9 @@ private Q_SLOTS:
         const Vertrauen vertrauen;
         Rohserver server(QHostAddress::LocalHost, tlsServer());
         server.sonst({});
-        Netzprobe probe;
-        probe.holen(post(server.adresse(u"https"_s)));
-        QCOMPARE(probe.fehler(), u"Die Verbindung wurde unterbrochen."_s);
+        Netzwelt welt;
+        welt.holen(post(server.adresse(u"https"_s)));
+        QCOMPARE(welt.fehler(), u"Die Verbindung wurde unterbrochen."_s);
         QCOMPARE(server.verbindungen(), 1);
     }
 
@@ -251,9 +251,9 @@ private Q_SLOTS:
     void selbstUnterschrieben()
     {
         Rohserver server(QHostAddress::LocalHost, tlsServer());
-        Netzprobe probe;
-        probe.holen(post(server.adresse(u"https"_s)));
-        QCOMPARE(probe.fehler(), unsicher);
+        Netzwelt welt;
+        welt.holen(post(server.adresse(u"https"_s)));
+        QCOMPARE(welt.fehler(), unsicher);
         for (const QByteArray &bytes : server.empfangen()) {
             QVERIFY(!bytes.contains("geheim"));
         }
@@ -263,18 +263,18 @@ private Q_SLOTS:
     {
         const Vertrauen vertrauen;
         Rohserver server(QHostAddress::AnyIPv4, tlsServer());
-        Netzprobe probe;
-        probe.holen(post(u"https://127.0.0.2:%1/"_s.arg(server.port())));
-        QCOMPARE(probe.fehler(), unsicher);
+        Netzwelt welt;
+        welt.holen(post(u"https://127.0.0.2:%1/"_s.arg(server.port())));
+        QCOMPARE(welt.fehler(), unsicher);
     }
 
     void tlsBeiEinemServerOhne()
     {
         Rohserver server;
         server.sonst({.bytes = "HTTP/1.1 400 Bad Request\r\n\r\n", .ungefragt = true});
-        Netzprobe probe;
-        probe.holen(get(server.adresse(u"https"_s)));
-        QCOMPARE(probe.fehler(), unsicher);
+        Netzwelt welt;
+        welt.holen(get(server.adresse(u"https"_s)));
+        QCOMPARE(welt.fehler(), unsicher);
         QVERIFY(!server.empfangen().at(0).contains("HTTP"));
     }
 
@@ -282,9 +282,9 @@ private Q_SLOTS:
     {
         Rohserver server;
         server.sonst({.ungefragt = true});
-        Netzprobe probe;
-        probe.holen(get(server.adresse(u"https"_s)));
-        QCOMPARE(probe.fehler(), u"Die Verbindung wurde unterbrochen."_s);
+        Netzwelt welt;
+        welt.holen(get(server.adresse(u"https"_s)));
+        QCOMPARE(welt.fehler(), u"Die Verbindung wurde unterbrochen."_s);
     }
 
     void umleitungVonHttpNachHttps()
@@ -293,8 +293,8 @@ private Q_SLOTS:
         Rohserver sicher(QHostAddress::LocalHost, tlsServer());
         Rohserver server;
         server.dann(Rohserver::umleitung(308, sicher.adresse(u"https"_s) + u"/y"_s));
-        Netzprobe probe;
-        QVERIFY(probe.holen(post(server.adresse())));
+        Netzwelt welt;
+        QVERIFY(welt.holen(post(server.adresse())));
         QVERIFY(sicher.empfangen().at(0).startsWith("POST /y HTTP/1.1\r\n"));
         QVERIFY(sicher.empfangen().at(0).contains("\r\nX-Schluessel: geheim\r\n"));
     }
@@ -305,8 +305,8 @@ private Q_SLOTS:
         Rohserver falle;
         Rohserver sicher(QHostAddress::LocalHost, tlsServer());
         sicher.sonst({.bytes = Rohserver::umleitung(302, falle.adresse() + u"/y"_s)});
-        Netzprobe probe;
-        QCOMPARE(probe.holen(post(sicher.adresse(u"https"_s))),
+        Netzwelt welt;
+        QCOMPARE(welt.holen(post(sicher.adresse(u"https"_s))),
                  Transport::Ergebnis(Netzantwort{302, {}}));
         QCOMPARE(falle.verbindungen(), 0);
     }

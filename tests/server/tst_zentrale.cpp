@@ -6,7 +6,7 @@
 #include "doubles/scripttransport.h"
 #include "testlauf.h"
 
-#include "zentraleprobe.h"
+#include "zentralewelt.h"
 
 #include <QJsonArray>
 
@@ -41,7 +41,7 @@ private Q_SLOTS:
     void init()
     {
         transport = std::make_unique<Scripttransport>();
-        probe = std::make_unique<Zentraleprobe>();
+        welt = std::make_unique<Zentralewelt>();
     }
 
     // One row per kind of error; the script answers in order: probe of A, request to A, probe of B,
@@ -94,7 +94,7 @@ private Q_SLOTS:
             transport->dann(schritt);
         }
         Zentrale zentrale(konto(server), *transport);
-        const auto ergebnis = probe->holen(zentrale, stand);
+        const auto ergebnis = welt->holen(zentrale, stand);
         QVERIFY(!ergebnis);
         QCOMPARE(ergebnis.error().meldung, erwartet.meldung);
         QCOMPARE(ergebnis.error(), erwartet);
@@ -109,11 +109,11 @@ private Q_SLOTS:
         transport->dann(ok);
         transport->dann(ok);
         Zentrale zentrale(konto({a, b}), *transport);
-        QCOMPARE(probe->holen(zentrale, stand), Zentrale::Antwort(okInhalt));
+        QCOMPARE(welt->holen(zentrale, stand), Zentrale::Antwort(okInhalt));
         QCOMPARE(zentrale.basis(), b);
         QCOMPARE(zentrale.adresse(), b);
         transport->dann(ok);
-        QCOMPARE(probe->holen(zentrale, stand), Zentrale::Antwort(okInhalt));
+        QCOMPARE(welt->holen(zentrale, stand), Zentrale::Antwort(okInhalt));
         QCOMPARE(transport->zeilen(),
                  (QStringList{u"GET http://a/api/status"_s, u"GET http://b/api/status"_s,
                               u"GET http://b/api/stand?geraet=mac1"_s,
@@ -126,7 +126,7 @@ private Q_SLOTS:
         Zentrale zentrale(konto({a, b}), *transport);
         merken(zentrale, b);
         transport->dann(spaet);
-        QCOMPARE(probe->holen(zentrale, stand), fehler(true, true, zuSpaet));
+        QCOMPARE(welt->holen(zentrale, stand), fehler(true, true, zuSpaet));
         QCOMPARE(zentrale.basis(), std::optional<QString>());
         QCOMPARE(zentrale.adresse(), a);
         QCOMPARE(transport->zeilen(), QStringList{u"GET http://b/api/stand?geraet=mac1"_s});
@@ -139,7 +139,7 @@ private Q_SLOTS:
         transport->dann(nein);
         transport->dann(ok);
         transport->dann(ok);
-        QCOMPARE(probe->holen(zentrale, stand), Zentrale::Antwort(okInhalt));
+        QCOMPARE(welt->holen(zentrale, stand), Zentrale::Antwort(okInhalt));
         QCOMPARE(zentrale.basis(), a);
         QCOMPARE(transport->zeilen(),
                  (QStringList{u"GET http://b/api/stand?geraet=mac1"_s, u"GET http://a/api/status"_s,
@@ -151,28 +151,28 @@ private Q_SLOTS:
         Zentrale zentrale(konto({a, b}), *transport);
         merken(zentrale, b);
         transport->dann(Scripttransport::antwort(500));
-        QCOMPARE(probe->holen(zentrale, stand),
+        QCOMPARE(welt->holen(zentrale, stand),
                  fehler(false, false, u"Die Cloud antwortet mit 500."_s));
         QCOMPARE(zentrale.basis(), b);
         QCOMPARE(transport->anfragen().size(), 1);
     }
 
-    void probeMit404GiltAlsErreichbar()
+    void vorfrageMit404GiltAlsErreichbar()
     {
         transport->dann(Scripttransport::antwort(404, "<html>"));
         transport->dann(ok);
         Zentrale zentrale(konto({a}), *transport);
-        QCOMPARE(probe->holen(zentrale, stand), Zentrale::Antwort(okInhalt));
+        QCOMPARE(welt->holen(zentrale, stand), Zentrale::Antwort(okInhalt));
         QCOMPARE(transport->zeilen(), (QStringList{u"GET http://a/api/status"_s,
                                                    u"GET http://a/api/stand?geraet=mac1"_s}));
     }
 
-    void beideProbenUeberschreitenDieZeit()
+    void beideVorfragenUeberschreitenDieZeit()
     {
         transport->dann(spaet);
         transport->dann(spaet);
         Zentrale zentrale(konto({a, b}), *transport);
-        QCOMPARE(probe->holen(zentrale, stand), fehler(true, false, zuSpaet));
+        QCOMPARE(welt->holen(zentrale, stand), fehler(true, false, zuSpaet));
     }
 
     void status500MitText()
@@ -181,7 +181,7 @@ private Q_SLOTS:
         transport->dann(
             Scripttransport::antwort(500, u"{\"fehler\":\"Platte „Musik“ fehlt\"}"_s.toUtf8()));
         Zentrale zentrale(konto({a}), *transport);
-        QCOMPARE(probe->holen(zentrale, stand),
+        QCOMPARE(welt->holen(zentrale, stand),
                  fehler(false, false, u"Die Cloud antwortet mit 500: Platte „Musik“ fehlt"_s));
     }
 
@@ -190,7 +190,7 @@ private Q_SLOTS:
         transport->dann(ok);
         transport->dann(Scripttransport::antwort(401));
         Zentrale zentrale(konto({a}), *transport);
-        QCOMPARE(probe->holen(zentrale, stand),
+        QCOMPARE(welt->holen(zentrale, stand),
                  fehler(false, false, u"Die Cloud antwortet mit 401."_s));
     }
 
@@ -216,7 +216,7 @@ private Q_SLOTS:
         transport->dann(ok);
         transport->dann(Scripttransport::antwort(200, daten));
         Zentrale zentrale(konto({a}), *transport);
-        QCOMPARE(probe->holen(zentrale, stand), Zentrale::Antwort(erwartet));
+        QCOMPARE(welt->holen(zentrale, stand), Zentrale::Antwort(erwartet));
         QCOMPARE(zentrale.basis(), a);
     }
 
@@ -224,7 +224,7 @@ private Q_SLOTS:
     {
         Zentrale zentrale(konto({}), *transport);
         QCOMPARE(zentrale.adresse(), QString());
-        QCOMPARE(probe->holen(zentrale, stand), fehler(true, false, keine));
+        QCOMPARE(welt->holen(zentrale, stand), fehler(true, false, keine));
     }
 
     void ungueltigeAdresse_data()
@@ -249,10 +249,10 @@ private Q_SLOTS:
         QFETCH(QString, adresse);
         transport->nach([](const Netzanfrage & /*was*/) { return ok; });
         Zentrale allein(konto({adresse}), *transport);
-        QCOMPARE(probe->holen(allein, stand), fehler(true, false, u"ungültige Adresse"_s));
+        QCOMPARE(welt->holen(allein, stand), fehler(true, false, u"ungültige Adresse"_s));
         QCOMPARE(transport->anfragen().size(), 0);
         Zentrale zentrale(konto({adresse, b}), *transport);
-        QCOMPARE(probe->holen(zentrale, stand), Zentrale::Antwort(okInhalt));
+        QCOMPARE(welt->holen(zentrale, stand), Zentrale::Antwort(okInhalt));
         QCOMPARE(zentrale.basis(), b);
     }
 
@@ -260,7 +260,7 @@ private Q_SLOTS:
     {
         transport->nach([](const Netzanfrage & /*was*/) { return nein; });
         Zentrale zentrale(konto({a, b, a, b, a + u'/'}), *transport);
-        QCOMPARE(probe->holen(zentrale, stand), fehler(true, false, abgelehnt));
+        QCOMPARE(welt->holen(zentrale, stand), fehler(true, false, abgelehnt));
         QCOMPARE(transport->zeilen(),
                  (QStringList{u"GET http://a/api/status"_s, u"GET http://b/api/status"_s,
                               u"GET http://a//api/status"_s}));
@@ -272,7 +272,7 @@ private Q_SLOTS:
         Konto ohne = konto({a});
         ohne.schluessel.clear();
         Zentrale zentrale(ohne, *transport);
-        QVERIFY(probe->holen(zentrale, stand));
+        QVERIFY(welt->holen(zentrale, stand));
         const QList<Kopfzeile> nur{Kopfzeile{"User-Agent", "kalvaro/1.4"}};
         QCOMPARE(transport->anfragen().at(0).kopf, nur);
         QCOMPARE(transport->anfragen().at(1).kopf, nur);
@@ -282,10 +282,10 @@ private Q_SLOTS:
     {
         transport->nach([](const Netzanfrage & /*was*/) { return ok; });
         Zentrale zentrale(konto({a}), *transport);
-        QVERIFY(probe->holen(zentrale, {.pfad = u"/api/abgleich"_s,
-                                        .methode = "POST",
-                                        .body = QJsonObject{{u"anlass"_s, u"hand"_s}},
-                                        .zeit = Sekunden(480)}));
+        QVERIFY(welt->holen(zentrale, {.pfad = u"/api/abgleich"_s,
+                                       .methode = "POST",
+                                       .body = QJsonObject{{u"anlass"_s, u"hand"_s}},
+                                       .zeit = Sekunden(480)}));
         const Netzanfrage &erste = transport->anfragen().at(0);
         QCOMPARE(erste.methode, "GET");
         QCOMPARE(erste.limit, Sekunden(4));
@@ -305,7 +305,7 @@ private Q_SLOTS:
     {
         transport->nach([](const Netzanfrage & /*was*/) { return ok; });
         Zentrale zentrale(konto({a}), *transport);
-        QVERIFY(probe->holen(zentrale, {.pfad = u"/api/playlisten"_s}));
+        QVERIFY(welt->holen(zentrale, {.pfad = u"/api/playlisten"_s}));
         QCOMPARE(transport->anfragen().at(1).methode, "GET");
         QCOMPARE(transport->anfragen().at(1).limit, Sekunden(20));
         QVERIFY(!transport->anfragen().at(1).body);
@@ -327,9 +327,9 @@ private Q_SLOTS:
         transport->nach([](const Netzanfrage & /*was*/) { return ok; });
         Zentrale zentrale(konto({a, b}), *transport);
         const auto ergebnis =
-            probe->holen(zentrale, {.pfad = u"/x"_s,
-                                    .methode = "POST",
-                                    .body = QJsonObject{{u"gut"_s, true}, {u"wert"_s, wert}}});
+            welt->holen(zentrale, {.pfad = u"/x"_s,
+                                   .methode = "POST",
+                                   .body = QJsonObject{{u"gut"_s, true}, {u"wert"_s, wert}}});
         QCOMPARE(ergebnis,
                  fehler(false, false, u"Die Anfrage lässt sich nicht als JSON schreiben."_s));
         QCOMPARE(transport->zeilen(), QStringList{u"GET http://a/api/status"_s});
@@ -342,14 +342,14 @@ private:
         transport->nach([&](const Netzanfrage &was) {
             return was.url.toString().startsWith(adresse) ? ok : nein;
         });
-        QVERIFY(probe->holen(zentrale, stand));
+        QVERIFY(welt->holen(zentrale, stand));
         QCOMPARE(zentrale.basis(), adresse);
         transport->nach(nullptr);
         transport->vergessen();
     }
 
     std::unique_ptr<Scripttransport> transport;
-    std::unique_ptr<Zentraleprobe> probe;
+    std::unique_ptr<Zentralewelt> welt;
 };
 
 KALVARO_TEST(TestZentrale)

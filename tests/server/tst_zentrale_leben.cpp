@@ -7,7 +7,7 @@
 #include "doubles/testuhr.h"
 #include "testlauf.h"
 
-#include "zentraleprobe.h"
+#include "zentralewelt.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -31,13 +31,13 @@ private Q_SLOTS:
     {
         uhr = std::make_unique<Testuhr>();
         transport = std::make_unique<Scripttransport>(uhr.get());
-        probe = std::make_unique<Zentraleprobe>();
+        welt = std::make_unique<Zentralewelt>();
         zentrale = std::make_unique<Zentrale>(konto({a, b}), *transport);
     }
     void cleanup()
     {
         zentrale.reset();
-        probe.reset();
+        welt.reset();
         transport.reset();
     }
 
@@ -48,7 +48,7 @@ private Q_SLOTS:
         transport->dann(nein);
         transport->dann(ok);
         transport->dann(ok);
-        QVERIFY(probe->holen(*zentrale, stand));
+        QVERIFY(welt->holen(*zentrale, stand));
         QCOMPARE(zentrale->adresse(), b);
     }
 
@@ -64,12 +64,12 @@ private Q_SLOTS:
         QFETCH(QStringList, server);
         transport->nach([](const Netzanfrage & /*was*/) { return ok; });
         Zentrale andere(konto(server), *transport);
-        probe->fragen(andere, stand);
-        QCOMPARE(probe->rufe, 0);
+        welt->fragen(andere, stand);
+        QCOMPARE(welt->rufe, 0);
         uhr->vor(Sekunden(0));
-        QTRY_COMPARE(probe->rufe, 1);
+        QTRY_COMPARE(welt->rufe, 1);
         uhr->vor(Sekunden(1000));
-        QCOMPARE(probe->rufe, 1);
+        QCOMPARE(welt->rufe, 1);
     }
 
     // The limits in their order: 4 s for each probe, then the request's own.
@@ -78,15 +78,15 @@ private Q_SLOTS:
         transport->dannHaengen(); // probe of A
         transport->dann(ok);      // probe of B
         transport->dannHaengen(); // request to B
-        probe->fragen(*zentrale, {.pfad = u"/x"_s, .zeit = Sekunden(8)});
+        welt->fragen(*zentrale, {.pfad = u"/x"_s, .zeit = Sekunden(8)});
         uhr->vor(Sekunden(3.9));
         QCOMPARE(transport->anfragen().size(), 1);
         uhr->vor(Sekunden(0.1));
         QCOMPARE(transport->anfragen().size(), 3);
         uhr->vor(Sekunden(7.9));
-        QVERIFY(!probe->ergebnis);
+        QVERIFY(!welt->ergebnis);
         uhr->vor(Sekunden(0.1));
-        QCOMPARE(*probe->ergebnis,
+        QCOMPARE(*welt->ergebnis,
                  fehler(true, true, u"Die Cloud hat nicht rechtzeitig geantwortet."_s));
     }
 
@@ -94,8 +94,8 @@ private Q_SLOTS:
     // to the remembered address needs no probe any more.
     void zweiZugleich()
     {
-        Zentraleprobe zweite;
-        probe->fragen(*zentrale, {.pfad = u"/eins"_s});
+        Zentralewelt zweite;
+        welt->fragen(*zentrale, {.pfad = u"/eins"_s});
         zweite.fragen(*zentrale, {.pfad = u"/zwei"_s});
         QTRY_COMPARE(transport->haengend(), 2);
         transport->beantworten(nein, 0); // probe of A for the first
@@ -103,13 +103,13 @@ private Q_SLOTS:
         transport->beantworten(ok, 1); // probe of B for the first
         QTRY_COMPARE(transport->anfragen().size(), 4);
         transport->beantworten(ok, 1); // its request
-        QTRY_COMPARE(probe->rufe, 1);
+        QTRY_COMPARE(welt->rufe, 1);
         QCOMPARE(zentrale->basis(), b);
         transport->beantworten(nein, 0); // probe of A for the second
         QTRY_COMPARE(transport->anfragen().size(), 5);
         transport->beantworten(ok, 0);
         QTRY_COMPARE(zweite.rufe, 1);
-        QVERIFY(*probe->ergebnis && *zweite.ergebnis);
+        QVERIFY(*welt->ergebnis && *zweite.ergebnis);
         QCOMPARE(transport->zeilen(),
                  (QStringList{u"GET http://a/api/status"_s, u"GET http://a/api/status"_s,
                               u"GET http://b/api/status"_s, u"GET http://b/eins"_s,
@@ -119,19 +119,19 @@ private Q_SLOTS:
     // A request that fails clears what the other one remembered; that one's answer stands.
     void einerScheitertDerAndereNicht()
     {
-        Zentraleprobe zweite;
+        Zentralewelt zweite;
         transport->dann(ok);
         transport->dann(ok);
-        probe->fragen(*zentrale, {.pfad = u"/eins"_s});
+        welt->fragen(*zentrale, {.pfad = u"/eins"_s});
         zweite.fragen(*zentrale, {.pfad = u"/zwei"_s});
         QTRY_COMPARE(transport->haengend(), 2);
         transport->beantworten(ok, 0);
-        QTRY_COMPARE(probe->rufe, 1);
+        QTRY_COMPARE(welt->rufe, 1);
         QCOMPARE(zentrale->basis(), a);
         transport->beantworten(Scripttransport::zeitUeberschritten(), 0);
         QTRY_COMPARE(zweite.rufe, 1);
         QCOMPARE(zentrale->basis(), std::optional<QString>());
-        QVERIFY(*probe->ergebnis);
+        QVERIFY(*welt->ergebnis);
         QVERIFY(zweite.ergebnis->error().zeitUeberschritten);
     }
 
@@ -140,7 +140,7 @@ private Q_SLOTS:
     {
         QFETCH(int, anfragen);
         bisZur(anfragen);
-        probe->besitzer.reset();
+        welt->besitzer.reset();
         nichtsMehr(anfragen);
         QCOMPARE(zentrale->basis(), std::optional<QString>());
     }
@@ -178,10 +178,10 @@ private Q_SLOTS:
         transport->dann(ok);
         transport->dann(ergebnis);
         int rufe = 0;
-        zentrale->anfrage(stand, probe->besitzer.get(), [&](const Zentrale::Antwort &was) {
+        zentrale->anfrage(stand, welt->besitzer.get(), [&](const Zentrale::Antwort &was) {
             ++rufe;
             const bool gut = was.has_value();
-            probe->besitzer.reset();
+            welt->besitzer.reset();
             zentrale.reset();
             QCOMPARE(was.has_value(), gut); // still there to be read
         });
@@ -195,9 +195,9 @@ private Q_SLOTS:
     {
         transport->nach([](const Netzanfrage & /*was*/) { return ok; });
         int rufe = 0;
-        zentrale->anfrage(stand, probe->besitzer.get(), [&](const Zentrale::Antwort & /*was*/) {
+        zentrale->anfrage(stand, welt->besitzer.get(), [&](const Zentrale::Antwort & /*was*/) {
             ++rufe;
-            zentrale->anfrage(stand, probe->besitzer.get(),
+            zentrale->anfrage(stand, welt->besitzer.get(),
                               [&](const Zentrale::Antwort & /*was*/) { ++rufe; });
         });
         QTRY_COMPARE(rufe, 2);
@@ -209,14 +209,14 @@ private Q_SLOTS:
         using Roh = tl::expected<Netzantwort, ZentraleFehler>;
         std::optional<Roh> roh;
         const auto merken = [&](const Roh &r) { roh = r; };
-        const auto *besitzer = probe->besitzer.get();
+        const auto *besitzer = welt->besitzer.get();
         transport->dann(Scripttransport::antwort(404, "weg"));
-        zentrale->roh(u"http://c/x"_s, {}, probe->besitzer.get(), merken);
+        zentrale->roh(u"http://c/x"_s, {}, welt->besitzer.get(), merken);
         QTRY_VERIFY(roh);
         QCOMPARE(*roh, Roh(Netzantwort{404, "weg"}));
         QCOMPARE(transport->zeilen(), QStringList{u"GET http://c/x"_s});
         roh.reset();
-        zentrale->roh(u"http://c d"_s, {}, probe->besitzer.get(), merken);
+        zentrale->roh(u"http://c d"_s, {}, welt->besitzer.get(), merken);
         QVERIFY(!roh);
         QTRY_VERIFY(roh);
         QCOMPARE(roh->error(), (ZentraleFehler{true, false, u"ungültige Adresse"_s}));
@@ -233,7 +233,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, url);
         int rufe = 0;
-        zentrale->roh(url, {}, probe->besitzer.get(), [&](const auto & /*was*/) { ++rufe; });
+        zentrale->roh(url, {}, welt->besitzer.get(), [&](const auto & /*was*/) { ++rufe; });
         zentrale.reset();
         QCOMPARE(transport->haengend(), 0);
         uhr->vor(Sekunden(1000));
@@ -257,7 +257,7 @@ private:
         for (int i = 0; i + 1 < anfragen; ++i) {
             transport->dann(ablauf.at(i));
         }
-        probe->fragen(*zentrale, stand);
+        welt->fragen(*zentrale, stand);
         if (anfragen > 0) {
             QTRY_COMPARE(transport->anfragen().size(), anfragen);
             QCOMPARE(transport->haengend(), 1);
@@ -270,12 +270,12 @@ private:
         QCOMPARE(transport->haengend(), 0);
         uhr->vor(Sekunden(1000));
         QCOMPARE(transport->anfragen().size(), anfragen);
-        QCOMPARE(probe->rufe, 0);
+        QCOMPARE(welt->rufe, 0);
     }
 
     std::unique_ptr<Testuhr> uhr;
     std::unique_ptr<Scripttransport> transport;
-    std::unique_ptr<Zentraleprobe> probe;
+    std::unique_ptr<Zentralewelt> welt;
     std::unique_ptr<Zentrale> zentrale;
 };
 

@@ -5,7 +5,7 @@
 #include "server/netztransport.h"
 #include "testlauf.h"
 
-#include "zentraleprobe.h"
+#include "zentralewelt.h"
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -48,10 +48,10 @@ private Q_SLOTS:
         server.dann(Rohserver::antwort(200, "{\"betrieb\":\"scharf\"}"));
         server.dann(Rohserver::antwort(200, "[]"));
         Zentrale zentrale(konto({weg.adresse(), server.adresse()}), transport);
-        Zentraleprobe probe;
-        QCOMPARE(probe.holen(zentrale, abgleich),
+        Zentralewelt welt;
+        QCOMPARE(welt.holen(zentrale, abgleich),
                  Zentrale::Antwort(QJsonObject{{u"betrieb"_s, u"scharf"_s}}));
-        QVERIFY(probe.holen(zentrale, stand));
+        QVERIFY(welt.holen(zentrale, stand));
         QCOMPARE(server.empfangen(), (QList{bytes(server, "GET /api/status"),
                                             bytes(server, "POST /api/abgleich", abgleichBody),
                                             bytes(server, "GET /api/stand?geraet=mac%201")}));
@@ -67,8 +67,8 @@ private Q_SLOTS:
         server.dann(Rohserver::antwort(200));
         server.dann(Rohserver::umleitung(302, falle.adresse() + u"/api/abgleich"_s));
         Zentrale zentrale(konto({server.adresse(), falle.adresse()}), transport);
-        Zentraleprobe probe;
-        QCOMPARE(probe.holen(zentrale, abgleich),
+        Zentralewelt welt;
+        QCOMPARE(welt.holen(zentrale, abgleich),
                  fehler(false, false, u"Die Cloud antwortet mit 302."_s));
         QCOMPARE(falle.verbindungen(), 0);
     }
@@ -80,8 +80,8 @@ private Q_SLOTS:
         server.dann(Rohserver::antwort(200));
         server.sonst({});
         Zentrale zentrale(konto({server.adresse()}), transport);
-        Zentraleprobe probe;
-        QCOMPARE(probe.holen(zentrale, abgleich),
+        Zentralewelt welt;
+        QCOMPARE(welt.holen(zentrale, abgleich),
                  fehler(true, false, u"Die Verbindung wurde unterbrochen."_s));
         QCOMPARE(server.verbindungen(), 2);
         QCOMPARE(server.empfangen().at(1), bytes(server, "POST /api/abgleich", abgleichBody));
@@ -91,8 +91,8 @@ private Q_SLOTS:
     {
         Rohserver server;
         Zentrale zentrale(konto({u"127.0.0.1"_s, u"file:///etc"_s, server.adresse()}), transport);
-        Zentraleprobe probe;
-        QVERIFY(probe.holen(zentrale, stand));
+        Zentralewelt welt;
+        QVERIFY(welt.holen(zentrale, stand));
         QCOMPARE(server.verbindungen(), 2);
     }
 
@@ -102,27 +102,27 @@ private Q_SLOTS:
         Konto k = konto({server.adresse()});
         k.schluessel = u"geheim\r\nX-Mehr: 1"_s;
         Zentrale zentrale(k, transport);
-        Zentraleprobe probe;
-        QCOMPARE(probe.holen(zentrale, stand),
+        Zentralewelt welt;
+        QCOMPARE(welt.holen(zentrale, stand),
                  fehler(true, false, u"Der Schlüssel enthält unzulässige Zeichen."_s));
         QCOMPARE(server.verbindungen(), 0);
     }
 
     // A probe that hangs gives way to the next address after four seconds.
-    void probeHaengt()
+    void vorfrageHaengt()
     {
         Rohserver stumm;
         stumm.sonst({.ende = Rohserver::Ende::Offenlassen});
         Rohserver server;
         Zentrale zentrale(konto({stumm.adresse(), server.adresse()}), transport);
-        Zentraleprobe probe;
-        probe.fragen(zentrale, stand);
+        Zentralewelt welt;
+        welt.fragen(zentrale, stand);
         QTRY_VERIFY(!stumm.empfangen().value(0).isEmpty());
         uhr.vor(Sekunden(3.9));
         QCOMPARE(stumm.offen(), 1);
         uhr.vor(Sekunden(0.1));
-        QTRY_COMPARE(probe.rufe, 1);
-        QVERIFY(*probe.ergebnis);
+        QTRY_COMPARE(welt.rufe, 1);
+        QVERIFY(*welt.ergebnis);
         QTRY_COMPARE(stumm.offen(), 0);
         QCOMPARE(zentrale.basis(), server.adresse());
     }
@@ -133,13 +133,13 @@ private Q_SLOTS:
         server.dann(Rohserver::antwort(200));
         server.dann({.ende = Rohserver::Ende::Offenlassen});
         auto zentrale = std::make_unique<Zentrale>(konto({server.adresse()}), transport);
-        Zentraleprobe probe;
-        probe.fragen(*zentrale, abgleich);
+        Zentralewelt welt;
+        welt.fragen(*zentrale, abgleich);
         QTRY_COMPARE(server.verbindungen(), 2);
         zentrale.reset();
         QTRY_COMPARE(server.offen(), 0);
         uhr.vor(Sekunden(1000));
-        QCOMPARE(probe.rufe, 0);
+        QCOMPARE(welt.rufe, 0);
     }
 
 private:

@@ -1,6 +1,6 @@
 // Thousands of syncs leave nothing behind: no timer, no object, no memory.
 
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 #include "testlauf.h"
 
 #include <malloc.h>
@@ -46,7 +46,7 @@ private Q_SLOTS:
         QFETCH(const bool, mitFenster);
         constexpr int anzahl = 10'000;
         constexpr int vorlauf = 500;
-        Steuerungsprobe p;
+        Steuerungswelt p;
         Sofortcloud cloud;
         p.rekordboxLaeuft(false, 0, 1); // keeps the first sync of a background start away
         p.starten(true, {}, &cloud);
@@ -75,7 +75,7 @@ private Q_SLOTS:
 
 private:
     // Syncs one after the other, and forgets what the doubles recorded of them.
-    void abgleichen(Steuerungsprobe &p, int anzahl)
+    void abgleichen(Steuerungswelt &p, int anzahl)
     {
         for (int i = 0; i < anzahl; ++i) {
             p.abgleich(Anlass::Hand, [this](const Bewertung &) { ++gerufen; });
@@ -88,7 +88,7 @@ private:
         }
     }
 
-    static qsizetype objektzahl(const Steuerungsprobe &p)
+    static qsizetype objektzahl(const Steuerungswelt &p)
     {
         const Hauptfenster *const fenster = p.steuerung->fenster();
         return p.ablauf->zentrale.findChildren<QObject *>().size() +

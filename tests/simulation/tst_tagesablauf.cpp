@@ -1,6 +1,6 @@
 // One day in virtual time, with the real controller, window and server client.
 
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 #include "testlauf.h"
 
 #include <QAction>
@@ -33,8 +33,8 @@ private Q_SLOTS:
     // Each step goes on from the one before.
     void initTestCase()
     {
-        p = std::make_unique<Steuerungsprobe>();
-        Steuerungsprobe::ordner().schreiben(u"einstellungen.json"_s, "{\"autostart\":true}");
+        p = std::make_unique<Steuerungswelt>();
+        Steuerungswelt::ordner().schreiben(u"einstellungen.json"_s, "{\"autostart\":true}");
         buendel = p->installieren(u"7.1.4"_s);
     }
     void cleanupTestCase() { p.reset(); }
@@ -170,10 +170,10 @@ private:
     void neu(const QStringList &zeilen)
     {
         gelesen += zeilen;
-        QCOMPARE(Steuerungsprobe::protokoll(), gelesen);
+        QCOMPARE(Steuerungswelt::protokoll(), gelesen);
     }
 
-    std::unique_ptr<Steuerungsprobe> p;
+    std::unique_ptr<Steuerungswelt> p;
     QString buendel;
     QStringList gelesen;
 };

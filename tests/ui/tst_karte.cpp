@@ -17,12 +17,12 @@ namespace {
 constexpr QRect platz(30, 30, 200, 100); // of the card on its ground
 
 // A card that lies on a ground.
-struct Probe
+struct Muster
 {
     Grund grund;
     Karte karte{&grund};
 
-    Probe()
+    Muster()
     {
         grund.resize(260, 160);
         karte.setGeometry(platz);
@@ -35,14 +35,14 @@ struct Probe
 // The share of the pixel's area that lies within a circle around (mitte, mitte).
 double imKreis(int x, int y, double mitte, double radius)
 {
-    constexpr int proben = 16;
+    constexpr int punkte = 16;
     int drin = 0;
-    for (int i = 0; i < proben * proben; ++i) {
-        const double dx = x + (i % proben + 0.5) / proben - mitte;
-        const double dy = y + (double(i / proben) + 0.5) / proben - mitte;
+    for (int i = 0; i < punkte * punkte; ++i) {
+        const double dx = x + (i % punkte + 0.5) / punkte - mitte;
+        const double dy = y + (double(i / punkte) + 0.5) / punkte - mitte;
         drin += dx * dx + dy * dy <= radius * radius ? 1 : 0;
     }
-    return double(drin) / (proben * proben);
+    return double(drin) / (punkte * punkte);
 }
 
 } // namespace
@@ -120,9 +120,9 @@ void TestKarte::schatten()
     QPalette palette = eigenePalette(false);
     palette.setColor(QPalette::Window, Qt::white);
     QApplication::setPalette(palette);
-    Probe probe;
+    Muster muster;
     const double deckung = 0.08 * 0.5 * std::erfc(abstand / (3 * std::sqrt(2.0)));
-    const QColor farbe = probe.bild().pixelColor(ort);
+    const QColor farbe = muster.bild().pixelColor(ort);
     QVERIFY2(std::abs(farbe.red() - 255 * (1 - deckung)) < 1.2, qPrintable(farbe.name()));
     QCOMPARE(farbe.red(), farbe.green());
     QCOMPARE(farbe.red(), farbe.blue());
@@ -130,10 +130,10 @@ void TestKarte::schatten()
 
 void TestKarte::schattenNurSichtbarerKarten()
 {
-    Probe probe;
-    probe.karte.hide();
+    Muster muster;
+    muster.karte.hide();
     const QPoint darunter(platz.center().x(), platz.bottom() + 1);
-    QCOMPARE(probe.bild().pixelColor(darunter), Farbe::fenster(QApplication::palette()));
+    QCOMPARE(muster.bild().pixelColor(darunter), Farbe::fenster(QApplication::palette()));
 }
 
 void TestKarte::fuellung_data()
@@ -148,22 +148,22 @@ void TestKarte::fuellung()
     QFETCH(bool, dunkel);
     const QPalette palette = eigenePalette(dunkel);
     QApplication::setPalette(palette);
-    Probe probe;
+    Muster muster;
     for (const Farbton ton :
          {Farbton(Farbe::gutWeich), Farbton(Farbe::warnWeich), Farbton(Farbe::kritWeich)}) {
-        probe.karte.setFuellung(ton);
-        QVERIFY(probe.karte.fuellung() == ton);
+        muster.karte.setFuellung(ton);
+        QVERIFY(muster.karte.fuellung() == ton);
         const QColor erwartet = Farbe::ueber(ton(palette), Farbe::flaeche(palette));
-        QCOMPARE(probe.karte.grundfarbe().rgb(), erwartet.rgb());
-        QCOMPARE(probe.mitte().rgb(), erwartet.rgb());
+        QCOMPARE(muster.karte.grundfarbe().rgb(), erwartet.rgb());
+        QCOMPARE(muster.mitte().rgb(), erwartet.rgb());
     }
 }
 
 void TestKarte::ohneFuellung()
 {
-    Probe probe;
-    QVERIFY(probe.karte.fuellung() == Farbton(Farbe::durchsichtig));
-    QCOMPARE(probe.mitte(), Farbe::flaeche(QApplication::palette()));
+    Muster muster;
+    QVERIFY(muster.karte.fuellung() == Farbton(Farbe::durchsichtig));
+    QCOMPARE(muster.mitte(), Farbe::flaeche(QApplication::palette()));
 }
 
 void TestKarte::einsetzen_data()
@@ -192,51 +192,51 @@ void TestKarte::einsetzen()
 
 void TestKarte::wechselLaeuftUndEndet()
 {
-    Probe probe;
-    probe.grund.show();
-    const QColor vorher = probe.mitte();
-    probe.karte.setFuellung(Farbe::kritWeich);
-    QCOMPARE(probe.mitte().rgb(), vorher.rgb()); // no jump
-    QTRY_COMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
-    QVERIFY(probe.mitte() != vorher);
+    Muster muster;
+    muster.grund.show();
+    const QColor vorher = muster.mitte();
+    muster.karte.setFuellung(Farbe::kritWeich);
+    QCOMPARE(muster.mitte().rgb(), vorher.rgb()); // no jump
+    QTRY_COMPARE(muster.mitte().rgb(), muster.karte.grundfarbe().rgb());
+    QVERIFY(muster.mitte() != vorher);
 }
 
 void TestKarte::wechselZurueckMittendrin()
 {
-    Probe probe;
-    probe.grund.show();
-    const QColor vorher = probe.mitte();
-    probe.karte.setFuellung(Farbe::kritWeich);
-    QTRY_VERIFY(probe.mitte().rgb() != vorher.rgb());
-    probe.karte.setFuellung(Farbe::durchsichtig);
-    QTRY_COMPARE(probe.mitte().rgb(), vorher.rgb());
+    Muster muster;
+    muster.grund.show();
+    const QColor vorher = muster.mitte();
+    muster.karte.setFuellung(Farbe::kritWeich);
+    QTRY_VERIFY(muster.mitte().rgb() != vorher.rgb());
+    muster.karte.setFuellung(Farbe::durchsichtig);
+    QTRY_COMPARE(muster.mitte().rgb(), vorher.rgb());
 }
 
 void TestKarte::wechselVerborgen()
 {
-    Probe probe;
-    probe.karte.setFuellung(Farbe::kritWeich);
-    QCOMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
+    Muster muster;
+    muster.karte.setFuellung(Farbe::kritWeich);
+    QCOMPARE(muster.mitte().rgb(), muster.karte.grundfarbe().rgb());
 }
 
 void TestKarte::wechselBeiWenigerBewegung()
 {
     QApplication::setStyle(new Stillstil);
-    Probe probe;
-    probe.grund.show();
-    probe.karte.setFuellung(Farbe::kritWeich);
-    QCOMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
+    Muster muster;
+    muster.grund.show();
+    muster.karte.setFuellung(Farbe::kritWeich);
+    QCOMPARE(muster.mitte().rgb(), muster.karte.grundfarbe().rgb());
 }
 
 // It once ended on the colour of the appearance in which it had begun.
 void TestKarte::erscheinungMittenImWechsel()
 {
-    Probe probe;
-    probe.grund.show();
-    probe.karte.setFuellung(Farbe::kritWeich);
+    Muster muster;
+    muster.grund.show();
+    muster.karte.setFuellung(Farbe::kritWeich);
     QApplication::setPalette(eigenePalette(true));
-    QTRY_COMPARE(probe.karte.palette().color(QPalette::Base), QColor(0x2a2a2d));
-    QCOMPARE(probe.mitte().rgb(), probe.karte.grundfarbe().rgb());
+    QTRY_COMPARE(muster.karte.palette().color(QPalette::Base), QColor(0x2a2a2d));
+    QCOMPARE(muster.mitte().rgb(), muster.karte.grundfarbe().rgb());
 }
 
 void TestKarte::maltSichSelbst_data()
@@ -253,35 +253,35 @@ void TestKarte::maltSichSelbst()
     if (still) {
         QApplication::setStyle(new Stillstil);
     }
-    Probe probe;
-    const auto schirm = [&probe] {
-        const QRect wo(probe.grund.mapToGlobal(QPoint()), probe.grund.size());
-        return probe.grund.screen()
+    Muster muster;
+    const auto schirm = [&muster] {
+        const QRect wo(muster.grund.mapToGlobal(QPoint()), muster.grund.size());
+        return muster.grund.screen()
             ->grabWindow(0, wo.x(), wo.y(), wo.width(), wo.height())
             .toImage()
             .pixelColor(platz.center())
             .rgb();
     };
-    probe.grund.show();
-    QTRY_COMPARE(schirm(), probe.karte.grundfarbe().rgb());
+    muster.grund.show();
+    QTRY_COMPARE(schirm(), muster.karte.grundfarbe().rgb());
     for (const Farbton ton : {Farbton(Farbe::kritWeich), Farbton(Farbe::durchsichtig)}) {
         const QRgb vorher = schirm();
-        probe.karte.setFuellung(ton);
-        QVERIFY(probe.karte.grundfarbe().rgb() != vorher);
-        QTRY_COMPARE(schirm(), probe.karte.grundfarbe().rgb());
+        muster.karte.setFuellung(ton);
+        QVERIFY(muster.karte.grundfarbe().rgb() != vorher);
+        QTRY_COMPARE(schirm(), muster.karte.grundfarbe().rgb());
     }
     const QRgb hell = schirm();
     QApplication::setPalette(eigenePalette(true));
     QTRY_VERIFY(schirm() != hell);
-    QCOMPARE(schirm(), probe.karte.grundfarbe().rgb());
+    QCOMPARE(schirm(), muster.karte.grundfarbe().rgb());
 }
 
 void TestKarte::grundFolgtDerErscheinung()
 {
-    Probe probe;
-    QCOMPARE(probe.bild().pixelColor(1, 1), QColor(0xf2f2f4));
+    Muster muster;
+    QCOMPARE(muster.bild().pixelColor(1, 1), QColor(0xf2f2f4));
     QApplication::setPalette(eigenePalette(true));
-    QTRY_COMPARE(probe.bild().pixelColor(1, 1), QColor(0x1e1e20));
+    QTRY_COMPARE(muster.bild().pixelColor(1, 1), QColor(0x1e1e20));
 }
 
 void TestKarte::haarlinie()

@@ -100,7 +100,7 @@ std::unique_ptr<Kindprogramm> TestEinzelinstanz::start(const QStringList &argume
     QProcessEnvironment mit = umgebung;
     mit.insert(u"XDG_ACTIVATION_TOKEN"_s, QString::fromUtf8(marke));
     mit.insert(u"DESKTOP_STARTUP_ID"_s, QString::fromUtf8(kennung));
-    return std::make_unique<Kindprogramm>(QStringLiteral(PROBE), argumente, mit);
+    return std::make_unique<Kindprogramm>(QStringLiteral(EINZELINSTANZPROGRAMM), argumente, mit);
 }
 
 int TestEinzelinstanz::rufen(const QString &programm, const QStringList &argumente) const

@@ -8,9 +8,9 @@
 namespace kalvaro {
 
 // A controller, and all that it runs on scripted.
-struct Steuerungsprobe : Testumgebung
+struct Steuerungswelt : Testumgebung
 {
-    ~Steuerungsprobe();
+    ~Steuerungswelt();
 
     // `anderes`: in place of the scripted network.
     void starten(bool hintergrund = true, const Steuerung::Fensterruf &neuesFenster = {},

@@ -10,7 +10,7 @@
 namespace kalvaro {
 
 // One exchange over the real network code, in virtual time.
-class Netzprobe
+class Netzwelt
 {
 public:
     // Twenty seconds are the limit unless the request names one.

@@ -13,7 +13,7 @@
 namespace kalvaro {
 
 // A main window with what it acts on, and doubles all around it.
-struct Fensterprobe : Testumgebung
+struct Fensterwelt : Testumgebung
 {
     struct Aufbau
     {
@@ -28,9 +28,9 @@ struct Fensterprobe : Testumgebung
         QString name = QStringLiteral("Studio-Mac");
     };
 
-    explicit Fensterprobe(const Aufbau &aufbau);
-    Fensterprobe()
-        : Fensterprobe(Aufbau{})
+    explicit Fensterwelt(const Aufbau &aufbau);
+    Fensterwelt()
+        : Fensterwelt(Aufbau{})
     {
     }
 

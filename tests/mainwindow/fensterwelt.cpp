@@ -1,4 +1,4 @@
-#include "mainwindow/fensterprobe.h"
+#include "mainwindow/fensterwelt.h"
 
 #include "doubles/ereignisse.h"
 #include "mainwindow/statuskarte.h"
@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 const QString rekordboxLaeuftDetail =
     u"Nach dem Beenden überträgt kalvaro deine Änderungen automatisch."_s;
 
-Fensterprobe::Fensterprobe(const Aufbau &aufbau)
+Fensterwelt::Fensterwelt(const Aufbau &aufbau)
     : Testumgebung(aufbau.versionen)
     , ablauf({aufbau.name, aufbau.geraet, aufbau.schluessel, aufbau.server},
              mitNetz(aufbau.netz != nullptr ? *aufbau.netz : netz))
@@ -35,22 +35,22 @@ Fensterprobe::Fensterprobe(const Aufbau &aufbau)
                      [this] { ++beendenGewuenscht; });
 }
 
-void Fensterprobe::ruhe()
+void Fensterwelt::ruhe()
 {
     ereignisseAbarbeiten();
 }
 
-std::optional<Art> Fensterprobe::art() const
+std::optional<Art> Fensterwelt::art() const
 {
     return teil<Statuskarte>(u"karteStatus"_s)->art();
 }
 
-QString Fensterprobe::countdown() const
+QString Fensterwelt::countdown() const
 {
     return teil<QWidget>(u"countdown"_s)->isHidden() ? QString() : text(u"lblCountdown"_s);
 }
 
-Transport::Ergebnis Fensterprobe::antwort(const QString &zustand, const QJsonObject &mehr)
+Transport::Ergebnis Fensterwelt::antwort(const QString &zustand, const QJsonObject &mehr)
 {
     QJsonObject inhalt{{u"betrieb"_s, u"scharf"_s},
                        {u"statistik"_s, QJsonObject{{u"titel"_s, 12345},
@@ -66,37 +66,37 @@ Transport::Ergebnis Fensterprobe::antwort(const QString &zustand, const QJsonObj
     return abgleichAntwort(zustand, inhalt);
 }
 
-Transport::Ergebnis Fensterprobe::offline()
+Transport::Ergebnis Fensterwelt::offline()
 {
     return Scripttransport::fehler(u"Verbindung weg."_s);
 }
 
-void Fensterprobe::beantworten(const Transport::Ergebnis &antwort)
+void Fensterwelt::beantworten(const Transport::Ergebnis &antwort)
 {
     ruhe();
     netz.beantworten(antwort);
     ruhe();
 }
 
-void Fensterprobe::abgeglichen(const Transport::Ergebnis &antwort)
+void Fensterwelt::abgeglichen(const Transport::Ergebnis &antwort)
 {
     fenster->oeffnen(true);
     beantworten(antwort);
 }
 
-void Fensterprobe::rekordboxGestartet()
+void Fensterwelt::rekordboxGestartet()
 {
     rekordboxOffen();
     ablauf.wache.wachen();
 }
 
-void Fensterprobe::rekordboxBeendet()
+void Fensterwelt::rekordboxBeendet()
 {
     rekordboxZu();
     ablauf.wache.wachen();
 }
 
-void Fensterprobe::laeuft(int anzahlRekordbox, int agent)
+void Fensterwelt::laeuft(int anzahlRekordbox, int agent)
 {
     prozesse.laufend = {{u"rekordbox"_s, anzahlRekordbox}, {u"rekordboxAgent"_s, agent}};
 }

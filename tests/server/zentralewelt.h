@@ -10,7 +10,7 @@
 namespace kalvaro {
 
 // One request to a server client, and what came of it.
-class Zentraleprobe
+class Zentralewelt
 {
 public:
     void fragen(Zentrale &zentrale, const Auftrag &auftrag)

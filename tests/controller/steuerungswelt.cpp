@@ -1,4 +1,4 @@
-#include "steuerungsprobe.h"
+#include "steuerungswelt.h"
 
 #include <QMenu>
 #include <QRegularExpression>
@@ -7,13 +7,13 @@ namespace kalvaro {
 
 using namespace Qt::StringLiterals;
 
-Steuerungsprobe::~Steuerungsprobe()
+Steuerungswelt::~Steuerungswelt()
 {
     beenden();
 }
 
-void Steuerungsprobe::starten(bool hintergrund, const Steuerung::Fensterruf &neuesFenster,
-                              Transport *anderes)
+void Steuerungswelt::starten(bool hintergrund, const Steuerung::Fensterruf &neuesFenster,
+                             Transport *anderes)
 {
     beenden();
     ablauf = std::make_unique<Ablauf>(konto, mitNetz(anderes != nullptr ? *anderes : netz));
@@ -21,23 +21,23 @@ void Steuerungsprobe::starten(bool hintergrund, const Steuerung::Fensterruf &neu
     vor();
 }
 
-void Steuerungsprobe::beenden()
+void Steuerungswelt::beenden()
 {
     steuerung.reset();
     ablauf.reset();
 }
 
-QStringList Steuerungsprobe::anfragen() const
+QStringList Steuerungswelt::anfragen() const
 {
     return netz.zeilen().filter(QRegularExpression(u"^(?!GET http://cloud/api/status$)"_s));
 }
 
-QString Steuerungsprobe::kopf() const
+QString Steuerungswelt::kopf() const
 {
     return statusobjekt.menue->actions().first()->text();
 }
 
-QAction *Steuerungsprobe::zeile(const QString &text) const
+QAction *Steuerungswelt::zeile(const QString &text) const
 {
     const auto zeilen = statusobjekt.menue->actions();
     for (QAction *aktion : zeilen) {
@@ -48,7 +48,7 @@ QAction *Steuerungsprobe::zeile(const QString &text) const
     qFatal("The menu has no row %s", qPrintable(text));
 }
 
-QString Steuerungsprobe::beschriftung(const QString &name) const
+QString Steuerungswelt::beschriftung(const QString &name) const
 {
     const Hauptfenster *const fenster = steuerung->fenster();
     const auto *const element = fenster != nullptr ? fenster->findChild<QWidget *>(name) : nullptr;
