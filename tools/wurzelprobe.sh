@@ -89,7 +89,8 @@ scheitert() {
         return
     fi
     zeile=$(grep -a -m1 -o 'FAIL!  : [^(]*([^)]*)' "$ordner/test.log" || true)
-    echo "${zeile:-$1 (ended badly)}" | sed 's/^FAIL!  : //'
+    echo "${zeile:-$1 ended badly: $(tail -n 3 "$ordner/test.log" | tr -s ' \n' ' ')}" |
+        sed 's/^FAIL!  : //'
 }
 
 # What notices the copy as it is now.
