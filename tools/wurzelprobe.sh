@@ -148,8 +148,8 @@ done
 
 for ort in "${orte[@]}"; do
     datei=${ort%%|*}
-    for spanne in $(anweisungen "$datei" "${ort#*|}"); do
-        text=$(sed -n "${spanne}p" "$datei")
+    for spanne in $(anweisungen "$kopie/$datei" "${ort#*|}"); do
+        text=$(sed -n "${spanne}p" "$kopie/$datei")
         passt "$datei:${spanne%,*}  $text" || continue
         sed -i "${spanne}d" "$kopie/$datei"
         pruefen "$datei" "${spanne%,*}|$text"
