@@ -89,7 +89,8 @@ scheitert() {
         return
     fi
     zeile=$(grep -a -m1 -o 'FAIL!  : [^(]*([^)]*)' "$ordner/test.log" || true)
-    echo "${zeile:-$1 (ended badly)}" | sed 's/^FAIL!  : //'
+    echo "${zeile:-$1 ended badly: $(tail -n 3 "$ordner/test.log" | tr -s ' \n' ' ')}" |
+        sed 's/^FAIL!  : //'
 }
 
 # What notices the copy as it is now.
@@ -147,8 +148,8 @@ done
 
 for ort in "${orte[@]}"; do
     datei=${ort%%|*}
-    for spanne in $(anweisungen "$datei" "${ort#*|}"); do
-        text=$(sed -n "${spanne}p" "$datei")
+    for spanne in $(anweisungen "$kopie/$datei" "${ort#*|}"); do
+        text=$(sed -n "${spanne}p" "$kopie/$datei")
         passt "$datei:${spanne%,*}  $text" || continue
         sed -i "${spanne}d" "$kopie/$datei"
         pruefen "$datei" "${spanne%,*}|$text"
