@@ -45,7 +45,6 @@ int main(int argc, char *argv[])
     ordnerAnlegen();
     QApplication anwendung(argc, argv);
     QApplication::setApplicationName(u"kalvaro"_s);
-    QApplication::setApplicationVersion(VERSION);
     QApplication::setDesktopFileName(KENNUNG);
     deutschEinrichten(anwendung);
 
@@ -67,6 +66,5 @@ int main(int argc, char *argv[])
     plattform.einzelinstanz().beiOeffnen([&] { programm.wiederOeffnen(); });
     QMetaObject::invokeMethod(
         &programm, [&] { programm.starten(kommandozeile); }, Qt::QueuedConnection);
-    QApplication::exec();
-    return 0;
+    return QApplication::exec();
 }

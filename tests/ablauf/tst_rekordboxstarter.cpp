@@ -166,6 +166,31 @@ private Q_SLOTS:
         QCOMPARE(ablauf->starter.schritt(), Startschritt::Ruht);
     }
 
+    void versprechenNachDemStart_data()
+    {
+        QTest::addColumn<bool>("scheitert");
+        QTest::newRow("it started") << false;
+        QTest::newRow("it could not be started") << true;
+    }
+    // A rekordbox that was gone again between two looks of the watch: the sync that the window had
+    // promised never came.
+    void versprechenNachDemStart()
+    {
+        QFETCH(const bool, scheitert);
+        welt->staende = {passt};
+        welt->arbeitsplatz.fehler = scheitert ? std::optional(u"kaputt"_s) : std::nullopt;
+        starten(false);
+        QCOMPARE(ablauf->abgleicher.geschuldet(), !scheitert);
+    }
+
+    void versprechenWoRekordboxSchonLaeuft()
+    {
+        welt->rekordboxLaeuft(false, 1, 0);
+        starten(false);
+        QCOMPARE(verlauf, {u"läuft"_s});
+        QVERIFY(ablauf->abgleicher.geschuldet());
+    }
+
     void ausDemMenueImmerFrischGelesen()
     {
         welt->programme.deinstallieren(u"7.1.4"_s);
