@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QLayout>
+#include <QMessageBox>
 #include <QTemporaryDir>
 
 namespace kalvaro {
@@ -101,6 +102,12 @@ Welt::~Welt()
 {
     steuerung.reset();
     ablauf.reset();
+    // Alerts about a start from a window that had hidden by then stand alone until somebody reads
+    // them.
+    const auto uebrige = QApplication::topLevelWidgets();
+    for (QWidget *const eines : uebrige) {
+        delete qobject_cast<QMessageBox *>(eines);
+    }
 }
 
 void Welt::beginnen(int wie)
