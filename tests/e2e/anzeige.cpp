@@ -2,7 +2,6 @@
 
 #include "doubles/kindprogramm.h"
 
-#include <QDeadlineTimer>
 #include <QTest>
 
 namespace kalvaro {
@@ -11,13 +10,7 @@ using namespace Qt::StringLiterals;
 
 bool bald(const std::function<bool()> &bedingung, int geduld)
 {
-    const QDeadlineTimer ende(geduld);
-    bool erfuellt = bedingung();
-    while (!erfuellt && !ende.hasExpired()) {
-        QTest::qWait(20);
-        erfuellt = bedingung();
-    }
-    return erfuellt;
+    return QTest::qWaitFor(bedingung, geduld);
 }
 
 Anzeige::Anzeige()
