@@ -1,12 +1,13 @@
 # The one place where our compiler flags are set: every target of ours links kalvaro_flags.
-option(KALVARO_WERROR "Treat warnings as errors (packagers may switch this off)" ON)
+option(KALVARO_WERROR "Treat warnings as errors, as make lint and CI do" OFF)
 option(KALVARO_COVERAGE "Build with gcov counters" OFF)
 set(KALVARO_SANITIZE "" CACHE STRING "Sanitizers, for example address,undefined")
 
 add_library(kalvaro_flags INTERFACE)
 target_compile_features(kalvaro_flags INTERFACE cxx_std_20)
 target_compile_options(kalvaro_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:KALVARO_OHNE_CONVERSION>>>:-Wconversion>
     $<$<BOOL:${KALVARO_WERROR}>:-Werror>)
 target_compile_definitions(kalvaro_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS

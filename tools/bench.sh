@@ -5,14 +5,13 @@ set -eu
 bau=$PWD/$1
 laeufe=${KALVARO_BENCH_LAEUFE:-7}
 ordner=$(mktemp -d "${TMPDIR:-/tmp}/kalvaro-bench.XXXXXX")
-"$bau/kalvaro-democloud" --port 0 --dauer 0.2 >"$ordner/cloud" 2>/dev/null &
-cloud=$!
-trap 'kill "$cloud" 2>/dev/null || true; rm -rf "$ordner"' EXIT
-until grep -q port= "$ordner/cloud"; do sleep 0.1; done
+. tools/democloud.sh
+trap 'cloud_beenden; rm -rf "$ordner"' EXIT
+cloud_starten "$bau/kalvaro-democloud" "$ordner/cloud" --dauer 0.2
 mkdir -p "$ordner/daten/kalvaro" "$ordner/run"
 chmod 700 "$ordner/run"
 printf '{"geraet":"demo-mac","schluessel":"demo-schluessel","server":["http://127.0.0.1:%s"]}' \
-    "$(sed -n 's/^port=//p' "$ordner/cloud")" >"$ordner/daten/kalvaro/konto.json"
+    "$port" >"$ordner/daten/kalvaro/konto.json"
 export XDG_DATA_HOME="$ordner/daten" XDG_CONFIG_HOME="$ordner/config" XDG_RUNTIME_DIR="$ordner/run"
 export KALVARO_APPLICATIONS="$bau/demo/Applications"
 

@@ -5,5 +5,10 @@ set -eu
 mkdir -p docs/bilder
 export QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2
 export FONTCONFIG_FILE="$PWD/tools/bilder/fonts.conf"
-"$1/kalvaro-bilder" docs/bilder 2>/dev/null
+fehler=$(mktemp)
+trap 'rm -f "$fehler"' EXIT
+"$1/kalvaro-bilder" docs/bilder 2>"$fehler" || {
+    cat "$fehler" >&2
+    exit 1
+}
 echo "Pictures: docs/bilder"

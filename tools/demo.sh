@@ -4,14 +4,14 @@
 #   tools/demo.sh BUILD_FOLDER
 set -eu
 bau=$1
+. tools/democloud.sh
 ordner=$(mktemp -d "${TMPDIR:-/tmp}/kalvaro-demo.XXXXXX")
 cloud=""
 
 aufraeumen() {
     ende=$?
     trap - EXIT INT TERM HUP
-    [ -z "$cloud" ] || kill "$cloud" 2>/dev/null || true
-    [ -z "$cloud" ] || wait "$cloud" 2>/dev/null || true
+    cloud_beenden
     rm -rf "$ordner"
     exit "$ende"
 }
@@ -24,18 +24,8 @@ scheitern() {
     exit 1
 }
 
-: >"$ordner/cloud.log" # read below, perhaps before the background shell has made it
-"$bau/kalvaro-democloud" --port 0 --dauer "${KALVARO_DEMO_DAUER:-2}" \
-    >"$ordner/cloud.log" 2>&1 &
-cloud=$!
-port=""
-for _ in $(seq 100); do
-    port=$(sed -n 's/^port=//p' "$ordner/cloud.log")
-    [ -z "$port" ] || break
-    kill -0 "$cloud" 2>/dev/null || break
-    sleep 0.1
-done
-[ -n "$port" ] || scheitern "the demo cloud did not start: $(cat "$ordner/cloud.log")"
+cloud_starten "$bau/kalvaro-democloud" "$ordner/cloud.log" --dauer "${KALVARO_DEMO_DAUER:-2}" ||
+    scheitern "no demo cloud (see above)"
 
 export XDG_DATA_HOME="$ordner"
 export XDG_CONFIG_HOME="$ordner/config"
@@ -68,12 +58,13 @@ case "$bild" in
 /*) ;;
 *) bild="$PWD/$bild" ;;
 esac
-rm -f "$bild"
 QT_QPA_PLATFORM=offscreen FONTCONFIG_FILE="$PWD/tools/bilder/fonts.conf" \
-    "$bau/kalvaro" --bild "$bild" >"$ordner/urteil.txt" 2>"$ordner/fehler.txt" ||
+    "$bau/kalvaro" --bild "$ordner/bild.png" >"$ordner/urteil.txt" 2>"$ordner/fehler.txt" ||
     scheitern "kalvaro ended with status $?: $(cat "$ordner/fehler.txt")"
 [ -s "$ordner/urteil.txt" ] || scheitern "kalvaro gave no verdict: $(cat "$ordner/fehler.txt")"
-[ -s "$bild" ] || scheitern "the picture could not be written to $bild"
+# Another demo in this checkout may write to the same place.
+[ -s "$ordner/bild.png" ] || scheitern "kalvaro wrote no picture: $(cat "$ordner/fehler.txt")"
+cp "$ordner/bild.png" "$bild" || scheitern "the picture could not be written to $bild"
 cat "$ordner/urteil.txt"
 echo
 echo "Log:"

@@ -1,14 +1,16 @@
 #!/bin/sh
 # Installs the Debian packages that a step needs and that are missing; says what it installs.
 #   tools/pakete.sh bauen|testen|pruefen
+# "a|b" is whichever of them this release has: names differ between Debian 12, 13 and Ubuntu 24.04.
 set -eu
 
-bauen="cmake ninja-build g++ pkg-config qt6-base-dev libqt6svg6 qt6-translations-l10n libicu-dev
-       libplist-dev libexpected-dev libcpp-httplib-dev libxcb1-dev zlib1g-dev procps util-linux fonts-inter
+bauen="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-plugins|libqt6svg6|libqt6svg6t64
+       qt6-translations-l10n libicu-dev
+       libplist-dev|libplist-2.0-dev libexpected-dev libcpp-httplib-dev libxcb1-dev zlib1g-dev procps util-linux fonts-inter
        ca-certificates"
 testen="$bauen dbus dbus-daemon dunst fonts-dejavu-core hicolor-icon-theme imagemagick libglib2.0-bin
         python3-dbusmock qt6-wayland weston x11-utils xauth xdotool xfce4-panel xvfb"
-pruefen="$testen clang clang-format clang-tidy gcovr libclang-rt-14-dev"
+pruefen="$testen clang clang-format clang-tidy gcovr libclang-rt-dev"
 
 case "${1:-}" in
 bauen) pakete=$bauen ;;
@@ -20,10 +22,29 @@ pruefen) pakete=$pruefen ;;
     ;;
 esac
 
+da() { # PACKAGE: it is installed
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+bekannt() { # PACKAGE: this release has it, as far as apt's lists tell
+    apt-cache show --no-all-versions "$1" 2>/dev/null | grep -q '^Package:'
+}
+
+# Of each entry the first name that is installed or to be had.
 fehlend() {
-    for paket in $pakete; do
-        stand=$(dpkg-query -W -f '${Status}' "$paket" 2>/dev/null || true)
-        [ "$stand" = "install ok installed" ] || printf '%s ' "$paket"
+    for eintrag in $pakete; do
+        namen=$(echo "$eintrag" | tr '|' ' ')
+        wahl=${namen%% *}
+        for paket in $namen; do
+            if da "$paket"; then
+                wahl=""
+                break
+            elif bekannt "$paket"; then
+                wahl=$paket
+                break
+            fi
+        done
+        [ -z "$wahl" ] || printf '%s ' "$wahl"
     done
 }
 
@@ -33,8 +54,8 @@ if ! command -v dpkg-query >/dev/null 2>&1 || ! command -v apt-get >/dev/null 2>
         [ -n "${KALVARO_PAKETE_VORHANDEN:-}" ]; then
         exit 0
     fi
-    echo "kalvaro is built on Debian 12. This system has no apt-get; please install what these" >&2
-    echo "Debian packages bring:" >&2
+    echo "kalvaro is built on Debian 12 and 13. This system has no apt-get; please install what" >&2
+    echo "these Debian packages bring (a|b: whichever there is):" >&2
     echo "  $(echo $pakete)" >&2
     echo "and call make again with KALVARO_PAKETE_VORHANDEN=1." >&2
     exit 1
@@ -60,12 +81,16 @@ warten="-o DPkg::Lock::Timeout=600 -o Acquire::Retries=3"
 protokoll=$(mktemp)
 trap 'rm -f "$protokoll"' EXIT
 versuch=0
-until $alsRoot env DEBIAN_FRONTEND=noninteractive sh -c \
-    "apt-get $warten update -q && apt-get $warten install -q -y --no-install-recommends $noetig" \
-    >"$protokoll" 2>&1; do
+installieren() {
+    $alsRoot env LC_ALL=C apt-get $warten update -q || return 1
+    noetig=$(fehlend) # only now do the lists tell which names this release has
+    $alsRoot env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
+        apt-get $warten install -q -y --no-install-recommends $noetig
+}
+until installieren >"$protokoll" 2>&1; do
     versuch=$((versuch + 1))
     # The lists' lock knows no waiting, so another apt-get may be in the way.
-    if [ "$versuch" -ge 5 ] || ! grep -q 'Could not get lock' "$protokoll"; then
+    if [ "$versuch" -ge 120 ] || ! grep -q 'Could not get lock' "$protokoll"; then
         tail -n 20 "$protokoll" >&2
         echo "The packages could not be installed (see above)." >&2
         exit 1

@@ -43,7 +43,7 @@ QByteArray plistBytes(Plistform form, const QMap<QString, QVariant> &eintraege)
         plist_to_bin(wurzel, &bytes, &laenge);
     }
     QByteArray inhalt(bytes, static_cast<qsizetype>(laenge));
-    plist_to_xml_free(bytes);
+    PLIST_FREI(bytes);
     plist_free(wurzel);
     return inhalt;
 }

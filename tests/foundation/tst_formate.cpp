@@ -152,7 +152,7 @@ void TestFormate::zeitpunkt()
 
 void TestFormate::zeitpunktEinerAnderenZone()
 {
-    const QDateTime weltzeit(QDate(2026, 3, 12), QTime(23, 30), Qt::UTC);
+    const auto weltzeit = QDateTime::fromString(u"2026-03-12T23:30:00Z"_s, Qt::ISODate);
 
     QCOMPARE(fZeit(weltzeit, jetzt), u"heute 00:30"_s);
     QCOMPARE(fZeit(weltzeit, jetzt.toUTC()), u"heute 00:30"_s);

@@ -41,7 +41,7 @@ QByteArray LaunchAgent::inhalt() const
     uint32_t laenge = 0;
     plist_to_xml(agent.get(), &xml, &laenge);
     QByteArray bytes(xml, static_cast<qsizetype>(laenge));
-    plist_to_xml_free(xml);
+    PLIST_FREI(xml);
     return bytes;
 }
 

@@ -226,7 +226,7 @@ void TestAnmeldestart::agentLiestSichByteFuerByte()
     uint32_t laenge = 0;
     plist_to_xml(liste.get(), &xml, &laenge);
     QCOMPARE(bytes, QByteArray(xml, static_cast<qsizetype>(laenge)));
-    plist_to_xml_free(xml);
+    PLIST_FREI(xml);
 }
 
 void TestAnmeldestart::agentOhneBekanntenPfad()
