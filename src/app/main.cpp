@@ -51,8 +51,11 @@ int main(int argc, char *argv[])
     // A picture is always drawn by a process of its own.
     Systemuhr uhr;
     Plattform plattform(startlage, uhr);
-    if (!kommandozeile.bild && !plattform.einzelinstanz().belegen(kommandozeile.hintergrund)) {
+    if (!kommandozeile.bild && !plattform.einzelinstanz().belegen(kommandozeile.wunsch())) {
         return 0;
+    }
+    if (kommandozeile.beenden) {
+        return 0; // nobody else runs
     }
     erscheinungEinrichten(anwendung);
 
@@ -63,7 +66,7 @@ int main(int argc, char *argv[])
     Programm programm({uhr, transport, prozesse, rekordbox, system.arbeitsplatz,
                        system.anmeldestart, system.mitteilungen, system.statusobjekt});
     plattform.beiEnde([] { QApplication::quit(); });
-    plattform.einzelinstanz().beiOeffnen([&] { programm.wiederOeffnen(); });
+    plattform.einzelinstanz().beiWunsch([&](Wunsch wunsch) { programm.erfuellen(wunsch); });
     QMetaObject::invokeMethod(
         &programm, [&] { programm.starten(kommandozeile); }, Qt::QueuedConnection);
     return QApplication::exec();

@@ -11,12 +11,15 @@
 #include <QMessageBox>
 
 #include <cstdio>
+#include <utility>
 
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr Sekunden dienstgeduld{10};
 
 void schreiben(std::FILE *ziel, const QString &zeilen)
 {
@@ -42,6 +45,15 @@ bool Programm::hatBildschirm()
 
 void Programm::starten(const Kommandozeile &kommandozeile)
 {
+    if (kommandozeile.dienst && !kommandozeile.bild) {
+        geduld_ = umgebung_.uhr.nach(dienstgeduld, [] { QCoreApplication::quit(); });
+    } else {
+        beginnen(kommandozeile);
+    }
+}
+
+void Programm::beginnen(const Kommandozeile &kommandozeile)
+{
     umgebung_.arbeitsplatz.auftreten(kommandozeile.hintergrund ? Arbeitsplatz::Auftritt::Zubehoer
                                                                : Arbeitsplatz::Auftritt::Regulaer);
     const auto konto = Konto::laden();
@@ -57,13 +69,40 @@ void Programm::starten(const Kommandozeile &kommandozeile)
         bildStarten(*kommandozeile.bild);
     } else {
         steuerung_ = std::make_unique<Steuerung>(*ablauf_, kommandozeile.hintergrund, menueBauen);
+        if (kommandozeile.abgleichen && kommandozeile.hintergrund) {
+            erfuellen(Wunsch::Abgleichen); // with a window the start brings a sync anyway
+        }
     }
 }
 
-void Programm::wiederOeffnen()
+void Programm::erfuellen(Wunsch wunsch)
 {
-    if (steuerung_) {
-        steuerung_->zeigen(true);
+    if (std::exchange(geduld_, nullptr)) {
+        if (wunsch == Wunsch::Beenden) {
+            QCoreApplication::quit();
+        } else {
+            beginnen({}); // opens with a sync
+        }
+        return;
+    }
+    switch (wunsch) {
+    case Wunsch::Oeffnen:
+        if (steuerung_) {
+            steuerung_->zeigen(true);
+        }
+        break;
+    case Wunsch::Abgleichen:
+        if (steuerung_) {
+            ablauf_->abgleicher.abgleich(Anlass::Hand);
+        }
+        break;
+    case Wunsch::Beenden:
+        if (steuerung_) {
+            steuerung_->beenden();
+        } else {
+            QCoreApplication::quit();
+        }
+        break;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "ablauf/umgebung.h"
 #include "app/kommandozeile.h"
+#include "foundation/uhr.h"
 
 #include <QObject>
 
@@ -25,20 +26,24 @@ public:
     ~Programm() override;
 
     // Loads the account and begins what the command line asks for. Without an account it says so
-    // and ends the program.
+    // and ends the program. With "--dienst" it waits for a wish first, 10 s at most.
     void starten(const Kommandozeile &kommandozeile);
 
-    // The program was started again while it runs: opens the window with a sync.
-    void wiederOeffnen();
+    // What another start or the desktop wants of the program while it runs; after "--dienst" the
+    // first wish is what the program starts for.
+    void erfuellen(Wunsch wunsch);
 
 private:
     [[nodiscard]] static bool hatBildschirm();
 
+    void beginnen(const Kommandozeile &kommandozeile);
     void ohneKonto(const QString &grund);
     void bildStarten(const QString &pfad);
 
     const Umgebung umgebung_;
     const bool mitBildschirm_;
+
+    Weckruf geduld_; // between a start by the bus and what it is for
 
     std::unique_ptr<Ablauf> ablauf_; // once there is an account
     std::unique_ptr<Steuerung> steuerung_;

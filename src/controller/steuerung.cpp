@@ -61,10 +61,7 @@ void Steuerung::menueVerbinden()
     });
     connect(&menue_, &Statusmenue::update, this,
             [this] { updateOeffnen(updateAdresse_.value_or(QString())); });
-    connect(&menue_, &Statusmenue::beenden, this, [this] {
-        protokoll(u"beendet"_s);
-        beenden();
-    });
+    connect(&menue_, &Statusmenue::beenden, this, &Steuerung::beenden);
     connect(&menue_, &QMenu::aboutToShow, this,
             [this] { menue_.anmeldungSetzen(umgebung_.anmeldestart.an()); });
     umgebung_.statusobjekt.menueSetzen(&menue_);
@@ -130,7 +127,7 @@ Hauptfenster &Steuerung::fensterBereit()
 {
     if (!fenster_) {
         fenster_ = std::make_unique<Hauptfenster>(ablauf_, Verbleib::Menueleiste);
-        connect(fenster_.get(), &Hauptfenster::beendenGewuenscht, this, &Steuerung::beenden);
+        connect(fenster_.get(), &Hauptfenster::beendenGewuenscht, this, &Steuerung::schliessen);
         if (beimAnlegen_) {
             beimAnlegen_(*fenster_);
         }
@@ -149,6 +146,12 @@ bool Steuerung::fensterSichtbar() const
 }
 
 void Steuerung::beenden()
+{
+    protokoll(u"beendet"_s);
+    schliessen();
+}
+
+void Steuerung::schliessen()
 {
     if (fenster_) {
         fenster_->endgueltigSchliessen();

@@ -28,6 +28,9 @@ public:
     // Opens the main window, which is made on first use, with or without a sync.
     void zeigen(bool abgleichen);
 
+    // Ends the program, as "kalvaro beenden" of the menu does.
+    void beenden();
+
     [[nodiscard]] bool fensterSichtbar() const;
 
     // The main window; null until it is first opened.
@@ -38,7 +41,7 @@ private:
     void ablaufVerbinden();
     void takteStellen(bool hintergrund);
     Hauptfenster &fensterBereit();
-    void beenden();
+    void schliessen();
 
     // What is reported.
     void begonnen(Anlass anlass);

@@ -43,6 +43,9 @@ private Q_SLOTS:
               {u"--bild="_s + pfad, u"--hintergrund=1"_s}, {});
         zeile("with one dash it is something else", {u"-hintergrund"_s, u"-bild"_s, pfad}, {});
         zeile("blanks belong to it", {u" --hintergrund"_s}, {});
+        zeile("--abgleichen", {u"--abgleichen"_s}, {.abgleichen = true});
+        zeile("--beenden", {u"--beenden"_s}, {.beenden = true});
+        zeile("--dienst", {u"--dienst"_s}, {.dienst = true});
         zeile("--help", {u"--help"_s}, {.hilfe = true});
         zeile("--version", {u"--version"_s}, {.version = true});
         zeile("anything else is ignored", {u"-psn_0_1"_s, u"datei.txt"_s, u"--"_s, QString()}, {});
@@ -55,14 +58,37 @@ private Q_SLOTS:
         QVERIFY(Kommandozeile::lesen(argumente) == erwartet);
     }
 
+    void wunsch_data()
+    {
+        QTest::addColumn<QStringList>("argumente");
+        QTest::addColumn<std::optional<Wunsch>>("erwartet");
+        const auto zeile = [](const QString &argumente, std::optional<Wunsch> erwartet) {
+            QTest::newRow(qPrintable(argumente)) << argumente.split(u' ') << erwartet;
+        };
+        zeile(u"--nichts"_s, Wunsch::Oeffnen);
+        zeile(u"--hintergrund"_s, {});
+        zeile(u"--dienst"_s, {});
+        zeile(u"--abgleichen"_s, Wunsch::Abgleichen);
+        zeile(u"--hintergrund --abgleichen"_s, Wunsch::Abgleichen);
+        zeile(u"--beenden"_s, Wunsch::Beenden);
+        zeile(u"--abgleichen --beenden"_s, Wunsch::Beenden);
+    }
+    void wunsch()
+    {
+        QFETCH(const QStringList, argumente);
+        QFETCH(const std::optional<Wunsch>, erwartet);
+
+        QVERIFY(Kommandozeile::lesen(argumente).wunsch() == erwartet);
+    }
+
     void hilfeNenntJedeOption()
     {
         const QString hilfe = hilfetext();
 
         QVERIFY(hilfe.startsWith(u"kalvaro 1.4 – "_s));
         QVERIFY(hilfe.endsWith(u'\n'));
-        for (const QString &option :
-             {u"--hintergrund"_s, u"--bild PFAD"_s, u"--help"_s, u"--version"_s}) {
+        for (const QString &option : {u"--hintergrund"_s, u"--bild PFAD"_s, u"--abgleichen"_s,
+                                      u"--beenden"_s, u"--help"_s, u"--version"_s}) {
             QVERIFY2(hilfe.contains(u"  "_s + option + u' '), qPrintable(option));
         }
         const QStringList zeilen = hilfe.split(u'\n');

@@ -206,18 +206,18 @@ private Q_SLOTS:
         programm->starten({.hintergrund = true});
         p->vor();
 
-        programm->wiederOeffnen();
+        programm->erfuellen(Wunsch::Oeffnen);
         p->vor();
         const QWidget *const erstes = fenster();
         QVERIFY(erstes && erstes->isVisible());
         QCOMPARE(p->anlaesse(), QStringList{u"vorstart"_s});
 
-        programm->wiederOeffnen(); // while it is visible
+        programm->erfuellen(Wunsch::Oeffnen); // while it is visible
         p->vor();
         QCOMPARE(p->anlaesse().size(), 2);
 
         fenster()->close();
-        programm->wiederOeffnen();
+        programm->erfuellen(Wunsch::Oeffnen);
         p->vor();
         QCOMPARE(fenster(), erstes);
         QVERIFY(erstes->isVisible());
@@ -226,16 +226,111 @@ private Q_SLOTS:
 
     void wiederOeffnenOhneSteuerung()
     {
-        programm->wiederOeffnen(); // too early
+        programm->erfuellen(Wunsch::Oeffnen); // too early
         QVERIFY(!fenster());
 
         programm->starten({.bild = u"/gibt/es/nicht/bild.png"_s});
         p->vor();
-        programm->wiederOeffnen();
+        programm->erfuellen(Wunsch::Oeffnen);
         QVERIFY(!p->arbeitsplatz.geweckt); // nobody listens
         p->vor(30);
 
         QCOMPARE(p->anlaesse(), QStringList{u"hand"_s});
+    }
+
+    // From the desktop's menu for the program, or by another start.
+    void abgleichenAufWunsch()
+    {
+        p->abgleiche = {gut, gut};
+        programm->starten({.hintergrund = true});
+        p->vor(15);
+
+        programm->erfuellen(Wunsch::Abgleichen);
+        p->vor();
+
+        QCOMPARE(p->anlaesse(), (QStringList{u"anmeldung"_s, u"hand"_s}));
+        QVERIFY(!fenster());
+    }
+
+    void abgleichenBeimStartImHintergrund()
+    {
+        p->abgleiche = {gut};
+        programm->starten({.hintergrund = true, .abgleichen = true});
+        p->vor();
+
+        QCOMPARE(p->anlaesse(), QStringList{u"hand"_s});
+        QVERIFY(!fenster());
+    }
+
+    void beendenAufWunsch()
+    {
+        const int ausgang = laufenLassen([&] {
+            programm->starten({.hintergrund = true});
+            programm->erfuellen(Wunsch::Beenden);
+        });
+
+        QCOMPARE(ausgang, 0);
+        QCOMPARE(Steuerungswelt::protokoll(), (QStringList{startzeile, u"beendet"_s}));
+    }
+
+    void beendenOhneKonto()
+    {
+        kontoSetzen({});
+        Programm sichtbar(p->umgebung, true);
+        Mitschnitt fehlerausgabe(stderr);
+        sichtbar.starten({});
+        fehlerausgabe.beenden();
+
+        const int ausgang = laufenLassen([&] { sichtbar.erfuellen(Wunsch::Beenden); });
+
+        QCOMPARE(ausgang, 0);
+        nichtsGeschah();
+        delete QApplication::activeModalWidget();
+    }
+
+    // A start by the bus does nothing until it knows what for.
+    void dienst_data()
+    {
+        QTest::addColumn<Wunsch>("wunsch");
+        QTest::newRow("to open") << Wunsch::Oeffnen;
+        QTest::newRow("to sync") << Wunsch::Abgleichen;
+    }
+    void dienst()
+    {
+        QFETCH(const Wunsch, wunsch);
+        p->abgleiche = {gut};
+        programm->starten({.dienst = true});
+        p->vor(9);
+        nichtsGeschah();
+
+        programm->erfuellen(wunsch);
+        p->vor(5);
+
+        QVERIFY(fenster() && fenster()->isVisible());
+        QCOMPARE(p->anlaesse(), QStringList{u"vorstart"_s});
+        QCOMPARE(Steuerungswelt::protokoll().first(), startzeile);
+    }
+
+    void dienstZumBeenden()
+    {
+        const int ausgang = laufenLassen([&] {
+            programm->starten({.dienst = true});
+            programm->erfuellen(Wunsch::Beenden);
+        });
+
+        QCOMPARE(ausgang, 0);
+        nichtsGeschah();
+    }
+
+    void dienstOhneWunsch()
+    {
+        const int ausgang = laufenLassen([&] {
+            programm->starten({.dienst = true});
+            p->vor(10);
+        });
+
+        QCOMPARE(ausgang, 0);
+        nichtsGeschah();
     }
 
     void aufgewacht()

@@ -20,7 +20,7 @@ orte=(
 teile=(
     'src/app/main.cpp|!kommandozeile.bild && |'
     'src/app/main.cpp|u"/Applications"_s|QString()'
-    'src/app/main.cpp|.belegen(kommandozeile.hintergrund)|.belegen(false)'
+    'src/app/main.cpp|.belegen(kommandozeile.wunsch())|.belegen(Wunsch::Oeffnen)'
     'src/platform/linux/plattform.cpp| = Aktivierung::desStarts()|{}'
     'src/platform/linux/plattform.cpp|qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")|true'
     'src/platform/linux/plattform.cpp|qEnvironmentVariableIsEmpty("DISPLAY")|true'

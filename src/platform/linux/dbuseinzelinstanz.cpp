@@ -21,6 +21,31 @@ namespace {
 constexpr int busfrist = 1000; // milliseconds for an answer over the bus
 
 const QString anwendungspfad = u"/de/kalvaro/kalvaro"_s;
+const QString aktionsfeld = u"aktion"_s; // of the message to the holder of the lock
+
+// As the desktop entry names its actions; opening has no name there.
+QString aktionsname(Wunsch wunsch)
+{
+    switch (wunsch) {
+    case Wunsch::Oeffnen:
+        break;
+    case Wunsch::Abgleichen:
+        return u"abgleichen"_s;
+    case Wunsch::Beenden:
+        return u"beenden"_s;
+    }
+    return {};
+}
+
+Wunsch wunschNamens(const QString &aktion)
+{
+    for (const Wunsch wunsch : {Wunsch::Abgleichen, Wunsch::Beenden}) {
+        if (aktion == aktionsname(wunsch)) {
+            return wunsch;
+        }
+    }
+    return Wunsch::Oeffnen;
+}
 
 QDBusMessage anDenBus(const QString &methode, const QVariantList &argumente)
 {
@@ -56,46 +81,49 @@ DBusEinzelinstanz::~DBusEinzelinstanz()
     }
 }
 
-bool DBusEinzelinstanz::belegen(bool leise)
+bool DBusEinzelinstanz::belegen(std::optional<Wunsch> wunsch)
 {
-    const auto ergebnis = bus_.isConnected() ? ueberBus(leise) : std::nullopt;
-    return ergebnis ? *ergebnis : ueberSperre(leise);
+    const auto ergebnis = bus_.isConnected() ? ueberBus(wunsch) : std::nullopt;
+    return ergebnis ? *ergebnis : ueberSperre(wunsch);
 }
 
-void DBusEinzelinstanz::beiOeffnen(std::function<void()> oeffnen)
+void DBusEinzelinstanz::beiWunsch(std::function<void(Wunsch)> ruf)
 {
-    ruf_ = std::move(oeffnen);
-    if (versaeumt_ && ruf_) {
-        bitten(*std::exchange(versaeumt_, std::nullopt));
+    ruf_ = std::move(ruf);
+    if (ruf_) {
+        for (const Bitte &bitte : std::exchange(versaeumt_, {})) {
+            bitten(bitte.wunsch, bitte.aktivierung);
+        }
     }
 }
 
-void DBusEinzelinstanz::bitten(const Aktivierung &aktivierung)
+void DBusEinzelinstanz::bitten(Wunsch wunsch, const Aktivierung &aktivierung)
 {
     QMetaObject::invokeMethod(
-        this, [this, aktivierung] { oeffnenMit(aktivierung); }, Qt::QueuedConnection);
+        this, [this, bitte = Bitte{wunsch, aktivierung}] { ausfuehren(bitte); },
+        Qt::QueuedConnection);
 }
 
-void DBusEinzelinstanz::oeffnenMit(const Aktivierung &aktivierung)
+void DBusEinzelinstanz::ausfuehren(const Bitte &bitte)
 {
     if (!ruf_) {
-        versaeumt_ = aktivierung;
+        versaeumt_.push_back(bitte);
         return;
     }
-    const Aktivierungsrahmen rahmen(aktivierung);
-    ruf_();
+    const Aktivierungsrahmen rahmen(bitte.aktivierung);
+    ruf_(bitte.wunsch);
 }
 
 // Absent when the bus does not decide it. The object is there before the name: whoever finds the
 // name finds it answering.
-std::optional<bool> DBusEinzelinstanz::ueberBus(bool leise)
+std::optional<bool> DBusEinzelinstanz::ueberBus(std::optional<Wunsch> wunsch)
 {
     bus_.registerObject(anwendungspfad, this, QDBusConnection::ExportAdaptors);
     constexpr int versuche = 3; // the first one may end just while we ask it
     std::optional<bool> allein;
     for (int i = 0; i < versuche; ++i) {
         allein = nameNehmen();
-        if (!allein || *allein || leise || ersteBitten()) {
+        if (!allein || *allein || !wunsch || ersteBitten(*wunsch)) {
             break;
         }
     }
@@ -120,25 +148,33 @@ std::optional<bool> DBusEinzelinstanz::nameNehmen()
 }
 
 // False when there is nobody any more. One that is too busy to answer has the request all the same.
-bool DBusEinzelinstanz::ersteBitten() const
+bool DBusEinzelinstanz::ersteBitten(Wunsch wunsch) const
 {
-    QDBusMessage bitte = QDBusMessage::createMethodCall(
-        KENNUNG, anwendungspfad, u"org.freedesktop.Application"_s, u"Activate"_s);
-    bitte.setArguments({eigene_.plattformdaten()});
+    const QString aktion = aktionsname(wunsch);
+    QDBusMessage bitte =
+        QDBusMessage::createMethodCall(KENNUNG, anwendungspfad, u"org.freedesktop.Application"_s,
+                                       aktion.isEmpty() ? u"Activate"_s : u"ActivateAction"_s);
+    if (aktion.isEmpty()) {
+        bitte.setArguments({eigene_.plattformdaten()});
+    } else {
+        bitte.setArguments({aktion, QVariantList(), eigene_.plattformdaten()});
+    }
     bitte.setAutoStartService(false);
     const QDBusMessage antwort = bus_.call(bitte, QDBus::Block, busfrist);
     return antwort.errorName() != u"org.freedesktop.DBus.Error.ServiceUnknown" &&
            antwort.errorName() != u"org.freedesktop.DBus.Error.NameHasNoOwner";
 }
 
-bool DBusEinzelinstanz::ueberSperre(bool leise)
+bool DBusEinzelinstanz::ueberSperre(std::optional<Wunsch> wunsch)
 {
     sperre_ = std::make_unique<Einzelinstanzsperre>(ordner_, [this](const QByteArray &nachricht) {
-        bitten(Aktivierung::ausPlattformdaten(
-            QJsonDocument::fromJson(nachricht).object().toVariantMap()));
+        const QVariantMap daten = QJsonDocument::fromJson(nachricht).object().toVariantMap();
+        bitten(wunschNamens(daten.value(aktionsfeld).toString()),
+               Aktivierung::ausPlattformdaten(daten));
     });
-    const QByteArray bitte =
-        QJsonDocument(QJsonObject::fromVariantMap(eigene_.plattformdaten())).toJson();
+    QVariantMap daten = eigene_.plattformdaten();
+    daten.insert(aktionsfeld, aktionsname(wunsch.value_or(Wunsch::Oeffnen)));
+    const QByteArray bitte = QJsonDocument(QJsonObject::fromVariantMap(daten)).toJson();
     // Between taking the lock and opening the socket, and between closing both, lie microseconds.
     constexpr int versuche = 20;
     for (int i = 0; i < versuche; ++i) {
@@ -149,7 +185,7 @@ bool DBusEinzelinstanz::ueberSperre(bool leise)
             protokoll(u"Keine Sperre in %1 möglich"_s.arg(ordner_));
             return true;
         case Einzelinstanzsperre::Stand::Vergeben:
-            if (leise || sperre_->senden(bitte)) {
+            if (!wunsch || sperre_->senden(bitte)) {
                 return false;
             }
         }
@@ -166,7 +202,7 @@ Anwendungsdienst::Anwendungsdienst(DBusEinzelinstanz *instanz)
 
 void Anwendungsdienst::Activate(const QVariantMap &plattformdaten)
 {
-    instanz_->bitten(Aktivierung::ausPlattformdaten(plattformdaten));
+    instanz_->bitten(Wunsch::Oeffnen, Aktivierung::ausPlattformdaten(plattformdaten));
 }
 
 void Anwendungsdienst::Open(const QStringList & /*adressen*/, const QVariantMap &plattformdaten)
@@ -174,10 +210,10 @@ void Anwendungsdienst::Open(const QStringList & /*adressen*/, const QVariantMap 
     Activate(plattformdaten);
 }
 
-void Anwendungsdienst::ActivateAction(const QString & /*name*/, const QVariantList & /*werte*/,
+void Anwendungsdienst::ActivateAction(const QString &name, const QVariantList & /*werte*/,
                                       const QVariantMap &plattformdaten)
 {
-    Activate(plattformdaten);
+    instanz_->bitten(wunschNamens(name), Aktivierung::ausPlattformdaten(plattformdaten));
 }
 
 } // namespace kalvaro

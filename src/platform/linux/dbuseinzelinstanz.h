@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace kalvaro {
 
@@ -33,32 +34,37 @@ public:
     ~DBusEinzelinstanz() override;
 
     // Waits for the bus, and for the first instance to take the request, a second at most each.
-    [[nodiscard]] bool belegen(bool leise) override;
+    [[nodiscard]] bool belegen(std::optional<Wunsch> wunsch) override;
 
-    void beiOeffnen(std::function<void()> oeffnen) override;
+    void beiWunsch(std::function<void(Wunsch)> ruf) override;
 
-    // Another start, or the desktop, asks for the window. Answers at once, opens from the event
-    // loop.
-    void bitten(const Aktivierung &aktivierung);
+    // Another start, or the desktop, wants something. Answers at once, acts from the event loop.
+    void bitten(Wunsch wunsch, const Aktivierung &aktivierung);
 
 private:
-    [[nodiscard]] std::optional<bool> ueberBus(bool leise);
-    [[nodiscard]] bool ueberSperre(bool leise);
+    struct Bitte
+    {
+        Wunsch wunsch;
+        Aktivierung aktivierung;
+    };
+
+    [[nodiscard]] std::optional<bool> ueberBus(std::optional<Wunsch> wunsch);
+    [[nodiscard]] bool ueberSperre(std::optional<Wunsch> wunsch);
     [[nodiscard]] std::optional<bool> nameNehmen();
-    [[nodiscard]] bool ersteBitten() const;
-    void oeffnenMit(const Aktivierung &aktivierung);
+    [[nodiscard]] bool ersteBitten(Wunsch wunsch) const;
+    void ausfuehren(const Bitte &bitte);
 
     const Aktivierung eigene_;
     QDBusConnection bus_;
     const QString ordner_;
     bool nameGehalten_ = false;
     std::unique_ptr<Einzelinstanzsperre> sperre_;
-    std::function<void()> ruf_;
-    std::optional<Aktivierung> versaeumt_; // asked for before there was someone to call
+    std::function<void(Wunsch)> ruf_;
+    std::vector<Bitte> versaeumt_; // came before there was someone to call
 };
 
-// org.freedesktop.Application, "Desktop Entry Specification" 1.5, "D-Bus Activation". The program
-// has one thing to show, so each way of being activated opens it.
+// org.freedesktop.Application, "Desktop Entry Specification" 1.5, "D-Bus Activation". The actions
+// are those of the desktop entry; an unknown one opens the window, as any other activation does.
 class Anwendungsdienst final : public QDBusAbstractAdaptor
 {
     Q_OBJECT

@@ -1,12 +1,13 @@
 // A program that is started twice. Says "erste" or "zweite" as soon as it knows; the first then
-// says "oeffnen TOKEN ID" whenever it is asked to, until its standard input ends. With "--spaet" it
-// takes requests only after a line on standard input.
+// says "oeffnen TOKEN ID" (or "abgleichen", "beenden") whenever it is asked to, until its standard
+// input ends. With "--spaet" it takes requests only after a line on standard input.
 #include "foundation/datenordner.h"
 #include "platform/linux/dbuseinzelinstanz.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <unistd.h>
@@ -15,6 +16,23 @@ using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const std::array<std::pair<Wunsch, QByteArray>, 3> namen{{{Wunsch::Oeffnen, "oeffnen"},
+                                                          {Wunsch::Abgleichen, "abgleichen"},
+                                                          {Wunsch::Beenden, "beenden"}}};
+
+std::optional<Wunsch> wunsch(const QStringList &argumente)
+{
+    if (argumente.contains(u"--leise"_s)) {
+        return {};
+    }
+    for (const auto &[wunsch, name] : namen) {
+        if (argumente.contains(u"--"_s + QString::fromLatin1(name))) {
+            return wunsch;
+        }
+    }
+    return Wunsch::Oeffnen;
+}
 
 void sagen(const QByteArray &zeile)
 {
@@ -32,14 +50,16 @@ int main(int argc, char *argv[])
     const QStringList argumente = QCoreApplication::arguments();
     ordnerAnlegen();
     DBusEinzelinstanz instanz(eigene);
-    if (!instanz.belegen(argumente.contains(u"--leise"_s))) {
+    if (!instanz.belegen(wunsch(argumente))) {
         sagen("zweite");
         return 0;
     }
     sagen("erste");
     const auto bereit = [&instanz] {
-        instanz.beiOeffnen([] {
-            sagen("oeffnen " + qgetenv("XDG_ACTIVATION_TOKEN") + ' ' +
+        instanz.beiWunsch([](Wunsch wunsch) {
+            const auto name = std::find_if(namen.begin(), namen.end(),
+                                           [wunsch](const auto &n) { return n.first == wunsch; });
+            sagen(name->second + ' ' + qgetenv("XDG_ACTIVATION_TOKEN") + ' ' +
                   qgetenv("DESKTOP_STARTUP_ID"));
         });
     };

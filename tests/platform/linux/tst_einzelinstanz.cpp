@@ -26,6 +26,8 @@ private Q_SLOTS:
 
     void derZweiteLaesstDenErstenOeffnen_data() { wege(); }
     void derZweiteLaesstDenErstenOeffnen();
+    void derZweiteSagtWasErWill_data() { wege(); }
+    void derZweiteSagtWasErWill();
     void leiseEndetOhneZuOeffnen_data() { wege(); }
     void leiseEndetOhneZuOeffnen();
     void nachAbsturzIstDerNaechsteDerErste_data() { wege(); }
@@ -127,6 +129,19 @@ void TestEinzelinstanz::derZweiteLaesstDenErstenOeffnen()
     QTRY_COMPARE(erster->zeilen().value(2), u"oeffnen  "_s); // the earlier token is gone again
 }
 
+void TestEinzelinstanz::derZweiteSagtWasErWill()
+{
+    const auto erster = start();
+    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
+    const auto zweiter = start({u"--abgleichen"_s}, "marke");
+    QTRY_VERIFY(!zweiter->laeuft());
+    QCOMPARE(zweiter->zeilen(), QStringList(u"zweite"_s));
+    QTRY_COMPARE(erster->zeilen().value(1), u"abgleichen marke "_s);
+    const auto dritter = start({u"--beenden"_s});
+    QTRY_VERIFY(!dritter->laeuft());
+    QTRY_COMPARE(erster->zeilen().value(2), u"beenden  "_s);
+}
+
 void TestEinzelinstanz::leiseEndetOhneZuOeffnen()
 {
     const auto erster = start();
@@ -172,8 +187,11 @@ void TestEinzelinstanz::eineFrueheBitteGehtNichtVerloren()
     QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
     const auto zweiter = start({}, "frueh");
     QTRY_VERIFY(!zweiter->laeuft());
+    const auto dritter = start({u"--abgleichen"_s});
+    QTRY_VERIFY(!dritter->laeuft());
     erster->schreiben(u"los"_s);
-    QTRY_COMPARE(erster->zeilen(), QStringList({u"erste"_s, u"oeffnen frueh "_s}));
+    QTRY_COMPARE(erster->zeilen(),
+                 QStringList({u"erste"_s, u"oeffnen frueh "_s, u"abgleichen  "_s}));
 }
 
 void TestEinzelinstanz::einErsterDerHaengtHaeltDenZweitenNichtAuf()
@@ -194,17 +212,24 @@ void TestEinzelinstanz::einErsterDerHaengtHaeltDenZweitenNichtAuf()
 void TestEinzelinstanz::derDesktopOeffnet_data()
 {
     QTest::addColumn<QStringList>("ruf");
+    QTest::addColumn<QString>("wunsch");
     const QString daten1 = u"{'activation-token': <'t'>, 'desktop-startup-id': <'s'>}"_s;
-    QTest::newRow("Activate") << QStringList({u"Activate"_s, daten1});
-    QTest::newRow("Open") << QStringList({u"Open"_s, u"['file:///x']"_s, daten1});
-    QTest::newRow("ActivateAction")
-        << QStringList({u"ActivateAction"_s, u"etwas"_s, u"[<'wert'>]"_s, daten1});
+    QTest::newRow("Activate") << QStringList({u"Activate"_s, daten1}) << u"oeffnen"_s;
+    QTest::newRow("Open") << QStringList({u"Open"_s, u"['file:///x']"_s, daten1}) << u"oeffnen"_s;
+    const auto aktion = [&](const char *zeile, const QString &name, const QString &wunsch) {
+        QTest::newRow(zeile) << QStringList({u"ActivateAction"_s, name, u"[<'wert'>]"_s, daten1})
+                             << wunsch;
+    };
+    aktion("an unknown action", u"etwas"_s, u"oeffnen"_s);
+    aktion("sync now", u"abgleichen"_s, u"abgleichen"_s);
+    aktion("quit", u"beenden"_s, u"beenden"_s);
 }
 
 void TestEinzelinstanz::derDesktopOeffnet()
 {
     KALVARO_BRAUCHT(u"gdbus"_s);
     QFETCH(QStringList, ruf);
+    QFETCH(QString, wunsch);
     const auto erster = start();
     QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
     ruf[0].prepend(u"org.freedesktop.Application."_s);
@@ -212,7 +237,7 @@ void TestEinzelinstanz::derDesktopOeffnet()
         u"call"_s,          u"--session"_s,           u"--dest"_s,  u"de.kalvaro.kalvaro"_s,
         u"--object-path"_s, u"/de/kalvaro/kalvaro"_s, u"--method"_s};
     QCOMPARE(rufen(u"gdbus"_s, ziel + ruf), 0);
-    QTRY_COMPARE(erster->zeilen().value(1), u"oeffnen t s"_s);
+    QTRY_COMPARE(erster->zeilen().value(1), wunsch + u" t s"_s);
 }
 
 void TestEinzelinstanz::gapplicationOeffnet()
