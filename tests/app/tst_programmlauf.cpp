@@ -6,9 +6,13 @@
 #include "doubles/fristen.h"
 #include "doubles/kindprogramm.h"
 #include "doubles/rohserver.h"
+#include "doubles/testbus.h"
 #include "testlauf.h"
 #include "ui/erscheinung.h"
 
+#include <QDBusConnectionInterface>
+#include <QDBusInterface>
+#include <QDBusReply>
 #include <QDir>
 #include <QImage>
 
@@ -236,6 +240,78 @@ private Q_SLOTS:
         QCOMPARE(zuhause.protokoll().first(2),
                  (QStringList{u"gestartet (1.4, Gerät demo-mac)"_s, u"Abgleich (vorstart) ..."_s}));
         QVERIFY(erster.beenden(SIGTERM) >= 0);
+    }
+
+    void wuenscheErreichenDenErsten()
+    {
+        const Zuhause zuhause;
+        Democloud cloud;
+        QVERIFY(cloud.starten());
+        zuhause.kontoSchreiben(cloud.adresse());
+        Lauf erster(zuhause, {u"--hintergrund"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(zuhause.protokoll().size(), 1, frist);
+
+        Lauf abgleich(zuhause, {u"--abgleichen"_s});
+        QCOMPARE(abgleich.ende(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(zuhause.protokoll().size() >= 2, frist);
+        QCOMPARE(zuhause.protokoll()[1], u"Abgleich (hand) ..."_s);
+        Lauf ende(zuhause, {u"--beenden"_s});
+        QCOMPARE(ende.ende(), 0);
+
+        QCOMPARE(erster.ende(), 0);
+        QCOMPARE(zuhause.protokoll().last(), u"beendet"_s);
+    }
+
+    void beendenOhneErsten()
+    {
+        const Zuhause zuhause;
+        Democloud cloud;
+        QVERIFY(cloud.starten());
+        zuhause.kontoSchreiben(cloud.adresse());
+
+        Lauf lauf(zuhause, {u"--beenden"_s});
+
+        QCOMPARE(lauf.ende(), 0);
+        QCOMPARE(zuhause.protokoll(), QStringList());
+        QVERIFY(cloud.anfragen().isEmpty());
+    }
+
+    // The bus starts the program and says next what for.
+    void vomBusGestartet()
+    {
+        KALVARO_BRAUCHT(u"dbus-daemon"_s);
+        const Zuhause zuhause;
+        Democloud cloud;
+        QVERIFY(cloud.starten());
+        zuhause.kontoSchreiben(cloud.adresse());
+        dateiSchreiben(zuhause.datei(u"dienste/de.kalvaro.kalvaro.service"_s),
+                       "[D-BUS Service]\nName=de.kalvaro.kalvaro\nExec=\"" KALVARO_PROGRAMM
+                       "\" --dienst\n");
+        Testbus bus(zuhause.umgebung(), zuhause.datei(u"dienste"_s));
+        QDBusInterface dienst(u"de.kalvaro.kalvaro"_s, u"/de/kalvaro/kalvaro"_s,
+                              u"org.freedesktop.Application"_s, bus.verbindung());
+        const auto aktion = [&dienst](const QString &name) {
+            const QDBusReply<void> antwort =
+                dienst.call(u"ActivateAction"_s, name, QVariantList(), QVariantMap());
+            QVERIFY2(antwort.isValid(), qPrintable(antwort.error().message()));
+        };
+        QDBusConnectionInterface *const namen = dienst.connection().interface();
+        const auto laeuft = [namen] {
+            return namen->isServiceRegistered(u"de.kalvaro.kalvaro"_s).value();
+        };
+
+        aktion(u"beenden"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!laeuft(), frist);
+        QCOMPARE(zuhause.protokoll(), QStringList());
+
+        aktion(u"abgleichen"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(zuhause.protokoll().size() >= 2, frist);
+        QCOMPARE(zuhause.protokoll().first(2),
+                 (QStringList{u"gestartet (1.4, Gerät demo-mac)"_s, u"Abgleich (vorstart) ..."_s}));
+
+        aktion(u"beenden"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!laeuft(), frist);
+        QCOMPARE(zuhause.protokoll().last(), u"beendet"_s);
     }
 };
 
