@@ -27,6 +27,28 @@ bool vollstaendig(const QByteArray &bytes)
     return bytes.size() >= ende + 4 + laenge;
 }
 
+// Each word of the names of the header lines begun with a capital.
+QByteArray mitGrossenNamen(QByteArray bytes)
+{
+    const qsizetype ende = bytes.indexOf("\r\n\r\n");
+    bool imNamen = false;
+    bool anfang = false;
+    for (qsizetype i = bytes.indexOf("\r\n"); i >= 0 && i < ende; ++i) {
+        char &zeichen = bytes[i];
+        if (zeichen == '\n') {
+            imNamen = anfang = true;
+        } else if (zeichen == ':') {
+            imNamen = false;
+        } else if (imNamen) {
+            if (anfang && zeichen >= 'a' && zeichen <= 'z') {
+                zeichen = static_cast<char>(zeichen - 'a' + 'A');
+            }
+            anfang = zeichen == '-';
+        }
+    }
+    return bytes;
+}
+
 } // namespace
 
 Rohserver::Rohserver(const QHostAddress &wo, std::unique_ptr<QTcpServer> server)
@@ -83,9 +105,15 @@ QList<QByteArray> Rohserver::empfangen() const
 {
     QList<QByteArray> liste;
     for (const auto &v : alle) {
-        liste.append(v->empfangen);
+        liste.append(mitGrossenNamen(v->empfangen));
     }
     return liste;
+}
+
+qsizetype Rohserver::befragt() const
+{
+    return std::count_if(alle.begin(), alle.end(),
+                         [](const auto &v) { return !v->empfangen.isEmpty(); });
 }
 
 qsizetype Rohserver::offen() const

@@ -57,8 +57,12 @@ public:
     [[nodiscard]] QString host() const; // an IPv6 address in brackets
     [[nodiscard]] QString adresse(const QString &schema = QStringLiteral("http")) const;
 
-    // What each connection brought, in order of their coming.
+    // What each connection brought, in order of their coming. The names of header lines, which mean
+    // the same in any case (RFC 9110, 5.1), begin each word with a capital: newer QtNetwork writes
+    // them in small letters.
     [[nodiscard]] QList<QByteArray> empfangen() const;
+    // How many connections brought anything: QtNetwork may connect once more and say nothing.
+    [[nodiscard]] qsizetype befragt() const;
     [[nodiscard]] qsizetype verbindungen() const { return std::ssize(alle); }
     [[nodiscard]] qsizetype offen() const; // connections that neither side has closed
     [[nodiscard]] qint64 gesendet() const { return hinaus; }

@@ -216,7 +216,7 @@ private Q_SLOTS:
                 const auto bytes = server.empfangen();
                 QVERIFY(bytes.size() - bytes.count(QByteArray()) <= 1);
                 if (!schritt.ungefragt) {
-                    QCOMPARE(bytes.size(), 1);
+                    QCOMPARE(server.befragt(), 1);
                 }
             }
         }

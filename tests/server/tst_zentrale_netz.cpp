@@ -83,7 +83,7 @@ private Q_SLOTS:
         Zentralewelt welt;
         QCOMPARE(welt.holen(zentrale, abgleich),
                  fehler(true, false, u"Die Verbindung wurde unterbrochen."_s));
-        QCOMPARE(server.verbindungen(), 2);
+        QCOMPARE(server.befragt(), 2);
         QCOMPARE(server.empfangen().at(1), bytes(server, "POST /api/abgleich", abgleichBody));
     }
 

@@ -192,9 +192,12 @@ tl::expected<DemocloudOptionen, Abbruch> optionenLesen(const QStringList &argume
         cloud.welt->geraete.first().name.clear();
     }
     for (const Option &option : bekannte) {
+        if (!option.uebernehmen) {
+            continue;
+        }
         const QStringList werte = parser.values(option.name.toString());
         for (const QString &wert : werte) {
-            const QString grund = option.uebernehmen ? option.uebernehmen(cloud, wert) : QString();
+            const QString grund = option.uebernehmen(cloud, wert);
             if (!grund.isEmpty()) {
                 return tl::unexpected(falsch(grund));
             }

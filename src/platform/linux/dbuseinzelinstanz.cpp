@@ -47,14 +47,6 @@ Wunsch wunschNamens(const QString &aktion)
     return Wunsch::Oeffnen;
 }
 
-QDBusMessage anDenBus(const QString &methode, const QVariantList &argumente)
-{
-    QDBusMessage ruf = QDBusMessage::createMethodCall(
-        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, methode);
-    ruf.setArguments(argumente);
-    return ruf;
-}
-
 } // namespace
 
 QString sperrordner()

@@ -120,9 +120,25 @@ void DBusMitteilungen::erfragen()
 {
     stand_ = Faehigkeiten::Erfragt;
     gewechselt_ = false;
+    inhaberErfragen();
     auto *antwort = new QDBusPendingCallWatcher(
         bus_.asyncCall(anServer(u"GetCapabilities"_s, {}), frist_), this);
     connect(antwort, &QDBusPendingCallWatcher::finished, this, &DBusMitteilungen::erfragt);
+}
+
+// A reply does not tell who sent it, but the bus tells who owns the name, in the order in which it
+// delivers the replies.
+void DBusMitteilungen::inhaberErfragen()
+{
+    auto *antwort = new QDBusPendingCallWatcher(
+        bus_.asyncCall(anDenBus(u"GetNameOwner"_s, {dienst}), frist_), this);
+    connect(antwort, &QDBusPendingCallWatcher::finished, this,
+            [this](QDBusPendingCallWatcher *fertig) {
+                fertig->deleteLater();
+                if (const QDBusPendingReply<QString> inhaber = *fertig; !inhaber.isError()) {
+                    server_ = inhaber.value();
+                }
+            });
 }
 
 void DBusMitteilungen::erfragt(QDBusPendingCallWatcher *antwort)
@@ -142,7 +158,6 @@ void DBusMitteilungen::erfragt(QDBusPendingCallWatcher *antwort)
         return;
     }
     stand_ = Faehigkeiten::Bekannt;
-    server_ = liste.reply().service();
     auszeichnung_ = liste.value().contains(u"body-markup"_s);
     aktionen_ = liste.value().contains(u"actions"_s);
     for (const Nachricht &nachricht : faellig) {
@@ -164,10 +179,13 @@ void DBusMitteilungen::senden(const Nachricht &nachricht)
                                                     inhalt, knoepfe, angaben, anzeigedauer});
     auto *antwort = new QDBusPendingCallWatcher(bus_.asyncCall(ruf, frist_), this);
     connect(antwort, &QDBusPendingCallWatcher::finished, this,
-            [this, nachricht](QDBusPendingCallWatcher *fertig) { gesendet(nachricht, fertig); });
+            [this, nachricht, an = server_](QDBusPendingCallWatcher *fertig) {
+                gesendet(nachricht, an, fertig);
+            });
 }
 
-void DBusMitteilungen::gesendet(const Nachricht &nachricht, QDBusPendingCallWatcher *antwort)
+void DBusMitteilungen::gesendet(const Nachricht &nachricht, const QString &an,
+                                QDBusPendingCallWatcher *antwort)
 {
     antwort->deleteLater();
     const QDBusPendingReply<uint> id = *antwort;
@@ -175,8 +193,8 @@ void DBusMitteilungen::gesendet(const Nachricht &nachricht, QDBusPendingCallWatc
         verloren(nachricht.titel, nachricht.inhalt, id.error().message());
         return;
     }
-    if (nachricht.ziel) {
-        gezeigt_.append({id.reply().service(), id.value(), *nachricht.ziel, {}});
+    if (nachricht.ziel && an == server_) {
+        gezeigt_.append({server_, id.value(), *nachricht.ziel, {}});
         gezeigt_.remove(0, std::max<qsizetype>(0, gezeigt_.size() - hoechstensOffen));
     }
 }
@@ -185,6 +203,7 @@ void DBusMitteilungen::serverGewechselt(const QString &neuer)
 {
     gewechselt_ = !neuer.isEmpty();
     if (neuer != server_) {
+        server_ = neuer;
         stand_ = stand_ == Faehigkeiten::Bekannt ? Faehigkeiten::Unbekannt : stand_;
         gezeigt_.removeIf([&neuer](const Gezeigte &eine) { return eine.server != neuer; });
     }

@@ -60,7 +60,8 @@ private:
     void erfragen();
     void erfragt(QDBusPendingCallWatcher *antwort);
     void senden(const Nachricht &nachricht);
-    void gesendet(const Nachricht &nachricht, QDBusPendingCallWatcher *antwort);
+    void gesendet(const Nachricht &nachricht, const QString &an, QDBusPendingCallWatcher *antwort);
+    void inhaberErfragen();
     void serverGewechselt(const QString &neuer);
     [[nodiscard]] Gezeigte *finden(uint id, const QDBusMessage &signal);
 
@@ -71,7 +72,7 @@ private:
 
     // What is known of the server that runs now.
     Faehigkeiten stand_ = Faehigkeiten::Unbekannt;
-    QString server_;
+    QString server_;            // who owns the service's name, as far as the bus has told
     bool auszeichnung_ = false; // it reads markup in the body
     bool aktionen_ = false;
     bool gewechselt_ = false; // another one has come since we asked

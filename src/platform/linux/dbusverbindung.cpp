@@ -133,4 +133,12 @@ QDBusConnection sitzungsbus()
     return QDBusConnection::sessionBus();
 }
 
+QDBusMessage anDenBus(const QString &methode, const QVariantList &argumente)
+{
+    QDBusMessage ruf = QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, methode);
+    ruf.setArguments(argumente);
+    return ruf;
+}
+
 } // namespace kalvaro

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QString>
 
 #include <chrono>
@@ -25,5 +26,8 @@ void sitzungsbusFestlegen();
 
 // The session bus; not connected when there is none. Settles it first where that has not happened.
 [[nodiscard]] QDBusConnection sitzungsbus();
+
+// A call to the bus itself, "D-Bus Specification" 0.38, "Message Bus Messages".
+[[nodiscard]] QDBusMessage anDenBus(const QString &methode, const QVariantList &argumente);
 
 } // namespace kalvaro
