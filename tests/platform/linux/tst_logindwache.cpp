@@ -44,6 +44,7 @@ private:
     QProcess logind;
     std::optional<QDBusConnection> frage; // of the bus as it runs now
     int aufgewacht = 0;
+    const std::function<void()> zaehlen = [this] { ++aufgewacht; };
 };
 
 void TestLogindwache::initTestCase()
@@ -102,8 +103,7 @@ void TestLogindwache::schlaf(bool beginnt)
 void TestLogindwache::hoertDasAufwachen()
 {
     logindStarten();
-    const Logindwache wache(
-        uhr, [this] { ++aufgewacht; }, bus->adresse());
+    const Logindwache wache(uhr, zaehlen, bus->adresse());
     schlaf(true);
     schlaf(false);
     QTRY_COMPARE(aufgewacht, 1);
@@ -114,8 +114,7 @@ void TestLogindwache::hoertDasAufwachen()
 
 void TestLogindwache::logindKommtSpaeter()
 {
-    const Logindwache wache(
-        uhr, [this] { ++aufgewacht; }, bus->adresse());
+    const Logindwache wache(uhr, zaehlen, bus->adresse());
     logindStarten();
     schlaf(false);
     QTRY_COMPARE(aufgewacht, 1);
@@ -124,8 +123,7 @@ void TestLogindwache::logindKommtSpaeter()
 void TestLogindwache::logindStartetNeu()
 {
     logindStarten();
-    const Logindwache wache(
-        uhr, [this] { ++aufgewacht; }, bus->adresse());
+    const Logindwache wache(uhr, zaehlen, bus->adresse());
     schlaf(false);
     QTRY_COMPARE(aufgewacht, 1);
     logindBeenden();
@@ -137,8 +135,7 @@ void TestLogindwache::logindStartetNeu()
 void TestLogindwache::fremdeSignaleZaehlenNicht()
 {
     logindStarten();
-    const Logindwache wache(
-        uhr, [this] { aufgewacht += 1; }, bus->adresse());
+    const Logindwache wache(uhr, zaehlen, bus->adresse());
     QDBusMessage signal = QDBusMessage::createSignal(
         u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s);
     signal.setArguments({false});
@@ -153,8 +150,7 @@ void TestLogindwache::derBusKommtSpaeter()
 {
     bus->beenden();
     QFile::remove(bus->ordner() + u"/bus"_s);
-    const Logindwache wache(
-        uhr, [this] { ++aufgewacht; }, bus->adresse());
+    const Logindwache wache(uhr, zaehlen, bus->adresse());
     bus->starten();
     logindStarten();
     QTRY_VERIFY((uhr.vor(Sekunden(5)), schlaf(false), aufgewacht > 0));
@@ -163,8 +159,7 @@ void TestLogindwache::derBusKommtSpaeter()
 void TestLogindwache::derOrdnerDesBussesKommtSpaeter()
 {
     const QString ort = bus->ordner() + u"/run/dbus"_s;
-    const Logindwache wache(
-        uhr, [this] { ++aufgewacht; }, u"unix:path="_s + ort + u"/system_bus_socket"_s);
+    const Logindwache wache(uhr, zaehlen, u"unix:path="_s + ort + u"/system_bus_socket"_s);
     QVERIFY(QDir().mkpath(ort));
     logindStarten();
     QVERIFY(QFile::link(bus->ordner() + u"/bus"_s, ort + u"/system_bus_socket"_s));
@@ -175,8 +170,7 @@ void TestLogindwache::derBusAntwortetErstSpaeter()
 {
     logindStarten();
     bus->anhalten();
-    const Logindwache wache(
-        uhr, [this] { ++aufgewacht; }, bus->adresse());
+    const Logindwache wache(uhr, zaehlen, bus->adresse());
     bus->fortsetzen();
     schlaf(false);
     QCOMPARE(aufgewacht, 0);
@@ -189,8 +183,7 @@ void TestLogindwache::derBusAntwortetErstSpaeter()
 void TestLogindwache::derBusStartetNeu()
 {
     logindStarten();
-    const Logindwache wache(
-        uhr, [this] { ++aufgewacht; }, bus->adresse());
+    const Logindwache wache(uhr, zaehlen, bus->adresse());
     bus->beenden();
     logindBeenden();
     bus->starten();
