@@ -35,14 +35,18 @@ int main(int argc, char *argv[])
         argumente.append(QString::fromLocal8Bit(argv[i]));
     }
     const auto kommandozeile = Kommandozeile::lesen(argumente);
+    std::fputs(bemerkungen(kommandozeile).toUtf8().constData(), stderr);
     if (kommandozeile.hilfe || kommandozeile.version) {
         const QString ausgabe = kommandozeile.hilfe ? hilfetext() : u"kalvaro "_s + VERSION + u'\n';
         std::fputs(ausgabe.toUtf8().constData(), stdout);
         return 0;
     }
 
-    const Startlage startlage;
+    const Startlage startlage(kommandozeile.plattform);
     ordnerAnlegen();
+    if (startlage.anzeigemangel() && !kommandozeile.bild) {
+        return Programm::ohneAnzeige(*startlage.anzeigemangel());
+    }
     QApplication anwendung(argc, argv);
     QApplication::setApplicationName(u"kalvaro"_s);
     QApplication::setDesktopFileName(KENNUNG);

@@ -28,6 +28,10 @@ public:
     // and ends the program.
     void starten(const Kommandozeile &kommandozeile);
 
+    // In place of all this where nothing can be shown, for the reason `mangel`: says so, or that
+    // there is no account. Returns the status to end with.
+    [[nodiscard]] static int ohneAnzeige(const QString &mangel);
+
     // The program was started again while it runs: opens the window with a sync.
     void wiederOeffnen();
 

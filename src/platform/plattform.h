@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QString>
+
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace kalvaro {
 
@@ -17,10 +20,16 @@ class Uhr;
 class Startlage
 {
 public:
-    Startlage();
+    // `plattform` is the toolkit's platform that the command line asks for; empty without one.
+    // Asks the display whether it answers, for some seconds at most.
+    explicit Startlage(const QString &plattform);
     ~Startlage();
     Startlage(const Startlage &) = delete;
     Startlage &operator=(const Startlage &) = delete;
+
+    // Why nothing can be shown here, in German; absent when something can. The application object
+    // then draws where nobody sees it.
+    [[nodiscard]] const std::optional<QString> &anzeigemangel() const;
 
 private:
     friend class Plattform;
