@@ -1,5 +1,7 @@
 #include "app/kommandozeile.h"
 #include "app/programm.h"
+#include "app/programmordner.h"
+#include "app/pruefmodus.h"
 #include "app/sprache.h"
 #include "foundation/datenordner.h"
 #include "foundation/konstanten.h"
@@ -11,22 +13,11 @@
 #include "ui/erscheinung.h"
 
 #include <QApplication>
-#include <QDir>
 
 #include <cstdio>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-QString programmordner()
-{
-    const QString eigener = qEnvironmentVariable("KALVARO_APPLICATIONS");
-    return eigener.isEmpty() ? u"/Applications"_s : QDir(eigener).absolutePath();
-}
-
-} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -40,6 +31,9 @@ int main(int argc, char *argv[])
         const QString ausgabe = kommandozeile.hilfe ? hilfetext() : u"kalvaro "_s + VERSION + u'\n';
         std::fputs(ausgabe.toUtf8().constData(), stdout);
         return 0;
+    }
+    if (kommandozeile.pruefen) {
+        return pruefmodus(argc, argv, kommandozeile.json);
     }
 
     const Startlage startlage(kommandozeile.plattform);

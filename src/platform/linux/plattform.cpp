@@ -6,6 +6,7 @@
 #include "platform/linux/endefrist.h"
 #include "platform/linux/linuxarbeitsplatz.h"
 #include "platform/linux/linuxprozesse.h"
+#include "platform/linux/linuxschreibtisch.h"
 #include "platform/linux/signale.h"
 #include "platform/linux/traystatusobjekt.h"
 #include "platform/linux/xanzeige.h"
@@ -99,7 +100,36 @@ void Plattform::beiEnde(std::function<void()> enden)
 {
     innen_->signale.emplace(std::move(enden));
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp,
-                     [] { endeErzwingen(laengstesEnde); });
+                     [] { endeErzwingen(laengstesEnde, 0); });
+}
+
+struct Rechnerauskunft::Innen
+{
+    const LinuxProzesse prozesse{};
+    const LinuxSchreibtisch schreibtisch{};
+};
+
+Rechnerauskunft::Rechnerauskunft()
+    : innen_(std::make_unique<Innen>())
+{
+}
+
+Rechnerauskunft::~Rechnerauskunft() = default;
+
+const Prozesse &Rechnerauskunft::prozesse() const
+{
+    return innen_->prozesse;
+}
+
+const Schreibtischauskunft &Rechnerauskunft::schreibtisch() const
+{
+    return innen_->schreibtisch;
+}
+
+void Rechnerauskunft::enden(int status)
+{
+    endeErzwingen(laengstesEnde, status);
+    QCoreApplication::exit(status);
 }
 
 } // namespace kalvaro
