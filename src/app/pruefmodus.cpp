@@ -37,7 +37,12 @@ int pruefmodus(int &argc, char **argv, bool json)
     Netztransport transport(uhr);
     const Rechnerauskunft rechner;
     const Rekordbox rekordbox(rechner.prozesse(), programmordner());
-    Pruefung pruefung({uhr, transport, rekordbox, rechner.schreibtisch(), programmordner()});
+    Pruefung pruefung({uhr,
+                       transport,
+                       rekordbox,
+                       rechner.schreibtisch(),
+                       programmordner(),
+                       {namenSuchen, zertifikatsblick(uhr)}});
     pruefung.beginnen([json](const QList<Befund> &befunde) {
         std::fputs(ausgabe(befunde, json).constData(), stdout);
         std::fflush(stdout);

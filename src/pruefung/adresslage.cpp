@@ -94,13 +94,42 @@ private:
         } else if (fehler.zeitUeberschritten && lage_.name != Adresslage::Name::Gefunden) {
             mangel(u"Die Suche nach dem Namen „"_s + host_ + u"“ dauert zu lange."_s,
                    u"Prüfe, ob dieser Rechner im Netz ist und sein DNS-Server antwortet."_s);
-        } else if (art(QNetworkReply::SslHandshakeFailedError)) {
-            mangel(satz(fehler), u"Prüfe Datum und Uhrzeit dieses Rechners und lass das Zertifikat "
-                                 "der Cloud prüfen."_s);
+        } else if (scheitertAnTls(lage_)) {
+            unsicher(satz(fehler));
         } else if (unsendbar(angaben_.schluessel)) {
             mangel(satz(fehler), u"Berichtige „schluessel“"_s + inDatei);
         } else {
             mangel(satz(fehler), umDasNetz);
+        }
+    }
+
+    void unsicher(const QString &satz)
+    {
+        const Zertifikat &z = lage_.zertifikat;
+        switch (z.mangel) {
+        case Zertifikat::Mangel::Abgelaufen:
+            mangel(
+                satz + u" Das Zertifikat galt nur bis "_s + tag(z.bis) + u'.',
+                u"Lass das Zertifikat der Cloud erneuern, wenn Datum und Uhrzeit dieses Rechners "
+                "stimmen."_s);
+            break;
+        case Zertifikat::Mangel::NochNichtGueltig:
+            mangel(satz + u" Das Zertifikat gilt erst ab "_s + tag(z.von) + u'.',
+                   u"Stelle Datum und Uhrzeit dieses Rechners."_s);
+            break;
+        case Zertifikat::Mangel::AndererName:
+            mangel(satz + u" Das Zertifikat gilt nicht für „"_s + host_ + u"“."_s,
+                   u"Trage die Adresse ein, für die es gilt."_s);
+            break;
+        case Zertifikat::Mangel::Unbeglaubigt:
+            mangel(satz + u" Dem Zertifikat traut dieser Rechner nicht."_s,
+                   u"Richte die Zertifizierungsstelle der Cloud auf diesem Rechner ein, oder lass "
+                   "ihr ein anerkanntes Zertifikat geben."_s);
+            break;
+        case Zertifikat::Mangel::Unbekannt:
+            mangel(satz, u"Prüfe Datum und Uhrzeit dieses Rechners und lass das Zertifikat der "
+                         "Cloud prüfen."_s);
+            break;
         }
     }
 
@@ -157,6 +186,12 @@ private:
 };
 
 } // namespace
+
+bool scheitertAnTls(const Adresslage &lage)
+{
+    return !lage.status && lage.status.error().meldung ==
+                               netzfehlertext(QNetworkReply::SslHandshakeFailedError, {});
+}
 
 QString schreibmangel(const QString &adresse)
 {

@@ -24,11 +24,12 @@ public:
     {
     }
 
-    void beginnen(const QString &adresse, const Namenssuche &suche)
+    void beginnen(const QString &adresse, const Netzblick &blick)
     {
         lage_.adresse = adresse;
+        zertifikat_ = blick.zertifikat;
         if (const QString host = QUrl(adresse).host(); !host.isEmpty()) {
-            suche(host, this, [this](bool bekannt) {
+            blick.name(host, this, [this](bool bekannt) {
                 lage_.name = bekannt ? Adresslage::Name::Gefunden : Adresslage::Name::Unbekannt;
             });
         }
@@ -44,6 +45,13 @@ public:
 private:
     void weiter()
     {
+        if (scheitertAnTls(lage_)) {
+            zertifikat_(QUrl(lage_.adresse), this, [this](const Zertifikat &zertifikat) {
+                lage_.zertifikat = zertifikat;
+                antworten(lage_);
+            });
+            return;
+        }
         if (!lage_.status) {
             antworten(lage_);
             return;
@@ -58,6 +66,7 @@ private:
 
     Zentrale &zentrale_;
     const Uhr &uhr_;
+    Zertifikatsblick zertifikat_;
     Adresslage lage_;
 };
 
@@ -71,10 +80,10 @@ void namenSuchen(const QString &host, QObject *besitzer, std::function<void(bool
 }
 
 void adresseProben(const QString &adresse, Zentrale &zentrale, const Uhr &uhr,
-                   const Namenssuche &suche, QObject *besitzer,
+                   const Netzblick &blick, QObject *besitzer,
                    std::function<void(const Adresslage &)> fertig)
 {
-    (new Adressprobe(zentrale, uhr, besitzer, std::move(fertig)))->beginnen(adresse, suche);
+    (new Adressprobe(zentrale, uhr, besitzer, std::move(fertig)))->beginnen(adresse, blick);
 }
 
 } // namespace kalvaro

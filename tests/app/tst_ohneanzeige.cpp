@@ -8,6 +8,7 @@
 #include <QImage>
 
 #include <csignal>
+#include <optional>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;

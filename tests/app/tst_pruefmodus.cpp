@@ -17,6 +17,7 @@
 #include <QJsonObject>
 
 #include <csignal>
+#include <optional>
 
 using namespace kalvaro;
 using namespace kalvaro::democloud;

@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include <optional>
+
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 

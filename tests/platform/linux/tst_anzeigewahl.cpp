@@ -11,6 +11,10 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
+#include <QThread>
+
+#include <memory>
+#include <optional>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;

@@ -14,6 +14,9 @@
 #include <QTemporaryDir>
 #include <QThread>
 
+#include <memory>
+#include <optional>
+
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
