@@ -1,5 +1,7 @@
 #include "app/kommandozeile.h"
 #include "app/programm.h"
+#include "app/programmordner.h"
+#include "app/pruefmodus.h"
 #include "app/sprache.h"
 #include "foundation/datenordner.h"
 #include "foundation/konstanten.h"
@@ -11,22 +13,12 @@
 #include "ui/erscheinung.h"
 
 #include <QApplication>
-#include <QDir>
 
 #include <cstdio>
+#include <optional>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-QString programmordner()
-{
-    const QString eigener = qEnvironmentVariable("KALVARO_APPLICATIONS");
-    return eigener.isEmpty() ? u"/Applications"_s : QDir(eigener).absolutePath();
-}
-
-} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -35,15 +27,24 @@ int main(int argc, char *argv[])
         argumente.append(QString::fromLocal8Bit(argv[i]));
     }
     const auto kommandozeile = Kommandozeile::lesen(argumente);
+    std::fputs(bemerkungen(kommandozeile).toUtf8().constData(), stderr);
     if (kommandozeile.hilfe || kommandozeile.version) {
         const QString ausgabe = kommandozeile.hilfe ? hilfetext() : u"kalvaro "_s + VERSION + u'\n';
         std::fputs(ausgabe.toUtf8().constData(), stdout);
         return 0;
     }
+    if (kommandozeile.pruefen) {
+        return pruefmodus(argc, argv, kommandozeile.json);
+    }
 
-    const Startlage startlage;
+    const Startlage startlage(kommandozeile.plattform);
     ordnerAnlegen();
+    if (startlage.anzeigemangel() && !kommandozeile.bild) {
+        return Programm::ohneAnzeige(*startlage.anzeigemangel());
+    }
+    std::optional<Utf8Rahmen> utf8(std::in_place);
     QApplication anwendung(argc, argv);
+    utf8.reset();
     QApplication::setApplicationName(u"kalvaro"_s);
     QApplication::setDesktopFileName(KENNUNG);
     deutschEinrichten(anwendung);

@@ -20,6 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr Sekunden dienstgeduld{10};
+const QString nichtEingerichtet = u"kalvaro ist auf diesem Mac noch nicht eingerichtet."_s;
 
 void schreiben(std::FILE *ziel, const QString &zeilen)
 {
@@ -75,6 +76,18 @@ void Programm::beginnen(const Kommandozeile &kommandozeile)
     }
 }
 
+int Programm::ohneAnzeige(const QString &mangel)
+{
+    if (const auto konto = Konto::laden(); !konto) {
+        schreiben(stderr, nichtEingerichtet + u'\n' + konto.error());
+        return 0;
+    }
+    schreiben(stderr, u"kalvaro kann hier nichts zeigen: "_s + mangel +
+                          u" Ohne Anzeige gehen nur „--pruefen“, „--bild PFAD“, „--help“ und "
+                          "„--version“."_s);
+    return 1;
+}
+
 void Programm::erfuellen(Wunsch wunsch)
 {
     if (std::exchange(geduld_, nullptr)) {
@@ -108,13 +121,12 @@ void Programm::erfuellen(Wunsch wunsch)
 
 void Programm::ohneKonto(const QString &grund)
 {
-    const QString meldung = u"kalvaro ist auf diesem Mac noch nicht eingerichtet."_s;
-    schreiben(stderr, meldung + u'\n' + grund);
+    schreiben(stderr, nichtEingerichtet + u'\n' + grund);
     if (!mitBildschirm_) {
         QCoreApplication::quit();
         return;
     }
-    QMessageBox *const alarm = hinweisfenster(meldung, grund);
+    QMessageBox *const alarm = hinweisfenster(nichtEingerichtet, grund);
     connect(alarm, &QMessageBox::finished, this, &QCoreApplication::quit);
     alarm->open();
     alarm->raise();

@@ -33,6 +33,10 @@ public:
     // first wish is what the program starts for.
     void erfuellen(Wunsch wunsch);
 
+    // In place of all this where nothing can be shown, for the reason `mangel`: says so, or that
+    // there is no account. Returns the status to end with.
+    [[nodiscard]] static int ohneAnzeige(const QString &mangel);
+
 private:
     [[nodiscard]] static bool hatBildschirm();
 

@@ -7,9 +7,31 @@
 #include <QLocale>
 #include <QTranslator>
 
+#include <clocale>
+#include <langinfo.h>
+
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
+
+Utf8Rahmen::Utf8Rahmen()
+    : vorher_(qgetenv("LC_ALL"))
+{
+    std::setlocale(LC_ALL, "");
+    if (qstricmp(::nl_langinfo(CODESET), "UTF-8") != 0) {
+        qputenv("LC_ALL", "C.UTF-8");
+        gesetzt_ = true;
+    }
+}
+
+Utf8Rahmen::~Utf8Rahmen()
+{
+    if (gesetzt_ && vorher_.isNull()) {
+        qunsetenv("LC_ALL");
+    } else if (gesetzt_) {
+        qputenv("LC_ALL", vorher_);
+    }
+}
 
 void deutschEinrichten(QCoreApplication &anwendung)
 {

@@ -72,9 +72,19 @@ QStringList adressen(const QJsonValue &wert)
 
 } // namespace
 
+QString Konto::kontodatei()
+{
+    return datei(u"konto.json"_s);
+}
+
 tl::expected<Konto, QString> Konto::laden()
 {
-    const QString pfad = datei(u"konto.json"_s);
+    return felder().and_then(ausFeldern);
+}
+
+tl::expected<QJsonObject, QString> Konto::felder()
+{
+    const QString pfad = kontodatei();
     const Inhalt bytes = lesen(pfad);
     if (!bytes) {
         return tl::unexpected(bytes.error());
@@ -85,14 +95,18 @@ tl::expected<Konto, QString> Konto::laden()
         return tl::unexpected(u"Die Datei „%1“ ist kein gültiges JSON (%2)."_s.arg(
             pfad, stelle(*bytes, fehler.offset)));
     }
+    return felder;
+}
 
+tl::expected<Konto, QString> Konto::ausFeldern(const QJsonObject &felder)
+{
     Konto konto;
     konto.name = felder[u"name"].toString();
     konto.geraet = felder[u"geraet"].toString();
     konto.schluessel = felder[u"schluessel"].toString();
     konto.server = adressen(felder[u"server"]);
     if (konto.geraet.isEmpty() || konto.server.isEmpty()) {
-        return tl::unexpected(pfad + u" ist unvollständig."_s);
+        return tl::unexpected(kontodatei() + u" ist unvollständig."_s);
     }
     if (konto.name.isEmpty()) {
         konto.name = konto.geraet;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 
@@ -19,6 +20,13 @@ struct Konto
 
     // Reads "konto.json" in the data folder. The error is a German sentence that names the file.
     [[nodiscard]] static tl::expected<Konto, QString> laden();
+
+    // The two steps of laden(): the keys of the file as they stand there (none when it holds
+    // something other than a JSON object), and the account that they make.
+    [[nodiscard]] static tl::expected<QJsonObject, QString> felder();
+    [[nodiscard]] static tl::expected<Konto, QString> ausFeldern(const QJsonObject &felder);
+
+    [[nodiscard]] static QString kontodatei(); // absolute path of "konto.json"
 };
 
 } // namespace kalvaro

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QString>
+
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace kalvaro {
 
@@ -10,6 +13,7 @@ class Arbeitsplatz;
 class Einzelinstanz;
 class Mitteilungen;
 class Prozesse;
+class Schreibtischauskunft;
 class Statusobjekt;
 class Uhr;
 
@@ -17,10 +21,16 @@ class Uhr;
 class Startlage
 {
 public:
-    Startlage();
+    // `plattform` is the toolkit's platform that the command line asks for; empty without one.
+    // Asks the display whether it answers, for some seconds at most.
+    explicit Startlage(const QString &plattform);
     ~Startlage();
     Startlage(const Startlage &) = delete;
     Startlage &operator=(const Startlage &) = delete;
+
+    // Why nothing can be shown here, in German; absent when something can. The application object
+    // then draws where nobody sees it.
+    [[nodiscard]] const std::optional<QString> &anzeigemangel() const;
 
 private:
     friend class Plattform;
@@ -59,6 +69,29 @@ public:
 
 private:
     struct Geraete;
+    struct Innen;
+    const std::unique_ptr<Innen> innen_;
+};
+
+// The same system for the check-up, which only looks: it takes no name, shows nothing, listens to
+// nothing and needs no display.
+class Rechnerauskunft
+{
+public:
+    // Needs a QCoreApplication.
+    Rechnerauskunft();
+    ~Rechnerauskunft();
+    Rechnerauskunft(const Rechnerauskunft &) = delete;
+    Rechnerauskunft &operator=(const Rechnerauskunft &) = delete;
+
+    [[nodiscard]] const Prozesse &prozesse() const;
+    [[nodiscard]] const Schreibtischauskunft &schreibtisch() const;
+
+    // Leaves the event loop with `status`. The process lasts 0.7 s at the longest from then on, and
+    // ends with that status also where it has to be forced (see Plattform::beiEnde()).
+    static void enden(int status);
+
+private:
     struct Innen;
     const std::unique_ptr<Innen> innen_;
 };

@@ -9,6 +9,8 @@
 #include <QNetworkAccessManager>
 #include <QNetworkProxyFactory>
 #include <QNetworkReply>
+#include <QSslCertificate>
+#include <QSslConfiguration>
 
 #include <algorithm>
 
@@ -192,7 +194,8 @@ private:
         const auto klartext =
             entpacken(daten_, antwort_->rawHeader("Content-Encoding"_ba), groessteAntwort);
         if (klartext) {
-            beenden(Netzantwort{status, *klartext});
+            const QSslCertificate zertifikat = antwort_->sslConfiguration().peerCertificate();
+            beenden(Netzantwort{status, *klartext, zertifikat.expiryDate()});
         } else {
             scheitern(klartext.error());
         }

@@ -3,6 +3,7 @@
 #include "foundation/uhr.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QList>
 #include <QString>
 #include <QUrl>
@@ -32,7 +33,8 @@ struct Netzanfrage
 struct Netzantwort
 {
     int status = 0;
-    QByteArray daten; // decoded: without transfer or content coding
+    QByteArray daten;          // decoded: without transfer or content coding
+    QDateTime zertifikatBis{}; // the server's certificate is valid until then; invalid without TLS
 
     bool operator==(const Netzantwort &) const = default;
 };

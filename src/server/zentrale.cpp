@@ -96,8 +96,8 @@ private:
             fragen();
             return;
         }
-        const Auftrag vorfrage{.pfad = {}, .zeit = vorfragezeit};
-        zentrale_->roh(kandidat_ + u"/api/status"_s, vorfrage, this, [this](const auto &ergebnis) {
+        const Auftrag vorfrage = statusAnfragen();
+        zentrale_->roh(kandidat_ + vorfrage.pfad, vorfrage, this, [this](const auto &ergebnis) {
             if (ergebnis) {
                 fragen();
             } else {
@@ -119,13 +119,10 @@ private:
 
     void auswerten(const Netzantwort &antwort)
     {
-        const QJsonValue inhalt = alsJson(antwort.daten);
         if (antwort.status == 200) {
             zentrale_->basis_ = kandidat_;
-            antworten(inhalt);
-        } else {
-            antworten(tl::unexpected(ausStatus(antwort.status, inhalt)));
         }
+        antworten(Zentrale::auswerten(antwort));
     }
 
     void abgewiesen(const ZentraleFehler &fehler)
@@ -155,6 +152,11 @@ private:
     QString kandidat_;       // the one being tried
     QString letzteMeldung_;
 };
+
+Auftrag statusAnfragen()
+{
+    return {.pfad = u"/api/status"_s, .zeit = vorfragezeit};
+}
 
 Zentrale::Zentrale(Konto konto, Transport &transport, QObject *parent)
     : QObject(parent)
@@ -197,6 +199,15 @@ void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer
     transport_.senden(netz, ruf, [ruf](const Transport::Ergebnis &ergebnis) {
         ruf->antworten(ergebnis.map_error(ausNetz));
     });
+}
+
+Zentrale::Antwort Zentrale::auswerten(const Netzantwort &antwort)
+{
+    const QJsonValue inhalt = alsJson(antwort.daten);
+    if (antwort.status == 200) {
+        return inhalt;
+    }
+    return tl::unexpected(ausStatus(antwort.status, inhalt));
 }
 
 void Zentrale::anfrage(const Auftrag &auftrag, QObject *besitzer, Rueckruf fertig)

@@ -19,6 +19,9 @@ struct Auftrag
     Sekunden zeit{20}; // bounds the request; each status check before it has 4 s of its own
 };
 
+// The question whether a server is there; any answer says so.
+[[nodiscard]] Auftrag statusAnfragen();
+
 // The client of the central server, which users read as "die Cloud", and the only way to it.
 //
 // The account may list several addresses. They are tried in order; one that is not known to answer
@@ -55,6 +58,9 @@ public:
     // when its body is no JSON), or the error. `fertig` (see Einmalruf) is dropped when `besitzer`
     // or this object goes first.
     void anfrage(const Auftrag &auftrag, QObject *besitzer, Rueckruf fertig);
+
+    // What the server says with `antwort`: as of anfrage(), the JSON or the error.
+    [[nodiscard]] static Antwort auswerten(const Netzantwort &antwort);
 
 private:
     class Lauf;

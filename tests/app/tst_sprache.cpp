@@ -36,6 +36,27 @@ private Q_SLOTS:
         deutschEinrichten(*qApp);
     }
 
+    void utf8NurFuerDieAnwendung_data()
+    {
+        QTest::addColumn<QByteArray>("vorher");
+        QTest::addColumn<QByteArray>("darin");
+        QTest::newRow("C") << QByteArray("C") << QByteArray("C.UTF-8");
+        QTest::newRow("UTF-8") << QByteArray("C.UTF-8") << QByteArray("C.UTF-8");
+        QTest::newRow("not set") << QByteArray() << QByteArray("C.UTF-8");
+    }
+    void utf8NurFuerDieAnwendung()
+    {
+        QFETCH(const QByteArray, vorher);
+        QFETCH(const QByteArray, darin);
+        vorher.isNull() ? qunsetenv("LC_ALL") : qputenv("LC_ALL", vorher);
+        {
+            const Utf8Rahmen rahmen;
+            QCOMPARE(qgetenv("LC_ALL"), darin);
+        }
+        QCOMPARE(qgetenv("LC_ALL"), vorher);
+        QCOMPARE(qgetenv("LC_ALL").isNull(), vorher.isNull());
+    }
+
     void knoepfe()
     {
         QCOMPARE(knopf(QDialogButtonBox::Cancel), u"Abbrechen"_s);

@@ -38,6 +38,18 @@ QStringList Mitteilungsserver::GetCapabilities()
     return kann;
 }
 
+QString Mitteilungsserver::GetServerInformation(QString &hersteller, QString &fassung,
+                                                QString &norm)
+{
+    if (stumm) {
+        setDelayedReply(true);
+    }
+    hersteller = u"kalvaro"_s;
+    fassung = u"2.7"_s;
+    norm = u"1.2"_s;
+    return u"Testdienst"_s;
+}
+
 uint Mitteilungsserver::Notify(const QString &programm, uint ersetzt, const QString &symbol,
                                const QString &titel, const QString &inhalt,
                                const QStringList &aktionen, const QVariantMap &hinweise, int dauer)

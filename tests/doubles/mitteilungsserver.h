@@ -47,6 +47,7 @@ public:
 
 public Q_SLOTS:
     QStringList GetCapabilities();
+    QString GetServerInformation(QString &hersteller, QString &fassung, QString &norm);
     uint Notify(const QString &programm, uint ersetzt, const QString &symbol, const QString &titel,
                 const QString &inhalt, const QStringList &aktionen, const QVariantMap &hinweise,
                 int dauer);

@@ -7,6 +7,8 @@
 #include "doubles/rohserver.h"
 #include "doubles/testbus.h"
 #include "e2e/anzeige.h"
+#include "e2e/leiste.h"
+#include "platform/linux/xanzeige.h"
 #include "testlauf.h"
 
 #include <QDBusConnectionInterface>
@@ -83,6 +85,8 @@ private Q_SLOTS:
     void deutschAuchOhneDeutschesSystem();
     void dasEndeWartetAufKeinenNamen();
     void rekordboxLiegtInApplications();
+    void diePruefungWartetAufKeinenNamen();
+    void dieAnzeigeSagtObSieEineLeisteHat();
 
 private:
     [[nodiscard]] bool protokolliert(const QString &zeile) const
@@ -286,6 +290,34 @@ void TestProgrammstart::rekordboxLiegtInApplications()
                          {QStringLiteral(PROGRAMME), wurzel, programm}, umgebung);
     QVERIFY(protokolliert(u"rekordbox 7.1.4 gestartet"_s));
     QVERIFY(kalvaro.beenden(SIGTERM) >= 0);
+}
+
+// The answer is there in time, and so is the end with its status.
+void TestProgrammstart::diePruefungWartetAufKeinenNamen()
+{
+    zuhause->kontoSchreiben(u"http://cloud.invalid"_s);
+    const QString vorgeladen = zuhause->datei(u"namenlos.so"_s);
+    QVERIFY(QFile::copy(QStringLiteral(NAMENLOS), vorgeladen));
+    umgebung.insert(u"LD_PRELOAD"_s, vorgeladen);
+    QElapsedTimer zeit;
+    zeit.start();
+    Kindprogramm kalvaro(programm, {u"--pruefen"_s}, umgebung);
+    QCOMPARE(kalvaro.ende(), 1);
+    QVERIFY2(zeit.elapsed() < 10'000, qPrintable(QString::number(zeit.elapsed())));
+    QVERIFY(QString::fromUtf8(kalvaro.ausgabe())
+                .contains(u"Die Suche nach dem Namen „cloud.invalid“ dauert zu lange. → "));
+}
+
+void TestProgrammstart::dieAnzeigeSagtObSieEineLeisteHat()
+{
+    anAnzeige();
+    const QByteArray name = anzeige->name().toLatin1();
+    QCOMPARE(xAnzeigeFragen(name), (XAnzeige{.antwortet = true, .tray = false}));
+    const Leiste leiste(anzeige->name(), {});
+    QCOMPARE(xAnzeigeFragen(name), (XAnzeige{.antwortet = true, .tray = true}));
+    Kindprogramm kalvaro(programm, {u"--pruefen"_s}, umgebung);
+    QCOMPARE(kalvaro.ende(), 1); // without a bus
+    QVERIFY(kalvaro.ausgabe().contains("✓ Menüleiste: nimmt das Symbol auf (XEmbed)\n"));
 }
 
 KALVARO_TEST(TestProgrammstart)

@@ -12,6 +12,7 @@ muster=${1:-}
 orte=(
     'src/app/main.cpp|'
     'src/platform/linux/plattform.cpp|'
+    'src/app/pruefmodus.cpp|int pruefmodus'
     'src/app/sprache.cpp|void deutschEinrichten'
     'src/platform/linux/linuxarbeitsplatz.cpp|void LinuxArbeitsplatz::beiAufwachen'
     'src/controller/steuerung.cpp|Steuerung::Steuerung'
@@ -19,14 +20,16 @@ orte=(
 # Parts of statements that decide something: file, what is there, what takes its place.
 teile=(
     'src/app/main.cpp|!kommandozeile.bild && |'
-    'src/app/main.cpp|u"/Applications"_s|QString()'
+    'src/app/programmordner.cpp|u"/Applications"_s|QString()'
     'src/app/main.cpp|.belegen(kommandozeile.wunsch())|.belegen(Wunsch::Oeffnen)'
     'src/platform/linux/plattform.cpp| = Aktivierung::desStarts()|{}'
-    'src/platform/linux/plattform.cpp|qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")|true'
-    'src/platform/linux/plattform.cpp|qEnvironmentVariableIsEmpty("DISPLAY")|true'
-    'src/platform/linux/plattform.cpp|qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")|true'
+    'src/app/main.cpp| && !kommandozeile.bild|'
+    'src/app/main.cpp|startlage(kommandozeile.plattform)|startlage({})'
+    'src/platform/linux/plattform.cpp|xAnzeigeFragen(angaben.x11.toLocal8Bit()).antwortet|true'
+    'src/platform/linux/plattform.cpp|waylandAntwortet(angaben.wayland)|true'
+    'src/platform/linux/plattform.cpp|endeErzwingen(laengstesEnde, status)|endeErzwingen(laengstesEnde, 0)'
 )
-programmtests="tst_programmlauf tst_programmstart tst_auftritt tst_aufwachen"
+programmtests="tst_programmlauf tst_ohneanzeige tst_pruefmodus tst_programmstart tst_auftritt tst_aufwachen"
 
 ordner=$(mktemp -d "${TMPDIR:-/tmp}/wurzelversuch.XXXXXX")
 kopie=$ordner/kopie

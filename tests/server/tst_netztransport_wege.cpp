@@ -233,7 +233,8 @@ private Q_SLOTS:
         Rohserver server(QHostAddress::LocalHost, tlsServer());
         Netzwelt welt;
         QCOMPARE(welt.holen(post(server.adresse(u"https"_s))),
-                 Transport::Ergebnis(Netzantwort{200, "{}"}));
+                 Transport::Ergebnis(Netzantwort{200, "{}", eigenesZertifikat().expiryDate()}));
+        QVERIFY(eigenesZertifikat().expiryDate().isValid());
         QVERIFY(server.empfangen().at(0).startsWith("POST / HTTP/1.1\r\n"));
     }
 
@@ -308,7 +309,7 @@ private Q_SLOTS:
         sicher.sonst({.bytes = Rohserver::umleitung(302, falle.adresse() + u"/y"_s)});
         Netzwelt welt;
         QCOMPARE(welt.holen(post(sicher.adresse(u"https"_s))),
-                 Transport::Ergebnis(Netzantwort{302, {}}));
+                 Transport::Ergebnis(Netzantwort{302, {}, eigenesZertifikat().expiryDate()}));
         QCOMPARE(falle.verbindungen(), 0);
     }
 

@@ -6,9 +6,16 @@
 
 namespace kalvaro {
 
-void endeErzwingen(int millisekunden)
+namespace {
+
+volatile std::sig_atomic_t ausgang = 0; // of the signal's handler, which has no other way to know
+
+} // namespace
+
+void endeErzwingen(int millisekunden, int status)
 {
-    std::signal(SIGALRM, [](int) { ::_exit(0); });
+    ausgang = status;
+    std::signal(SIGALRM, [](int) { ::_exit(ausgang); });
     itimerval frist = {};
     frist.it_value.tv_sec = millisekunden / 1000;
     frist.it_value.tv_usec = millisekunden % 1000 * 1000L;

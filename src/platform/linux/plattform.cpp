@@ -1,12 +1,15 @@
 #include "platform/plattform.h"
 
+#include "platform/linux/anzeigewahl.h"
 #include "platform/linux/dbuseinzelinstanz.h"
 #include "platform/linux/dbusmitteilungen.h"
 #include "platform/linux/endefrist.h"
 #include "platform/linux/linuxarbeitsplatz.h"
 #include "platform/linux/linuxprozesse.h"
+#include "platform/linux/linuxschreibtisch.h"
 #include "platform/linux/signale.h"
 #include "platform/linux/traystatusobjekt.h"
+#include "platform/linux/xanzeige.h"
 #include "platform/linux/xdganmeldestart.h"
 
 #include <QCoreApplication>
@@ -18,15 +21,6 @@ namespace kalvaro {
 namespace {
 
 constexpr int laengstesEnde = 700; // milliseconds
-
-// Without a display the program can still draw its picture and say what is wrong.
-void anzeigeWaehlen()
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
-        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-}
 
 } // namespace
 
@@ -49,16 +43,29 @@ struct Plattform::Geraete
 struct Startlage::Innen
 {
     const Aktivierung aktivierung = Aktivierung::desStarts();
+    std::optional<QString> mangel{};
 };
 
-Startlage::Startlage()
+Startlage::Startlage(const QString &plattform)
     : innen_(std::make_unique<Innen>())
 {
     sitzungsbusFestlegen();
-    anzeigeWaehlen();
+    const auto angaben = Anzeigeangaben::derUmgebung(plattform);
+    const Anzeigewahl wahl = anzeigeWaehlen(
+        angaben, [&] { return xAnzeigeFragen(angaben.x11.toLocal8Bit()).antwortet; },
+        [&] { return waylandAntwortet(angaben.wayland); });
+    innen_->mangel = wahl.mangel;
+    if (!wahl.plattform.isEmpty()) {
+        qputenv("QT_QPA_PLATFORM", wahl.plattform.toLatin1());
+    }
 }
 
 Startlage::~Startlage() = default;
+
+const std::optional<QString> &Startlage::anzeigemangel() const
+{
+    return innen_->mangel;
+}
 
 struct Plattform::Innen
 {
@@ -93,7 +100,36 @@ void Plattform::beiEnde(std::function<void()> enden)
 {
     innen_->signale.emplace(std::move(enden));
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, qApp,
-                     [] { endeErzwingen(laengstesEnde); });
+                     [] { endeErzwingen(laengstesEnde, 0); });
+}
+
+struct Rechnerauskunft::Innen
+{
+    const LinuxProzesse prozesse{};
+    const LinuxSchreibtisch schreibtisch{};
+};
+
+Rechnerauskunft::Rechnerauskunft()
+    : innen_(std::make_unique<Innen>())
+{
+}
+
+Rechnerauskunft::~Rechnerauskunft() = default;
+
+const Prozesse &Rechnerauskunft::prozesse() const
+{
+    return innen_->prozesse;
+}
+
+const Schreibtischauskunft &Rechnerauskunft::schreibtisch() const
+{
+    return innen_->schreibtisch;
+}
+
+void Rechnerauskunft::enden(int status)
+{
+    endeErzwingen(laengstesEnde, status);
+    QCoreApplication::exit(status);
 }
 
 } // namespace kalvaro

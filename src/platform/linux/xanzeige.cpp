@@ -1,0 +1,69 @@
+#include "platform/linux/xanzeige.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <future>
+#include <memory>
+#include <thread>
+#include <xcb/xcb.h>
+
+namespace kalvaro {
+
+namespace {
+
+template<typename Antwort>
+std::unique_ptr<Antwort, void (*)(void *)> gelesen(Antwort *antwort)
+{
+    return {antwort, std::free};
+}
+
+bool hatTray(xcb_connection_t *x, int schirm)
+{
+    const QByteArray auswahl = "_NET_SYSTEM_TRAY_S" + QByteArray::number(schirm);
+    const auto atom = gelesen(xcb_intern_atom_reply(
+        x, xcb_intern_atom(x, 0, static_cast<uint16_t>(auswahl.size()), auswahl.constData()),
+        nullptr));
+    if (!atom) {
+        return false;
+    }
+    const auto besitzer =
+        gelesen(xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, atom->atom), nullptr));
+    return besitzer && besitzer->owner != XCB_NONE;
+}
+
+XAnzeige fragen(const QByteArray &name)
+{
+    int schirm = 0;
+    xcb_connection_t *const x = xcb_connect(name.constData(), &schirm);
+    XAnzeige lage{.antwortet = xcb_connection_has_error(x) == 0};
+    lage.tray = lage.antwortet && hatTray(x, schirm);
+    xcb_disconnect(x);
+    return lage;
+}
+
+// A server that hangs up must not end the program.
+void ohneRohrsignal()
+{
+    sigset_t menge = {};
+    sigemptyset(&menge);
+    sigaddset(&menge, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &menge, nullptr);
+}
+
+} // namespace
+
+XAnzeige xAnzeigeFragen(const QByteArray &name, std::chrono::milliseconds frist)
+{
+    if (name.isEmpty()) {
+        return {};
+    }
+    std::packaged_task<XAnzeige()> frage([name] {
+        ohneRohrsignal();
+        return fragen(name);
+    });
+    std::future<XAnzeige> antwort = frage.get_future();
+    std::thread(std::move(frage)).detach();
+    return antwort.wait_for(frist) == std::future_status::ready ? antwort.get() : XAnzeige{};
+}
+
+} // namespace kalvaro
