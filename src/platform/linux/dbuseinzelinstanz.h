@@ -35,6 +35,9 @@ public:
     // Waits for the bus, and for the first instance to take the request, a second at most each.
     [[nodiscard]] bool belegen(bool leise) override;
 
+    // Whether this one has been told that it is the only one.
+    [[nodiscard]] bool belegt() const { return nameGehalten_ || sperre_ != nullptr; }
+
     void beiOeffnen(std::function<void()> oeffnen) override;
 
     // Another start, or the desktop, asks for the window. Answers at once, opens from the event
