@@ -168,7 +168,7 @@ void TestAnmeldestart::eintragFolgtDemProgramm_data()
     QTest::newRow("and there was no icon") << anfang + versuch + weg + ende << true;
     QTest::newRow("written by 1.4") << anfang + symbol + weg + ende << true;
     QTest::newRow("no icon then, the same program")
-        << anfang + u"TryExec=/opt/kalvaro\nExec=\"/opt/kalvaro\" --hintergrund"_s + ende << true;
+        << anfang + u"TryExec=/bin/sh\nExec=\"/bin/sh\" --hintergrund"_s + ende << true;
     QTest::newRow("another program that is there")
         << anfang + symbol + u"TryExec=%1\n"_s + da + ende << false;
     QTest::newRow("1.4, another program that is there") << anfang + symbol + da + ende << false;
@@ -178,7 +178,7 @@ void TestAnmeldestart::eintragFolgtDemProgramm_data()
     QTest::newRow("another argument")
         << anfang + symbol + versuch + weg + u" --leise"_s + ende << false;
     QTest::newRow("TryExec names something else")
-        << anfang + symbol + u"TryExec=/bin/sh\n"_s + weg + ende << false;
+        << anfang + symbol + u"TryExec=/weg/anderes\n"_s + weg + ende << false;
     QTest::newRow("by hand") << u"von Hand\n"_s << false;
     QTest::newRow("a key and no more") << u"\nExec="_s << false;
     QTest::newRow("empty") << QString() << false;
@@ -192,7 +192,7 @@ void TestAnmeldestart::eintragFolgtDemProgramm()
         vorhanden.replace(u"%1"_s, QCoreApplication::applicationFilePath()).toUtf8();
     const QString datei = pfad(u"a/de.kalvaro.kalvaro.desktop"_s);
     dateiSchreiben(datei, vorher);
-    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
+    XdgAnmeldestart start(u"/bin/sh"_s, pfad(u"a"_s));
     start.nachfuehren();
     const QByteArray nachher = dateiLesen(datei);
     QCOMPARE(daten.protokollzeilen(), QStringList());
