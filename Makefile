@@ -1,5 +1,5 @@
 # The short front for people; CMakePresets.json has the whole story.
-.PHONY: help deps build demo test lint bench pictures coverage clean
+.PHONY: help deps build demo test lint bench pictures coverage package clean
 
 STUFE ?= release
 export CMAKE_BUILD_PARALLEL_LEVEL ?= $(shell nproc 2>/dev/null || echo 2)
@@ -34,6 +34,10 @@ bench: ## what start, memory and large libraries cost
 coverage: ## which lines of the rooms below the windows the tests reach
 	@tools/sperre.sh tools/pakete.sh pruefen
 	@tools/sperre.sh tools/abdeckung.sh
+
+package: ## the Debian package, in build/paket
+	@tools/sperre.sh tools/pakete.sh paket
+	@tools/sperre.sh tools/paket.sh
 
 clean: ## away with build/
 	rm -rf build

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs the Debian packages that a step needs and that are missing; says what it installs.
-#   tools/pakete.sh bauen|testen|pruefen
+#   tools/pakete.sh bauen|testen|pruefen|paket
 set -eu
 
 bauen="cmake ninja-build g++ pkg-config qt6-base-dev libqt6svg6 qt6-translations-l10n libicu-dev
@@ -8,14 +8,17 @@ bauen="cmake ninja-build g++ pkg-config qt6-base-dev libqt6svg6 qt6-translations
        ca-certificates"
 testen="$bauen dbus dbus-daemon dunst fonts-dejavu-core hicolor-icon-theme imagemagick libglib2.0-bin
         python3-dbusmock qt6-wayland weston x11-utils xauth xdotool xfce4-panel xvfb"
+testen="$testen appstream desktop-file-utils groff"
 pruefen="$testen clang clang-format clang-tidy gcovr libclang-rt-14-dev"
+packen="$bauen appstream desktop-file-utils dpkg-dev file groff lintian"
 
 case "${1:-}" in
 bauen) pakete=$bauen ;;
 testen) pakete=$testen ;;
 pruefen) pakete=$pruefen ;;
+paket) pakete=$packen ;;
 *)
-    echo "Usage: tools/pakete.sh bauen|testen|pruefen" >&2
+    echo "Usage: tools/pakete.sh bauen|testen|pruefen|paket" >&2
     exit 2
     ;;
 esac
