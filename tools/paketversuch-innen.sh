@@ -191,6 +191,8 @@ muss "apt remove" apt remove kalvaro
 muss "the program's files are gone" sh -c \
     'while read -r datei; do [ ! -e "$datei" ] || { echo "$datei"; exit 1; }; done </versuch/dateien'
 muss "the user's data is not" test -s "$daten/konto.json" -a -s "$daten/kalvaro.log" -a -s "$eintrag"
-muss "apt purge" apt purge kalvaro
+# By now apt may not know it any more, since it came from no archive.
+muss "purge" dpkg --purge kalvaro
+muss "dpkg does not know it" sh -c '! dpkg -s kalvaro'
 bestand >/versuch/nachher
 muss "nothing is left but the user's data" diff /versuch/vorher /versuch/nachher
