@@ -126,10 +126,14 @@ muss "it says its version" grep -qx "kalvaro 1.4" <(alsNutzer kalvaro --version)
 alsNutzer QT_QPA_PLATFORM=offscreen kalvaro --bild $heim/bild.png >/versuch/urteil.log 2>&1 ||
     scheitern "it draws a picture: status $?"
 muss "it draws a picture" test -s $heim/bild.png
-muss "the verdict in it is that of the cloud" grep -q . /versuch/urteil.log
+muss "the verdict in it is that of the cloud" grep -qx "Bibliothek ist abgeglichen" /versuch/urteil.log
 sed 's/^/    /' /versuch/urteil.log
 muss "nothing complains on standard error about a missing part" \
     sh -c '! grep -iE "could not|cannot|failed|missing" /versuch/urteil.log'
+muss "it finds what draws its symbols" grep -q libqsvg <(
+    alsNutzer LD_DEBUG=files QT_QPA_PLATFORM=offscreen kalvaro --bild $heim/bild.png 2>&1)
+muss "and Qt's German" test -s /usr/share/qt6/translations/qtbase_de.qm
+muss "and what counts processes" test -x /usr/bin/pgrep
 muss "apt purge" apt purge kalvaro
 muss "nothing is left but the user's files" sh -c \
     "! find / -xdev \( -path /home -o -path /versuch -o -path /proc \) -prune -o -iname '*kalvaro*' -print | grep ."

@@ -33,7 +33,7 @@ void Startdatei::setzen(bool einschalten)
 
 void Startdatei::nachfuehren()
 {
-    constexpr qint64 hoechstens = 64 * 1024; // bytes; ours have a few hundred
+    constexpr qint64 hoechstens = 65536; // bytes; ours have a few hundred
     const QFileInfo vorhandene(datei_);
     if (!vorhandene.isFile() || vorhandene.size() > hoechstens) {
         return;
