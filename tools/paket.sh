@@ -10,6 +10,7 @@ zeit=$(git log -1 --format=%ct 2>/dev/null ||
 export SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:-$zeit}"
 export LC_ALL=C.UTF-8 TZ=UTC
 umask 022
+mkdir -p build
 
 # Debian's hardening; without debug symbols, which nobody would get. Its paths are those of the
 # folder that it is called in.

@@ -41,7 +41,13 @@ bestand() {
         -o -path /var/lib/dpkg \) -prune -o -print | sort
 }
 
-benannt() { bestand | grep -i kalvaro || true; }
+# What the package brings along, without the package: then a list of files tells only of it.
+abhaengige() { # abhaengige [OPTION]
+    local pakete
+    mapfile -t pakete < <(apt-get -s "$@" install "$paket" | sed -n 's/^Inst \([^ ]*\).*/\1/p' |
+        grep -vx kalvaro)
+    [ ${#pakete[@]} -eq 0 ] || apt "$@" install "${pakete[@]}"
+}
 
 # The user's session: a display, a bus, a panel with a tray. What is to last is called with BLEIBT.
 alsNutzer() {
@@ -122,9 +128,10 @@ JSON
 chown dj "$daten/konto.json"
 chmod 600 "$daten/konto.json"
 
-benannt >/versuch/benannt-vorher
 muss "apt update" apt update
-muss "apt install, with nothing but what it depends on" apt install --no-install-recommends "$paket"
+muss "what it depends on" abhaengige --no-install-recommends
+bestand >/versuch/vorher
+muss "apt install" apt --no-install-recommends install "$paket"
 muss "it says its version" grep -qx "kalvaro 1.4" <(alsNutzer kalvaro --version)
 alsNutzer QT_QPA_PLATFORM=offscreen kalvaro --bild $heim/bild.png >/versuch/urteil.log 2>&1 ||
     scheitern "it draws a picture: status $?"
@@ -138,15 +145,13 @@ muss "it finds what draws its symbols" grep -q libqsvg <(
 muss "and Qt's German" test -s /usr/share/qt6/translations/qtbase_de.qm
 muss "and what counts processes" test -x /usr/bin/pgrep
 muss "apt purge" apt purge kalvaro
-benannt >/versuch/benannt
-muss "nothing bears its name that did not before" diff /versuch/benannt-vorher /versuch/benannt
+bestand >/versuch/nachher
+muss "nothing is left but the user's data" diff /versuch/vorher /versuch/nachher
 
 # ── a desktop
 muss "the tools of the test" apt install --no-install-recommends xvfb dbus-daemon xfce4-panel \
     x11-utils libglib2.0-bin fonts-dejavu-core
-# All that it recommends, but not the package itself, so that the lists below tell only of it.
-abhaengige=$(apt-get -s install "$paket" | sed -n 's/^Inst \([^ ]*\).*/\1/p' | grep -vx kalvaro || true)
-[ -z "$abhaengige" ] || muss "what it depends on and recommends" apt install $abhaengige
+muss "what it recommends" abhaengige
 bestand >/versuch/vorher
 muss "apt install" apt install "$paket"
 dpkg -L kalvaro | while read -r datei; do [ -d "$datei" ] || echo "$datei"; done >/versuch/dateien
