@@ -1,7 +1,8 @@
 # The short front for people; CMakePresets.json has the whole story.
-.PHONY: help deps build demo test lint bench pictures coverage clean
+.PHONY: help deps build demo test lint bench pictures coverage install package clean
 
 STUFE ?= release
+PREFIX ?= /usr/local
 export CMAKE_BUILD_PARALLEL_LEVEL ?= $(shell nproc 2>/dev/null || echo 2)
 
 build: deps ## the program and the demo, in build/release
@@ -34,6 +35,13 @@ bench: ## what start, memory and large libraries cost
 coverage: ## which lines of the rooms below the windows the tests reach
 	@tools/sperre.sh tools/pakete.sh pruefen
 	@tools/sperre.sh tools/abdeckung.sh
+
+install: build ## kalvaro below PREFIX (/usr/local), in DESTDIR if that is set
+	@DESTDIR="$(DESTDIR)" cmake --install build/$(STUFE) --prefix "$(PREFIX)" >build/$(STUFE)/einbau.log
+
+package: ## the Debian package, in build/paket
+	@tools/sperre.sh tools/pakete.sh paket
+	@tools/sperre.sh tools/paket.sh
 
 clean: ## away with build/
 	rm -rf build

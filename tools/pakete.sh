@@ -1,23 +1,25 @@
 #!/bin/sh
 # Installs the Debian packages that a step needs and that are missing; says what it installs.
-#   tools/pakete.sh bauen|testen|pruefen
+#   tools/pakete.sh bauen|testen|pruefen|paket
 # "a|b" is whichever of them this release has: names differ between Debian 12, 13 and Ubuntu 24.04.
 set -eu
 
 bauen="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-plugins|libqt6svg6|libqt6svg6t64
-       qt6-translations-l10n libicu-dev
-       libplist-dev|libplist-2.0-dev libexpected-dev libcpp-httplib-dev libxcb1-dev zlib1g-dev procps util-linux fonts-inter
-       ca-certificates"
-testen="$bauen dbus dbus-daemon dunst fonts-dejavu-core hicolor-icon-theme imagemagick libglib2.0-bin
-        python3-dbusmock qt6-wayland weston x11-utils xauth xdotool xfce4-panel xvfb"
+       qt6-translations-l10n libicu-dev libplist-dev|libplist-2.0-dev libexpected-dev
+       libcpp-httplib-dev libxcb1-dev zlib1g-dev procps util-linux fonts-inter ca-certificates"
+testen="$bauen appstream dbus dbus-daemon desktop-file-utils dunst fonts-dejavu-core groff
+        hicolor-icon-theme imagemagick libglib2.0-bin python3-dbusmock qt6-wayland weston x11-utils
+        xauth xdotool xfce4-panel xvfb"
 pruefen="$testen clang clang-format clang-tidy gcovr libclang-rt-dev"
+packen="$bauen appstream desktop-file-utils dpkg-dev file groff lintian"
 
 case "${1:-}" in
 bauen) pakete=$bauen ;;
 testen) pakete=$testen ;;
 pruefen) pakete=$pruefen ;;
+paket) pakete=$packen ;;
 *)
-    echo "Usage: tools/pakete.sh bauen|testen|pruefen" >&2
+    echo "Usage: tools/pakete.sh bauen|testen|pruefen|paket" >&2
     exit 2
     ;;
 esac

@@ -24,16 +24,39 @@ bool Startdatei::an() const
 void Startdatei::setzen(bool einschalten)
 {
     if (einschalten) {
-        QDir().mkpath(QFileInfo(datei_).path());
-        QSaveFile ziel(datei_);
-        if (ziel.open(QIODevice::WriteOnly)) {
-            ziel.write(inhalt());
-            ziel.commit();
-        }
+        schreiben();
     } else {
         QFile::remove(datei_);
     }
     protokoll(u"Start beim Anmelden: "_s + (einschalten ? u"an"_s : u"aus"_s));
+}
+
+void Startdatei::nachfuehren()
+{
+    constexpr qint64 hoechstens = 65536; // bytes; ours have a few hundred
+    const QFileInfo vorhandene(datei_);
+    if (!vorhandene.isFile() || vorhandene.size() > hoechstens) {
+        return;
+    }
+    QFile quelle(datei_);
+    if (quelle.open(QIODevice::ReadOnly) && ueberholt(quelle.read(hoechstens))) {
+        schreiben();
+    }
+}
+
+bool Startdatei::ueberholt(const QByteArray & /*vorhanden*/) const
+{
+    return false;
+}
+
+void Startdatei::schreiben()
+{
+    QDir().mkpath(QFileInfo(datei_).path());
+    QSaveFile ziel(datei_);
+    if (ziel.open(QIODevice::WriteOnly)) {
+        ziel.write(inhalt());
+        ziel.commit();
+    }
 }
 
 } // namespace kalvaro

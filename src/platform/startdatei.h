@@ -19,12 +19,21 @@ public:
     // created.
     void setzen(bool einschalten) final;
 
+    // Writes a file anew that is ours and names a program which is gone; any other stays, and none
+    // is created. Without a word in the log: nothing was switched.
+    void nachfuehren();
+
 protected:
     explicit Startdatei(QString datei);
 
     [[nodiscard]] virtual QByteArray inhalt() const = 0;
 
+    // Whether `vorhanden` was written by this class and no longer holds.
+    [[nodiscard]] virtual bool ueberholt(const QByteArray &vorhanden) const;
+
 private:
+    void schreiben();
+
     const QString datei_;
 };
 

@@ -1,6 +1,7 @@
 #include "ui/erscheinung.h"
 
 #include "ui/stil.h"
+#include "ui/symbole.h"
 
 #include <QApplication>
 #include <QStyle>
@@ -58,6 +59,8 @@ QPalette eigenePalette(bool dunkel)
 
 void erscheinungEinrichten(QApplication &anwendung, bool dunkel)
 {
+    // Alerts stand before any window of ours, too.
+    QApplication::setWindowIcon(programmsymbol());
     // Without a desktop's theme Qt falls back to Fusion and its standard palette.
     if (anwendung.style()->name() != u"fusion"_s) {
         return;

@@ -36,6 +36,9 @@ public:
     // Waits for the bus, and for the first instance to take the request, a second at most each.
     [[nodiscard]] bool belegen(std::optional<Wunsch> wunsch) override;
 
+    // Whether this one has been told that it is the only one.
+    [[nodiscard]] bool belegt() const { return nameGehalten_ || sperre_ != nullptr; }
+
     void beiWunsch(std::function<void(Wunsch)> ruf) override;
 
     // Another start, or the desktop, wants something. Answers at once, acts from the event loop.

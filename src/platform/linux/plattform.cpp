@@ -91,6 +91,10 @@ Plattform::Anschluesse Plattform::anschluesse()
 {
     if (!innen_->geraete) {
         innen_->geraete.emplace(innen_->uhr);
+        // Whoever only draws or looks changes nothing.
+        if (innen_->einzelinstanz.belegt()) {
+            innen_->geraete->anmeldestart.nachfuehren();
+        }
     }
     Geraete &g = *innen_->geraete;
     return {g.prozesse, g.arbeitsplatz, g.anmeldestart, g.mitteilungen, g.statusobjekt};

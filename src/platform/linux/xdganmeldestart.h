@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/konstanten.h"
 #include "platform/startdatei.h"
 
 namespace kalvaro {
@@ -12,19 +13,23 @@ namespace kalvaro {
 // Autostart Specification" 0.5).
 [[nodiscard]] QString autostartordner();
 
-// Start at login by an autostart entry.
+// Start at login by an autostart entry. `symbol` is the name of its icon in the icon theme; empty
+// when there is none.
 class XdgAnmeldestart final : public Startdatei
 {
 public:
-    explicit XdgAnmeldestart(QString programm, const QString &ordner = autostartordner());
+    explicit XdgAnmeldestart(QString programm, const QString &ordner = autostartordner(),
+                             QString symbol = KENNUNG);
 
-    // Of the running program; needs a QCoreApplication.
+    // Of the running program, with its icon where that is installed; needs a QGuiApplication.
     XdgAnmeldestart();
 
 private:
     [[nodiscard]] QByteArray inhalt() const override;
+    [[nodiscard]] bool ueberholt(const QByteArray &vorhanden) const override;
 
     const QString programm_;
+    const QString symbol_;
 };
 
 } // namespace kalvaro

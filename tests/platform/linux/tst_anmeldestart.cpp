@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <memory>
 #include <plist/plist.h>
+#include <sys/stat.h>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -57,6 +58,13 @@ private Q_SLOTS:
     void jedeDateiAmOrtGilt();
     void unbeschreibbarerOrdnerZeigtSichAlsAus();
     void schreibtDenEintragZeileFuerZeile();
+    void ohneSymbolFehltDieZeile();
+    void eintragFolgtDemProgramm_data();
+    void eintragFolgtDemProgramm();
+    void eintragFolgtGenauDemPfad_data() { dieSitzungStartetGenauDenPfad_data(); }
+    void eintragFolgtGenauDemPfad();
+    void nachfuehrenLegtNichtsAn();
+    void eineRoehreHaeltNichtAuf();
     void ordnerFolgtDerUmgebung();
     void einAppImageNenntSichSelbst();
     void einFremdesAppImageZaehltNicht();
@@ -130,9 +138,93 @@ void TestAnmeldestart::schreibtDenEintragZeileFuerZeile()
              "Name=kalvaro\n"
              "Comment=Hält die rekordbox-Bibliothek mit der Cloud im Gleichstand\n"
              "Icon=de.kalvaro.kalvaro\n"
+             "TryExec=/opt/mein \"Pro`gr$amm\\\\100\n"
              "Exec=\"/opt/mein \\\\\"Pro\\\\`gr\\\\$amm\\\\\\\\100\" --hintergrund\n"
              "Terminal=false\n"
              "StartupNotify=false\n"_s);
+}
+
+void TestAnmeldestart::ohneSymbolFehltDieZeile()
+{
+    XdgAnmeldestart(u"/opt/kalvaro"_s, pfad(u"a"_s), {}).setzen(true);
+    const QByteArray eintrag = dateiLesen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s));
+    QVERIFY(eintrag.contains("\nExec="));
+    QVERIFY(!eintrag.contains("\nIcon"));
+}
+
+void TestAnmeldestart::eintragFolgtDemProgramm_data()
+{
+    // %1 is a program that is there, and not the running one.
+    QTest::addColumn<QString>("vorhanden");
+    QTest::addColumn<bool>("folgt");
+    const QString anfang = u"[Desktop Entry]\nType=Application\nVersion=1.5\nName=kalvaro\n"
+                           "Comment=Hält die rekordbox-Bibliothek mit der Cloud im Gleichstand\n"_s;
+    const QString symbol = u"Icon=de.kalvaro.kalvaro\n"_s;
+    const QString ende = u"\nTerminal=false\nStartupNotify=false\n"_s;
+    const QString weg = u"Exec=\"/weg/kalvaro\" --hintergrund"_s;
+    const QString versuch = u"TryExec=/weg/kalvaro\n"_s;
+    const QString da = u"Exec=\"%1\" --hintergrund"_s;
+    QTest::newRow("the program is gone") << anfang + symbol + versuch + weg + ende << true;
+    QTest::newRow("and there was no icon") << anfang + versuch + weg + ende << true;
+    QTest::newRow("written by 1.4") << anfang + symbol + weg + ende << true;
+    QTest::newRow("no icon then, the same program")
+        << anfang + u"TryExec=/bin/sh\nExec=\"/bin/sh\" --hintergrund"_s + ende << true;
+    QTest::newRow("another program that is there")
+        << anfang + symbol + u"TryExec=%1\n"_s + da + ende << false;
+    QTest::newRow("1.4, another program that is there") << anfang + symbol + da + ende << false;
+    QTest::newRow("switched off by the desktop")
+        << anfang + symbol + versuch + weg + ende + u"X-GNOME-Autostart-enabled=false\n"_s << false;
+    QTest::newRow("hidden") << anfang + symbol + versuch + weg + ende + u"Hidden=true\n"_s << false;
+    QTest::newRow("another argument")
+        << anfang + symbol + versuch + weg + u" --leise"_s + ende << false;
+    QTest::newRow("TryExec names something else")
+        << anfang + symbol + u"TryExec=/weg/anderes\n"_s + weg + ende << false;
+    QTest::newRow("by hand") << u"von Hand\n"_s << false;
+    QTest::newRow("a key and no more") << u"\nExec="_s << false;
+    QTest::newRow("empty") << QString() << false;
+}
+
+void TestAnmeldestart::eintragFolgtDemProgramm()
+{
+    QFETCH(QString, vorhanden);
+    QFETCH(bool, folgt);
+    const QByteArray vorher =
+        vorhanden.replace(u"%1"_s, QCoreApplication::applicationFilePath()).toUtf8();
+    const QString datei = pfad(u"a/de.kalvaro.kalvaro.desktop"_s);
+    dateiSchreiben(datei, vorher);
+    XdgAnmeldestart start(u"/bin/sh"_s, pfad(u"a"_s));
+    start.nachfuehren();
+    const QByteArray nachher = dateiLesen(datei);
+    QCOMPARE(daten.protokollzeilen(), QStringList());
+    start.setzen(true);
+    QCOMPARE(nachher, folgt ? dateiLesen(datei) : vorher);
+}
+
+void TestAnmeldestart::eintragFolgtGenauDemPfad()
+{
+    QFETCH(QString, name);
+    XdgAnmeldestart(pfad(name), pfad(u"a"_s)).setzen(true);
+    XdgAnmeldestart(u"/opt/kalvaro"_s, pfad(u"a"_s)).nachfuehren();
+    QVERIFY(dateiLesen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s))
+                .contains("\nExec=\"/opt/kalvaro\" --hintergrund\n"));
+}
+
+void TestAnmeldestart::nachfuehrenLegtNichtsAn()
+{
+    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
+    start.nachfuehren();
+    QVERIFY(!start.an());
+    QVERIFY(!QFile::exists(pfad(u"a"_s)));
+}
+
+void TestAnmeldestart::eineRoehreHaeltNichtAuf()
+{
+    QVERIFY(QDir(ordner->path()).mkdir(u"a"_s));
+    const QString datei = pfad(u"a/de.kalvaro.kalvaro.desktop"_s);
+    QCOMPARE(mkfifo(QFile::encodeName(datei).constData(), 0600), 0);
+    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
+    start.nachfuehren();
+    QVERIFY(!QFileInfo(datei).isFile());
 }
 
 void TestAnmeldestart::ordnerFolgtDerUmgebung()

@@ -1,0 +1,1 @@
+complete -W "--hintergrund --bild --help --version" kalvaro
