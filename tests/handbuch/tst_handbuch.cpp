@@ -174,7 +174,7 @@ void TestHandbuch::urteilStehtBeiSeinerFarbe()
     const QHash<Art, QString> farben{{Art::Gut, u"Grün"_s},
                                      {Art::Warn, u"Orange"_s},
                                      {Art::Krit, u"Rot"_s},
-                                     {Art::Aus, u"Weiß"_s}};
+                                     {Art::Aus, u"Ohne Farbe"_s}};
     const QStringList zeilen = abschnitt(farben[urteil.art]).split(u'\n');
     const QStringList gefunden = zeilen.filter(u"| **"_s + urteil.titel + u"** |"_s);
 
