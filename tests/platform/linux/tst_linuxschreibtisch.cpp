@@ -120,6 +120,9 @@ private Q_SLOTS:
         dateiSchreiben(ordner.filePath(u"dienst.service"_s),
                        "[D-BUS Service]\nName=org.freedesktop.Notifications\nExec=/usr/bin/touch " +
                            spur.toUtf8() + "\n");
+        dateiSchreiben(ordner.filePath(u"leiste.service"_s),
+                       "[D-BUS Service]\nName=org.kde.StatusNotifierWatcher\nExec=/usr/bin/touch " +
+                           spur.toUtf8() + "\n");
         Testbus bus(QProcessEnvironment::systemEnvironment(), ordner.path());
         const LinuxSchreibtisch s(bus.verbindung(), {});
         QCOMPARE(s.mitteilungsdienst(), (Dienst{Dienst::Zustand::BeiBedarf, {}}));
