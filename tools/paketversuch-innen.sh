@@ -7,6 +7,8 @@ paket=$(echo /versuch/kalvaro_*.deb)
 heim=/home/dj
 daten=$heim/.local/share/kalvaro
 eintrag=$heim/.config/autostart/de.kalvaro.kalvaro.desktop
+export DEBIAN_FRONTEND=noninteractive
+export LC_ALL=C.UTF-8
 cd /
 
 schritt() { echo "✓ $1"; }

@@ -37,6 +37,12 @@ public:
     }
 };
 
+void einrichten(const Zuhause &zuhause, Democloud &cloud)
+{
+    QVERIFY(cloud.starten());
+    zuhause.kontoSchreiben(cloud.adresse());
+}
+
 QStringList wege(const Democloud &cloud)
 {
     QStringList liste;
@@ -67,8 +73,7 @@ private Q_SLOTS:
         QFETCH(const QStringList, davor);
         const Zuhause zuhause;
         Democloud cloud({.szenario = Szenario::Aktuell});
-        QVERIFY(cloud.starten());
-        zuhause.kontoSchreiben(cloud.adresse());
+        einrichten(zuhause, cloud);
         const QString pfad = zuhause.datei(u"ein bild.png"_s);
 
         Lauf lauf(zuhause, davor + QStringList{u"--bild"_s, pfad});
@@ -183,8 +188,7 @@ private Q_SLOTS:
     {
         const Zuhause zuhause;
         Democloud cloud;
-        QVERIFY(cloud.starten());
-        zuhause.kontoSchreiben(cloud.adresse());
+        einrichten(zuhause, cloud);
         Lauf lauf(zuhause, {u"--hintergrund"_s});
         QTRY_COMPARE_WITH_TIMEOUT(zuhause.protokoll().size(), 1, frist);
 
@@ -199,8 +203,7 @@ private Q_SLOTS:
     {
         const Zuhause zuhause;
         Democloud cloud({.dauer = 3600});
-        QVERIFY(cloud.starten());
-        zuhause.kontoSchreiben(cloud.adresse());
+        einrichten(zuhause, cloud);
         {
             Lauf lauf(zuhause, {});
             QTRY_COMPARE_WITH_TIMEOUT(cloud.laufendeAbgleiche(), 1, frist);
@@ -225,8 +228,7 @@ private Q_SLOTS:
     {
         const Zuhause zuhause;
         Democloud cloud;
-        QVERIFY(cloud.starten());
-        zuhause.kontoSchreiben(cloud.adresse());
+        einrichten(zuhause, cloud);
         Lauf erster(zuhause, {u"--hintergrund"_s});
         QTRY_COMPARE_WITH_TIMEOUT(zuhause.protokoll().size(), 1, frist);
 
@@ -246,8 +248,7 @@ private Q_SLOTS:
     {
         const Zuhause zuhause;
         Democloud cloud;
-        QVERIFY(cloud.starten());
-        zuhause.kontoSchreiben(cloud.adresse());
+        einrichten(zuhause, cloud);
         Lauf erster(zuhause, {u"--hintergrund"_s});
         QTRY_COMPARE_WITH_TIMEOUT(zuhause.protokoll().size(), 1, frist);
 
@@ -266,8 +267,7 @@ private Q_SLOTS:
     {
         const Zuhause zuhause;
         Democloud cloud;
-        QVERIFY(cloud.starten());
-        zuhause.kontoSchreiben(cloud.adresse());
+        einrichten(zuhause, cloud);
 
         Lauf lauf(zuhause, {u"--beenden"_s});
 
@@ -282,8 +282,7 @@ private Q_SLOTS:
         KALVARO_BRAUCHT(u"dbus-daemon"_s);
         const Zuhause zuhause;
         Democloud cloud;
-        QVERIFY(cloud.starten());
-        zuhause.kontoSchreiben(cloud.adresse());
+        einrichten(zuhause, cloud);
         dateiSchreiben(zuhause.datei(u"dienste/de.kalvaro.kalvaro.service"_s),
                        "[D-BUS Service]\nName=de.kalvaro.kalvaro\nExec=\"" KALVARO_PROGRAMM
                        "\" --dienst\n");
