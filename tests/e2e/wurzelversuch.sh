@@ -25,7 +25,7 @@ teile=(
     'src/platform/linux/plattform.cpp| = Aktivierung::desStarts()|{}'
     'src/app/main.cpp| && !kommandozeile.bild|'
     'src/app/main.cpp|startlage(kommandozeile.plattform)|startlage({})'
-    'src/platform/linux/plattform.cpp|xAnzeigeFragen(angaben.x11.toLocal8Bit()).antwortet|true'
+    'src/platform/linux/plattform.cpp|return innen_->anzeige.antwortet|return true'
     'src/platform/linux/plattform.cpp|waylandAntwortet(angaben.wayland)|true'
     'src/platform/linux/plattform.cpp|endeErzwingen(laengstesEnde, status)|endeErzwingen(laengstesEnde, 0)'
 )

@@ -44,6 +44,7 @@ struct Startlage::Innen
 {
     const Aktivierung aktivierung = Aktivierung::desStarts();
     std::optional<QString> mangel{};
+    XAnzeige anzeige{}; // held until the toolkit has a connection of its own
 };
 
 Startlage::Startlage(const QString &plattform)
@@ -52,7 +53,11 @@ Startlage::Startlage(const QString &plattform)
     sitzungsbusFestlegen();
     const auto angaben = Anzeigeangaben::derUmgebung(plattform);
     const Anzeigewahl wahl = anzeigeWaehlen(
-        angaben, [&] { return xAnzeigeFragen(angaben.x11.toLocal8Bit()).antwortet; },
+        angaben,
+        [&] {
+            innen_->anzeige = xAnzeigeFragen(angaben.x11.toLocal8Bit());
+            return innen_->anzeige.antwortet;
+        },
         [&] { return waylandAntwortet(angaben.wayland); });
     innen_->mangel = wahl.mangel;
     if (!wahl.plattform.isEmpty()) {
@@ -78,6 +83,7 @@ struct Plattform::Innen
 Plattform::Plattform(const Startlage &startlage, Uhr &uhr)
     : innen_(new Innen{DBusEinzelinstanz(startlage.innen_->aktivierung), uhr})
 {
+    startlage.innen_->anzeige = {};
 }
 
 Plattform::~Plattform() = default;

@@ -34,11 +34,12 @@ bool hatTray(xcb_connection_t *x, int schirm)
 XAnzeige fragen(const QByteArray &name)
 {
     int schirm = 0;
-    xcb_connection_t *const x = xcb_connect(name.constData(), &schirm);
-    XAnzeige lage{.antwortet = xcb_connection_has_error(x) == 0};
-    lage.tray = lage.antwortet && hatTray(x, schirm);
-    xcb_disconnect(x);
-    return lage;
+    const std::shared_ptr<xcb_connection_t> x(xcb_connect(name.constData(), &schirm),
+                                              xcb_disconnect);
+    if (xcb_connection_has_error(x.get()) != 0) {
+        return {};
+    }
+    return {.antwortet = true, .tray = hatTray(x.get(), schirm), .verbindung = x};
 }
 
 // A server that hangs up must not end the program.

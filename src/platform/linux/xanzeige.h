@@ -3,6 +3,7 @@
 #include <QByteArray>
 
 #include <chrono>
+#include <memory>
 
 namespace kalvaro {
 
@@ -12,7 +13,9 @@ struct XAnzeige
     bool antwortet = false; // takes us as a client
     bool tray = false;      // has a tray, "System Tray Protocol Specification" 0.3
 
-    bool operator==(const XAnzeige &) const = default;
+    // The connection that was asked over, while it is held. A display whose last client leaves may
+    // begin anew and break what connects to it just then.
+    std::shared_ptr<void> verbindung{};
 };
 
 // Asks the display `name` ("localhost:10.0", as in $DISPLAY), within `frist`: what has not answered

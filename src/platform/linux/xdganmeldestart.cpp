@@ -1,11 +1,11 @@
 #include "platform/linux/xdganmeldestart.h"
 
+#include "platform/linux/autostarteintrag.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
-
-#include <algorithm>
 
 namespace kalvaro {
 
@@ -15,9 +15,6 @@ namespace {
 
 // The formats of this file: "Desktop Entry Specification" 1.5, "Possible value types" and "The Exec
 // key".
-constexpr auto schluesselZeile = "\nExec="_L1;
-const QString schalter = u" --hintergrund"_s;
-
 QString alsWert(const QString &text)
 {
     QString wert;
@@ -42,29 +39,6 @@ QString alsWert(const QString &text)
     return wert;
 }
 
-QString ausWert(QStringView wert)
-{
-    QString text;
-    for (qsizetype i = 0; i < wert.size(); ++i) {
-        const bool maskiert = wert[i] == u'\\' && i + 1 < wert.size();
-        const QChar zeichen = maskiert ? wert[++i] : wert[i];
-        switch (maskiert ? zeichen.unicode() : u'\\') {
-        case u'n':
-            text += u'\n';
-            break;
-        case u't':
-            text += u'\t';
-            break;
-        case u'r':
-            text += u'\r';
-            break;
-        default:
-            text += zeichen;
-        }
-    }
-    return text;
-}
-
 QString argument(const QString &text)
 {
     QString gefasst;
@@ -79,45 +53,13 @@ QString argument(const QString &text)
     return u'"' + gefasst + u'"';
 }
 
-// What `argument` put between its quotation marks.
-QString ausArgument(const QString &gefasst)
-{
-    QString text;
-    for (qsizetype i = 0; i < gefasst.size(); ++i) {
-        const bool maskiert = gefasst[i] == u'\\' || gefasst[i] == u'%';
-        text += gefasst[maskiert && i + 1 < gefasst.size() ? ++i : i];
-    }
-    return text;
-}
-
 // The standard allows no equal sign in the name of the program, and GLib 2.74 looks for it before
 // it has undone "%%"; a shell takes either as an argument.
-QString umweg()
-{
-    return u"/bin/sh -c "_s + argument(u"exec \"$0\" \"$@\""_s) + u' ';
-}
-
 QString kommandozeile(const QString &programm)
 {
     const bool heikel = programm.contains(u'=') || programm.contains(u'%');
-    return (heikel ? umweg() : QString()) + argument(programm) + schalter;
-}
-
-// The program that an entry of ours starts; anything for another's.
-QString programmAus(const QString &eintrag)
-{
-    const qsizetype zeile = eintrag.indexOf(schluesselZeile);
-    if (zeile < 0) {
-        return {};
-    }
-    const qsizetype anfang = zeile + schluesselZeile.size();
-    const qsizetype laenge = std::max<qsizetype>(0, eintrag.indexOf(u'\n', anfang) - anfang);
-    QString befehl = ausWert(QStringView(eintrag).mid(anfang, laenge));
-    if (befehl.startsWith(umweg())) {
-        befehl.remove(0, umweg().size());
-    }
-    befehl.chop(schalter.size() + 1);
-    return ausArgument(befehl.mid(1));
+    const QString schale = u"/bin/sh -c "_s + argument(u"exec \"$0\" \"$@\""_s) + u' ';
+    return (heikel ? schale : QString()) + argument(programm) + u" --hintergrund"_s;
 }
 
 // `pruefbar`: sessions are to skip the entry where the program is gone.
@@ -178,7 +120,7 @@ QByteArray XdgAnmeldestart::inhalt() const
 bool XdgAnmeldestart::ueberholt(const QByteArray &vorhanden) const
 {
     const QString text = QString::fromUtf8(vorhanden);
-    const QString genannt = programmAus(text);
+    const QString genannt = autostarteintragLesen(vorhanden).programm();
     // 1.4 wrote the icon always and never a TryExec.
     const bool unserer = text == eintrag(genannt, KENNUNG, true) ||
                          text == eintrag(genannt, {}, true) ||

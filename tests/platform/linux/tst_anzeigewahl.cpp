@@ -109,10 +109,10 @@ private Q_SLOTS:
     // As after "ssh -X" whose connection has gone.
     void niemandHoert()
     {
-        QCOMPARE(xAnzeigeFragen({}), XAnzeige());
-        QCOMPARE(xAnzeigeFragen(":7654"), XAnzeige());
-        QCOMPARE(xAnzeigeFragen("127.0.0.1:7654"), XAnzeige());
-        QCOMPARE(xAnzeigeFragen("no display at all"), XAnzeige());
+        QVERIFY(!xAnzeigeFragen({}).antwortet);
+        QVERIFY(!xAnzeigeFragen(":7654").antwortet);
+        QVERIFY(!xAnzeigeFragen("127.0.0.1:7654").antwortet);
+        QVERIFY(!xAnzeigeFragen("no display at all").antwortet);
     }
 
     // A forward that takes the connection and passes nothing on.
@@ -122,7 +122,7 @@ private Q_SLOTS:
         QVERIFY(horchen(server));
         QElapsedTimer zeit;
         zeit.start();
-        QCOMPARE(xAnzeigeFragen(anzeige(server), std::chrono::milliseconds(300)), XAnzeige());
+        QVERIFY(!xAnzeigeFragen(anzeige(server), std::chrono::milliseconds(300)).antwortet);
         QVERIFY2(zeit.elapsed() < 5000, qPrintable(QString::number(zeit.elapsed())));
     }
 
@@ -138,7 +138,7 @@ private Q_SLOTS:
             QThread::create([&] { lage = xAnzeigeFragen(name, std::chrono::seconds(20)); }));
         frager->start();
         QTRY_VERIFY_WITH_TIMEOUT(frager->isFinished(), 10'000);
-        QCOMPARE(lage, std::optional(XAnzeige()));
+        QVERIFY(lage && !lage->antwortet && !lage->verbindung);
     }
 
 private:
