@@ -37,7 +37,7 @@ coverage: ## which lines of the rooms below the windows the tests reach
 	@tools/sperre.sh tools/abdeckung.sh
 
 install: build ## kalvaro below PREFIX (/usr/local), in DESTDIR if that is set
-	@DESTDIR="$(DESTDIR)" cmake --install build/$(STUFE) --prefix "$(PREFIX)" >build/$(STUFE)/einbau.log
+	@umask 022 && DESTDIR="$(DESTDIR)" cmake --install build/$(STUFE) --prefix "$(PREFIX)" >build/$(STUFE)/einbau.log
 
 package: ## the Debian package, in build/paket
 	@tools/sperre.sh tools/pakete.sh paket

@@ -3,7 +3,8 @@ include(GNUInstallDirs)
 set(KALVARO_ZSH_ORDNER ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING
     "Where zsh looks for completions; Debian's packages use share/zsh/vendor-completions")
 
-# Neither the builder's umask nor the folders that happen to be there decide who may read it.
+# Everybody may read it. The installer's umask still cuts that for the folders on the way, so
+# `make install` and the package set one.
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 

@@ -7,6 +7,8 @@ laeufe=${KALVARO_BENCH_LAEUFE:-7}
 ordner=$(mktemp -d "${TMPDIR:-/tmp}/kalvaro-bench.XXXXXX")
 . tools/democloud.sh
 trap 'cloud_beenden; rm -rf "$ordner"' EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
 cloud_starten "$bau/kalvaro-democloud" "$ordner/cloud" --dauer 0.2
 mkdir -p "$ordner/daten/kalvaro" "$ordner/run"
 chmod 700 "$ordner/run"

@@ -47,10 +47,16 @@ if [ -z "${BILD:-}" ] && [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     echo '{"autostart":true}' >"$ordner/kalvaro/einstellungen.json"
     echo "kalvaro runs with a demo cloud on port $port. Closing its window leaves it in the tray;"
     echo "„kalvaro beenden“ in its menu, or Ctrl+C here, ends both."
-    DEMO_REKORDBOX_DAUER=1800 "$bau/kalvaro" || scheitern "kalvaro ended with status $?"
-    [ -s "$protokoll" ] ||
+    ende=0
+    DEMO_REKORDBOX_DAUER=1800 "$bau/kalvaro" || ende=$?
+    if [ -s "$protokoll" ]; then
+        [ "$ende" -eq 0 ] || scheitern "kalvaro ended with status $ende"
+        exit 0
+    fi
+    [ "$ende" -ne 0 ] ||
         scheitern "another kalvaro runs in this session and was asked to open; please end it first"
-    exit 0
+    echo "There is no display after all (see above), so a picture follows."
+    rm -f "$ordner/kalvaro/einstellungen.json"
 fi
 
 bild=${BILD:-build/demo.png}

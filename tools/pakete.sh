@@ -82,6 +82,8 @@ echo "Installing: $noetig"
 warten="-o DPkg::Lock::Timeout=600 -o Acquire::Retries=3"
 protokoll=$(mktemp)
 trap 'rm -f "$protokoll"' EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
 versuch=0
 installieren() {
     $alsRoot env LC_ALL=C apt-get $warten update -q || return 1

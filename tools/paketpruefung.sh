@@ -5,6 +5,8 @@ set -eu
 paket=$1
 inhalt=$(mktemp -d)
 trap 'rm -rf "$inhalt"' EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
 dpkg-deb -x "$paket" "$inhalt"
 
 echo "lintian"

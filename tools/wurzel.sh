@@ -52,9 +52,13 @@ schritt() {
 }
 
 bare_wurzel() { # FOLDER
-    debootstrap --variant=minbase --include=git,make --components="$bereiche" \
-        "$suite" "$1" ${KALVARO_SPIEGEL:+"$KALVARO_SPIEGEL"} \
-        ${skript:+${KALVARO_SPIEGEL:-""} "/usr/share/debootstrap/scripts/$skript"}
+    set -- "$suite" "$1"
+    if [ -n "$skript" ]; then
+        set -- "$@" "${KALVARO_SPIEGEL:-}" "/usr/share/debootstrap/scripts/$skript"
+    elif [ -n "${KALVARO_SPIEGEL:-}" ]; then
+        set -- "$@" "$KALVARO_SPIEGEL"
+    fi
+    debootstrap --variant=minbase --include=git,make --components="$bereiche" "$@"
 }
 
 drin() { # COMMAND...: in the root, as root

@@ -81,6 +81,7 @@ Kommandozeile Kommandozeile::lesen(const QStringList &argumente)
     if (bild >= 0 && bild + 1 < argumente.size()) {
         k.bild = argumente[bild + 1];
     }
+    k.bildOhnePfad = bild >= 0 && !k.bild;
     k.abgleichen = argumente.contains(u"--abgleichen"_s);
     k.beenden = argumente.contains(u"--beenden"_s);
     k.dienst = argumente.contains(u"--dienst"_s);
@@ -100,7 +101,10 @@ std::optional<Wunsch> Kommandozeile::wunsch() const
     if (abgleichen) {
         return Wunsch::Abgleichen;
     }
-    return hintergrund || dienst ? std::nullopt : std::optional(Wunsch::Oeffnen);
+    if (hintergrund) {
+        return Wunsch::Hintergrund;
+    }
+    return dienst ? std::nullopt : std::optional(Wunsch::Oeffnen);
 }
 
 QString hilfetext()
@@ -129,6 +133,11 @@ QString bemerkungen(const Kommandozeile &kommandozeile)
     for (const QString &argument : kommandozeile.unbekannt) {
         zeilen += u"kalvaro: Das Argument „"_s + klartext(argument, laengstesArgument) +
                   u"“ ist unbekannt und wird ignoriert; „kalvaro --help“ zeigt alle.\n"_s;
+    }
+    if (kommandozeile.bildOhnePfad) {
+        zeilen +=
+            u"kalvaro: „--bild“ braucht einen Pfad und wird ignoriert; „kalvaro --help“ zeigt "
+            "alle.\n"_s;
     }
     if (kommandozeile.json && !kommandozeile.pruefen) {
         zeilen += u"kalvaro: „--json“ gilt nur mit „--pruefen“ und wird ignoriert; "

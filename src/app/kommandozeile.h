@@ -17,6 +17,7 @@ struct Kommandozeile
     bool abgleichen = false;       // "--abgleichen": a sync at once, by the program that runs
     bool beenden = false;          // "--beenden": the end of the program that runs
     bool dienst = false;           // "--dienst": started by the bus, which says next what for
+    bool bildOhnePfad = false;     // "--bild" as the last argument, which asks for nothing
     bool pruefen = false;          // "--pruefen": the check-up
     bool json = false;             // "--json": its findings for tools
     bool hilfe = false;            // "-h", "--help"

@@ -70,8 +70,8 @@ void Programm::beginnen(const Kommandozeile &kommandozeile)
         bildStarten(*kommandozeile.bild);
     } else {
         steuerung_ = std::make_unique<Steuerung>(*ablauf_, kommandozeile.hintergrund, menueBauen);
-        if (kommandozeile.abgleichen && kommandozeile.hintergrund) {
-            erfuellen(Wunsch::Abgleichen); // with a window the start brings a sync anyway
+        if (kommandozeile.abgleichen) {
+            erfuellen(Wunsch::Abgleichen); // joins the one that a window brings; it may bring none
         }
     }
 }
@@ -94,7 +94,8 @@ void Programm::erfuellen(Wunsch wunsch)
         if (wunsch == Wunsch::Beenden) {
             QCoreApplication::quit();
         } else {
-            beginnen({}); // opens with a sync
+            beginnen({.hintergrund = wunsch == Wunsch::Hintergrund,
+                      .abgleichen = wunsch == Wunsch::Abgleichen});
         }
         return;
     }
@@ -116,6 +117,8 @@ void Programm::erfuellen(Wunsch wunsch)
             QCoreApplication::quit();
         }
         break;
+    case Wunsch::Hintergrund:
+        break; // it does
     }
 }
 

@@ -47,9 +47,9 @@ int pruefmodus(int &argc, char **argv, bool json)
                        programmordner(),
                        {namenSuchen, zertifikatsblick(uhr)}});
     pruefung.beginnen([json](const QList<Befund> &befunde) {
-        std::fputs(ausgabe(befunde, json).constData(), stdout);
-        std::fflush(stdout);
-        Rechnerauskunft::enden(allesGut(befunde) ? 0 : 1);
+        const bool gesagt =
+            std::fputs(ausgabe(befunde, json).constData(), stdout) >= 0 && std::fflush(stdout) == 0;
+        Rechnerauskunft::enden(gesagt && allesGut(befunde) ? 0 : 1);
     });
     return QCoreApplication::exec();
 }

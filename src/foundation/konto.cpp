@@ -17,6 +17,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr qint64 groessteKontodatei =
+    qint64{4} * 1024 * 1024; // bytes; usual ones have some hundred
+
 using Inhalt = tl::expected<QByteArray, QString>;
 
 Inhalt lesen(const QString &pfad)
@@ -37,9 +40,12 @@ Inhalt lesen(const QString &pfad)
                                           ? u"lässt sich nicht öffnen."_s
                                           : u"lässt sich nicht öffnen: Es fehlen die Rechte."_s));
     }
-    const QByteArray bytes = datei.readAll();
+    const QByteArray bytes = datei.read(groessteKontodatei + 1);
     if (datei.error() != QFile::NoError) {
         return tl::unexpected(kopf + u"lässt sich nicht lesen."_s);
+    }
+    if (bytes.size() > groessteKontodatei) {
+        return tl::unexpected(kopf + u"ist zu groß für eine Kontodatei."_s);
     }
     return bytes;
 }

@@ -13,7 +13,8 @@ namespace {
 QFileInfo vorhandenes(const QString &pfad)
 {
     QFileInfo ort(pfad);
-    while (!ort.exists() && !ort.isRoot() && ort.path() != ort.filePath()) {
+    // A link to what is not there stands in the way of a folder.
+    while (!ort.exists() && !ort.isSymLink() && !ort.isRoot() && ort.path() != ort.filePath()) {
         ort.setFile(ort.path());
     }
     return ort;

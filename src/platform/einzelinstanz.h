@@ -7,9 +7,10 @@ namespace kalvaro {
 
 // What a start, or the desktop, wants of the program that runs.
 enum class Wunsch {
-    Oeffnen,    // its window, with a sync
-    Abgleichen, // a sync
-    Beenden,    // that it ends
+    Oeffnen,     // its window, with a sync
+    Abgleichen,  // a sync
+    Beenden,     // that it ends
+    Hintergrund, // that it runs
 };
 
 // At most one program runs for each user and session.

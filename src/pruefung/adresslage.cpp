@@ -20,12 +20,13 @@ constexpr qint64 knapp = 14; // days of a certificate that are too few: renewal 
 const QString umDasNetz =
     u"Prüfe, ob die Cloud läuft und das Netz sie erreicht (Firewall, VPN, Proxy)."_s;
 
-// Without a name and password that stand in it.
+// Without a name and password that stand in it, also where it is no address.
 QString anzeigbar(const QString &adresse)
 {
     static const QRegularExpression anmeldung(u"//[^/?#]*@"_s);
     QString gezeigt = adresse;
-    return gezeigt.replace(anmeldung, u"//"_s);
+    gezeigt.replace(anmeldung, u"//"_s);
+    return schreibmangel(adresse).isEmpty() ? gezeigt : gezeigt.section(u'@', -1);
 }
 
 QString tag(const QDateTime &zeit)
@@ -153,7 +154,7 @@ private:
                    u"Trage die Adresse ein, zu der sie leitet."_s);
         } else if (!inhalt) {
             mangel(antwortzeit() + u", aber mit einem Fehler: "_s + satz(inhalt.error()),
-                   u"Frage nach, wer die Cloud betreibt."_s);
+                   u"Wende dich an den Betreiber der Cloud."_s);
         } else if (!vonDerCloud) {
             mangel(antwortzeit() + u", aber nicht wie die Cloud."_s,
                    u"Prüfe die Adresse; in fremden Netzen steht oft eine Anmeldeseite davor."_s);

@@ -4,6 +4,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QUrl>
 
 #include <algorithm>
 #include <limits>
@@ -34,7 +35,17 @@ bool allesGut(const QList<Befund> &befunde)
 
 QString ohneSchluessel(QString text, const QString &schluessel)
 {
-    return schluessel.isEmpty() ? text : text.replace(schluessel, u"•••"_s);
+    if (schluessel.isEmpty()) {
+        return text;
+    }
+    // As it is, and as it comes back through JSON, a URL, or a server that takes UTF-8 for Latin-1.
+    const QByteArray json = QJsonDocument(QJsonArray{schluessel}).toJson(QJsonDocument::Compact);
+    for (const QString &form : {schluessel, QString::fromUtf8(json.sliced(2, json.size() - 4)),
+                                QString::fromLatin1(QUrl::toPercentEncoding(schluessel)),
+                                QString::fromLatin1(schluessel.toUtf8())}) {
+        text.replace(form, u"•••"_s);
+    }
+    return text;
 }
 
 QList<Befund> bereinigt(QList<Befund> befunde, const QString &schluessel)

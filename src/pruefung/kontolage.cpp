@@ -121,6 +121,20 @@ QString listenmangel(const QJsonValue &wert)
     return {};
 }
 
+// A key may also stand there under another name, or as a number.
+bool sicherOhneSchluessel(const Kontolage &lage)
+{
+    if (!lage.konto || !lage.felder) {
+        return false;
+    }
+    const QStringList namen = lage.felder->keys();
+    return lage.konto->schluessel.isEmpty() &&
+           std::all_of(namen.begin(), namen.end(), [&lage](const QString &name) {
+               return felderDesKontos.contains(name) &&
+                      (name != feldSchluessel || lage.felder->value(name).isString());
+           });
+}
+
 QString maengelsatz(const QStringList &maengel)
 {
     return maengel.join(u"; "_s);
@@ -131,8 +145,11 @@ QString maengelsatz(const QStringList &maengel)
 Kontolage Kontolage::lesen()
 {
     const QFileInfo datei(Konto::kontodatei());
+    const QFileInfo ordner(datei.path());
     Kontolage lage{.pfad = datei.filePath(),
+                   .ordnerZu = ordner.isDir() && !ordner.isExecutable(),
                    .da = datei.exists(),
+                   .istDatei = datei.isFile(),
                    .lesbar = datei.isReadable(),
                    .rechte = datei.permissions(),
                    .felder = Konto::felder()};
@@ -170,7 +187,11 @@ Befund kontobefund(const Kontolage &lage)
     Befund b{.bereich = u"konto"_s, .name = u"Konto"_s};
     if (!lage.konto) {
         b.text = lage.konto.error();
-        if (!lage.da) {
+        if (lage.ordnerZu) {
+            b.schritt = u"Gib deinem Benutzer den Zugang zu dem Ordner, in dem sie liegt."_s;
+        } else if (lage.da && !lage.istDatei) {
+            b.schritt = u"Räume weg, was dort liegt, und lege die Datei an."_s;
+        } else if (!lage.da) {
             b.schritt = u"Lege die Datei dort an; ihren Inhalt kennt, wer die Cloud betreibt."_s;
         } else if (!lage.lesbar) {
             b.schritt = u"Mach die Datei für deinen Benutzer lesbar."_s;
@@ -196,11 +217,11 @@ Befund rechtebefund(const Kontolage &lage)
     constexpr QFile::Permissions andere =
         QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
     Befund b{.bereich = u"kontorechte"_s, .name = u"Rechte der Kontodatei"_s};
-    if (lage.felder && schluesselAus(*lage.felder).isEmpty()) {
+    if (sicherOhneSchluessel(lage)) {
         b.text = u"enthält keinen Schlüssel"_s;
     } else if (lage.rechte & andere) {
         b.text = u"Andere Benutzer dieses Rechners können den Schlüssel lesen oder ändern."_s;
-        b.schritt = u"chmod 600 '"_s + lage.pfad + u'\'';
+        b.schritt = u"chmod 600 '"_s + QString(lage.pfad).replace(u'\'', u"'\\''"_s) + u'\'';
     } else {
         b.text = u"nur für dich"_s;
     }

@@ -11,7 +11,9 @@ namespace kalvaro {
 struct Kontolage
 {
     QString pfad{};
+    bool ordnerZu = false; // the user may not look into the folder that it lies in
     bool da = false;
+    bool istDatei = false; // and no folder, pipe or the like
     bool lesbar = false;
     QFile::Permissions rechte{};
     tl::expected<QJsonObject, QString> felder{};
@@ -24,7 +26,8 @@ struct Kontolage
 // Where it can be loaded, what else is odd in it is a remark.
 [[nodiscard]] Befund kontobefund(const Kontolage &lage);
 
-// Whether nobody but the user can read or change a key in the file. Only for one that exists.
+// Whether nobody but the user can read or change a key in the file. Only for a file that the user
+// can read.
 [[nodiscard]] Befund rechtebefund(const Kontolage &lage);
 
 // The account key in these keys of the file, also under a misspelt one; empty when there is none.

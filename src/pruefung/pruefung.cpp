@@ -84,7 +84,7 @@ void Pruefung::fertigstellen()
 {
     const Konto konto = konto_.konto.value_or(Konto());
     QList<Befund> befunde{kontobefund(konto_)};
-    if (konto_.da) {
+    if (konto_.istDatei && konto_.lesbar) {
         befunde.append(rechtebefund(konto_));
     }
     const Adressangaben angaben{konto.geraet, konto.schluessel, konto_.pfad, umgebung_.uhr.jetzt()};

@@ -28,8 +28,9 @@ private Q_SLOTS:
         zeile("--hintergrund among others", {u"-x"_s, hintergrund, u"y"_s},
               {.hintergrund = true, .unbekannt = {u"-x"_s, u"y"_s}});
         zeile("--bild and a path", {bild, pfad}, {.bild = pfad});
-        zeile("--bild alone", {bild}, {});
-        zeile("--bild as the last argument", {hintergrund, bild}, {.hintergrund = true});
+        zeile("--bild alone", {bild}, {.bildOhnePfad = true});
+        zeile("--bild as the last argument", {hintergrund, bild},
+              {.hintergrund = true, .bildOhnePfad = true});
         zeile("both", {hintergrund, bild, pfad}, {.hintergrund = true, .bild = pfad});
         zeile("both, the other way round", {bild, pfad, hintergrund},
               {.hintergrund = true, .bild = pfad});
@@ -91,7 +92,7 @@ private Q_SLOTS:
             QTest::newRow(qPrintable(argumente)) << argumente.split(u' ') << erwartet;
         };
         zeile(u"--nichts"_s, Wunsch::Oeffnen);
-        zeile(u"--hintergrund"_s, {});
+        zeile(u"--hintergrund"_s, Wunsch::Hintergrund);
         zeile(u"--dienst"_s, {});
         zeile(u"--abgleichen"_s, Wunsch::Abgleichen);
         zeile(u"--hintergrund --abgleichen"_s, Wunsch::Abgleichen);

@@ -311,6 +311,31 @@ private Q_SLOTS:
         QCOMPARE(Steuerungswelt::protokoll().first(), startzeile);
     }
 
+    // A start at login that comes while another one waits for its wish must not be lost with it.
+    void dienstUndStartImHintergrund()
+    {
+        programm->starten({.dienst = true});
+        programm->erfuellen(Wunsch::Hintergrund);
+        p->vor(15);
+
+        QCOMPARE(p->anlaesse(), QStringList{u"anmeldung"_s});
+        QVERIFY(!fenster());
+        programm->erfuellen(Wunsch::Hintergrund); // it runs: nothing
+        p->vor(1);
+        QVERIFY(!fenster());
+        QCOMPARE(p->anlaesse().size(), 1);
+    }
+
+    // The window brings no sync then.
+    void abgleichenWaehrendRekordboxLaeuft()
+    {
+        p->rekordboxLaeuft(true, true, 0);
+        programm->starten({.abgleichen = true});
+        p->vor();
+
+        QCOMPARE(p->anlaesse(), QStringList{u"hand"_s});
+    }
+
     void dienstZumBeenden()
     {
         const int ausgang = laufenLassen([&] {

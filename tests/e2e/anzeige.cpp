@@ -13,12 +13,16 @@ bool bald(const std::function<bool()> &bedingung, int geduld)
     return QTest::qWaitFor(bedingung, geduld);
 }
 
-Anzeige::Anzeige()
+Anzeige::Anzeige(Letzter letzter)
 {
     server.setStandardErrorFile(QProcess::nullDevice());
     anTestBinden(server);
-    server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"800x600x24"_s,
-                             u"-nolisten"_s, u"tcp"_s});
+    QStringList argumente{u"-displayfd"_s, u"1"_s,         u"-screen"_s, u"0"_s,
+                          u"800x600x24"_s, u"-nolisten"_s, u"tcp"_s};
+    if (letzter == Letzter::Egal) {
+        argumente.append(u"-noreset"_s);
+    }
+    server.start(u"Xvfb"_s, argumente);
     if (!server.waitForReadyRead(20000)) {
         qFatal("Xvfb does not start");
     }

@@ -17,7 +17,9 @@ namespace kalvaro {
 class Anzeige
 {
 public:
-    Anzeige();
+    // What happens when the last client has left.
+    enum class Letzter { Egal, BringtNeubeginn };
+    explicit Anzeige(Letzter letzter = Letzter::Egal);
     ~Anzeige();
     Anzeige(const Anzeige &) = delete;
     Anzeige &operator=(const Anzeige &) = delete;

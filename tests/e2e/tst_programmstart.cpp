@@ -326,6 +326,7 @@ void TestProgrammstart::dieAnzeigeSagtObSieEineLeisteHat()
 void TestProgrammstart::dieAnzeigeFaengtNichtVonVornAn()
 {
     zuhause->kontoSchreiben(u"http://127.0.0.1:9"_s);
+    anzeige.emplace(Anzeige::Letzter::BringtNeubeginn);
     anAnzeige();
     for (int i = 1; i <= 10; ++i) {
         Kindprogramm kalvaro(programm, {u"--hintergrund"_s}, umgebung);

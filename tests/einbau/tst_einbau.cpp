@@ -126,6 +126,7 @@ void TestEinbau::dienstNenntDasProgramm_data()
     QTest::addColumn<QString>("praefix");
     QTest::newRow("the system's") << false << u"/usr"_s;
     QTest::newRow("a folder of its own") << false << u"/opt/kalvaro"_s;
+    QTest::newRow("a folder with a blank") << false << u"/opt/mit leer"_s;
     QTest::newRow("without DESTDIR") << true << u"/lokal"_s;
 }
 
@@ -138,7 +139,7 @@ void TestEinbau::dienstNenntDasProgramm()
         (imPraefix ? anderer.ort(QString()) : praefix + u'/') + u"bin/kalvaro"_s;
     QCOMPARE(QString::fromUtf8(
                  dateiLesen(anderer.ort(u"share/dbus-1/services/de.kalvaro.kalvaro.service"_s))),
-             u"[D-BUS Service]\nName=de.kalvaro.kalvaro\nExec=%1 --dienst\n"_s.arg(programm));
+             u"[D-BUS Service]\nName=de.kalvaro.kalvaro\nExec=\"%1\" --dienst\n"_s.arg(programm));
 }
 
 void TestEinbau::starterGilt()

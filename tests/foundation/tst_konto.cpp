@@ -40,6 +40,7 @@ private Q_SLOTS:
     void keineGewoehnlicheDatei_data();
     void keineGewoehnlicheDatei();
     void verweisAufEineDatei();
+    void riesigeDatei();
 
     void ladenAendertDieDateiNicht();
 
@@ -334,6 +335,15 @@ void TestKonto::keineGewoehnlicheDatei()
     }
 
     QCOMPARE(meldung(), satz(u"ist keine gewöhnliche Datei."_s));
+}
+
+// It costs neither time nor memory.
+void TestKonto::riesigeDatei()
+{
+    QFile riese(pfad());
+    QVERIFY(riese.open(QIODevice::WriteOnly) && riese.resize(qint64{200} * 1024 * 1024 * 1024));
+    riese.close();
+    QCOMPARE(meldung(), satz(u"ist zu groß für eine Kontodatei."_s));
 }
 
 void TestKonto::verweisAufEineDatei()

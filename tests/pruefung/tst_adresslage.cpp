@@ -102,7 +102,7 @@ private Q_SLOTS:
               u"Trage die Adresse ein, zu der sie leitet."_s);
         zeile("an error of the server", mitStand(da(500, R"({"fehler":"kaputt"})")),
               u"antwortet in 84 ms, aber mit einem Fehler: Die Cloud antwortet mit 500: kaputt"_s,
-              u"Frage nach, wer die Cloud betreibt."_s);
+              u"Wende dich an den Betreiber der Cloud."_s);
         for (const auto *inhalt : {"<html>", "", "[]", "5"}) {
             zeile(qPrintable(u"another server: "_s + QLatin1String(inhalt)),
                   mitStand(da(200, inhalt)), u"antwortet in 84 ms, aber nicht wie die Cloud."_s,
@@ -172,6 +172,22 @@ private Q_SLOTS:
     {
         QCOMPARE(adressbefund(mitStand(da(200)), {u"studio"_s, {}, {}, jetzt}).text,
                  u"antwortet in 84 ms, ohne Verschlüsselung, verlangt keinen Schlüssel"_s);
+    }
+
+    // Where an address is none, a password in it has no fixed place.
+    void passwortInEinerVerschriebenenAdresse_data()
+    {
+        QTest::addColumn<QString>("adresse");
+        QTest::newRow("no scheme") << u"u:geheim@cloud"_s;
+        QTest::newRow("one slash") << u"http:/u:geheim@cloud"_s;
+        QTest::newRow("other slashes") << u"http:\\\\u:geheim@cloud"_s;
+    }
+    void passwortInEinerVerschriebenenAdresse()
+    {
+        QFETCH(const QString, adresse);
+        const Befund b = adressbefund(ohneAntwort(adresse, fehler(u"Grund."_s)),
+                                      {u"studio"_s, {}, u"/k.json"_s, jetzt});
+        QCOMPARE(b.name, u"Adresse „cloud“"_s);
     }
 
     void unsendbarerSchluessel()

@@ -69,6 +69,12 @@ private Q_SLOTS:
         QTest::newRow("the key") << u"x geheim geheim"_s << u"geheim"_s << u"x ••• •••"_s;
         QTest::newRow("the key within a word")
             << u"ungeheimlich"_s << u"geheim"_s << u"un•••lich"_s;
+        const QString heikel = u"ab\"cd\\ef/ü"_s;
+        QTest::newRow("the key in JSON")
+            << u"{\"k\":\"ab\\\"cd\\\\ef/ü\"}"_s << heikel << u"{\"k\":\"•••\"}"_s;
+        QTest::newRow("the key in a URL") << u"?k=ab%22cd%5Cef%2F%C3%BC"_s << heikel << u"?k=•••"_s;
+        QTest::newRow("the key taken for Latin-1")
+            << QString::fromLatin1(heikel.toUtf8()) << heikel << u"•••"_s;
         QTest::newRow("no key") << u"da"_s << QString() << u"da"_s;
         QTest::newRow("a key of three characters stays, or none of our words were safe")
             << u"das Konto"_s << u"das"_s << u"das Konto"_s;

@@ -28,12 +28,13 @@ QJsonObject objekt(const QByteArray &json)
 Kontolage lage(const QByteArray &json, QFile::Permissions rechte = QFile::Permissions(0x6600))
 {
     const QJsonObject felder = objekt(json);
-    return {pfad, true, true, rechte, felder, Konto::ausFeldern(felder)};
+    return {pfad, false, true, true, true, rechte, felder, Konto::ausFeldern(felder)};
 }
 
 Kontolage gescheitert(bool da, bool lesbar)
 {
-    return {pfad, da, lesbar, {}, tl::unexpected(u"Grund."_s), tl::unexpected(u"Grund."_s)};
+    return {
+        pfad, false, da, da, lesbar, {}, tl::unexpected(u"Grund."_s), tl::unexpected(u"Grund."_s)};
 }
 
 } // namespace
@@ -138,6 +139,15 @@ private Q_SLOTS:
         QTest::newRow("missing") << gescheitert(false, false) << u"Grund."_s
                                  << u"Lege die Datei dort an; ihren Inhalt kennt, wer die Cloud "
                                     "betreibt."_s;
+        Kontolage zu = gescheitert(false, false);
+        zu.ordnerZu = true;
+        QTest::newRow("in a closed folder")
+            << zu << u"Grund."_s
+            << u"Gib deinem Benutzer den Zugang zu dem Ordner, in dem sie liegt."_s;
+        Kontolage ordner = gescheitert(true, true);
+        ordner.istDatei = false;
+        QTest::newRow("a folder") << ordner << u"Grund."_s
+                                  << u"Räume weg, was dort liegt, und lege die Datei an."_s;
         QTest::newRow("unreadable") << gescheitert(true, false) << u"Grund."_s
                                     << u"Mach die Datei für deinen Benutzer lesbar."_s;
         QTest::newRow("broken") << gescheitert(true, true) << u"Grund."_s
@@ -172,7 +182,13 @@ private Q_SLOTS:
         QTest::newRow("0602") << lage(mit, bits(0x6602)) << offen;
         QTest::newRow("0620") << lage(mit, bits(0x6620)) << offen;
         QTest::newRow("0644 without a key")
-            << lage("{}", bits(0x6644)) << u"enthält keinen Schlüssel"_s;
+            << lage(R"({"geraet":"g","server":["http:\/\/a"]})", bits(0x6644))
+            << u"enthält keinen Schlüssel"_s;
+        QTest::newRow("0644 with a number for a key")
+            << lage(R"({"geraet":"g","schluessel":5,"server":["http:\/\/a"]})", bits(0x6644))
+            << offen;
+        QTest::newRow("0644 with something that may be one")
+            << lage(R"({"geraet":"g","key":"k","server":["http:\/\/a"]})", bits(0x6644)) << offen;
         QTest::newRow("0644 with a misspelt key")
             << lage(R"({"Schlüssel":"geheim"})", bits(0x6644)) << offen;
         Kontolage kaputt = gescheitert(true, true);
@@ -186,6 +202,13 @@ private Q_SLOTS:
         const bool gut = !text.startsWith(u"Andere");
         QCOMPARE(rechtebefund(wie), (Befund{u"kontorechte"_s, u"Rechte der Kontodatei"_s, text,
                                             gut ? QString() : u"chmod 600 '/daten/konto.json'"_s}));
+    }
+
+    void einPfadMitHochkomma()
+    {
+        Kontolage wie = lage("{}", QFile::Permissions(0x6644));
+        wie.pfad = u"/it's/konto.json"_s;
+        QCOMPARE(rechtebefund(wie).schritt, u"chmod 600 '/it'\\''s/konto.json'"_s);
     }
 
     void schluessel()

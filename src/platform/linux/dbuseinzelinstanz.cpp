@@ -23,7 +23,8 @@ constexpr int busfrist = 1000; // milliseconds for an answer over the bus
 const QString anwendungspfad = u"/de/kalvaro/kalvaro"_s;
 const QString aktionsfeld = u"aktion"_s; // of the message to the holder of the lock
 
-// As the desktop entry names its actions; opening has no name there.
+// As the desktop entry names its actions; opening has no name there. The last one is only between
+// our own starts.
 QString aktionsname(Wunsch wunsch)
 {
     switch (wunsch) {
@@ -33,13 +34,15 @@ QString aktionsname(Wunsch wunsch)
         return u"abgleichen"_s;
     case Wunsch::Beenden:
         return u"beenden"_s;
+    case Wunsch::Hintergrund:
+        return u"hintergrund"_s;
     }
     return {};
 }
 
 Wunsch wunschNamens(const QString &aktion)
 {
-    for (const Wunsch wunsch : {Wunsch::Abgleichen, Wunsch::Beenden}) {
+    for (const Wunsch wunsch : {Wunsch::Abgleichen, Wunsch::Beenden, Wunsch::Hintergrund}) {
         if (aktion == aktionsname(wunsch)) {
             return wunsch;
         }

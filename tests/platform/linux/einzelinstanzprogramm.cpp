@@ -17,9 +17,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const std::array<std::pair<Wunsch, QByteArray>, 3> namen{{{Wunsch::Oeffnen, "oeffnen"},
+const std::array<std::pair<Wunsch, QByteArray>, 4> namen{{{Wunsch::Oeffnen, "oeffnen"},
                                                           {Wunsch::Abgleichen, "abgleichen"},
-                                                          {Wunsch::Beenden, "beenden"}}};
+                                                          {Wunsch::Beenden, "beenden"},
+                                                          {Wunsch::Hintergrund, "hintergrund"}}};
 
 std::optional<Wunsch> wunsch(const QStringList &argumente)
 {

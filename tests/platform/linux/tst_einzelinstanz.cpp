@@ -140,6 +140,9 @@ void TestEinzelinstanz::derZweiteSagtWasErWill()
     const auto dritter = start({u"--beenden"_s});
     QTRY_VERIFY(!dritter->laeuft());
     QTRY_COMPARE(erster->zeilen().value(2), u"beenden  "_s);
+    const auto vierter = start({u"--hintergrund"_s});
+    QTRY_VERIFY(!vierter->laeuft());
+    QTRY_COMPARE(erster->zeilen().value(3), u"hintergrund  "_s);
 }
 
 void TestEinzelinstanz::leiseEndetOhneZuOeffnen()
