@@ -1,8 +1,9 @@
 #!/bin/sh
 # Tries this commit on a bare system: makes one with debootstrap (a minimal base, git and make),
-# clones the checkout into it and runs the README's two commands there, as root and as a user, then
-# builds the package and tries it on another bare system. Needs root, debootstrap and the network.
-#   tools/wurzel.sh bookworm|trixie|noble [befehle|nutzer|paket ...]
+# clones the checkout into it and runs the README's two commands there as root, builds the package and
+# tries it on another bare system, and runs the two commands as a user, to whom the clone is handed
+# with what is built in it. Needs root, debootstrap and the network.
+#   tools/wurzel.sh bookworm|trixie|noble [befehle|paket|nutzer ...]
 # Roots and logs lie in $KALVARO_WURZELN (default /var/tmp/kalvaro-wurzeln) and are removed at the
 # end unless KALVARO_WURZELN_BEHALTEN is set; $KALVARO_SPIEGEL names another mirror.
 set -eu
@@ -13,12 +14,12 @@ case "$suite" in
 bookworm | trixie) bereiche=main skript="" ;;
 noble) bereiche=main,universe skript=gutsy ;; # debootstrap's script for all of Ubuntu's releases
 *)
-    echo "Usage: tools/wurzel.sh bookworm|trixie|noble [befehle|nutzer|paket ...]" >&2
+    echo "Usage: tools/wurzel.sh bookworm|trixie|noble [befehle|paket|nutzer ...]" >&2
     exit 2
     ;;
 esac
 shift
-schritte=${*:-befehle nutzer paket}
+schritte=${*:-befehle paket nutzer}
 
 platz=${KALVARO_WURZELN:-/var/tmp/kalvaro-wurzeln}
 mkdir -p "$platz"
@@ -64,15 +65,12 @@ bare_wurzel() { # FOLDER
 drin() { # COMMAND...: in the root, as root
     tools/betreten.sh "$wurzel" "$@"
 }
+klon="/srv/ein Ordner/kalvaro"
 alsNutzer() { # SHELL COMMAND: in the root, as a user
-    drin su dj -c "cd ~/'ein Ordner/kalvaro' && $1"
+    drin su dj -c "cd '$klon' && $1"
 }
 alsRoot() { # SHELL COMMAND
-    drin sh -c "cd ~/'ein Ordner/kalvaro' && $1"
-}
-klonen() { # HOME, within the root
-    mkdir -p "$wurzel$1/ein Ordner"
-    git clone --quiet --no-hardlinks . "$wurzel$1/ein Ordner/kalvaro"
+    drin sh -c "cd '$klon' && $1"
 }
 # The root's demo cloud as a program of this machine, with the root's libraries.
 democloud() {
@@ -80,13 +78,14 @@ democloud() {
     cat >"$ordner/democloud" <<CLOUD
 #!/bin/sh
 exec "$(echo "$wurzel"/lib*/ld-linux*.so.*)" --library-path "$(echo "$wurzel"/usr/lib/*-linux-gnu*)" \\
-    "$wurzel/root/ein Ordner/kalvaro/build/release/kalvaro-democloud" "\$@"
+    "$wurzel$klon/build/release/kalvaro-democloud" "\$@"
 CLOUD
     chmod +x "$ordner/democloud"
 }
 # What a command must have said, from its log.
 gesagt() { # PATTERN
-    grep -E "$1" "$ordner/log" | sed "s/^/    /" || scheitern "not said: $1"
+    grep -Eq "$1" "$ordner/log" || scheitern "not said: $1"
+    grep -E "$1" "$ordner/log" | sed "s/^/    /"
 }
 
 [ "$(id -u)" -eq 0 ] || scheitern "debootstrap needs root"
@@ -94,26 +93,29 @@ command -v debootstrap >/dev/null || scheitern "debootstrap is missing: apt-get 
 [ -z "$(git status --porcelain)" ] || echo "wurzel.sh: what is not committed is not tried" >&2
 
 schritt "a bare system" bare_wurzel "$wurzel"
-klonen /root
+mkdir -p "$wurzel$klon"
+git clone --quiet --no-hardlinks . "$wurzel$klon"
 drin useradd --create-home --shell /bin/sh dj
-klonen /home/dj
-drin chown -R dj:dj /home/dj
 
 for was in $schritte; do
     case "$was" in
     befehle)
         # Without the packages, root and sudo it can only say what is missing.
+        drin chown -R dj "$klon"
         if alsNutzer "make demo" >"$ordner/log" 2>&1; then
             scheitern "make demo of a user ended well without its packages"
         fi
         gesagt 'Please have them installed: apt-get install cmake'
+        drin chown -R root "$klon"
         schritt "make demo, as root" alsRoot "make demo"
         gesagt '^Bibliothek|^Picture:'
         schritt "make test, as root" alsRoot "make test"
         gesagt 'tests passed'
         ;;
     nutzer)
-        alsRoot "tools/pakete.sh testen" >"$ordner/log" 2>&1 || scheitern "$(tail "$ordner/log")"
+        drin chown -R dj "$klon"
+        drin sh -c "cd '$klon' && tools/pakete.sh testen" >"$ordner/log" 2>&1 ||
+            scheitern "$(tail "$ordner/log")"
         schritt "make demo, as a user" alsNutzer "make demo"
         gesagt '^Bibliothek|^Picture:'
         schritt "make test, as a user" alsNutzer "make test"
@@ -125,8 +127,8 @@ for was in $schritte; do
         schritt "another bare system" bare_wurzel "$ordner/leer"
         democloud
         schritt "the package on it" tools/paketversuch.sh "$ordner/leer" \
-            "$wurzel/root/ein Ordner/kalvaro/build/paket/"kalvaro_*.deb "$ordner/democloud"
-        gesagt '^  '
+            "$wurzel$klon/build/paket/"kalvaro_*.deb "$ordner/democloud"
+        gesagt '^paketversuch: '
         ;;
     *) scheitern "no such step: $was" ;;
     esac
