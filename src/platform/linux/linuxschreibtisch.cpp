@@ -93,7 +93,7 @@ Schreibtischauskunft::Mitteilungsdienst LinuxSchreibtisch::mitteilungsdienst() c
     if (!auskunft) {
         return {.zustand = Zustand::Stumm};
     }
-    // Name, vendor, version, version of the specification.
+    // Name, vendor, version, version of the standard that it keeps to.
     const QString name = auskunft->value(0).toString() + u' ' + auskunft->value(2).toString();
     return {.zustand = Zustand::Laeuft, .name = name.trimmed()};
 }
