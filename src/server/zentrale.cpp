@@ -41,7 +41,8 @@ ZentraleFehler ausNetz(const Netzfehler &fehler)
     if (fehler.zeitUeberschritten) {
         return {true, true, u"Die Cloud hat nicht rechtzeitig geantwortet."_s};
     }
-    return {true, false, fehler.text};
+    const QString rat = fehler.rat.isEmpty() ? QString() : u' ' + fehler.rat;
+    return {!fehler.beantwortet, false, fehler.text + rat, fehler.rat};
 }
 
 QJsonValue alsJson(const QByteArray &daten)

@@ -16,13 +16,16 @@ namespace {
 QByteArray bytes(const Rohserver &server, const QByteArray &zeile, const QByteArray &body = {})
 {
     return zeile + " HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(server.port()) +
-           "\r\nConnection: close\r\n"
+           "\r\nAccept: */*\r\n"
+           "Connection: close\r\n"
            "Accept-Encoding: gzip, deflate\r\n"
            "Accept-Language: de\r\n"
            "User-Agent: kalvaro/1.4\r\n"
            "X-Schluessel: geheim\r\n" +
-           (body.isEmpty() ? QByteArray() : QByteArray("Content-Type: application/json\r\n")) +
-           "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
+           (body.isEmpty() ? QByteArray()
+                           : "Content-Type: application/json\r\nContent-Length: " +
+                                 QByteArray::number(body.size()) + "\r\n") +
+           "\r\n" + body;
 }
 
 const Auftrag abgleich{.pfad = u"/api/abgleich"_s,
