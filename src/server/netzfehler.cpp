@@ -71,9 +71,7 @@ QString rat(Netzfehlerart art)
         return u"Melde dich in fremden Netzen zuerst im Browser an; frage sonst den Betreiber der "
                "Cloud."_s;
     case Netzfehlerart::Abgelaufen:
-        return u"Prüfe Datum und Uhrzeit dieses Rechners; stimmen sie, muss der Betreiber der "
-               u"Cloud "
-               "es erneuern."_s;
+        return u"Prüfe die Uhr dieses Rechners; geht sie richtig, muss der Betreiber es erneuern."_s;
     case Netzfehlerart::NochNichtGueltig:
         return u"Prüfe Datum und Uhrzeit dieses Rechners."_s;
     case Netzfehlerart::AndererName:

@@ -90,6 +90,37 @@ private Q_SLOTS:
         QCOMPARE(server.empfangen().at(1), bytes(server, "POST /api/abgleich", abgleichBody));
     }
 
+    // Behind a reverse proxy: interim answers while the server syncs. The same sync was asked of the
+    // next address.
+    void zwischenantwortenFuehrenZuKeinerZweitenFrage()
+    {
+        Rohserver andere;
+        Rohserver server;
+        server.dann(Rohserver::antwort(200));
+        server.dann(QByteArray("HTTP/1.1 102 Processing\r\n\r\nHTTP/1.1 103 x\r\n\r\n") +
+                    Rohserver::antwort(200, "{\"a\":1}"));
+        server.dann(Rohserver::antwort(101));
+        Zentrale zentrale(konto({server.adresse(), andere.adresse()}), transport);
+        Zentralewelt welt;
+        QCOMPARE(welt.holen(zentrale, abgleich), Zentrale::Antwort(QJsonObject{{u"a"_s, 1}}));
+        Zentralewelt zweite;
+        QCOMPARE(zweite.holen(zentrale, abgleich),
+                 fehler(false, false, u"Der Server antwortet nicht verständlich."_s));
+        QCOMPARE(server.verbindungen(), 3);
+        QCOMPARE(andere.verbindungen(), 0);
+    }
+
+    void eineAntwortMitZuVielenWertenIstZuGross()
+    {
+        Rohserver server;
+        server.dann(Rohserver::antwort(200));
+        server.dann(Rohserver::antwort(200, '[' + QByteArray("[1],").repeated(3'000'000) + "1]"));
+        Zentrale zentrale(konto({server.adresse()}), transport);
+        Zentralewelt welt;
+        QCOMPARE(welt.holen(zentrale, stand),
+                 fehler(true, false, u"Die Antwort der Cloud ist zu groß."_s));
+    }
+
     void naechsteAdresseNachEinerOhneSchema()
     {
         Rohserver server;
