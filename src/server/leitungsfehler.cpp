@@ -1,4 +1,6 @@
 #include "server/leitung.h"
+
+#include "foundation/deskriptoren.h"
 #include "server/tlsbeobachter.h"
 
 #include <QByteArrayView>
@@ -37,6 +39,9 @@ Netzfehler Leitung::fehler(CURLcode stand) const
         return status == anmeldungVerlangt
                    ? netzfehler(Netzfehlerart::ProxyAnmeldung)
                    : netzfehler(Netzfehlerart::ProxyVerweigert, QString::number(status));
+    }
+    if (zahl(CURLINFO_REQUEST_SIZE) == 0 && !deskriptorenFrei(1)) {
+        return netzfehler(Netzfehlerart::KeineMittel); // it says that there is no such name
     }
     switch (stand) {
     case CURLE_COULDNT_RESOLVE_PROXY:
