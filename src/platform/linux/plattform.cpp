@@ -14,6 +14,7 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
 #include <optional>
 
 namespace kalvaro {
@@ -21,6 +22,12 @@ namespace kalvaro {
 namespace {
 
 constexpr int laengstesEnde = 700; // milliseconds
+
+// Whoever reads from us or listens to us may go at any time: a write then fails, no more.
+void abbruchUeberstehen()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+}
 
 } // namespace
 
@@ -50,6 +57,7 @@ struct Startlage::Innen
 Startlage::Startlage(const QString &plattform)
     : innen_(std::make_unique<Innen>())
 {
+    abbruchUeberstehen();
     sitzungsbusFestlegen();
     const auto angaben = Anzeigeangaben::derUmgebung(plattform);
     const Anzeigewahl wahl = anzeigeWaehlen(
@@ -122,6 +130,7 @@ struct Rechnerauskunft::Innen
 Rechnerauskunft::Rechnerauskunft()
     : innen_(std::make_unique<Innen>())
 {
+    abbruchUeberstehen();
 }
 
 Rechnerauskunft::~Rechnerauskunft() = default;
