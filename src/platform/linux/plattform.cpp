@@ -28,7 +28,8 @@ constexpr int laengstesEnde = 700; // milliseconds
 struct Plattform::Geraete
 {
     explicit Geraete(Uhr &uhr)
-        : arbeitsplatz(uhr)
+        : prozesse(uhr)
+        , arbeitsplatz(uhr)
         , statusobjekt(uhr)
     {
     }
@@ -115,7 +116,8 @@ void Plattform::beiEnde(std::function<void()> enden)
 
 struct Rechnerauskunft::Innen
 {
-    const LinuxProzesse prozesse{};
+    Systemuhr uhr;
+    const LinuxProzesse prozesse{uhr};
     const LinuxSchreibtisch schreibtisch{};
 };
 
