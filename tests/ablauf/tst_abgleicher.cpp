@@ -139,10 +139,9 @@ private Q_SLOTS:
         welt->staende = {jsonAntwort({})};
         std::optional<bool> moeglich;
         std::optional<bool> danach;
-        connect(&ablauf->starter, &Rekordboxstarter::weiter, this, [&](Startschritt schritt) {
-            if (schritt == Startschritt::Startet) {
-                ablauf->abgleichMoeglich(this, [&](bool ja) { moeglich = ja; });
-            }
+        connect(&ablauf->starter, &Rekordboxstarter::laeuft, this, [&] {
+            QCOMPARE(ablauf->starter.schritt(), Startschritt::Startet);
+            ablauf->abgleichMoeglich(this, [&](bool ja) { moeglich = ja; });
         });
         ablauf->starter.installationenLesen();
         ablauf->starter.starten(Rekordboxstarter::Herkunft::Fenster);

@@ -274,12 +274,15 @@ private Q_SLOTS:
     void wacheNachDemEndeFragtSpaet_data()
     {
         QTest::addColumn<bool>("wiederOffen");
-        QTest::newRow("it stays closed") << false;
-        QTest::newRow("it is opened again before the answer") << true;
+        QTest::addColumn<bool>("wiederZu");
+        QTest::newRow("it stays closed") << false << false;
+        QTest::newRow("it is opened again before the answer") << true << false;
+        QTest::newRow("it is opened and quits again, and saves") << true << true;
     }
     void wacheNachDemEndeFragtSpaet()
     {
         QFETCH(const bool, wiederOffen);
+        QFETCH(const bool, wiederZu);
         p->rekordboxOffen();
         p->starten();
         p->prozesse.zoegert = true;
@@ -289,6 +292,10 @@ private Q_SLOTS:
                  u"kalvaro – rekordbox beendet – warte aufs Speichern"_s);
         if (wiederOffen) {
             p->rekordboxOffen();
+            p->vor(3);
+        }
+        if (wiederZu) {
+            p->rekordboxLaeuft(false, 0, 1);
             p->vor(3);
         }
         antworten();

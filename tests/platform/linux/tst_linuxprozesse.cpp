@@ -151,6 +151,7 @@ private Q_SLOTS:
         QTest::newRow("missing") << QByteArray();
         QTest::newRow("lines and a failure") << QByteArray("echo 12; exit 3");
         QTest::newRow("lines and a crash") << QByteArray("echo 12; kill -SEGV $$");
+        QTest::newRow("a crash that looks like exit 1") << QByteArray("kill -HUP $$");
         QTest::newRow("not UTF-8") << QByteArray("printf '12\\n\\377\\n'");
         QTest::newRow("UTF-8 cut off") << QByteArray("printf '12\\n\\303'");
         QTest::newRow("endless") << QByteArray("exec yes");
