@@ -124,7 +124,7 @@ private Q_SLOTS:
         zeile("errors only", "echo 12 >&2", 0);
         zeile("reads its input", "cat; echo 12", 1);
         zeile("many", "seq 20000", 20000);
-        zeile("its output is held open by another", "echo 12; sleep 1000 2>&- &", 1);
+        zeile("its output is held open by another", "echo 12; sleep 9 2>&- &", 1);
     }
 
     // What is an answer is one, whatever bundles run.
