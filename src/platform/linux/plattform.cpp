@@ -35,7 +35,8 @@ void abbruchUeberstehen()
 struct Plattform::Geraete
 {
     explicit Geraete(Uhr &uhr)
-        : arbeitsplatz(uhr)
+        : prozesse(uhr)
+        , arbeitsplatz(uhr)
         , statusobjekt(uhr)
     {
     }
@@ -123,7 +124,8 @@ void Plattform::beiEnde(std::function<void()> enden)
 
 struct Rechnerauskunft::Innen
 {
-    const LinuxProzesse prozesse{};
+    Systemuhr uhr;
+    const LinuxProzesse prozesse{uhr};
     const LinuxSchreibtisch schreibtisch{};
 };
 
