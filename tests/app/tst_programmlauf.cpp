@@ -276,6 +276,25 @@ private Q_SLOTS:
         QVERIFY(cloud.anfragen().isEmpty());
     }
 
+    // They led into whatever folder the program was started in.
+    void relativeOrdnerGeltenNicht()
+    {
+        const Zuhause zuhause;
+        dateiSchreiben(zuhause.datei(u".local/share/kalvaro/konto.json"_s),
+                       demokonto(u"http://127.0.0.1:9"_s));
+        QProcessEnvironment umgebung = zuhause.umgebung();
+        umgebung.insert(u"XDG_DATA_HOME"_s, u"daten"_s);
+        umgebung.insert(u"XDG_CONFIG_HOME"_s, u"config"_s);
+        umgebung.insert(u"XDG_RUNTIME_DIR"_s, u"lauf"_s);
+        const QString log = zuhause.datei(u".local/share/kalvaro/kalvaro.log"_s);
+
+        Kindprogramm lauf(QStringLiteral(KALVARO_PROGRAMM), {u"--hintergrund"_s}, umgebung);
+
+        QTRY_COMPARE_WITH_TIMEOUT(logzeilen(log).size(), 1, frist);
+        QVERIFY(lauf.beenden(SIGTERM) >= 0);
+        QVERIFY(!QDir(u"daten"_s).exists());
+    }
+
     // The bus starts the program and says next what for.
     void vomBusGestartet()
     {

@@ -56,6 +56,8 @@ private Q_SLOTS:
 
     void datenordnerLiegtImNutzerordner();
     void datenordnerWirdEinmalBestimmt();
+    void nurAbsoluteDatenwurzelnGelten_data();
+    void nurAbsoluteDatenwurzelnGelten();
     void ordnerEntstehtMitElternordnern();
     void ordnerDerSchonDaIstBleibt();
     void ordnerDenEineDateiVersperrtStoertNicht();
@@ -113,6 +115,34 @@ void TestProtokoll::datenordnerWirdEinmalBestimmt()
 
     qputenv("XDG_DATA_HOME", daten);
     QVERIFY(bleibt);
+}
+
+void TestProtokoll::nurAbsoluteDatenwurzelnGelten_data()
+{
+    QTest::addColumn<QByteArray>("gesetzt");
+    QTest::addColumn<QString>("soll");
+
+    const QString vorgabe = QDir::homePath() + u"/.local/share"_s;
+    QTest::newRow("empty") << QByteArray() << vorgabe;
+    QTest::newRow("relative") << QByteArray("hier/drin") << vorgabe;
+    QTest::newRow("the current folder") << QByteArray(".") << vorgabe;
+    QTest::newRow("a tilde, which only shells know") << QByteArray("~/daten") << vorgabe;
+    QTest::newRow("absolute") << QByteArray("/anderswo") << u"/anderswo"_s;
+    QTest::newRow("with a slash at its end") << QByteArray("/anderswo/") << u"/anderswo"_s;
+    QTest::newRow("with two") << QByteArray("/anderswo//") << u"/anderswo"_s;
+    QTest::newRow("the root") << QByteArray("/") << u""_s;
+}
+
+void TestProtokoll::nurAbsoluteDatenwurzelnGelten()
+{
+    QFETCH(QByteArray, gesetzt);
+    const QByteArray vorher = qgetenv("XDG_DATA_HOME");
+
+    qputenv("XDG_DATA_HOME", gesetzt);
+    const QString wurzel = datenwurzel();
+    qputenv("XDG_DATA_HOME", vorher);
+
+    QTEST(wurzel, "soll");
 }
 
 void TestProtokoll::ordnerEntstehtMitElternordnern()

@@ -1,5 +1,7 @@
 #include "platform/linux/dbusverbindung.h"
 
+#include "platform/linux/laufzeitordner.h"
+
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QHash>
@@ -43,7 +45,8 @@ QByteArray socketname(const Angaben &wo)
     if (wo.contains("abstract")) {
         return '\0' + wo.value("abstract");
     }
-    return wo.contains("runtime") ? qgetenv("XDG_RUNTIME_DIR") + "/bus" : QByteArray();
+    const QByteArray ordner = laufzeitordner();
+    return wo.contains("runtime") && !ordner.isEmpty() ? ordner + "/bus" : QByteArray();
 }
 
 // Begins the authentication, which any bus answers whatever it thinks of us.
@@ -98,9 +101,9 @@ QString sitzungsbusAdresse()
         return eintraege.join(u';');
     }
     // As libdbus looks for it: the user's bus, and only when it is this user's.
-    const QByteArray bus = qgetenv("XDG_RUNTIME_DIR") + "/bus";
+    const QByteArray bus = laufzeitordner() + "/bus";
     struct stat art = {};
-    const bool da = bus.startsWith('/') && ::stat(bus.constData(), &art) == 0 &&
+    const bool da = !laufzeitordner().isEmpty() && ::stat(bus.constData(), &art) == 0 &&
                     S_ISSOCK(art.st_mode) && art.st_uid == ::getuid();
     return da ? u"unix:path="_s + QString::fromLatin1(bus.toPercentEncoding("/")) : QString();
 }

@@ -347,6 +347,17 @@ void TestEinzelinstanz::derBusDesBenutzersGilt()
     QVERIFY(QFile::link(socket, laufzeit->filePath(u"bus"_s)));
     QCOMPARE(sitzungsbusAdresse(), u"unix:path="_s + laufzeit->filePath(u"bus"_s));
     QVERIFY(busAntwortet(sitzungsbusAdresse()));
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(laufzeit->path() + u"//"_s));
+    QCOMPARE(sitzungsbusAdresse(), u"unix:path="_s + laufzeit->filePath(u"bus"_s));
+    QVERIFY(busAntwortet(u"unix:runtime=yes"_s));
+    const QString vorher = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(laufzeit->path()));
+    qputenv("XDG_RUNTIME_DIR", ".");
+    const QString relativ = sitzungsbusAdresse();
+    const bool antwortet = busAntwortet(u"unix:runtime=yes"_s);
+    QVERIFY(QDir::setCurrent(vorher));
+    QCOMPARE(relativ, QString());
+    QVERIFY(!antwortet);
     qputenv("DBUS_SESSION_BUS_ADDRESS", "autolaunch:;" + bus->adresse().toUtf8());
     QCOMPARE(sitzungsbusAdresse(), bus->adresse());
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
