@@ -276,6 +276,30 @@ private Q_SLOTS:
         QVERIFY(cloud.anfragen().isEmpty());
     }
 
+    // What killed saves left behind lay there for ever. Only the one that runs clears it away.
+    void resteVerschwindenBeimNaechstenStart()
+    {
+        const Zuhause zuhause;
+        Democloud cloud;
+        einrichten(zuhause, cloud);
+        const QStringList reste{
+            zuhause.daten() + u"/einstellungen.json.AbCdEf"_s,
+            zuhause.datei(u"config/autostart/de.kalvaro.kalvaro.desktop.XyzABC"_s)};
+        for (const QString &rest : reste) {
+            dateiSchreiben(rest, "{");
+        }
+        Lauf bild(zuhause, {u"--bild"_s, zuhause.datei(u"bild.png"_s)});
+        QCOMPARE(bild.ende(), 0);
+        QVERIFY(QFile::exists(reste[0]) && QFile::exists(reste[1]));
+
+        Lauf lauf(zuhause, {u"--hintergrund"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(zuhause.protokoll().size(), 2, frist);
+
+        QVERIFY(!QFile::exists(reste[0]));
+        QVERIFY(!QFile::exists(reste[1]));
+        QVERIFY(lauf.beenden(SIGTERM) >= 0);
+    }
+
     // They led into whatever folder the program was started in.
     void relativeOrdnerGeltenNicht()
     {

@@ -118,7 +118,7 @@ Schreibtischauskunft::Leiste LinuxSchreibtisch::leiste() const
 
 Schreibtischauskunft::Anmeldeeintrag LinuxSchreibtisch::anmeldeeintrag() const
 {
-    Anmeldeeintrag lage{.datei = ordner_ + u'/' + KENNUNG + u".desktop"_s};
+    Anmeldeeintrag lage{.datei = autostartdatei(ordner_)};
     lage.da = QFileInfo::exists(lage.datei);
     const auto inhalt = gewoehnlichLesen(lage.datei, groessterEintrag);
     if (!inhalt) {

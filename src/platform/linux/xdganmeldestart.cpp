@@ -104,8 +104,13 @@ QString autostartordner()
     return ordner + u"/autostart"_s;
 }
 
+QString autostartdatei(const QString &ordner)
+{
+    return ordner + u'/' + KENNUNG + u".desktop"_s;
+}
+
 XdgAnmeldestart::XdgAnmeldestart(QString programm, const QString &ordner, QString symbol)
-    : Startdatei(ordner + u'/' + KENNUNG + u".desktop"_s)
+    : Startdatei(autostartdatei(ordner))
     , programm_(std::move(programm))
     , symbol_(std::move(symbol))
 {
