@@ -2,8 +2,10 @@
 #include "doubles/kindprogramm.h"
 #include "doubles/testbus.h"
 #include "foundation/datenordner.h"
+#include "platform/linux/dbuseinzelinstanz.h"
 #include "platform/linux/dbusverbindung.h"
 #include "platform/linux/einzelinstanzsperre.h"
+#include "platform/linux/signale.h"
 #include "testlauf.h"
 
 #include <QDBusConnectionInterface>
@@ -98,6 +100,7 @@ private Q_SLOTS:
     void wennDerErsteEndetWaehrendErGefragtWird();
     void werEndetSagtNichtsZu_data();
     void werEndetSagtNichtsZu();
+    void einSignalGiltBevorDieSchleifeEsSieht();
     void mitUndOhneBusIstEsEinProgramm_data();
     void mitUndOhneBusIstEsEinProgramm();
     void einFremderMitUnseremNamenStoertNicht_data();
@@ -331,6 +334,21 @@ void TestEinzelinstanz::werEndetSagtNichtsZu()
     erster->signal(SIGCONT);
     QVERIFY(!gebeten || ende.zugesagt());
     QTEST(frage.zugesagt(), "zusage");
+}
+
+void TestEinzelinstanz::einSignalGiltBevorDieSchleifeEsSieht()
+{
+    const QTemporaryDir ordner;
+    DBusEinzelinstanz erster({}, QDBusConnection(u"keine"_s), ordner.path());
+    QCOMPARE(erster.belegen(Wunsch::Oeffnen), Belegung::Erste);
+    int signale = 0;
+    const Signale hoerer([&signale] { ++signale; });
+    QVERIFY(erster.bitten({Wunsch::Abgleichen, {}}));
+    std::raise(SIGTERM);
+    QCOMPARE(signale, 0);
+    QVERIFY(!erster.bitten({Wunsch::Abgleichen, {}}));
+    QTRY_COMPARE(signale, 1);
+    QVERIFY(erster.bitten({Wunsch::Abgleichen, {}})); // it did not end after all
 }
 
 void TestEinzelinstanz::mitUndOhneBusIstEsEinProgramm_data()
