@@ -545,6 +545,9 @@ void TestEinzelinstanz::einTokenOhneMassGiltNicht()
     QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
     const auto zweiter = start({}, QByteArray(5000, 'x'));
     QTRY_COMPARE(erster->zeilen().value(1), u"oeffnen  "_s);
+    // Longer than any message can be.
+    const auto dritter = start({}, QByteArray(120'000, 'x'), QByteArray(120'000, 'y'));
+    QTRY_COMPARE(erster->zeilen().value(2), u"oeffnen  "_s);
 }
 
 void TestEinzelinstanz::dieSperreLiegtBeiDenDaten()
