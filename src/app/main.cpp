@@ -52,8 +52,11 @@ int main(int argc, char *argv[])
     // A picture is always drawn by a process of its own.
     Systemuhr uhr;
     Plattform plattform(startlage, uhr);
-    if (!kommandozeile.bild && !plattform.einzelinstanz().belegen(kommandozeile.wunsch())) {
-        return 0;
+    if (!kommandozeile.bild) {
+        const Belegung platz = plattform.einzelinstanz().belegen(kommandozeile.wunsch());
+        if (platz != Belegung::Erste) {
+            return Programm::nebenEinemAnderen(platz);
+        }
     }
     if (kommandozeile.beenden) {
         return 0; // nobody else runs

@@ -90,6 +90,15 @@ int Programm::ohneAnzeige(const QString &mangel)
     return 1;
 }
 
+int Programm::nebenEinemAnderen(Belegung platz)
+{
+    if (platz != Belegung::Stumm) {
+        return 0;
+    }
+    schreiben(stderr, u"kalvaro läuft bereits, antwortet aber nicht."_s);
+    return 1;
+}
+
 void Programm::erfuellen(Wunsch wunsch)
 {
     if (std::exchange(geduld_, nullptr)) {

@@ -37,6 +37,10 @@ public:
     // there is no account. Returns the status to end with.
     [[nodiscard]] static int ohneAnzeige(const QString &mangel);
 
+    // In place of all this where another one runs: says so when that one does not answer. Returns
+    // the status to end with.
+    [[nodiscard]] static int nebenEinemAnderen(Belegung platz);
+
 private:
     [[nodiscard]] static bool hatBildschirm();
 

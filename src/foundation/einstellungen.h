@@ -14,7 +14,8 @@ public:
     Einstellungen(const Einstellungen &) = delete;
     Einstellungen &operator=(const Einstellungen &) = delete;
 
-    // Replaces the file atomically. A failure is ignored and leaves the old file whole.
+    // Replaces the file atomically. A failure is ignored and leaves the old file whole. One that
+    // cannot be read (over 4 MiB, without the right to) stays as "einstellungen.json.ungelesen".
     void speichern() const;
 
     bool autostart = false; // start rekordbox by itself after a successful sync

@@ -1,15 +1,13 @@
 #include "foundation/konto.h"
 
 #include "foundation/datenordner.h"
+#include "foundation/gewoehnlichedatei.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
-#include <filesystem>
 
 namespace kalvaro {
 
@@ -17,37 +15,26 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 groessteKontodatei =
-    qint64{4} * 1024 * 1024; // bytes; usual ones have some hundred
-
-using Inhalt = tl::expected<QByteArray, QString>;
-
-Inhalt lesen(const QString &pfad)
+// What is wrong with the file, after its name.
+QString mangeltext(Dateimangel mangel)
 {
-    const QString kopf = u"Die Datei „%1“ "_s.arg(pfad);
-    std::error_code fehler;
-    const auto art = std::filesystem::status(QFile::encodeName(pfad).toStdString(), fehler).type();
-    if (art == std::filesystem::file_type::not_found) {
-        return tl::unexpected(kopf + u"existiert nicht."_s);
+    switch (mangel) {
+    case Dateimangel::Fehlt:
+        return u"existiert nicht."_s;
+    case Dateimangel::KeineDatei:
+        return u"ist keine gewöhnliche Datei."_s;
+    case Dateimangel::ImKreis:
+        return u"lässt sich nicht öffnen: Die Verweise führen im Kreis."_s;
+    case Dateimangel::Rechte:
+        return u"lässt sich nicht öffnen: Es fehlen die Rechte."_s;
+    case Dateimangel::Verschlossen:
+        return u"lässt sich nicht öffnen."_s;
+    case Dateimangel::Unlesbar:
+        return u"lässt sich nicht lesen."_s;
+    case Dateimangel::ZuGross:
+        return u"ist zu groß für eine Kontodatei."_s;
     }
-    // Anything but a plain file (a folder, a pipe) cannot be read, and a pipe would block for ever.
-    if (!fehler && art != std::filesystem::file_type::regular) {
-        return tl::unexpected(kopf + u"ist keine gewöhnliche Datei."_s);
-    }
-    QFile datei(pfad);
-    if (fehler || !datei.open(QIODevice::ReadOnly)) {
-        return tl::unexpected(kopf + (QFileInfo(pfad).isReadable()
-                                          ? u"lässt sich nicht öffnen."_s
-                                          : u"lässt sich nicht öffnen: Es fehlen die Rechte."_s));
-    }
-    const QByteArray bytes = datei.read(groessteKontodatei + 1);
-    if (datei.error() != QFile::NoError) {
-        return tl::unexpected(kopf + u"lässt sich nicht lesen."_s);
-    }
-    if (bytes.size() > groessteKontodatei) {
-        return tl::unexpected(kopf + u"ist zu groß für eine Kontodatei."_s);
-    }
-    return bytes;
+    return {};
 }
 
 // The place of a parse error as people count: line and character, both from 1.
@@ -91,9 +78,9 @@ tl::expected<Konto, QString> Konto::laden()
 tl::expected<QJsonObject, QString> Konto::felder()
 {
     const QString pfad = kontodatei();
-    const Inhalt bytes = lesen(pfad);
+    const auto bytes = gewoehnlichLesen(pfad);
     if (!bytes) {
-        return tl::unexpected(bytes.error());
+        return tl::unexpected(u"Die Datei „%1“ "_s.arg(pfad) + mangeltext(bytes.error()));
     }
     QJsonParseError fehler;
     const QJsonObject felder = QJsonDocument::fromJson(*bytes, &fehler).object();

@@ -1,9 +1,9 @@
 #include "foundation/protokoll.h"
 
 #include "foundation/datenordner.h"
+#include "foundation/gewoehnlichedatei.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QStringEncoder>
 
 namespace kalvaro {
@@ -19,11 +19,7 @@ void protokoll(const QString &zeile)
     if (utf8.hasError()) {
         return;
     }
-    // Append means O_APPEND and Unbuffered one write(2): the kernel keeps lines whole.
-    QFile log(datei(u"kalvaro.log"_s));
-    if (log.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
-        log.write(bytes);
-    }
+    gewoehnlichErgaenzen(datei(u"kalvaro.log"_s), bytes);
 }
 
 } // namespace kalvaro

@@ -13,7 +13,14 @@ enum class Wunsch {
     Hintergrund, // that it runs
 };
 
-// At most one program runs for each user and session.
+// What became of a start.
+enum class Belegung {
+    Erste,      // this is the only one from now on
+    Uebergeben, // another one runs, and has taken what this one wants
+    Stumm,      // another one runs, but does not answer
+};
+
+// At most one program runs for each data folder.
 class Einzelinstanz
 {
 public:
@@ -22,9 +29,9 @@ public:
     Einzelinstanz &operator=(const Einzelinstanz &) = delete;
     virtual ~Einzelinstanz() = default;
 
-    // True when this is the only one from now on. False when another one runs already: it has then
-    // been told `wunsch`, if there is one, and this one ends.
-    [[nodiscard]] virtual bool belegen(std::optional<Wunsch> wunsch) = 0;
+    // Decides whether this one runs. Another one that does is told `wunsch`, if there is one; it
+    // has 3 s to take it. What is no `Erste` has nothing left to do but end.
+    [[nodiscard]] virtual Belegung belegen(std::optional<Wunsch> wunsch) = 0;
 
     // `ruf` is called in the first instance whenever another start or the desktop wants something
     // of it, also for what came before this was set. While it runs, its window may come to the

@@ -59,7 +59,8 @@ public:
         Mitteilungen &mitteilungen;
         Statusobjekt &statusobjekt;
     };
-    // Made at the first call: a second start of the program needs none of them.
+    // Made at the first call: a second start of the program needs none of them. The only instance
+    // then also clears away what killed ones left behind.
     [[nodiscard]] Anschluesse anschluesse();
 
     // Calls `enden`, from the event loop, when the system wants the program to end. From the end

@@ -1,9 +1,14 @@
 #include "platform/plist.h"
 
+#include <QRegularExpression>
 #include <QStringDecoder>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+
 namespace kalvaro {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -144,14 +149,89 @@ private:
     quint64 tabelle_ = 0;      // where the offsets stand
 };
 
-std::optional<QString> ausXml(const QByteArray &inhalt, QStringView schluessel)
+// The name of the encoding that a document declares; empty when it declares none. `anfang` is its
+// first characters.
+QString erklaerteKodierung(const QString &anfang)
+{
+    static const QRegularExpression erklaerung(
+        u"\\A<\\?xml[^>]*?\\sencoding\\s*=\\s*[\"']([^\"']*)[\"']"_s);
+    return erklaerung.match(anfang).captured(1).toLower();
+}
+
+// The characters of an XML document. The four encodings are those in which nobody can hide markup
+// from a look at the characters, or make few bytes into many of them; UTF-16 needs its byte order
+// mark.
+std::optional<QString> xmlText(const QByteArray &inhalt)
+{
+    constexpr qsizetype laengsteErklaerung = 200;
+    const auto gelesen = [&inhalt](QStringConverter::Encoding wie) -> std::optional<QString> {
+        QStringDecoder leser(wie);
+        const QString text = leser(inhalt);
+        return leser.hasError() ? std::nullopt : std::optional(text);
+    };
+    if (inhalt.startsWith("\xFF\xFE") || inhalt.startsWith("\xFE\xFF")) {
+        return gelesen(QStringConverter::Utf16);
+    }
+    const QString kodierung = erklaerteKodierung(
+        QString::fromLatin1(inhalt.first(std::min(inhalt.size(), laengsteErklaerung))));
+    if (inhalt.startsWith("\xEF\xBB\xBF") || kodierung.isEmpty() || kodierung == u"utf-8" ||
+        kodierung == u"us-ascii") {
+        return gelesen(QStringConverter::Utf8);
+    }
+    return kodierung == u"iso-8859-1" ? gelesen(QStringConverter::Latin1) : std::nullopt;
+}
+
+// Whether a document brings rules of its own, "<!DOCTYPE plist … [ … ]>": entities that grow, or
+// attributes for every element. The reader would take them in before it tells of them.
+bool hatEigeneRegeln(QStringView text)
+{
+    constexpr auto anfang = "<!DOCTYPE"_L1;
+    const qsizetype ort = text.indexOf(anfang);
+    if (ort < 0) {
+        return false;
+    }
+    QChar anfuehrung;
+    for (qsizetype i = ort + anfang.size(); i < text.size(); ++i) {
+        const QChar zeichen = text[i];
+        if (!anfuehrung.isNull()) {
+            anfuehrung = zeichen == anfuehrung ? QChar() : anfuehrung;
+        } else if (zeichen == u'"' || zeichen == u'\'') {
+            anfuehrung = zeichen;
+        } else if (zeichen == u'[') {
+            return true;
+        } else if (zeichen == u'>') {
+            return text.indexOf(anfang, i) >= 0; // one in a comment may come before the real one
+        }
+    }
+    return true;
+}
+
+// Reads on until the element is closed in which the reader stands `tiefe` levels deep, or to the
+// end of the document. False beyond a depth that no property list has.
+bool weiterlesen(QXmlStreamReader &xml, int tiefe)
+{
+    constexpr int groessteTiefe = 1000; // the reader keeps something for each open element
+    while (tiefe > 0 && !xml.atEnd()) {
+        const auto art = xml.readNext();
+        tiefe += art == QXmlStreamReader::StartElement ? 1
+                 : art == QXmlStreamReader::EndElement ? -1
+                                                       : 0;
+        if (tiefe > groessteTiefe) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::optional<QString> ausXml(const QString &text, QStringView schluessel)
 {
     // The reader compares each attribute of a tag with all others. Property lists have none.
     constexpr qsizetype meisteAttribute = 1000;
-    if (inhalt.count('=') > meisteAttribute) {
+    if (text.count(u'=') > meisteAttribute || hatEigeneRegeln(text)) {
         return {};
     }
-    QXmlStreamReader xml(inhalt);
+    QXmlStreamReader xml(text);
+    xml.setEntityExpansionLimit(0); // only "&amp;" and its like are left
     if (!xml.readNextStartElement() || xml.name() != u"plist" || !xml.readNextStartElement() ||
         xml.name() != u"dict") {
         return {};
@@ -167,12 +247,14 @@ std::optional<QString> ausXml(const QByteArray &inhalt, QStringView schluessel)
         }
         if (gesucht && xml.name() == u"string") {
             fund = xml.readElementText();
-        } else {
-            xml.skipCurrentElement();
+        } else if (!weiterlesen(xml, 1)) {
+            return {};
         }
     }
     while (!xml.atEnd()) { // damage behind the value counts too
-        xml.readNext();
+        if (!weiterlesen(xml, 1)) {
+            return {};
+        }
     }
     return xml.hasError() ? std::nullopt : fund;
 }
@@ -182,7 +264,8 @@ std::optional<QString> ausXml(const QByteArray &inhalt, QStringView schluessel)
 std::optional<QString> plistText(const QByteArray &inhalt, QStringView schluessel)
 {
     if (!inhalt.startsWith("bplist")) {
-        return ausXml(inhalt, schluessel);
+        const auto text = xmlText(inhalt);
+        return text ? ausXml(*text, schluessel) : std::nullopt;
     }
     Binaerplist liste(inhalt);
     return liste.oeffnen() ? liste.text(schluessel) : std::nullopt;

@@ -1,5 +1,6 @@
 #include "platform/startdatei.h"
 
+#include "foundation/gewoehnlichedatei.h"
 #include "foundation/protokoll.h"
 
 #include <QDir>
@@ -34,12 +35,8 @@ void Startdatei::setzen(bool einschalten)
 void Startdatei::nachfuehren()
 {
     constexpr qint64 hoechstens = 65536; // bytes; ours have a few hundred
-    const QFileInfo vorhandene(datei_);
-    if (!vorhandene.isFile() || vorhandene.size() > hoechstens) {
-        return;
-    }
-    QFile quelle(datei_);
-    if (quelle.open(QIODevice::ReadOnly) && ueberholt(quelle.read(hoechstens))) {
+    const auto vorhanden = gewoehnlichLesen(datei_, hoechstens);
+    if (vorhanden && ueberholt(*vorhanden)) {
         schreiben();
     }
 }

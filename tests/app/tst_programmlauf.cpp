@@ -17,6 +17,9 @@
 #include <QImage>
 
 #include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 using namespace kalvaro;
 using namespace kalvaro::democloud;
@@ -41,6 +44,16 @@ void einrichten(const Zuhause &zuhause, Democloud &cloud)
 {
     QVERIFY(cloud.starten());
     zuhause.kontoSchreiben(cloud.adresse());
+}
+
+// Whether somebody is the only one.
+bool gesperrt(const Zuhause &zuhause)
+{
+    const QByteArray datei = QFile::encodeName(zuhause.daten() + u"/de.kalvaro.kalvaro.lock"_s);
+    const int fd = ::open(datei.constData(), O_RDWR | O_CLOEXEC);
+    const bool ja = fd >= 0 && ::flock(fd, LOCK_EX | LOCK_NB) != 0;
+    ::close(fd);
+    return ja;
 }
 
 QStringList wege(const Democloud &cloud)
@@ -263,6 +276,75 @@ private Q_SLOTS:
         QCOMPARE(zuhause.protokoll().last(), u"beendet"_s);
     }
 
+    // Whoever starts it learns that nothing will come of it, in place of a status of 0 and silence.
+    void einErsterDerHaengt_data()
+    {
+        QTest::addColumn<QStringList>("argumente");
+        QTest::newRow("by hand") << QStringList();
+        QTest::newRow("to end it") << QStringList{u"--beenden"_s};
+        QTest::newRow("at login") << QStringList{u"--hintergrund"_s};
+        QTest::newRow("by the bus") << QStringList{u"--dienst"_s};
+    }
+    void einErsterDerHaengt()
+    {
+        QFETCH(const QStringList, argumente);
+        const Zuhause zuhause;
+        Democloud cloud;
+        einrichten(zuhause, cloud);
+        Lauf erster(zuhause, {u"--hintergrund"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(zuhause.protokoll().size(), 1, frist);
+        erster.signal(SIGSTOP);
+
+        Lauf zweiter(zuhause, argumente);
+
+        QCOMPARE(zweiter.ende(), 1);
+        QCOMPARE(QString::fromUtf8(zweiter.fehlerausgabe()),
+                 u"kalvaro läuft bereits, antwortet aber nicht.\n"_s);
+        QCOMPARE(zuhause.protokoll().size(), 1);
+        erster.signal(SIGCONT);
+        QVERIFY(erster.beenden(SIGTERM) >= 0);
+    }
+
+    // One that is about to end may not promise anything to the next.
+    void startGleichNachDemEnde()
+    {
+        const Zuhause zuhause;
+        Democloud cloud;
+        einrichten(zuhause, cloud);
+        for (int i = 1; i <= 10; ++i) {
+            Lauf erster(zuhause, {u"--hintergrund"_s});
+            QTRY_VERIFY_WITH_TIMEOUT(gesperrt(zuhause), frist);
+            erster.signal(SIGTERM);
+            Lauf zweiter(zuhause, {u"--hintergrund"_s});
+            (void)erster.ende(); // it may be too young to have a handler for the signal
+            QTRY_VERIFY_WITH_TIMEOUT(gesperrt(zuhause), frist);
+            Lauf ende(zuhause, {u"--beenden"_s});
+            QCOMPARE(ende.ende(), 0);
+            QCOMPARE(zweiter.ende(), 0);
+            QCOMPARE(zuhause.protokoll().count(u"beendet"_s), i);
+        }
+    }
+
+    void derBusStirbtUnterDemErsten()
+    {
+        KALVARO_BRAUCHT(u"dbus-daemon"_s);
+        const Zuhause zuhause;
+        Democloud cloud;
+        einrichten(zuhause, cloud);
+        Testbus bus;
+        QProcessEnvironment umgebung = zuhause.umgebung();
+        umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.adresse());
+        Kindprogramm erster(QStringLiteral(KALVARO_PROGRAMM), {u"--hintergrund"_s}, umgebung);
+        QTRY_COMPARE_WITH_TIMEOUT(zuhause.protokoll().size(), 1, frist);
+        bus.beenden();
+
+        Kindprogramm ende(QStringLiteral(KALVARO_PROGRAMM), {u"--beenden"_s}, umgebung);
+
+        QCOMPARE(ende.ende(), 0);
+        QCOMPARE(erster.ende(), 0);
+        QCOMPARE(zuhause.protokoll().last(), u"beendet"_s);
+    }
+
     void beendenOhneErsten()
     {
         const Zuhause zuhause;
@@ -274,6 +356,49 @@ private Q_SLOTS:
         QCOMPARE(lauf.ende(), 0);
         QCOMPARE(zuhause.protokoll(), QStringList());
         QVERIFY(cloud.anfragen().isEmpty());
+    }
+
+    // What killed saves left behind lay there for ever. Only the one that runs clears it away.
+    void resteVerschwindenBeimNaechstenStart()
+    {
+        const Zuhause zuhause;
+        Democloud cloud;
+        einrichten(zuhause, cloud);
+        const QStringList reste{
+            zuhause.daten() + u"/einstellungen.json.AbCdEf"_s,
+            zuhause.datei(u"config/autostart/de.kalvaro.kalvaro.desktop.XyzABC"_s)};
+        for (const QString &rest : reste) {
+            dateiSchreiben(rest, "{");
+        }
+        Lauf bild(zuhause, {u"--bild"_s, zuhause.datei(u"bild.png"_s)});
+        QCOMPARE(bild.ende(), 0);
+        QVERIFY(QFile::exists(reste[0]) && QFile::exists(reste[1]));
+
+        Lauf lauf(zuhause, {u"--hintergrund"_s});
+        QTRY_COMPARE_WITH_TIMEOUT(zuhause.protokoll().size(), 2, frist);
+
+        QVERIFY(!QFile::exists(reste[0]));
+        QVERIFY(!QFile::exists(reste[1]));
+        QVERIFY(lauf.beenden(SIGTERM) >= 0);
+    }
+
+    // They led into whatever folder the program was started in.
+    void relativeOrdnerGeltenNicht()
+    {
+        const Zuhause zuhause;
+        dateiSchreiben(zuhause.datei(u".local/share/kalvaro/konto.json"_s),
+                       demokonto(u"http://127.0.0.1:9"_s));
+        QProcessEnvironment umgebung = zuhause.umgebung();
+        umgebung.insert(u"XDG_DATA_HOME"_s, u"daten"_s);
+        umgebung.insert(u"XDG_CONFIG_HOME"_s, u"config"_s);
+        umgebung.insert(u"XDG_RUNTIME_DIR"_s, u"lauf"_s);
+        const QString log = zuhause.datei(u".local/share/kalvaro/kalvaro.log"_s);
+
+        Kindprogramm lauf(QStringLiteral(KALVARO_PROGRAMM), {u"--hintergrund"_s}, umgebung);
+
+        QTRY_COMPARE_WITH_TIMEOUT(logzeilen(log).size(), 1, frist);
+        QVERIFY(lauf.beenden(SIGTERM) >= 0);
+        QVERIFY(!QDir(u"daten"_s).exists());
     }
 
     // The bus starts the program and says next what for.

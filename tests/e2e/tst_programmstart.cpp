@@ -8,11 +8,12 @@
 #include "doubles/testbus.h"
 #include "e2e/anzeige.h"
 #include "e2e/leiste.h"
+#include "platform/linux/einzelinstanzsperre.h"
 #include "platform/linux/xanzeige.h"
 #include "testlauf.h"
 
-#include <QDBusConnectionInterface>
-#include <QVariantMap>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <csignal>
 #include <optional>
@@ -29,22 +30,24 @@ const QString programm = QStringLiteral(KALVARO_PROGRAMM);
 const QString gestartet = u"gestartet (1.4, Gerät demo-mac)"_s;
 
 // A first instance that only keeps what it is asked.
-class ErsteInstanz : public QObject
+class ErsteInstanz
 {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
-
 public:
-    explicit ErsteInstanz(QDBusConnection bus)
+    explicit ErsteInstanz(const QString &ordner)
+        : sperre_(ordner, [this](const QByteArray &nachricht) {
+            bitten.append(QJsonDocument::fromJson(nachricht).object());
+            return true;
+        })
     {
-        bus.registerObject(u"/de/kalvaro/kalvaro"_s, this, QDBusConnection::ExportAllSlots);
-        bus.registerService(u"de.kalvaro.kalvaro"_s);
+        if (sperre_.nehmen() != Einzelinstanzsperre::Stand::Gehalten) {
+            qFatal("Another one runs in the test's folder");
+        }
     }
 
-    QList<QVariantMap> bitten;
+    QList<QJsonObject> bitten;
 
-public Q_SLOTS:
-    void Activate(const QVariantMap &plattformdaten) { bitten.append(plattformdaten); }
+private:
+    Einzelinstanzsperre sperre_;
 };
 
 // The ids of the processes of this name; there are only the test's own.
@@ -81,7 +84,7 @@ private Q_SLOTS:
     void waylandLerntDieKennung();
     void einHaengenderBusHaeltNichtAuf();
     void dieMarkeDesStartsErreichtDenErsten();
-    void einStartImHintergrundBittetNicht();
+    void einStartImHintergrundOeffnetNichts();
     void deutschAuchOhneDeutschesSystem();
     void dasEndeWartetAufKeinenNamen();
     void rekordboxLiegtInApplications();
@@ -233,27 +236,23 @@ void TestProgrammstart::einHaengenderBusHaeltNichtAuf()
 void TestProgrammstart::dieMarkeDesStartsErreichtDenErsten()
 {
     anAnzeige();
-    Testbus bus;
-    ErsteInstanz erste(bus.verbindung());
-    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.adresse());
+    const ErsteInstanz erste(zuhause->daten());
     umgebung.insert(u"DESKTOP_STARTUP_ID"_s, u"klick-1"_s);
     Kindprogramm zweite(programm, {}, umgebung);
     QVERIFY(bald([&] { return !zweite.laeuft(); }, geduld));
     QCOMPARE(zweite.ende(), 0);
-    QCOMPARE(erste.bitten,
-             QList<QVariantMap>({{{u"desktop-startup-id"_s, QVariant(u"klick-1"_s)}}}));
+    QCOMPARE(erste.bitten, QList<QJsonObject>({{{u"aktion"_s, QString()},
+                                                {u"desktop-startup-id"_s, u"klick-1"_s}}}));
     QCOMPARE(zuhause->protokoll(), QStringList());
 }
 
-void TestProgrammstart::einStartImHintergrundBittetNicht()
+void TestProgrammstart::einStartImHintergrundOeffnetNichts()
 {
-    Testbus bus;
-    const ErsteInstanz erste(bus.verbindung());
-    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.adresse());
+    const ErsteInstanz erste(zuhause->daten());
     Kindprogramm zweite(programm, {u"--hintergrund"_s}, umgebung);
     QVERIFY(bald([&] { return !zweite.laeuft(); }, geduld)); // whoever asks waits for the answer
     QCOMPARE(zweite.ende(), 0);
-    QCOMPARE(erste.bitten, QList<QVariantMap>());
+    QCOMPARE(erste.bitten, QList<QJsonObject>({{{u"aktion"_s, u"hintergrund"_s}}}));
     QCOMPARE(zuhause->protokoll(), QStringList());
 }
 

@@ -19,7 +19,7 @@ orte=(
 )
 # Parts of statements that decide something: file, what is there, what takes its place.
 teile=(
-    'src/app/main.cpp|!kommandozeile.bild && |'
+    'src/app/main.cpp|if (!kommandozeile.bild) {|if (true) {'
     'src/app/programmordner.cpp|u"/Applications"_s|QString()'
     'src/app/main.cpp|.belegen(kommandozeile.wunsch())|.belegen(Wunsch::Oeffnen)'
     'src/platform/linux/plattform.cpp| = Aktivierung::desStarts()|{}'

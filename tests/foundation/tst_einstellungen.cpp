@@ -45,6 +45,9 @@ private Q_SLOTS:
     void ohneOrdnerGeschiehtNichts();
     void ordnerAnStelleDerDateiBleibt();
     void pipeAnStelleDerDateiWirdErsetzt();
+    void riesigeDateiKostetNichts();
+    void ungeleseneDateiGehtNichtVerloren_data();
+    void ungeleseneDateiGehtNichtVerloren();
 
 private:
     [[nodiscard]] static QString pfad() { return datei(u"einstellungen.json"_s); }
@@ -393,6 +396,54 @@ void TestEinstellungen::pipeAnStelleDerDateiWirdErsetzt()
     e.speichern();
 
     QCOMPARE(gespeichert().size(), 3);
+}
+
+// Read whole, it took all memory there was.
+void TestEinstellungen::riesigeDateiKostetNichts()
+{
+    QFile riese(pfad());
+    QVERIFY(riese.open(QIODevice::WriteOnly) && riese.resize(qint64{20} * 1024 * 1024 * 1024));
+    riese.close();
+
+    const Einstellungen e;
+
+    QVERIFY(!e.autostart);
+}
+
+void TestEinstellungen::ungeleseneDateiGehtNichtVerloren_data()
+{
+    QTest::addColumn<qsizetype>("groesse");
+    QTest::addColumn<bool>("lesbar");
+    QTest::addColumn<bool>("bleibt");
+
+    QTest::newRow("a byte too many") << qsizetype{4 * 1024 * 1024 + 1} << true << true;
+    QTest::newRow("as many as are read") << qsizetype{4 * 1024 * 1024} << true << false;
+    QTest::newRow("without the right to read it") << qsizetype{100} << false << true;
+}
+
+void TestEinstellungen::ungeleseneDateiGehtNichtVerloren()
+{
+    QFETCH(qsizetype, groesse);
+    QFETCH(bool, lesbar);
+    QFETCH(bool, bleibt);
+    const QByteArray alt = QByteArray(R"({"version":"alt"})").leftJustified(groesse, ' ');
+    ordner.schreiben(u"einstellungen.json"_s, alt);
+    const Rechte oben(QFileInfo(appOrdner()).path(), lesbarFuerAlle | QFile::WriteOwner);
+    const Rechte offen(appOrdner(), QFile::Permissions(0x7777));
+    QFile::setPermissions(pfad(), QFile::Permissions(lesbar ? 0x6666 : 0x2222));
+
+    {
+        const OhneRechte niemand;
+        Einstellungen e;
+        QCOMPARE(e.version, bleibt ? QString() : u"alt"_s);
+        e.autostart = true;
+        e.speichern();
+        e.version = u"neu"_s;
+        e.speichern();
+    }
+
+    QCOMPARE(gespeichert()[u"version"].toString(), u"neu"_s);
+    QCOMPARE(ordner.inhalt(u"einstellungen.json.ungelesen"_s), bleibt ? alt : QByteArray());
 }
 
 KALVARO_TEST(TestEinstellungen)

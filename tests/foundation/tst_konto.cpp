@@ -40,6 +40,7 @@ private Q_SLOTS:
     void keineGewoehnlicheDatei_data();
     void keineGewoehnlicheDatei();
     void verweisAufEineDatei();
+    void verweiseImKreis();
     void riesigeDatei();
 
     void ladenAendertDieDateiNicht();
@@ -335,6 +336,14 @@ void TestKonto::keineGewoehnlicheDatei()
     }
 
     QCOMPARE(meldung(), satz(u"ist keine gewöhnliche Datei."_s));
+}
+
+void TestKonto::verweiseImKreis()
+{
+    QVERIFY(QFile::link(pfad(), datei(u"anderer"_s)));
+    QVERIFY(QFile::link(datei(u"anderer"_s), pfad()));
+
+    QCOMPARE(meldung(), satz(u"lässt sich nicht öffnen: Die Verweise führen im Kreis."_s));
 }
 
 // It costs neither time nor memory.

@@ -10,8 +10,11 @@
 #include <QLocale>
 #include <QRegularExpression>
 
+#include <array>
 #include <functional>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -53,6 +56,8 @@ private Q_SLOTS:
 
     void datenordnerLiegtImNutzerordner();
     void datenordnerWirdEinmalBestimmt();
+    void nurAbsoluteDatenwurzelnGelten_data();
+    void nurAbsoluteDatenwurzelnGelten();
     void ordnerEntstehtMitElternordnern();
     void ordnerDerSchonDaIstBleibt();
     void ordnerDenEineDateiVersperrtStoertNicht();
@@ -71,6 +76,9 @@ private Q_SLOTS:
     void volleFestplatteBleibtUnbemerkt();
     void nachEinemFehlerGehtEsWeiter();
     void mehrereProzesseZerreissenKeineZeile();
+    void wasKeineDateiIstHaeltNichtAuf_data();
+    void wasKeineDateiIstHaeltNichtAuf();
+    void neuesLogHatDieUeblichenRechte();
 
 private:
     [[nodiscard]] QString log() const { return QString::fromUtf8(ordner.inhalt(u"kalvaro.log"_s)); }
@@ -107,6 +115,34 @@ void TestProtokoll::datenordnerWirdEinmalBestimmt()
 
     qputenv("XDG_DATA_HOME", daten);
     QVERIFY(bleibt);
+}
+
+void TestProtokoll::nurAbsoluteDatenwurzelnGelten_data()
+{
+    QTest::addColumn<QByteArray>("gesetzt");
+    QTest::addColumn<QString>("soll");
+
+    const QString vorgabe = QDir::homePath() + u"/.local/share"_s;
+    QTest::newRow("empty") << QByteArray() << vorgabe;
+    QTest::newRow("relative") << QByteArray("hier/drin") << vorgabe;
+    QTest::newRow("the current folder") << QByteArray(".") << vorgabe;
+    QTest::newRow("a tilde, which only shells know") << QByteArray("~/daten") << vorgabe;
+    QTest::newRow("absolute") << QByteArray("/anderswo") << u"/anderswo"_s;
+    QTest::newRow("with a slash at its end") << QByteArray("/anderswo/") << u"/anderswo"_s;
+    QTest::newRow("with two") << QByteArray("/anderswo//") << u"/anderswo"_s;
+    QTest::newRow("the root") << QByteArray("/") << u""_s;
+}
+
+void TestProtokoll::nurAbsoluteDatenwurzelnGelten()
+{
+    QFETCH(QByteArray, gesetzt);
+    const QByteArray vorher = qgetenv("XDG_DATA_HOME");
+
+    qputenv("XDG_DATA_HOME", gesetzt);
+    const QString wurzel = datenwurzel();
+    qputenv("XDG_DATA_HOME", vorher);
+
+    QTEST(wurzel, "soll");
 }
 
 void TestProtokoll::ordnerEntstehtMitElternordnern()
@@ -335,6 +371,65 @@ void TestProtokoll::mehrereProzesseZerreissenKeineZeile()
     static const QRegularExpression stempel(u"^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d  Schr"_s,
                                             QRegularExpression::MultilineOption);
     QCOMPARE(log().count(stempel), schreiber * zeilen);
+}
+
+void TestProtokoll::wasKeineDateiIstHaeltNichtAuf_data()
+{
+    QTest::addColumn<QString>("art");
+
+    QTest::newRow("a pipe that nobody reads") << u"pipe"_s;
+    QTest::newRow("a pipe that somebody has open") << u"offene pipe"_s;
+    QTest::newRow("a pipe that is full") << u"volle pipe"_s;
+    QTest::newRow("a device") << u"/dev/full"_s;
+    QTest::newRow("a terminal") << u"/dev/ptmx"_s;
+    QTest::newRow("a link loop") << datei(u"kalvaro.log"_s);
+}
+
+// In a process of its own, which the kernel ends where it waits.
+void TestProtokoll::wasKeineDateiIstHaeltNichtAuf()
+{
+    QFETCH(QString, art);
+    const QByteArray pfad = QFile::encodeName(datei(u"kalvaro.log"_s));
+    int leser = -1;
+    if (art.endsWith(u"pipe")) {
+        QCOMPARE(mkfifo(pfad.constData(), 0600), 0);
+        leser = art == u"pipe" ? -1 : open(pfad.constData(), O_RDWR | O_NONBLOCK);
+    } else {
+        QCOMPARE(symlink(QFile::encodeName(art).constData(), pfad.constData()), 0);
+    }
+    if (art == u"volle pipe") {
+        const std::array<char, 4096> nichts{};
+        while (write(leser, nichts.data(), nichts.size()) > 0) {
+        }
+    }
+
+    const pid_t kind = fork();
+    if (kind == 0) {
+        alarm(5);
+        protokoll(u"wartet nicht"_s);
+        _exit(0);
+    }
+    int ausgang = -1;
+    waitpid(kind, &ausgang, 0);
+
+    QCOMPARE(ausgang, 0);
+    std::array<char, 4096> bytes{};
+    if (art == u"offene pipe") {
+        QVERIFY2(read(leser, bytes.data(), bytes.size()) <= 0, "only plain files are written");
+    }
+    close(leser);
+}
+
+void TestProtokoll::neuesLogHatDieUeblichenRechte()
+{
+    const mode_t maske = umask(0027);
+
+    protokoll(u"eins"_s);
+
+    umask(maske);
+    struct stat art = {};
+    QCOMPARE(stat(QFile::encodeName(datei(u"kalvaro.log"_s)).constData(), &art), 0);
+    QCOMPARE(art.st_mode & 0777U, 0640U);
 }
 
 KALVARO_TEST(TestProtokoll)

@@ -1,12 +1,18 @@
 #include "doubles/buendel.h"
+#include "foundation/gewoehnlichedatei.h"
 #include "platform/buendel.h"
 #include "platform/plist.h"
 #include "testlauf.h"
 
 #include <QElapsedTimer>
+#include <QFile>
+#include <QStringEncoder>
 #include <QTemporaryDir>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -40,6 +46,36 @@ QByteArray binaer(const Objekte &objekte)
 QByteArray xml(const QByteArray &inhalt)
 {
     return R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0">)" + inhalt + "</plist>";
+}
+
+QByteArray utf16(const QByteArray &ascii)
+{
+    QByteArray bytes;
+    for (const char zeichen : ascii) {
+        bytes += zeichen;
+        bytes += '\0';
+    }
+    return bytes;
+}
+
+// Declared as it is; only readers that know hundreds of encodings see the markup.
+QByteArray ebcdic(const QByteArray &ascii)
+{
+    QStringEncoder schreiber("IBM037");
+    const QByteArray ohne =
+        ascii.startsWith("<?xml") ? ascii : "<?xml version='1.0' encoding='IBM037'?>" + ascii;
+    const QByteArray bytes = schreiber(QString::fromLatin1(ohne));
+    return schreiber.isValid() ? bytes : ohne; // Qt without ICU does not know it
+}
+
+// Bytes of address space that this process has.
+rlim_t adressraum()
+{
+    QFile stand(u"/proc/self/statm"_s);
+    const bool offen = stand.open(QIODevice::ReadOnly);
+    return offen ? stand.readLine().split(' ').first().toULongLong() *
+                       static_cast<rlim_t>(::sysconf(_SC_PAGESIZE))
+                 : 0;
 }
 
 QByteArray gift(const QByteArray &art)
@@ -223,12 +259,114 @@ private Q_SLOTS:
         QVERIFY2(uhr.elapsed() < 5000, QByteArray::number(uhr.elapsed()).constData());
     }
 
+    void kostetNichtMehrAlsSeineGroesse_data()
+    {
+        QTest::addColumn<QByteArray>("inhalt");
+        QTest::addColumn<std::optional<QString>>("erwartet");
+        const auto zeile = [](const char *name, const QByteArray &inhalt) {
+            QTest::newRow(name) << inhalt << std::optional<QString>();
+        };
+        const QByteArray lang(4096, 'a');
+        const QByteArray viele = QByteArray("&a;").repeated(groessteDatei / 3 - 3000);
+        const QByteArray wurzel =
+            "<plist><dict><key>V</key><string>" + viele + "</string></dict></plist>";
+        zeile("an entity of 4096 characters",
+              "<!DOCTYPE plist [<!ENTITY a '" + lang + "'>]>" + wurzel);
+        zeile("an entity behind a > in quotes",
+              "<!DOCTYPE plist SYSTEM \"a>b\" [<!ENTITY a '" + lang + "'>]>" + wurzel);
+        zeile("an entity behind a document type in a comment",
+              "<!-- <!DOCTYPE plist> --><!DOCTYPE plist [<!ENTITY a '" + lang + "'>]>" + wurzel);
+        QByteArray regeln("<!DOCTYPE plist [<!ATTLIST b ");
+        for (int i = 0; i < 2000; ++i) {
+            regeln += "a" + QByteArray::number(i) + " CDATA 'x' ";
+        }
+        zeile("attributes for every element", regeln + ">]><plist><dict><key>V</key><a>" +
+                                                  QByteArray("<b/>").repeated(200000) +
+                                                  "</a></dict></plist>");
+        QByteArray attribute("<plist><dict ");
+        for (int i = 0; i < 100000; ++i) {
+            attribute += "a" + QByteArray::number(i) + "='' ";
+        }
+        attribute += "/></plist>";
+        zeile("attributes in UTF-16", "\xFF\xFE" + utf16(attribute));
+        zeile("attributes in EBCDIC", ebcdic(attribute));
+        const QByteArray tief = QByteArray("<a>").repeated(600000);
+        zeile("deep", xml("<dict><key>W</key>" + tief));
+        zeile("deep behind the dictionary", xml("<dict></dict>" + tief));
+        QTest::newRow("a text that fills the file")
+            << xml("<dict><key>V</key><string>" + QByteArray(4000000, '7') + "</string></dict>")
+            << std::optional(QString(4000000, u'7'));
+    }
+
+    // In a process of its own that is given 160 MiB more than it has.
+    void kostetNichtMehrAlsSeineGroesse()
+    {
+        QFETCH(const QByteArray, inhalt);
+        QFETCH(const std::optional<QString>, erwartet);
+        QVERIFY(inhalt.size() <= groessteDatei);
+        const pid_t kind = ::fork();
+        if (kind == 0) {
+            constexpr unsigned geduld = 20; // seconds
+            ::alarm(geduld);
+            const rlim_t platz = adressraum() + (rlim_t{160} << 20U);
+            const rlimit grenze{platz, platz};
+            ::setrlimit(RLIMIT_AS, &grenze);
+            ::_exit(plistText(inhalt, u"V") == erwartet ? 0 : 1);
+        }
+        int ausgang = -1;
+        ::waitpid(kind, &ausgang, 0);
+        QCOMPARE(ausgang, 0);
+    }
+
+    void kodierung_data()
+    {
+        QTest::addColumn<QByteArray>("inhalt");
+        QTest::addColumn<std::optional<QString>>("erwartet");
+        const auto mit = [](const QByteArray &name, const QByteArray &wert) {
+            return "<?xml version=\"1.0\" encoding=\"" + name +
+                   "\"?>\n<plist><dict><key>V</key><string>" + wert + "</string></dict></plist>";
+        };
+        const auto ja = [](const char *zeile, const QByteArray &inhalt, const QString &wert) {
+            QTest::newRow(zeile) << inhalt << std::optional(wert);
+        };
+        const auto nein = [](const char *zeile, const QByteArray &inhalt) {
+            QTest::newRow(zeile) << inhalt << std::optional<QString>();
+        };
+        ja("UTF-8", mit("UTF-8", "\xC3\xBC"), u"ü"_s);
+        ja("utf-8 with its mark", "\xEF\xBB\xBF" + mit("utf-8", "\xC3\xBC"), u"ü"_s);
+        ja("none declared", "<plist><dict><key>V</key><string>\xC3\xBC</string></dict></plist>",
+           u"ü"_s);
+        ja("US-ASCII", mit("US-ASCII", "7"), u"7"_s);
+        ja("ISO-8859-1", mit("ISO-8859-1", "\xFC"), u"ü"_s);
+        ja("UTF-16, little end first", "\xFF\xFE" + utf16(mit("UTF-16", "7")), u"7"_s);
+        ja("the document type that Apple writes",
+           "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//Apple//DTD "
+           "PLIST "
+           "1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist "
+           "version=\"1.0\"><dict><key>V</key><string>7 &amp; 8</string></dict></plist>",
+           u"7 & 8"_s);
+        nein("bytes that are not UTF-8", mit("UTF-8", "\xFC"));
+        nein("UTF-16 declared, not kept to", mit("UTF-16", "7"));
+        nein("windows-1252", mit("windows-1252", "7"));
+        nein("UTF-7", mit("UTF-7", "7"));
+        nein("IBM037", mit("IBM037", "7"));
+        nein("IBM037, kept to", ebcdic(mit("IBM037", "7")));
+        nein("an empty set of rules", "<!DOCTYPE plist []>" + mit("UTF-8", "7").mid(39));
+    }
+
+    void kodierung()
+    {
+        QFETCH(const QByteArray, inhalt);
+        QFETCH(const std::optional<QString>, erwartet);
+        QCOMPARE(plistText(inhalt, u"V"), erwartet);
+    }
+
     void groesse_data()
     {
         QTest::addColumn<qsizetype>("groesse");
         QTest::addColumn<std::optional<QString>>("erwartet");
-        QTest::newRow("1 MiB") << qsizetype(1048576) << std::optional(u"7"_s);
-        QTest::newRow("a byte more") << qsizetype(1048577) << std::optional<QString>();
+        QTest::newRow("4 MiB") << qsizetype(4194304) << std::optional(u"7"_s);
+        QTest::newRow("a byte more") << qsizetype(4194305) << std::optional<QString>();
     }
 
     void groesse()

@@ -1,5 +1,7 @@
 #include "platform/linux/anzeigewahl.h"
 
+#include "platform/linux/laufzeitordner.h"
+
 #include "foundation/klartext.h"
 
 #include <QFile>
@@ -80,12 +82,12 @@ Anzeigewahl anzeigeWaehlen(const Anzeigeangaben &angaben, const std::function<bo
 
 bool waylandAntwortet(const QString &name)
 {
-    if (name.isEmpty()) {
+    const QByteArray ordner = laufzeitordner();
+    if (name.isEmpty() || (ordner.isEmpty() && !name.startsWith(u'/'))) {
         return false;
     }
-    const QByteArray pfad = name.startsWith(u'/')
-                                ? QFile::encodeName(name)
-                                : qgetenv("XDG_RUNTIME_DIR") + '/' + QFile::encodeName(name);
+    const QByteArray pfad =
+        name.startsWith(u'/') ? QFile::encodeName(name) : ordner + '/' + QFile::encodeName(name);
     sockaddr_un ziel = {};
     if (static_cast<size_t>(pfad.size()) >= sizeof ziel.sun_path) {
         return false;

@@ -23,17 +23,21 @@ void setzen(const Aktivierung &aktivierung)
     setzen("DESKTOP_STARTUP_ID", aktivierung.kennung);
 }
 
+QByteArray bemessen(const QByteArray &wert)
+{
+    return wert.size() <= laengste && !wert.contains('\0') ? wert : QByteArray();
+}
+
 QByteArray angabe(const QVariantMap &daten, const QString &name)
 {
-    const QByteArray wert = daten.value(name).toString().toUtf8();
-    return wert.size() <= laengste && !wert.contains('\0') ? wert : QByteArray();
+    return bemessen(daten.value(name).toString().toUtf8());
 }
 
 } // namespace
 
 Aktivierung Aktivierung::desStarts()
 {
-    return {qgetenv("XDG_ACTIVATION_TOKEN"), qgetenv("DESKTOP_STARTUP_ID")};
+    return {bemessen(qgetenv("XDG_ACTIVATION_TOKEN")), bemessen(qgetenv("DESKTOP_STARTUP_ID"))};
 }
 
 Aktivierung Aktivierung::ausPlattformdaten(const QVariantMap &daten)

@@ -13,14 +13,15 @@ namespace kalvaro {
 [[nodiscard]] QString sitzungsbusAdresse();
 [[nodiscard]] QString systembusAdresse();
 
-// Whether something that speaks D-Bus answers there within `frist`. Transports other than Unix
-// sockets are taken at their word.
-[[nodiscard]] bool busAntwortet(const QString &adresse,
-                                std::chrono::milliseconds frist = std::chrono::seconds(2));
+inline constexpr std::chrono::milliseconds busfrist{1000};
 
-// Settles which session bus this process uses: the one that is there and answers, or none. Without
-// one it sets DBUS_SESSION_BUS_ADDRESS to an address that leads nowhere ("disabled:"), so that
-// neither Qt nor libdbus starts a bus or waits for a dead one. To be called before a
+// Whether a bus answers there within `frist` and takes this user. Only Unix sockets are asked;
+// addresses of other kinds, which could not be asked within a time, count as none.
+[[nodiscard]] bool busAntwortet(const QString &adresse, std::chrono::milliseconds frist = busfrist);
+
+// Settles which session bus this process uses: the first that is there and answers, or none.
+// Without one it sets DBUS_SESSION_BUS_ADDRESS to an address that leads nowhere ("disabled:"), so
+// that neither Qt nor libdbus starts a bus or waits for a dead one. To be called before a
 // QGuiApplication exists, because its platform plug-ins look for the bus too.
 void sitzungsbusFestlegen();
 

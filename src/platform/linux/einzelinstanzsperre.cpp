@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <optional>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -45,13 +45,13 @@ bool mitAdresse(const QByteArray &ordner, Tun tun)
 
 int neuerSocket()
 {
-    return ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    return ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
 }
 
 } // namespace
 
 Einzelinstanzsperre::Einzelinstanzsperre(const QString &ordner,
-                                         std::function<void(const QByteArray &)> angekommen)
+                                         std::function<bool(const QByteArray &)> angekommen)
     : ordner_(QFile::encodeName(ordner))
     , angekommen_(std::move(angekommen))
 {
@@ -61,9 +61,12 @@ Einzelinstanzsperre::Einzelinstanzsperre(const QString &ordner,
 Einzelinstanzsperre::~Einzelinstanzsperre()
 {
     horcher_.reset();
-    if (briefkasten_ >= 0) {
+    while (!gaeste_.empty()) {
+        verabschieden(gaeste_.begin()->first);
+    }
+    if (tuer_ >= 0) {
         ::unlink((ordner_ + '/' + KENNUNG.toUtf8() + ".socket").constData());
-        ::close(briefkasten_);
+        ::close(tuer_);
     }
     if (sperre_ >= 0) {
         ::close(sperre_);
@@ -74,8 +77,14 @@ Einzelinstanzsperre::Stand Einzelinstanzsperre::nehmen()
 {
     // The file stays for good: removing it would let two processes lock two files of one name.
     const QByteArray datei = ordner_ + '/' + KENNUNG.toUtf8() + ".lock";
-    const int fd = ::open(datei.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-    if (fd < 0) {
+    constexpr int wie = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    int fd = ::open(datei.constData(), O_RDWR | O_CREAT | wie, 0600);
+    if (fd < 0) { // a folder that can only be read since may hold one from before
+        fd = ::open(datei.constData(), O_RDONLY | wie);
+    }
+    struct stat art = {};
+    if (fd < 0 || ::fstat(fd, &art) != 0 || !S_ISREG(art.st_mode)) {
+        ::close(fd);
         return Stand::Unmoeglich;
     }
     if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
@@ -90,40 +99,90 @@ Einzelinstanzsperre::Stand Einzelinstanzsperre::nehmen()
 
 void Einzelinstanzsperre::horchen()
 {
-    briefkasten_ = neuerSocket();
+    constexpr int schlange = 1024; // starts that may wait until the event loop runs
+    tuer_ = neuerSocket();
     ::unlink((ordner_ + '/' + KENNUNG.toUtf8() + ".socket").constData());
     const mode_t maske = ::umask(0077); // nobody but the user may write into it
     const bool offen =
-        briefkasten_ >= 0 && mitAdresse(ordner_, [this](const sockaddr *adresse, socklen_t laenge) {
-            return ::bind(briefkasten_, adresse, laenge);
+        tuer_ >= 0 && mitAdresse(ordner_, [this](const sockaddr *adresse, socklen_t laenge) {
+            return ::bind(tuer_, adresse, laenge);
         });
     ::umask(maske);
-    if (offen) {
-        horcher_ = std::make_unique<QSocketNotifier>(briefkasten_, QSocketNotifier::Read);
-        connect(horcher_.get(), &QSocketNotifier::activated, this, &Einzelinstanzsperre::lesen);
+    if (offen && ::listen(tuer_, schlange) == 0) {
+        horcher_ = std::make_unique<QSocketNotifier>(tuer_, QSocketNotifier::Read);
+        connect(horcher_.get(), &QSocketNotifier::activated, this, &Einzelinstanzsperre::annehmen);
     }
 }
 
-bool Einzelinstanzsperre::senden(const QByteArray &nachricht) const
+void Einzelinstanzsperre::ruhen(bool ja)
+{
+    if (horcher_) {
+        horcher_->setEnabled(!ja);
+    }
+    for (const auto &[fd, gast] : gaeste_) {
+        gast->setEnabled(!ja);
+    }
+}
+
+Einzelinstanzsperre::Antwort Einzelinstanzsperre::fragen(const QByteArray &nachricht,
+                                                         const QDeadlineTimer &bis) const
 {
     const int fd = neuerSocket();
     const auto laenge = static_cast<size_t>(nachricht.size());
     const bool gesendet =
-        fd >= 0 && mitAdresse(ordner_, [&](const sockaddr *adresse, socklen_t groesse) {
-            return ::sendto(fd, nachricht.constData(), laenge, MSG_NOSIGNAL, adresse, groesse);
-        });
+        fd >= 0 &&
+        mitAdresse(ordner_, [&](const sockaddr *adresse,
+                                socklen_t groesse) { return ::connect(fd, adresse, groesse); }) &&
+        ::send(fd, nachricht.constData(), laenge, MSG_NOSIGNAL) >= 0;
+    Antwort antwort = Antwort::Niemand;
+    if (gesendet) {
+        pollfd warten = {fd, POLLIN, 0};
+        int bereit = -1;
+        do {
+            bereit = ::poll(&warten, 1, static_cast<int>(bis.remainingTime()));
+        } while (bereit < 0 && errno == EINTR);
+        char zusage = 0;
+        antwort = bereit == 0                                    ? Antwort::Stumm
+                  : bereit > 0 && ::recv(fd, &zusage, 1, 0) == 1 ? Antwort::Angenommen
+                                                                 : Antwort::Niemand;
+    }
     ::close(fd);
-    return gesendet;
+    return antwort;
 }
 
-void Einzelinstanzsperre::lesen()
+void Einzelinstanzsperre::annehmen()
+{
+    for (int fd = ::accept4(tuer_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK); fd >= 0;
+         fd = ::accept4(tuer_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK)) {
+        auto gast = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
+        connect(gast.get(), &QSocketNotifier::activated, this, [this, fd] { lesen(fd); });
+        gaeste_.emplace(fd, std::move(gast));
+    }
+}
+
+void Einzelinstanzsperre::lesen(int gast)
 {
     QByteArray nachricht(qsizetype(groessteNachricht), Qt::Uninitialized);
-    const ssize_t laenge = ::recv(briefkasten_, nachricht.data(), groessteNachricht, 0);
-    if (laenge >= 0) {
+    const ssize_t laenge = ::recv(gast, nachricht.data(), groessteNachricht, 0);
+    if (laenge > 0) {
         nachricht.truncate(laenge);
-        angekommen_(nachricht);
+        if (angekommen_(nachricht)) {
+            const char zusage = 1;
+            ::send(gast, &zusage, 1, MSG_NOSIGNAL);
+        } else {
+            ruhen(true);
+        }
     }
+    verabschieden(gast);
+}
+
+// It may be the notifier that is just calling.
+void Einzelinstanzsperre::verabschieden(int gast)
+{
+    auto wer = gaeste_.extract(gast);
+    wer.mapped()->setEnabled(false);
+    wer.mapped().release()->deleteLater();
+    ::close(gast);
 }
 
 } // namespace kalvaro

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QSocketNotifier>
 #include <QString>
 
 #include <functional>
+#include <map>
 #include <memory>
 
 namespace kalvaro {
@@ -23,26 +25,38 @@ public:
         Unmoeglich, // the folder does not allow for it
     };
 
+    enum class Antwort {
+        Angenommen, // the holder's event loop took the message
+        Niemand,    // nobody listens, or whoever did has ended without taking it
+        Stumm,      // somebody has it and says nothing
+    };
+
     // `ordner` is created where it is missing. `angekommen` receives what another process sent,
-    // from the event loop.
-    Einzelinstanzsperre(const QString &ordner, std::function<void(const QByteArray &)> angekommen);
+    // from the event loop, and tells whether it takes it. After one that it does not, it rests.
+    Einzelinstanzsperre(const QString &ordner, std::function<bool(const QByteArray &)> angekommen);
     ~Einzelinstanzsperre() override;
 
     [[nodiscard]] Stand nehmen();
 
-    // Leaves `nachricht` (64 KiB at most) with the holder, which may be busy: does not wait for it.
-    // False when nobody takes messages.
-    [[nodiscard]] bool senden(const QByteArray &nachricht) const;
+    // Gives `nachricht` (64 KiB at most) to the holder and waits for its answer until `bis`.
+    [[nodiscard]] Antwort fragen(const QByteArray &nachricht, const QDeadlineTimer &bis) const;
+
+    // While it rests, the holder lets all who come wait. When it ends like that, they hear of it at
+    // once, and that nobody took what they sent.
+    void ruhen(bool ja);
 
 private:
     void horchen();
-    void lesen();
+    void annehmen();
+    void lesen(int gast);
+    void verabschieden(int gast);
 
     const QByteArray ordner_;
-    const std::function<void(const QByteArray &)> angekommen_;
+    const std::function<bool(const QByteArray &)> angekommen_;
     int sperre_ = -1;
-    int briefkasten_ = -1;
+    int tuer_ = -1;
     std::unique_ptr<QSocketNotifier> horcher_;
+    std::map<int, std::unique_ptr<QSocketNotifier>> gaeste_;
 };
 
 } // namespace kalvaro

@@ -1,12 +1,12 @@
 #include "platform/linux/linuxschreibtisch.h"
 
+#include "foundation/gewoehnlichedatei.h"
 #include "foundation/konstanten.h"
 #include "platform/linux/autostarteintrag.h"
 #include "platform/linux/xanzeige.h"
 
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -118,13 +118,13 @@ Schreibtischauskunft::Leiste LinuxSchreibtisch::leiste() const
 
 Schreibtischauskunft::Anmeldeeintrag LinuxSchreibtisch::anmeldeeintrag() const
 {
-    Anmeldeeintrag lage{.datei = ordner_ + u'/' + KENNUNG + u".desktop"_s};
+    Anmeldeeintrag lage{.datei = autostartdatei(ordner_)};
     lage.da = QFileInfo::exists(lage.datei);
-    QFile datei(lage.datei);
-    if (!QFileInfo(lage.datei).isFile() || !datei.open(QIODevice::ReadOnly)) {
+    const auto inhalt = gewoehnlichLesen(lage.datei, groessterEintrag);
+    if (!inhalt) {
         return lage;
     }
-    const Autostarteintrag eintrag = autostarteintragLesen(datei.read(groessterEintrag));
+    const Autostarteintrag eintrag = autostarteintragLesen(*inhalt);
     lage.abgeschaltet = eintrag.abgeschaltet;
     lage.programm = eintrag.programm();
     lage.ausfuehrbar = !lage.programm.isEmpty() && ausfuehrbar(lage.programm);

@@ -1,5 +1,6 @@
 #include "platform/plattform.h"
 
+#include "foundation/datenordner.h"
 #include "platform/linux/anzeigewahl.h"
 #include "platform/linux/dbuseinzelinstanz.h"
 #include "platform/linux/dbusmitteilungen.h"
@@ -7,6 +8,7 @@
 #include "platform/linux/linuxarbeitsplatz.h"
 #include "platform/linux/linuxprozesse.h"
 #include "platform/linux/linuxschreibtisch.h"
+#include "platform/linux/sicherungsreste.h"
 #include "platform/linux/signale.h"
 #include "platform/linux/traystatusobjekt.h"
 #include "platform/linux/xanzeige.h"
@@ -18,6 +20,8 @@
 #include <optional>
 
 namespace kalvaro {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -109,6 +113,8 @@ Plattform::Anschluesse Plattform::anschluesse()
         // Whoever only draws or looks changes nothing.
         if (innen_->einzelinstanz.belegt()) {
             innen_->geraete->anmeldestart.nachfuehren();
+            sicherungsresteEntfernen(datei(u"einstellungen.json"_s));
+            sicherungsresteEntfernen(autostartdatei());
         }
     }
     Geraete &g = *innen_->geraete;

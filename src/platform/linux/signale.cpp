@@ -21,9 +21,12 @@ constexpr int laengstesEnde = 900; // milliseconds
 // comes also where nobody reads it for long.
 std::array<int, 2> rohr{-1, -1};
 
+volatile std::sig_atomic_t wartet = 0;
+
 void weckeSchleife(int)
 {
     endeErzwingen(laengstesEnde, 0);
+    wartet = 1;
     const char zeichen = 0;
     [[maybe_unused]] const auto geschrieben = ::write(rohr[1], &zeichen, 1);
 }
@@ -40,6 +43,7 @@ void behandeln(int nummer, void (*wie)(int))
 
 Signale::Signale(std::function<void()> ende)
 {
+    wartet = 0;
     if (::pipe2(rohr.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return;
     }
@@ -48,6 +52,7 @@ Signale::Signale(std::function<void()> ende)
         std::array<char, 16> verworfen{};
         [[maybe_unused]] const auto gelesen = ::read(rohr[0], verworfen.data(), verworfen.size());
         ruf();
+        wartet = 0;
     });
     for (const int nummer : behandelte) {
         behandeln(nummer, weckeSchleife);
@@ -63,6 +68,11 @@ Signale::~Signale()
     ::close(rohr[0]);
     ::close(rohr[1]);
     rohr = {-1, -1};
+}
+
+bool endesignalWartet()
+{
+    return wartet != 0;
 }
 
 } // namespace kalvaro

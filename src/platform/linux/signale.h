@@ -22,4 +22,7 @@ private:
     QSocketNotifier *hoerer_ = nullptr;
 };
 
+// Whether such a signal has come that the event loop has not seen yet.
+[[nodiscard]] bool endesignalWartet();
+
 } // namespace kalvaro

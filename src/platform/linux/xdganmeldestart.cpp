@@ -94,13 +94,23 @@ QString startprogramm(const QString &eigenes)
 QString autostartordner()
 {
     // A relative path is to be ignored ("XDG Base Directory Specification" 0.8).
-    const QString gesetzt = qEnvironmentVariable("XDG_CONFIG_HOME");
-    const bool gilt = gesetzt.startsWith(u'/');
-    return (gilt ? gesetzt : QDir::homePath() + u"/.config"_s) + u"/autostart"_s;
+    QString ordner = qEnvironmentVariable("XDG_CONFIG_HOME");
+    if (!ordner.startsWith(u'/')) {
+        ordner = QDir::homePath() + u"/.config"_s;
+    }
+    while (ordner.endsWith(u'/')) {
+        ordner.chop(1);
+    }
+    return ordner + u"/autostart"_s;
+}
+
+QString autostartdatei(const QString &ordner)
+{
+    return ordner + u'/' + KENNUNG + u".desktop"_s;
 }
 
 XdgAnmeldestart::XdgAnmeldestart(QString programm, const QString &ordner, QString symbol)
-    : Startdatei(ordner + u'/' + KENNUNG + u".desktop"_s)
+    : Startdatei(autostartdatei(ordner))
     , programm_(std::move(programm))
     , symbol_(std::move(symbol))
 {

@@ -13,6 +13,9 @@ namespace kalvaro {
 // Autostart Specification" 0.5).
 [[nodiscard]] QString autostartordner();
 
+// The program's own entry in such a folder.
+[[nodiscard]] QString autostartdatei(const QString &ordner = autostartordner());
+
 // Start at login by an autostart entry. `symbol` is the name of its icon in the icon theme; empty
 // when there is none.
 class XdgAnmeldestart final : public Startdatei

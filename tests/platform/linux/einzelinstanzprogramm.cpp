@@ -1,8 +1,10 @@
-// A program that is started twice. Says "erste" or "zweite" as soon as it knows; the first then
-// says "oeffnen TOKEN ID" (or "abgleichen", "beenden") whenever it is asked to, until its standard
-// input ends. With "--spaet" it takes requests only after a line on standard input.
+// A program that is started twice. Says "erste", "zweite" or "stumm" as soon as it knows; the first
+// then says "oeffnen TOKEN ID" (or "abgleichen", "beenden") whenever it is asked to, until its
+// standard input ends. With "--spaet" it takes requests only after a line on standard input, with
+// "--gehorcht" it ends when it is asked to.
 #include "foundation/datenordner.h"
 #include "platform/linux/dbuseinzelinstanz.h"
+#include "platform/linux/signale.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -51,17 +53,27 @@ int main(int argc, char *argv[])
     const QStringList argumente = QCoreApplication::arguments();
     ordnerAnlegen();
     DBusEinzelinstanz instanz(eigene);
-    if (!instanz.belegen(wunsch(argumente))) {
+    switch (instanz.belegen(wunsch(argumente))) {
+    case Belegung::Erste:
+        break;
+    case Belegung::Uebergeben:
         sagen("zweite");
         return 0;
+    case Belegung::Stumm:
+        sagen("stumm");
+        return 1;
     }
+    const Signale signale([] { QCoreApplication::quit(); });
     sagen("erste");
-    const auto bereit = [&instanz] {
-        instanz.beiWunsch([](Wunsch wunsch) {
+    const auto bereit = [&instanz, &argumente] {
+        instanz.beiWunsch([&argumente](Wunsch wunsch) {
             const auto name = std::find_if(namen.begin(), namen.end(),
                                            [wunsch](const auto &n) { return n.first == wunsch; });
             sagen(name->second + ' ' + qgetenv("XDG_ACTIVATION_TOKEN") + ' ' +
                   qgetenv("DESKTOP_STARTUP_ID"));
+            if (wunsch == Wunsch::Beenden && argumente.contains(u"--gehorcht"_s)) {
+                QCoreApplication::quit();
+            }
         });
     };
     if (!argumente.contains(u"--spaet"_s)) {

@@ -234,6 +234,8 @@ void TestAnmeldestart::ordnerFolgtDerUmgebung()
     QCOMPARE(autostartordner(), QDir::homePath() + u"/.config/autostart"_s);
     qputenv("XDG_CONFIG_HOME", "/anderswo");
     QCOMPARE(autostartordner(), u"/anderswo/autostart"_s);
+    qputenv("XDG_CONFIG_HOME", "/anderswo//");
+    QCOMPARE(autostartordner(), u"/anderswo/autostart"_s);
 }
 
 void TestAnmeldestart::einAppImageNenntSichSelbst()

@@ -2,6 +2,7 @@
 
 #include "testlauf.h"
 
+#include <QElapsedTimer>
 #include <QTemporaryDir>
 
 #include <array>
@@ -18,12 +19,17 @@ namespace {
 
 constexpr qsizetype feld = sizeof(sockaddr_un::sun_path); // the kernel's, for a socket's path
 
-// Something at a socket that answers whoever connects.
+const QByteArray zugelassen("OK 0123456789abcdef0123456789abcdef\r\n");
+const QByteArray rueckgabe("l\2\1\1\0\0\0\0\1\0\0\0\0\0\0\0", 16); // of the first call
+const QByteArray fehler("l\3\1\1\0\0\0\0\1\0\0\0\0\0\0\0", 16);
+
+// Something at a socket that says the same to whoever connects, and then nothing more.
 class Gegenstelle
 {
 public:
-    explicit Gegenstelle(const QByteArray &pfad)
-        : fd_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    explicit Gegenstelle(const QByteArray &pfad, QByteArray sagt = zugelassen + rueckgabe)
+        : sagt_(std::move(sagt))
+        , fd_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         sockaddr_un ort = {};
         ort.sun_family = AF_UNIX;
@@ -50,14 +56,17 @@ private:
     {
         for (int gast = ::accept(fd_, nullptr, nullptr); gast >= 0;
              gast = ::accept(fd_, nullptr, nullptr)) {
-            std::array<char, 64> bitte = {};
-            if (::recv(gast, bitte.data(), bitte.size(), 0) > 0) {
-                [[maybe_unused]] const ssize_t bytes = ::send(gast, "OK", 2, MSG_NOSIGNAL);
+            for (const char zeichen : sagt_) { // in as many pieces as can be
+                [[maybe_unused]] const ssize_t bytes = ::send(gast, &zeichen, 1, MSG_NOSIGNAL);
+            }
+            std::array<char, 1024> bitte = {};
+            while (::recv(gast, bitte.data(), bitte.size(), 0) > 0) { // until the other side goes
             }
             ::close(gast);
         }
     }
 
+    const QByteArray sagt_;
     const int fd_;
     std::thread bedienung_;
 };
@@ -108,7 +117,67 @@ private Q_SLOTS:
         QCOMPARE(busAntwortet(adresse), antwortet);
     }
 
+    void einBusNimmtUnsAuf_data()
+    {
+        QTest::addColumn<QByteArray>("sagt");
+        QTest::addColumn<bool>("antwortet");
+        QTest::newRow("welcome") << zugelassen + rueckgabe << true;
+        QTest::newRow("silent") << QByteArray() << false;
+        QTest::newRow("half a line") << QByteArray("OK 0123") << false;
+        QTest::newRow("hangs after the handshake's first line") << zugelassen << false;
+        QTest::newRow("hangs within the answer") << zugelassen + rueckgabe.first(1) << false;
+        QTest::newRow("does not let us in") << QByteArray("REJECTED ANONYMOUS\r\n") << false;
+        QTest::newRow("answers with an error") << zugelassen + fehler << false;
+        QTest::newRow("talks without end") << QByteArray(10000, 'x') << false;
+    }
+
+    // One that took its first line and then hung held up start and check-up.
+    void einBusNimmtUnsAuf()
+    {
+        QFETCH(const QByteArray, sagt);
+        QFETCH(const bool, antwortet);
+        ::unlink(ort_.constData());
+        const Gegenstelle bus(ort_, sagt);
+        QElapsedTimer dauer;
+        dauer.start();
+        QCOMPARE(busAntwortet(adresse(ort_)), antwortet);
+        QVERIFY(dauer.elapsed() < 2000);
+    }
+
+    void nurSocketsWerdenGefragt_data()
+    {
+        QTest::addColumn<QString>("adresse");
+        QTest::newRow("a program") << u"unixexec:path=/bin/cat"_s;
+        QTest::newRow("a computer") << u"tcp:host=127.0.0.1,port=9"_s;
+        QTest::newRow("nothing") << QString();
+    }
+
+    void nurSocketsWerdenGefragt()
+    {
+        QFETCH(const QString, adresse);
+        QVERIFY(!busAntwortet(adresse));
+    }
+
+    // The library asks them in turn too, and would hang at the first.
+    void einHaengenderEintragFaelltWeg()
+    {
+        ::unlink(ort_.constData());
+        const QByteArray anderer = ort_ + "2";
+        const Gegenstelle haengt(ort_, {});
+        const Gegenstelle bus(anderer);
+        qputenv("DBUS_SESSION_BUS_ADDRESS", (adresse(ort_) + u';' + adresse(anderer)).toUtf8());
+        sitzungsbusFestlegen();
+        const QByteArray festgelegt = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        QCOMPARE(festgelegt, adresse(anderer).toUtf8());
+    }
+
 private:
+    static QString adresse(const QByteArray &pfad)
+    {
+        return QString::fromUtf8("unix:path=" + pfad);
+    }
+
     const QTemporaryDir ordner_;
     const QByteArray ort_ = QFile::encodeName(ordner_.filePath(u"bus"_s));
 };
