@@ -33,6 +33,9 @@ int main(int argc, char *argv[])
         std::fputs(ausgabe.toUtf8().constData(), stdout);
         return 0;
     }
+    if (!Programm::kannStarten()) {
+        return 1;
+    }
     if (kommandozeile.pruefen) {
         return pruefmodus(argc, argv, kommandozeile.json);
     }

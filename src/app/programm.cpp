@@ -2,6 +2,7 @@
 
 #include "app/hauptmenue.h"
 #include "controller/steuerung.h"
+#include "foundation/deskriptoren.h"
 #include "foundation/konstanten.h"
 #include "foundation/protokoll.h"
 #include "platform/arbeitsplatz.h"
@@ -20,6 +21,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr Sekunden dienstgeduld{10};
+constexpr int zumStarten = 24; // descriptors that a start takes at most for a while
 const QString nichtEingerichtet = u"kalvaro ist auf diesem Mac noch nicht eingerichtet."_s;
 
 void schreiben(std::FILE *ziel, const QString &zeilen)
@@ -76,6 +78,15 @@ void Programm::beginnen(const Kommandozeile &kommandozeile)
             ablauf_->abgleichMoeglich(this, [this](bool) { erfuellen(Wunsch::Abgleichen); });
         }
     }
+}
+
+bool Programm::kannStarten()
+{
+    if (deskriptorenFrei(zumStarten)) {
+        return true;
+    }
+    schreiben(stderr, u"kalvaro kann nicht starten: Es sind zu viele Dateien geöffnet."_s);
+    return false;
 }
 
 int Programm::ohneAnzeige(const QString &mangel)
