@@ -196,7 +196,7 @@ faelle([
     ("list in place of a map", antwort(b"[1,2,3]"), UNBEKANNT),
     ("every field of a wrong type", antwort(json.dumps(
         {"ergebnis": {"zustand": {"a": [1]}, "aendert_zentrale": "x", "aendert_geraet": [None]},
-         "betrieb": 7, "statistik": [], "geraete": {"x": 1}, "app": "nein"}).encode()), UNBEKANNT),
+         "betrieb": 7, "statistik": [], "andere": {"x": 1}, "app": "nein"}).encode()), UNBEKANNT),
 ])(abgleich)
 
 LANG = "ä" * 3_000_000
@@ -209,8 +209,8 @@ LANG = "ä" * 3_000_000
     ("held-back state of megabytes", {"ergebnis": {"zustand": "angehalten"},
                                       "geraet": {"zustand": LANG}}),
     ("device names of megabytes", {"ergebnis": {"zustand": "aktuell"},
-                                   "geraete": [{"geraet": LANG, "name": LANG,
-                                                "rekordbox_offen": True, "offen": True}]}),
+                                   "andere": [{"name": LANG, "rekordbox_offen": True},
+                                              {"name": LANG, "laeuft": True}]}),
     ("state that is a map of megabytes", {"ergebnis": {"zustand": {"a": LANG}}}),
     ("error text of an error status", {"fehler": LANG}, "500 Oh"),
     ("line feeds in a text", {"ergebnis": {"zustand": "fehler", "fehler": "a\nb\n" * 50_000}}),
