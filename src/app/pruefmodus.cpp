@@ -45,7 +45,7 @@ int pruefmodus(int &argc, char **argv, bool json)
                        rekordbox,
                        rechner.schreibtisch(),
                        programmordner(),
-                       {namenSuchen, zertifikatsblick(uhr)}});
+                       namenSuchen});
     pruefung.beginnen([json](const QList<Befund> &befunde) {
         const bool gesagt =
             std::fputs(ausgabe(befunde, json).constData(), stdout) >= 0 && std::fflush(stdout) == 0;

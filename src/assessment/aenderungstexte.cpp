@@ -6,11 +6,15 @@
 #include <QJsonArray>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr qsizetype laengsteListe = 10'000; // of devices: nobody reads more
 
 // A true boolean, not a number or a text that reads like one.
 bool gesetzt(const QJsonValue &wert, QStringView schluessel)
@@ -60,19 +64,25 @@ std::optional<QString> andereHinweise(const QJsonValue &antwort)
 {
     QStringList saetze;
     const QJsonArray andere = pfad(antwort, u"andere").toArray();
-    for (const QJsonValue geraet : andere) {
-        const QString name = u"„"_s + text(geraet, u"name") + u"“"_s;
+    const qsizetype anzahl = std::min(andere.size(), laengsteListe);
+    qsizetype laenge = 0;
+    for (qsizetype i = 0; i < anzahl && laenge < laengsterText; ++i) {
+        const QJsonValue geraet = andere.at(i);
+        const QString name = u"„"_s + kurztext(geraet, u"name") + u"“"_s;
         if (gesetzt(geraet, u"rekordbox_offen")) {
             saetze.append(u"Auf "_s + name +
                           u" ist rekordbox noch offen – Änderungen von dort fehlen hier noch."_s);
         } else if (gesetzt(geraet, u"laeuft")) {
             saetze.append(name + u" überträgt gerade noch – dessen Änderungen fehlen hier noch."_s);
+        } else {
+            continue;
         }
+        laenge += saetze.last().size();
     }
     if (saetze.isEmpty()) {
         return std::nullopt;
     }
-    return saetze.join(u' ');
+    return gekuerzt(saetze.join(u' '));
 }
 
 } // namespace kalvaro

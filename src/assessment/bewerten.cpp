@@ -44,7 +44,7 @@ const Zustand zustaende[] = {
      [](const QJsonValue &) { return u"Der Abgleich folgt, sobald rekordbox beendet ist."_s; }},
     {u"verschoben", u"Abgleich verschoben", Art::Warn, true, false,
      [](const QJsonValue &antwort) {
-         const QString hinweis = text(antwort, u"ergebnis.hinweis");
+         const QString hinweis = kurztext(antwort, u"ergebnis.hinweis");
          return u"Es wurde nichts verändert, der nächste Abgleich holt es nach."_s +
                 (hinweis.isEmpty() ? QString() : u" ("_s + hinweis + u')');
      }},
@@ -60,7 +60,7 @@ const Zustand zustaende[] = {
      }},
     {u"fehler", u"Abgleich gestört", Art::Krit, false, false,
      [](const QJsonValue &antwort) {
-         return u"Es wurde nichts verändert. "_s + text(antwort, u"ergebnis.fehler");
+         return u"Es wurde nichts verändert. "_s + kurztext(antwort, u"ergebnis.fehler");
      }},
     {u"nicht_erreichbar", u"Die Cloud erreicht diesen Mac nicht", Art::Warn, true, false,
      [](const QJsonValue &) {
@@ -116,8 +116,8 @@ Bewertung antwortBewerten(const QJsonValue &antwort)
 {
     Bewertung b;
     b.antwort = antwort;
-    b.betrieb = text(antwort, u"betrieb");
-    const QString zustand = text(antwort, u"ergebnis.zustand");
+    b.betrieb = kurztext(antwort, u"betrieb");
+    const QString zustand = kurztext(antwort, u"ergebnis.zustand");
     zustandBewerten(b, zustand);
 
     // The states of the dry run bring its sentence themselves; a failure goes without it.
@@ -170,8 +170,8 @@ void bewerten(Zentrale &zentrale, Anlass anlass, QObject *besitzer,
             fertig(fehlerBewerten(antwort.error()));
             return;
         }
-        if (text(*antwort, u"ergebnis.zustand") == u"angehalten") {
-            protokoll(u"angehalten: "_s + text(*antwort, u"geraet.zustand"));
+        if (kurztext(*antwort, u"ergebnis.zustand") == u"angehalten") {
+            protokoll(u"angehalten: "_s + kurztext(*antwort, u"geraet.zustand"));
         }
         fertig(antwortBewerten(*antwort));
     });

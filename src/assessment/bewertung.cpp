@@ -8,6 +8,12 @@ namespace kalvaro {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr qsizetype laengsteVersion = 64; // characters
+
+} // namespace
+
 QString artname(Art art)
 {
     switch (art) {
@@ -28,6 +34,10 @@ std::optional<Updateangebot> updateAngebot(const QJsonValue &antwort)
     // Only strings make an offer: a number or a map is no version to show.
     const QString version = pfad(antwort, u"app.version").toString();
     const QString adresse = pfad(antwort, u"app.url").toString();
+    // No version is so long, no address either: it is shown, kept in the settings and logged.
+    if (version.size() > laengsteVersion || adresse.size() > laengsterText) {
+        return std::nullopt;
+    }
     // Never http: the download must not be exchanged on the way.
     if (version.isEmpty() || !adresse.startsWith(u"https://") ||
         std::is_lteq(versionenVergleichen(version, VERSION))) {

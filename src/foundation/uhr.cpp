@@ -13,9 +13,10 @@ public:
         : timer_(new QTimer)
     {
         timer_->setSingleShot(einmal);
-        // Ticks that people watch are exact; the long ones may be bundled with others to save
-        // power.
-        timer_->setTimerType(dauer < Sekunden(2) ? Qt::PreciseTimer : Qt::CoarseTimer);
+        // Limits are exact, and so are ticks that people watch. A long tick may be bundled with
+        // others to save power, which moves it by up to a twentieth.
+        const bool genau = einmal || dauer < Sekunden(2);
+        timer_->setTimerType(genau ? Qt::PreciseTimer : Qt::CoarseTimer);
         QObject::connect(timer_, &QTimer::timeout, timer_, std::move(ruf));
         timer_->start(std::chrono::ceil<std::chrono::milliseconds>(dauer));
     }

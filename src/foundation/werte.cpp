@@ -67,6 +67,30 @@ QJsonValue pfad(const QJsonValue &wert, QStringView weg)
     return jetzt;
 }
 
+QString gekuerzt(const QString &text)
+{
+    constexpr qsizetype jeZeichen = 3; // bytes of UTF-8 for a unit of UTF-16, at most
+    if (text.size() * jeZeichen <= laengsterText) {
+        return text;
+    }
+    constexpr qsizetype auslassung = 3; // bytes of "…"
+    qsizetype bytes = 0;
+    qsizetype passend = 0; // units that leave room for the mark
+    for (qsizetype i = 0; i < text.size();) {
+        const bool paar =
+            text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        const char16_t c = text.at(i).unicode();
+        bytes += paar ? 4 : c < 0x80 ? 1 : c < 0x800 ? 2 : jeZeichen;
+        i += paar ? 2 : 1;
+        if (bytes <= laengsterText - auslassung) {
+            passend = i;
+        } else if (bytes > laengsterText) {
+            return text.first(passend) + u'…';
+        }
+    }
+    return text;
+}
+
 QString text(const QJsonValue &wert, QStringView weg)
 {
     const QJsonValue gefunden = pfad(wert, weg);
@@ -86,6 +110,11 @@ QString text(const QJsonValue &wert, QStringView weg)
         return QString::fromUtf8(QJsonDocument(gefunden.toObject()).toJson(QJsonDocument::Compact));
     }
     return {};
+}
+
+QString kurztext(const QJsonValue &wert, QStringView weg)
+{
+    return gekuerzt(text(wert, weg));
 }
 
 std::optional<double> zahl(const QJsonValue &wert, QStringView weg)

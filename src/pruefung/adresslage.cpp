@@ -1,6 +1,5 @@
 #include "pruefung/adresslage.h"
 
-#include "server/netzfehler.h"
 #include "server/zentrale.h"
 
 #include <QJsonDocument>
@@ -83,54 +82,28 @@ private:
 
     void unerreichbar(const ZentraleFehler &fehler)
     {
-        const auto art = [&fehler](QNetworkReply::NetworkError welche) {
-            return fehler.meldung == netzfehlertext(welche, {});
+        const auto art = [&fehler](Netzfehlerart welche) {
+            return fehler.meldung == netzfehler(welche).text;
         };
         const QString inDatei = u" in „"_s + angaben_.kontodatei + u"“."_s;
         if (const QString geschrieben = schreibmangel(lage_.adresse); !geschrieben.isEmpty()) {
             mangel(satz(fehler), u"Berichtige die Adresse"_s + inDatei + u' ' + geschrieben);
-        } else if (art(QNetworkReply::HostNotFoundError)) {
+        } else if (art(Netzfehlerart::ServerUnbekannt)) {
             mangel(u"Der Name „"_s + host_ + u"“ ist nicht bekannt."_s,
                    u"Prüfe, ob die Adresse richtig geschrieben und dieser Rechner im Netz ist."_s);
         } else if (fehler.zeitUeberschritten && lage_.name != Adresslage::Name::Gefunden) {
             mangel(u"Die Suche nach dem Namen „"_s + host_ + u"“ dauert zu lange."_s,
                    u"Prüfe, ob dieser Rechner im Netz ist und sein DNS-Server antwortet."_s);
-        } else if (scheitertAnTls(lage_)) {
-            unsicher(satz(fehler));
+        } else if (!fehler.rat.isEmpty()) {
+            const QString ganz = satz(fehler);
+            mangel(ganz.chopped(fehler.rat.size() + 1), fehler.rat);
+        } else if (art(Netzfehlerart::Unsicher)) {
+            mangel(satz(fehler), u"Prüfe Datum und Uhrzeit dieses Rechners und lass das Zertifikat "
+                                 "der Cloud prüfen."_s);
         } else if (unsendbar(angaben_.schluessel)) {
             mangel(satz(fehler), u"Berichtige „schluessel“"_s + inDatei);
         } else {
             mangel(satz(fehler), umDasNetz);
-        }
-    }
-
-    void unsicher(const QString &satz)
-    {
-        const Zertifikat &z = lage_.zertifikat;
-        switch (z.mangel) {
-        case Zertifikat::Mangel::Abgelaufen:
-            mangel(
-                satz + u" Das Zertifikat galt nur bis "_s + tag(z.bis) + u'.',
-                u"Lass das Zertifikat der Cloud erneuern, wenn Datum und Uhrzeit dieses Rechners "
-                "stimmen."_s);
-            break;
-        case Zertifikat::Mangel::NochNichtGueltig:
-            mangel(satz + u" Das Zertifikat gilt erst ab "_s + tag(z.von) + u'.',
-                   u"Stelle Datum und Uhrzeit dieses Rechners."_s);
-            break;
-        case Zertifikat::Mangel::AndererName:
-            mangel(satz + u" Das Zertifikat gilt nicht für „"_s + host_ + u"“."_s,
-                   u"Trage die Adresse ein, für die es gilt."_s);
-            break;
-        case Zertifikat::Mangel::Unbeglaubigt:
-            mangel(satz + u" Dem Zertifikat traut dieser Rechner nicht."_s,
-                   u"Richte die Zertifizierungsstelle der Cloud auf diesem Rechner ein, oder lass "
-                   "ihr ein anerkanntes Zertifikat geben."_s);
-            break;
-        case Zertifikat::Mangel::Unbekannt:
-            mangel(satz, u"Prüfe Datum und Uhrzeit dieses Rechners und lass das Zertifikat der "
-                         "Cloud prüfen."_s);
-            break;
         }
     }
 
@@ -188,12 +161,6 @@ private:
 
 } // namespace
 
-bool scheitertAnTls(const Adresslage &lage)
-{
-    return !lage.status && lage.status.error().meldung ==
-                               netzfehlertext(QNetworkReply::SslHandshakeFailedError, {});
-}
-
 QString schreibmangel(const QString &adresse)
 {
     if (adresse != adresse.trimmed()) {
@@ -206,6 +173,9 @@ QString schreibmangel(const QString &adresse)
     const QUrl url(adresse, QUrl::StrictMode);
     if (!url.isValid() || url.host().isEmpty()) {
         return u"Sie muss lauten wie „https://cloud.example“."_s;
+    }
+    if (url.hasFragment()) {
+        return u"Sie darf kein „#“ enthalten."_s;
     }
     return {};
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "pruefung/befund.h"
-#include "pruefung/zertifikat.h"
 #include "server/transport.h"
 #include "server/zentralefehler.h"
 
@@ -23,7 +22,6 @@ struct Adresslage
     Antwort status{};                  // to the question whether it is there
     std::chrono::milliseconds dauer{}; // that this took
     std::optional<Antwort> stand{};    // to the read-only question with the key; absent: not asked
-    Zertifikat zertifikat{};           // looked at where no secure connection came about
 };
 
 // What of the account matters to an address.
@@ -37,9 +35,6 @@ struct Adressangaben
 
 // Whether the program can work with this address.
 [[nodiscard]] Befund adressbefund(const Adresslage &lage, const Adressangaben &angaben);
-
-// Whether no secure connection came about.
-[[nodiscard]] bool scheitertAnTls(const Adresslage &lage);
 
 // What is wrong with how the address is written, with what to do about it; empty when nothing is.
 [[nodiscard]] QString schreibmangel(const QString &adresse);

@@ -24,12 +24,11 @@ public:
     {
     }
 
-    void beginnen(const QString &adresse, const Netzblick &blick)
+    void beginnen(const QString &adresse, const Namenssuche &suchen)
     {
         lage_.adresse = adresse;
-        zertifikat_ = blick.zertifikat;
         if (const QString host = QUrl(adresse).host(); !host.isEmpty()) {
-            blick.name(host, this, [this](bool bekannt) {
+            suchen(host, this, [this](bool bekannt) {
                 lage_.name = bekannt ? Adresslage::Name::Gefunden : Adresslage::Name::Unbekannt;
             });
         }
@@ -45,13 +44,6 @@ public:
 private:
     void weiter()
     {
-        if (scheitertAnTls(lage_)) {
-            zertifikat_(QUrl(lage_.adresse), this, [this](const Zertifikat &zertifikat) {
-                lage_.zertifikat = zertifikat;
-                antworten(lage_);
-            });
-            return;
-        }
         if (!lage_.status) {
             antworten(lage_);
             return;
@@ -66,7 +58,6 @@ private:
 
     Zentrale &zentrale_;
     const Uhr &uhr_;
-    Zertifikatsblick zertifikat_;
     Adresslage lage_;
 };
 
@@ -80,10 +71,10 @@ void namenSuchen(const QString &host, QObject *besitzer, std::function<void(bool
 }
 
 void adresseProben(const QString &adresse, Zentrale &zentrale, const Uhr &uhr,
-                   const Netzblick &blick, QObject *besitzer,
+                   const Namenssuche &suchen, QObject *besitzer,
                    std::function<void(const Adresslage &)> fertig)
 {
-    (new Adressprobe(zentrale, uhr, besitzer, std::move(fertig)))->beginnen(adresse, blick);
+    (new Adressprobe(zentrale, uhr, besitzer, std::move(fertig)))->beginnen(adresse, suchen);
 }
 
 } // namespace kalvaro

@@ -70,7 +70,7 @@ void Pruefung::fragen(const Konto &konto)
     adressen_.resize(static_cast<size_t>(adressen.size()));
     for (size_t i = 0; i < adressen_.size(); ++i) {
         adresseProben(adressen[static_cast<qsizetype>(i)], *zentrale_, umgebung_.uhr,
-                      umgebung_.blick, this, [this, i](const Adresslage &lage) {
+                      umgebung_.namenssuche, this, [this, i](const Adresslage &lage) {
                           adressen_[i] = lage;
                           if (std::all_of(adressen_.begin(), adressen_.end(),
                                           [](const auto &a) { return a.has_value(); })) {

@@ -24,7 +24,7 @@ struct Pruefumgebung
     const Rekordbox &rekordbox;
     const Schreibtischauskunft &schreibtisch;
     QString programmordner{}; // where rekordbox was looked for
-    Netzblick blick{};
+    Namenssuche namenssuche{};
 };
 
 // The check-up of whoever sets the computer up: account, cloud, rekordbox and desktop, one finding

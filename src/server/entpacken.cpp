@@ -4,8 +4,8 @@
 
 #include <zlib.h>
 
-#include <algorithm>
 #include <array>
+#include <optional>
 
 namespace kalvaro {
 
@@ -62,36 +62,44 @@ private:
     bool bereit_ = false;
 };
 
-Ergebnis einmalEntpacken(const QByteArray &daten, const QByteArray &kodierung, qsizetype grenze)
+// The one coding that `kodierung` names; empty when it names none, absent when it names several.
+std::optional<QByteArray> einzige(const QByteArray &kodierung)
 {
-    if (kodierung.isEmpty() || kodierung == "identity" || daten.isEmpty()) {
+    QByteArray fund;
+    const QList<QByteArray> namen = kodierung.toLower().split(',');
+    for (const QByteArray &name : namen) {
+        const QByteArray knapp = name.trimmed();
+        if (knapp.isEmpty() || knapp == "identity") {
+            continue;
+        }
+        if (!fund.isEmpty()) {
+            return {};
+        }
+        fund = knapp;
+    }
+    return fund;
+}
+
+} // namespace
+
+Ergebnis entpacken(const QByteArray &daten, const QByteArray &kodierung, qsizetype grenze)
+{
+    const auto name = einzige(kodierung);
+    if (!name) {
+        return tl::unexpected(Entpackfehler::Unlesbar);
+    }
+    if (name->isEmpty() || daten.isEmpty()) {
         return daten;
     }
-    if (kodierung == "gzip" || kodierung == "x-gzip") {
+    if (*name == "gzip" || *name == "x-gzip") {
         return Strom(daten, mitKopf).alles(grenze);
     }
-    if (kodierung == "deflate") {
+    if (*name == "deflate") {
         const Ergebnis ergebnis = Strom(daten, mitKopf).alles(grenze);
         const bool roh = !ergebnis && ergebnis.error() == Entpackfehler::Unlesbar;
         return roh ? Strom(daten, ohneKopf).alles(grenze) : ergebnis;
     }
     return tl::unexpected(Entpackfehler::Unlesbar);
-}
-
-} // namespace
-
-tl::expected<QByteArray, Entpackfehler> entpacken(const QByteArray &daten,
-                                                  const QByteArray &kodierung, qsizetype grenze)
-{
-    Ergebnis ergebnis = daten;
-    QList<QByteArray> kodierungen = kodierung.toLower().split(',');
-    std::reverse(kodierungen.begin(), kodierungen.end());
-    for (const QByteArray &name : std::as_const(kodierungen)) {
-        ergebnis = ergebnis.and_then([&](const QByteArray &stand) {
-            return einmalEntpacken(stand, name.trimmed(), grenze);
-        });
-    }
-    return ergebnis;
 }
 
 } // namespace kalvaro

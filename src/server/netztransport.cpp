@@ -1,16 +1,10 @@
 #include "server/netztransport.h"
 
 #include "foundation/einmalruf.h"
-#include "server/einmalbody.h"
 #include "server/entpacken.h"
-#include "server/netzfehler.h"
-
-#include <QHostAddress>
-#include <QNetworkAccessManager>
-#include <QNetworkProxyFactory>
-#include <QNetworkReply>
-#include <QSslCertificate>
-#include <QSslConfiguration>
+#include "server/leitung.h"
+#include "server/systemproxy.h"
+#include "server/umleitung.h"
 
 #include <algorithm>
 
@@ -20,47 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype groessteAntwort = qsizetype{64} * 1024 * 1024;
+constexpr qsizetype groessterKlartext = qsizetype{64} * 1024 * 1024;
 constexpr int meisteSpruenge = 10;
 
-bool istLoopback(const QString &host)
-{
-    return host == u"localhost" || QHostAddress(host).isLoopback();
-}
-
-class Proxywahl final : public QNetworkProxyFactory
-{
-public:
-    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &ziel) override
-    {
-        QList<QNetworkProxy> liste{QNetworkProxy::NoProxy};
-        if (!istLoopback(ziel.peerHostName())) {
-            liste = systemProxyForQuery(ziel);
-        }
-        // The application-wide proxy, of which we set none, goes straight to the server too, but
-        // over a buffered socket: over the unbuffered one of NoProxy, QtNetwork never finishes an
-        // exchange whose connection is reset while the header lines are written.
-        std::replace(liste.begin(), liste.end(), QNetworkProxy(QNetworkProxy::NoProxy),
-                     QNetworkProxy(QNetworkProxy::DefaultProxy));
-        return liste;
-    }
-};
-
-int hafen(const QUrl &url)
-{
-    return url.port(url.scheme() == u"https" ? 443 : 80);
-}
-
-bool sprungErlaubt(const QUrl &von, const QUrl &nach)
-{
-    if (!nach.isValid() || von.host() != nach.host()) {
-        return false;
-    }
-    if (von.scheme() == nach.scheme()) {
-        return hafen(von) == hafen(nach);
-    }
-    return von.scheme() == u"http" && nach.scheme() == u"https";
-}
+// How long the system may think about its proxy. The exchange must still have time to do without.
+constexpr Sekunden laengsteProxyfrage{2};
 
 // Whether the header line can bring no further lines with it.
 bool einzeilig(const Kopfzeile &zeile)
@@ -70,110 +28,107 @@ bool einzeilig(const Kopfzeile &zeile)
            std::none_of(zeile.second.begin(), zeile.second.end(), steuert);
 }
 
+// Why `anfrage` must not leave; absent when it may.
+std::optional<Netzfehlerart> mangel(const Netzanfrage &anfrage)
+{
+    if (anfrage.url.scheme() != u"http" && anfrage.url.scheme() != u"https") {
+        return Netzfehlerart::Schema;
+    }
+    if (anfrage.url.host().isEmpty()) {
+        return Netzfehlerart::ServerUnbekannt;
+    }
+    if (anfrage.url.hasFragment()) {
+        return Netzfehlerart::Fragment;
+    }
+    if (!std::all_of(anfrage.kopf.begin(), anfrage.kopf.end(), einzeilig)) {
+        return Netzfehlerart::Schluessel;
+    }
+    return {};
+}
+
+// Nothing has been sent, and the next way that the system names may be open.
+bool proxyFehlt(const Netzfehler &fehler)
+{
+    return fehler.art == Netzfehlerart::ProxyUnerreichbar ||
+           fehler.art == Netzfehlerart::ProxyUnbekannt;
+}
+
 // One exchange with the redirects that it follows.
 class Austausch final : public Einmalruf<Transport::Ergebnis>
 {
 public:
-    Austausch(Netzanfrage anfrage, QObject *besitzer, Transport::Rueckruf fertig)
+    Austausch(Netzanfrage anfrage, Uhr &uhr, QObject *besitzer, Transport::Rueckruf fertig)
         : Einmalruf(besitzer, std::move(fertig))
         , anfrage_(std::move(anfrage))
+        , uhr_(uhr)
     {
     }
 
-    void beginnen(Uhr &uhr)
+    void beginnen()
     {
-        frist_ = uhr.nach(anfrage_.limit, [this] { ueberschreiten(); });
-        const auto &kopf = anfrage_.kopf;
-        if (anfrage_.url.scheme() != u"http" && anfrage_.url.scheme() != u"https") {
-            scheitern(QNetworkReply::ProtocolUnknownError);
-        } else if (anfrage_.url.host().isEmpty()) {
-            scheitern(QNetworkReply::HostNotFoundError);
-        } else if (!std::all_of(kopf.begin(), kopf.end(), einzeilig)) {
-            scheitern(u"Der Schlüssel enthält unzulässige Zeichen."_s);
+        frist_ = uhr_.nach(anfrage_.limit, [this] {
+            beenden(tl::unexpected(Netzfehler{.zeitUeberschritten = true}));
+        });
+        if (const auto art = mangel(anfrage_)) {
+            scheitern(netzfehler(*art));
         } else {
-            senden();
+            wegSuchen();
         }
     }
 
 private:
-    [[nodiscard]] QNetworkRequest kopfzeilen() const
+    void wegSuchen()
     {
-        QNetworkRequest r(anfrage_.url);
-        r.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-        r.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
-        r.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-        r.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-        r.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-        r.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-        r.setRawHeader("Connection"_ba, "close"_ba);
-        // Naming the codings ourselves leaves decoding to us: QtNetwork takes a compressed answer
-        // that was cut short for a whole one.
-        r.setRawHeader("Accept-Encoding"_ba, "gzip, deflate"_ba);
-        r.setRawHeader("Accept-Language"_ba, "de"_ba);
-        for (const auto &[name, wert] : anfrage_.kopf) {
-            r.setRawHeader(name, wert);
-        }
-        return r;
+        const Sekunden geduld = std::min(laengsteProxyfrage, anfrage_.limit / 2);
+        systemproxy(anfrage_.url, geduld, uhr_, this, [this](const Proxyliste &liste) {
+            wege_ = liste;
+            senden();
+        });
     }
 
     void senden()
     {
-        daten_.clear();
-        netz_ = new QNetworkAccessManager(this);
-        netz_->setProxyFactory(new Proxywahl);
-        netz_->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy);
-        auto *body = new Einmalbody(anfrage_.body.value_or(QByteArray()), netz_);
-        antwort_ = netz_->sendCustomRequest(kopfzeilen(), anfrage_.methode, body);
-        connect(antwort_, &QNetworkReply::metaDataChanged, body, &Einmalbody::beantwortet);
-        connect(antwort_, &QNetworkReply::readyRead, this, &Austausch::lesen);
-        connect(antwort_, &QNetworkReply::finished, this, &Austausch::auswerten);
-    }
-
-    void lesen()
-    {
-        daten_ += antwort_->readAll();
-        if (daten_.size() > groessteAntwort) {
-            scheitern(Entpackfehler::ZuGross);
-        }
-    }
-
-    void auswerten()
-    {
-        lesen();
         if (beantwortet()) {
             return;
         }
-        const auto art = antwort_->error();
-        const int status = antwort_->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        if (art == QNetworkReply::TimeoutError) {
-            ueberschreiten();
-        } else if (art != QNetworkReply::NoError && !istStatusmeldung(art)) {
-            scheitern(art);
-        } else if (status < 200 || status > 999) {
-            scheitern(QNetworkReply::ProtocolFailure);
-        } else if (const QUrl ziel = sprungziel(status); ziel.isValid()) {
-            springen(status, ziel);
+        const QNetworkProxy weg = wege_.takeFirst();
+        durchProxy_ = weg.type() != QNetworkProxy::NoProxy;
+        leitung_ = std::make_unique<Leitung>(
+            anfrage_, weg, [this](const Leitung::Ergebnis &ergebnis) { auswerten(ergebnis); });
+    }
+
+    void auswerten(const Leitung::Ergebnis &ergebnis)
+    {
+        if (beantwortet()) {
+            return;
+        }
+        if (!ergebnis) {
+            misslungen(ergebnis.error());
+        } else if (const auto ziel = sprungziel(anfrage_.url, ergebnis->status, ergebnis->ort)) {
+            springen(ergebnis->status, *ziel);
         } else {
-            abliefern(status);
+            abliefern(*ergebnis);
         }
     }
 
-    [[nodiscard]] QUrl sprungziel(int status) const
+    // Where no way leads there, the first one is what the user should look at.
+    void misslungen(const Netzfehler &fehler)
     {
-        const bool sprung =
-            status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
-        const QUrl ort = antwort_->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
-        if (!sprung || ort.isEmpty()) {
-            return {};
+        if (!ersterFehler_) {
+            ersterFehler_ = fehler;
         }
-        const QUrl ziel = anfrage_.url.resolved(ort);
-        return sprungErlaubt(anfrage_.url, ziel) ? ziel : QUrl();
+        if (proxyFehlt(fehler) && !wege_.isEmpty()) {
+            leitung_.release()->deleteLater();
+            senden();
+        } else {
+            scheitern(*ersterFehler_);
+        }
     }
 
     void springen(int status, const QUrl &ziel)
     {
         if (++spruenge_ > meisteSpruenge) {
-            scheitern(QNetworkReply::TooManyRedirectsError);
+            scheitern(netzfehler(Netzfehlerart::ZuVieleSpruenge));
             return;
         }
         // RFC 9110, 15.4: after 303, and by custom after 301 and 302 to a POST, a GET follows.
@@ -183,61 +138,44 @@ private:
             anfrage_.kopf.removeIf([](const auto &zeile) { return zeile.first == "Content-Type"; });
         }
         anfrage_.url = ziel;
-        // The next request must not meet the connection of this one while it closes.
-        antwort_->disconnect(this);
-        netz_->deleteLater();
-        senden();
+        leitung_.release()->deleteLater();
+        wegSuchen();
     }
 
-    void abliefern(int status)
+    void abliefern(const Leitung::Antwort &antwort)
     {
-        const auto klartext =
-            entpacken(daten_, antwort_->rawHeader("Content-Encoding"_ba), groessteAntwort);
+        if (antwort.status == 407 && durchProxy_) {
+            scheitern(netzfehler(Netzfehlerart::ProxyAnmeldung));
+            return;
+        }
+        const auto klartext = entpacken(antwort.daten, antwort.kodierung, groessterKlartext);
         if (klartext) {
-            const QSslCertificate zertifikat = antwort_->sslConfiguration().peerCertificate();
-            beenden(Netzantwort{status, *klartext, zertifikat.expiryDate()});
+            beenden(Netzantwort{antwort.status, *klartext, antwort.zertifikatBis});
         } else {
-            scheitern(klartext.error());
+            scheitern(netzfehler(klartext.error() == Entpackfehler::ZuGross
+                                     ? Netzfehlerart::ZuGross
+                                     : Netzfehlerart::Unverstaendlich));
         }
     }
 
-    void ueberschreiten() { beenden(tl::unexpected(Netzfehler{true, {}})); }
+    void scheitern(const Netzfehler &fehler) { beenden(tl::unexpected(fehler)); }
 
-    void scheitern(QNetworkReply::NetworkError art)
-    {
-        scheitern(netzfehlertext(art, antwort_ ? antwort_->errorString() : QString()));
-    }
-
-    void scheitern(Entpackfehler fehler)
-    {
-        switch (fehler) {
-        case Entpackfehler::Unlesbar:
-            scheitern(QNetworkReply::ProtocolFailure);
-            break;
-        case Entpackfehler::ZuGross:
-            scheitern(u"Die Antwort der Cloud ist zu groß."_s);
-            break;
-        }
-    }
-
-    void scheitern(const QString &text) { beenden(tl::unexpected(Netzfehler{false, text})); }
-
-    // The owner may destroy this object and the reply with it, and a reply must not be destroyed by
-    // its own signal: the answer goes out from the event loop.
     void beenden(Transport::Ergebnis ergebnis)
     {
         frist_.reset();
-        if (antwort_) {
-            antwort_->disconnect(this);
+        if (leitung_) {
+            leitung_.release()->deleteLater();
         }
         antworten(std::move(ergebnis));
     }
 
     Netzanfrage anfrage_; // changes with each redirect
+    Uhr &uhr_;
     Weckruf frist_;
-    QNetworkAccessManager *netz_ = nullptr; // one for each request
-    QNetworkReply *antwort_ = nullptr;      // child of netz
-    QByteArray daten_;                      // as received: still with its content coding
+    Proxyliste wege_; // those not tried yet
+    std::optional<Netzfehler> ersterFehler_{};
+    bool durchProxy_ = false;
+    std::unique_ptr<Leitung> leitung_; // one for each request
     int spruenge_ = 0;
 };
 
@@ -250,7 +188,7 @@ Netztransport::Netztransport(Uhr &uhr)
 
 void Netztransport::senden(const Netzanfrage &anfrage, QObject *besitzer, Rueckruf fertig)
 {
-    (new Austausch(anfrage, besitzer, std::move(fertig)))->beginnen(uhr_);
+    (new Austausch(anfrage, uhr_, besitzer, std::move(fertig)))->beginnen();
 }
 
 } // namespace kalvaro

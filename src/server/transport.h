@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/uhr.h"
+#include "server/netzfehler.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -23,7 +24,7 @@ using Kopfzeile = std::pair<QByteArray, QByteArray>;
 
 struct Netzanfrage
 {
-    QUrl url{};
+    QUrl url{}; // may hold a user's name and password
     QByteArray methode{};
     QList<Kopfzeile> kopf{}; // headers beyond those of HTTP itself
     std::optional<QByteArray> body{};
@@ -42,7 +43,10 @@ struct Netzantwort
 struct Netzfehler
 {
     bool zeitUeberschritten = false;
-    QString text; // a German sentence
+    QString text{};           // a German sentence
+    QString rat{};            // what helps, another one; usually empty
+    bool beantwortet = false; // the server has the request and said something that is no answer
+    std::optional<Netzfehlerart> art{}; // absent for a time-out
 
     bool operator==(const Netzfehler &) const = default;
 };

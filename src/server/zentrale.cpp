@@ -3,6 +3,7 @@
 #include "foundation/einmalruf.h"
 #include "foundation/konstanten.h"
 #include "foundation/werte.h"
+#include "server/inhalt.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -41,21 +42,13 @@ ZentraleFehler ausNetz(const Netzfehler &fehler)
     if (fehler.zeitUeberschritten) {
         return {true, true, u"Die Cloud hat nicht rechtzeitig geantwortet."_s};
     }
-    return {true, false, fehler.text};
-}
-
-QJsonValue alsJson(const QByteArray &daten)
-{
-    const QJsonDocument dokument = QJsonDocument::fromJson(daten);
-    if (dokument.isArray()) {
-        return dokument.array();
-    }
-    return dokument.object();
+    const QString rat = fehler.rat.isEmpty() ? QString() : u' ' + fehler.rat;
+    return {!fehler.beantwortet, false, fehler.text + rat, fehler.rat};
 }
 
 ZentraleFehler ausStatus(int status, const QJsonValue &inhalt)
 {
-    const QString fehler = text(inhalt, u"fehler");
+    const QString fehler = kurztext(inhalt, u"fehler");
     const QString ende = fehler.isEmpty() ? u"."_s : u": "_s + fehler;
     return {false, false, u"Die Cloud antwortet mit "_s + QString::number(status) + ende};
 }
@@ -203,11 +196,14 @@ void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer
 
 Zentrale::Antwort Zentrale::auswerten(const Netzantwort &antwort)
 {
-    const QJsonValue inhalt = alsJson(antwort.daten);
-    if (antwort.status == 200) {
-        return inhalt;
+    const auto gelesen = inhalt(antwort.daten);
+    if (antwort.status != 200) {
+        return tl::unexpected(ausStatus(antwort.status, gelesen.value_or(QJsonObject())));
     }
-    return tl::unexpected(ausStatus(antwort.status, inhalt));
+    if (!gelesen) {
+        return tl::unexpected(ausNetz(netzfehler(Netzfehlerart::ZuGross)));
+    }
+    return *gelesen;
 }
 
 void Zentrale::anfrage(const Auftrag &auftrag, QObject *besitzer, Rueckruf fertig)

@@ -136,7 +136,7 @@ Knoten knotenAus(const QJsonObject &felder, const QSet<QString> &lokal)
 {
     Knoten k;
     k.uuid = alsText(felder.value("uuid"_L1));
-    k.name = alsText(felder.value("name"_L1));
+    k.name = gekuerzt(alsText(felder.value("name"_L1)));
     k.ordner = wahr(felder.value("ordner"_L1), u"");
     k.titel = alsZahl(felder.value("titel"_L1));
     k.haken = lokal.contains(k.uuid);

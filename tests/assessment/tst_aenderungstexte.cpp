@@ -3,7 +3,6 @@
 #include "doubles/jsonlesen.h"
 #include "testlauf.h"
 
-#include <QElapsedTimer>
 #include <QJsonObject>
 
 using namespace kalvaro;
@@ -30,6 +29,7 @@ private Q_SLOTS:
     void keineHinweise_data();
     void keineHinweise();
     void ohneWert();
+    void dreiMillionenGeraete();
 
     void hunderttausendGeraete();
     void einMegabyteName();
@@ -214,17 +214,12 @@ void TestAenderungstexte::hunderttausendGeraete()
         andere.append(QJsonObject{
             {u"name"_s, i}, {u"rekordbox_offen"_s, i % 2 == 0}, {u"laeuft"_s, i % 4 == 1}});
     }
-    QElapsedTimer stoppuhr;
-    stoppuhr.start();
-
     const auto hinweise = andereHinweise(QJsonObject{{u"andere"_s, andere}});
 
     QVERIFY(hinweise.has_value());
-    QCOMPARE(hinweise->count(offen), 50'000);
-    QCOMPARE(hinweise->count(laeuft), 25'000);
-    QVERIFY(hinweise->startsWith(u"Auf „0“"_s));
-    QVERIFY(hinweise->endsWith(u"Auf „99998“"_s + offen));
-    QVERIFY2(stoppuhr.elapsed() < 10'000, qPrintable(QString::number(stoppuhr.elapsed())));
+    QVERIFY(hinweise->startsWith(u"Auf „0“"_s + offen + u" „1“"_s + laeuft));
+    QVERIFY(hinweise->endsWith(u'…'));
+    QVERIFY(hinweise->toUtf8().size() <= 65'536);
 }
 
 void TestAenderungstexte::einMegabyteName()
@@ -234,7 +229,9 @@ void TestAenderungstexte::einMegabyteName()
 
     const auto hinweise = andereHinweise(QJsonObject{{u"andere"_s, andere}});
 
-    QCOMPARE(hinweise, u"„"_s + lang + u"“"_s + laeuft);
+    QVERIFY(hinweise.has_value());
+    QVERIFY(hinweise->startsWith(u"„"_s + lang.first(60'000)));
+    QVERIFY(hinweise->toUtf8().size() <= 65'536);
 }
 
 void TestAenderungstexte::verschachtelungBisZurGrenzeDesParsers()
@@ -246,6 +243,24 @@ void TestAenderungstexte::verschachtelungBisZurGrenzeDesParsers()
     QCOMPARE(richtungen(QJsonObject{{u"aendert_geraet"_s, tief}}, false),
              u"Kleinere Änderungen (Cues, Verlauf, Analysen) übertragen."_s);
     QVERIFY(!andereHinweise(QJsonObject{{u"andere"_s, QJsonArray{tief}}}).has_value());
+}
+
+// A few hundred bytes held the end of the program back for eleven seconds.
+void TestAenderungstexte::dreiMillionenGeraete()
+{
+    QByteArray liste = QByteArray(R"({"laeuft":false},)").repeated(9'999);
+    liste += QByteArray(R"({"name":"A","laeuft":true},)").repeated(2);
+    liste.chop(1);
+    const auto zehntausend = andereHinweise(json("{\"andere\":[" + liste + "]}"));
+    QVERIFY(zehntausend.has_value());
+    QCOMPARE(zehntausend->count(u"„A“"_s), 1); // nobody reads more than ten thousand
+
+    const QByteArray lang = R"({"name":")" + QByteArray(10'000, 'n') + R"(","laeuft":true},)";
+    const auto kurz =
+        andereHinweise(json("{\"andere\":[" + lang.repeated(1'000).chopped(1) + "]}"));
+    QVERIFY(kurz.has_value());
+    QVERIFY(kurz->toUtf8().size() <= 65'536);
+    QVERIFY(kurz->endsWith(u'…'));
 }
 
 KALVARO_TEST(TestAenderungstexte)

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void gleichheit();
     void angebot_data();
     void angebot();
+    void eineUebermaessigeVersionIstKeinAngebot();
     void keinAngebot_data();
     void keinAngebot();
     void ohneAntwortKeinAngebot();
@@ -61,6 +62,18 @@ void TestBewertung::gleichheit()
     kopie.antwort = json(R"({"a":2})");
 
     QVERIFY(kopie != b);
+}
+
+// It went into the settings and the log, megabytes of it.
+void TestBewertung::eineUebermaessigeVersionIstKeinAngebot()
+{
+    const auto mit = [](qsizetype version, qsizetype adresse) {
+        return json(R"({"app":{"version":")" + QByteArray(version, '9') + R"(","url":"https://)" +
+                    QByteArray(adresse - 8, 'a') + R"("}})");
+    };
+    QVERIFY(updateAngebot(mit(64, 65536)).has_value());
+    QVERIFY(!updateAngebot(mit(65, 100)).has_value());
+    QVERIFY(!updateAngebot(mit(64, 65537)).has_value());
 }
 
 void TestBewertung::angebot_data()

@@ -51,11 +51,11 @@ QByteArray mitGrossenNamen(QByteArray bytes)
 
 } // namespace
 
-Rohserver::Rohserver(const QHostAddress &wo, std::unique_ptr<QTcpServer> server)
+Rohserver::Rohserver(const QHostAddress &wo, std::unique_ptr<QTcpServer> server, quint16 port)
     : lauscher(std::move(server))
 {
     connect(lauscher.get(), &QTcpServer::pendingConnectionAvailable, this, &Rohserver::annehmen);
-    if (!lauscher->listen(wo)) {
+    if (!lauscher->listen(wo, port)) {
         qFatal("The test server cannot listen: %s", qPrintable(lauscher->errorString()));
     }
     hafen = lauscher->serverPort();

@@ -31,9 +31,10 @@ public:
         std::function<void()> zuvor = {}; // called right before `bytes` are sent
     };
 
-    // Listens on a free port of `wo`. With `server` (say a QSslServer) on that one.
+    // Listens on a free port of `wo`, or on `port`. With `server` (say a QSslServer) on that one.
     explicit Rohserver(const QHostAddress &wo = QHostAddress::LocalHost,
-                       std::unique_ptr<QTcpServer> server = std::make_unique<QTcpServer>());
+                       std::unique_ptr<QTcpServer> server = std::make_unique<QTcpServer>(),
+                       quint16 port = 0);
 
     // An answer of HTTP/1.1 with Content-Length; `kopf` holds further lines, each with its CRLF.
     [[nodiscard]] static QByteArray antwort(int status, const QByteArray &daten = {},

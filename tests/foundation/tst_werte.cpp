@@ -55,6 +55,7 @@ private Q_SLOTS:
     void listenBisZurGrenzeDesParsers();
     void breiteSumme();
     void einMegabyteText();
+    void gekuerztAufVierundsechzigKibibyte();
     void einMegabyteZiffern_data();
     void einMegabyteZiffern();
 };
@@ -393,6 +394,25 @@ void TestWerte::einMegabyteText()
     QVERIFY(pfad(wert, lang).isUndefined());
 
     QVERIFY(stoppuhr.elapsed() < zuLange);
+}
+
+void TestWerte::gekuerztAufVierundsechzigKibibyte()
+{
+    const auto zeichen = {u"x"_s, u"ä"_s, u"…"_s, u"😀"_s};
+    for (const QString &eines : zeichen) {
+        const QString lang = eines.repeated(70'000);
+        const QString kurz = gekuerzt(lang);
+        QVERIFY(kurz.endsWith(u'…'));
+        QVERIFY(lang.startsWith(kurz.chopped(1)));
+        QVERIFY(!kurz.chopped(1).endsWith(QChar(0xD83D)));
+        const qsizetype bytes = kurz.toUtf8().size();
+        QVERIFY2(bytes <= laengsterText && bytes > laengsterText - 8, qPrintable(eines));
+        const qsizetype passend = laengsterText / std::max<qsizetype>(eines.toUtf8().size(), 1);
+        QCOMPARE(gekuerzt(eines.repeated(passend)), eines.repeated(passend));
+        QVERIFY(gekuerzt(eines.repeated(passend + 1)) != eines.repeated(passend + 1));
+    }
+    QCOMPARE(kurztext(QJsonObject{{u"a"_s, QString(100'000, u'x')}}, u"a").size(),
+             laengsterText - 2);
 }
 
 void TestWerte::einMegabyteZiffern_data()

@@ -35,12 +35,12 @@ Antwort zeit()
 
 Adresslage ohneAntwort(const QString &adresse, const Antwort &status, Name name = Name::Gefunden)
 {
-    return {adresse, name, status, 0ms, {}, {}};
+    return {adresse, name, status, 0ms, {}};
 }
 
 Adresslage mitStand(const Antwort &stand, const QString &adresse = u"https://cloud"_s)
 {
-    return {adresse, Name::Gefunden, da(200), 84ms, stand, {}};
+    return {adresse, Name::Gefunden, da(200), 84ms, stand};
 }
 
 } // namespace
@@ -72,10 +72,10 @@ private Q_SLOTS:
               u"antwortet in 84 ms, Zertifikat gültig bis 04.12.2026, nimmt den Schlüssel an"_s,
               u"Lass das Zertifikat der Cloud erneuern."_s);
         zeile("the status may be anything, as in the program",
-              {cloud, Name::Gefunden, da(500), 1ms, da(200, "{}", lange), {}},
+              {cloud, Name::Gefunden, da(500), 1ms, da(200, "{}", lange)},
               u"antwortet in 1 ms, Zertifikat gültig bis 01.03.2027, nimmt den Schlüssel an"_s);
         zeile("a name that only a proxy knows",
-              {cloud, Name::Unbekannt, da(200), 1ms, da(200, "{}", lange), {}},
+              {cloud, Name::Unbekannt, da(200), 1ms, da(200, "{}", lange)},
               u"antwortet in 1 ms, Zertifikat gültig bis 01.03.2027, nimmt den Schlüssel an"_s);
 
         const QString schluesselschritt = u"Vergleiche „schluessel“ in „/k.json“ mit dem, den die "
@@ -133,27 +133,15 @@ private Q_SLOTS:
               u"Es kam keine sichere Verbindung zustande."_s,
               u"Prüfe Datum und Uhrzeit dieses Rechners und lass das Zertifikat der Cloud "
               "prüfen."_s);
-        const auto zertifikat = [&cloud](Zertifikat::Mangel mangel) {
-            Adresslage lage =
-                ohneAntwort(cloud, fehler(u"Es kam keine sichere Verbindung zustande."_s));
-            lage.zertifikat = {mangel, jetzt.addDays(1), jetzt.addDays(-1)};
-            return lage;
-        };
-        const QString keine = u"Es kam keine sichere Verbindung zustande. "_s;
-        zeile("an old certificate", zertifikat(Zertifikat::Mangel::Abgelaufen),
-              keine + u"Das Zertifikat galt nur bis 20.11.2026."_s,
-              u"Lass das Zertifikat der Cloud erneuern, wenn Datum und Uhrzeit dieses Rechners "
-              "stimmen."_s);
-        zeile("a certificate of tomorrow", zertifikat(Zertifikat::Mangel::NochNichtGueltig),
-              keine + u"Das Zertifikat gilt erst ab 22.11.2026."_s,
-              u"Stelle Datum und Uhrzeit dieses Rechners."_s);
-        zeile("somebody else's certificate", zertifikat(Zertifikat::Mangel::AndererName),
-              keine + u"Das Zertifikat gilt nicht für „cloud“."_s,
-              u"Trage die Adresse ein, für die es gilt."_s);
-        zeile("a certificate of nobody's", zertifikat(Zertifikat::Mangel::Unbeglaubigt),
-              keine + u"Dem Zertifikat traut dieser Rechner nicht."_s,
-              u"Richte die Zertifizierungsstelle der Cloud auf diesem Rechner ein, oder lass ihr "
-              "ein anerkanntes Zertifikat geben."_s);
+        const ZentraleFehler alt{.offline = true,
+                                 .meldung = u"Es ist abgelaufen. Erneuere es."_s,
+                                 .rat = u"Erneuere es."_s};
+        zeile("an old certificate", ohneAntwort(cloud, tl::unexpected(alt)),
+              u"Es ist abgelaufen."_s, u"Erneuere es."_s);
+        zeile("a fragment",
+              ohneAntwort(u"http://cloud/#x"_s, fehler(u"Die Adresse darf kein „#“ enthalten."_s)),
+              u"Die Adresse darf kein „#“ enthalten."_s,
+              u"Berichtige die Adresse in „/k.json“. Sie darf kein „#“ enthalten."_s);
         zeile("badly written", ohneAntwort(u"https://cloud "_s, fehler(u"ungültige Adresse"_s)),
               u"ungültige Adresse"_s,
               u"Berichtige die Adresse in „/k.json“. Sie beginnt oder endet mit einem "

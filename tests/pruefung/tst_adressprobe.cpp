@@ -22,7 +22,7 @@ struct Probe
 {
     void fragen(const QString &wo = adresse)
     {
-        adresseProben(wo, zentrale, uhr, {suche, zertifikat}, &besitzer,
+        adresseProben(wo, zentrale, uhr, suche, &besitzer,
                       [this](const Adresslage &lage) { lagen.append(lage); });
         uhr.vor(Sekunden(0));
     }
@@ -36,12 +36,6 @@ struct Probe
     Namenssuche suche = [this](const QString &host, QObject *, std::function<void(bool)> fertig) {
         gesucht.append(host);
         gefunden = std::move(fertig);
-    };
-    QStringList angesehen;
-    Zertifikatsblick zertifikat = [this](const QUrl &url, QObject *,
-                                         const std::function<void(Zertifikat)> &fertig) {
-        angesehen.append(url.toString());
-        fertig({.mangel = Zertifikat::Mangel::AndererName});
     };
     QList<Adresslage> lagen;
 };
@@ -104,18 +98,6 @@ private Q_SLOTS:
         QCOMPARE(p.lagen[0].status.error().meldung, u"Die Verbindung wurde abgelehnt."_s);
         QVERIFY(!p.lagen[0].stand);
         QCOMPARE(p.lagen[0].name, Name::Gesucht);
-        QCOMPARE(p.angesehen, QStringList());
-    }
-
-    void ohneTlsEinBlickAufDasZertifikat()
-    {
-        Probe p;
-        p.netz.dann(Scripttransport::fehler(u"Es kam keine sichere Verbindung zustande."_s));
-        p.fragen(u"https://cloud:8443/a"_s);
-        QCOMPARE(p.netz.anfragen().size(), 1);
-        QCOMPARE(p.angesehen, QStringList{u"https://cloud:8443/a"_s});
-        QCOMPARE(p.lagen.size(), 1);
-        QCOMPARE(p.lagen[0].zertifikat.mangel, Zertifikat::Mangel::AndererName);
     }
 
     void nachZwoelfSekundenIstSchluss()

@@ -67,12 +67,8 @@ struct Welt
     FakeSchreibtischauskunft schreibtisch;
     const Programmordner programme{{u"7.1.4"_s}};
     const Rekordbox rekordbox{prozesse, programme.pfad()};
-    Pruefung pruefung{{uhr,
-                       netz,
-                       rekordbox,
-                       schreibtisch,
-                       programme.pfad(),
-                       {[](const QString &, QObject *, const std::function<void(bool)> &) {}, {}}}};
+    Pruefung pruefung{{uhr, netz, rekordbox, schreibtisch, programme.pfad(),
+                       [](const QString &, QObject *, const std::function<void(bool)> &) {}}};
     QList<Befund> befunde;
     int rufe = 0;
 };

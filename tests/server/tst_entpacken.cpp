@@ -38,9 +38,7 @@ private Q_SLOTS:
         zeile("capitals and blanks", gzip(klar), " GZip ");
         zeile("deflate", deflate(klar), "deflate");
         zeile("deflate without its header", deflateOhneKopf(klar), "deflate");
-        zeile("two codings", gzip(deflate(klar)), "deflate, gzip");
-        zeile("two codings, in the order in which they were applied", gzip(deflateOhneKopf(klar)),
-              "deflate, gzip");
+        zeile("one coding that counts", gzip(klar), "identity, gzip");
         zeile("empty list entries", gzip(klar), "gzip,,");
         zeile("two gzip members", gzip(klar.left(5)) + gzip(klar.mid(5)), "gzip");
         QTest::newRow("empty body of a 204") << QByteArray() << QByteArray("gzip") << QByteArray();
@@ -100,7 +98,6 @@ private Q_SLOTS:
         QTest::newRow("bomb in deflate") << deflateOhneKopf(bombe) << QByteArray("deflate");
         QTest::newRow("bomb in many members")
             << gzip(QByteArray(grenze, 'x')).repeated(2) << QByteArray("gzip");
-        QTest::newRow("bomb in a bomb") << gzip(gzip(bombe)) << QByteArray("gzip, gzip");
     }
     void zuGross()
     {

@@ -41,13 +41,13 @@ private Q_SLOTS:
                                     "Host: 127.0.0.1:" +
                                     QByteArray::number(server.port()) +
                                     "\r\n"
+                                    "Accept: */*\r\n"
                                     "Connection: close\r\n"
                                     "Accept-Encoding: gzip, deflate\r\n"
                                     "Accept-Language: de\r\n"
                                     "X-Schluessel: geheim\r\n"
                                     "Content-Type: application/json\r\n"
                                     "Content-Length: 7\r\n"
-                                    "User-Agent: Mozilla/5.0\r\n"
                                     "\r\n"
                                     "{\"a\":1}";
         QCOMPARE(server.empfangen(), QList<QByteArray>{erwartet});
@@ -87,8 +87,14 @@ private Q_SLOTS:
         zeile("deflate without its header", kodiert("deflate", deflateOhneKopf("{}")), 200, "{}");
         zeile("100 before the answer",
               "HTTP/1.1 100 Continue\r\n\r\n" + Rohserver::antwort(200, "{}"), 200, "{}");
-        zeile("header line without colon", ok + "rubbish\r\nContent-Length: 2\r\n\r\n{}", 200, "{}",
-              true);
+        const QByteArray arbeitet = "HTTP/1.1 102 Processing\r\nX-A: 1\r\n\r\n";
+        const QByteArray hinweis = "HTTP/1.1 103 Early Hints\r\nContent-Encoding: gzip\r\n"
+                                   "Location: /x\r\nContent-Length: 9\r\n\r\n";
+        zeile("102 before the answer", arbeitet + Rohserver::antwort(200, "{}"), 200, "{}");
+        zeile("103 before the answer", hinweis + Rohserver::antwort(302, "{}"), 302, "{}");
+        zeile("many interim answers",
+              (arbeitet + hinweis).repeated(50) + Rohserver::antwort(500, "{}"), 500, "{}");
+        zeile("199 before the answer", "HTTP/1.1 199 x\r\n\r\n" + Rohserver::antwort(200), 200, {});
         zeile("204 without a body", "HTTP/1.1 204 No Content\r\n\r\n", 204, {});
         zeile("304 announces a body it does not send",
               "HTTP/1.1 304 Not Modified\r\nContent-Length: 5\r\n\r\n", 304, {});
@@ -120,9 +126,9 @@ private Q_SLOTS:
     void jederStatusIstEineAntwort_data()
     {
         QTest::addColumn<int>("status");
-        for (const int status : {200, 201, 203, 206, 226, 300, 301, 302, 303, 305, 307, 308,
-                                 400, 401, 402, 403, 404, 405, 406, 408, 409, 410, 413, 418,
-                                 421, 429, 500, 501, 502, 503, 504, 505, 511, 599, 600}) {
+        for (const int status : {200, 201, 203, 206, 226, 300, 301, 302, 303, 305, 307, 308, 400,
+                                 401, 402, 403, 404, 405, 406, 407, 408, 409, 410, 413, 418, 421,
+                                 429, 500, 501, 502, 503, 504, 505, 511, 599, 600, 777, 999}) {
             QTest::newRow(QByteArray::number(status).constData()) << status;
         }
     }
@@ -185,10 +191,42 @@ private Q_SLOTS:
         zeile("no last chunk", unterbrochen, {.bytes = stueckweise + "5\r\nhello\r\n"});
         zeile("half the last chunk", unterbrochen, {.bytes = stueckweise + "5\r\nhello\r\n0\r\n"});
         zeile("no chunk at all", unterbrochen, {.bytes = stueckweise});
-        zeile("garbage for a status line", unterbrochen, {.bytes = "garbage garbage\r\n\r\n"});
-        zeile("garbage, left open", unterbrochen,
+        zeile("garbage for a status line", unverstaendlich, {.bytes = "garbage garbage\r\n\r\n"});
+        zeile("garbage, left open", unverstaendlich,
               {.bytes = "garbage garbage\r\n\r\n", .ende = Ende::Offenlassen});
-        zeile("a word for a status", unterbrochen, {.bytes = "HTTP/1.1 abc OK\r\n\r\n"});
+        zeile("header line without colon", unverstaendlich,
+              {.bytes = "HTTP/1.1 200 OK\r\nrubbish\r\nContent-Length: 2\r\n\r\n{}"});
+        zeile("no number for the size of a chunk", unverstaendlich,
+              {.bytes = stueckweise + "zz\r\n{}\r\n0\r\n\r\n"});
+        zeile("a negative size of a chunk", unverstaendlich,
+              {.bytes = stueckweise + "-2\r\n{}\r\n0\r\n\r\n"});
+        zeile("a size beyond all numbers", unverstaendlich,
+              {.bytes = stueckweise + "ffffffffffffffffffffff\r\n{}\r\n0\r\n\r\n"});
+        zeile("more than the size of a chunk", unverstaendlich,
+              {.bytes = stueckweise + "2\r\n{}xx\r\n0\r\n\r\n"});
+        zeile("two layers of gzip", unverstaendlich,
+              {.bytes = kodiert("gzip, gzip", gzip(gzip("{}")))});
+        zeile("two layers, a line each", unverstaendlich,
+              {.bytes = Rohserver::antwort(
+                   200, gzip(gzip("{}")), "Content-Encoding: gzip\r\nContent-Encoding: gzip\r\n")});
+        zeile("gzip for the transfer", unverstaendlich,
+              {.bytes = "HTTP/1.1 200 OK\r\nTransfer-Encoding: gzip\r\n\r\n" + gzip("{}")});
+        zeile(
+            "a header line of 9 KiB", unverstaendlich,
+            {.bytes = Rohserver::antwort(200, "{}", "X-A: " + QByteArray(9 * 1024, 'a') + "\r\n")});
+        zeile("a status line of 9 KiB", unverstaendlich,
+              {.bytes = "HTTP/1.1 200 " + QByteArray(9 * 1024, 'a') + "\r\n\r\n"});
+        zeile("300 KiB of header lines", unverstaendlich,
+              {.bytes = Rohserver::antwort(
+                   200, "{}", ("X-A: " + QByteArray(1017, 'a') + "\r\n").repeated(300))});
+        zeile("header lines without end", unverstaendlich,
+              {.bytes = "HTTP/1.1 200 OK\r\n", .endlos = "X-Zeile: x\r\n"});
+        zeile("a header line without end", unverstaendlich,
+              {.bytes = "HTTP/1.1 200 OK\r\nX-A: ", .endlos = QByteArray(10000, 'a')});
+        zeile("a status line without end", unverstaendlich,
+              {.bytes = "HTTP/1.1 200 ", .endlos = QByteArray(10000, 'a')});
+        zeile("100 without end", unverstaendlich, {.endlos = "HTTP/1.1 100 Continue\r\n\r\n"});
+        zeile("a word for a status", unverstaendlich, {.bytes = "HTTP/1.1 abc OK\r\n\r\n"});
         zeile("status 2", unverstaendlich, {.bytes = Rohserver::antwort(2)});
         zeile("status 101", unverstaendlich, {.bytes = Rohserver::antwort(101)});
         zeile("status 99999", unverstaendlich, {.bytes = Rohserver::antwort(99999)});
@@ -199,8 +237,7 @@ private Q_SLOTS:
         zeile("gzip that is none", unverstaendlich, {.bytes = kodiert("gzip", "hallo")});
         zeile("unknown coding", unverstaendlich, {.bytes = kodiert("br", "hallo")});
     }
-    // Each is a failure at once, and the request has reached the server once, not again. (Where the
-    // connection ends before the request leaves, QtNetwork may connect again; nothing follows.)
+    // Each is a failure at once, and the request has reached the server once, not again.
     void kaputteAntworten()
     {
         QFETCH(Schritt, schritt);
@@ -212,7 +249,13 @@ private Q_SLOTS:
                 const QString adresse = u"http://%1:%2"_s.arg(host).arg(server.port());
                 Netzwelt welt;
                 welt.holen(mitBody ? post(adresse) : get(adresse));
-                QCOMPARE(welt.fehler(), text);
+                if (schritt.ungefragt && schritt.ende == Ende::Abbrechen) {
+                    // It may come while the connection is being made.
+                    QVERIFY2(!*welt.ergebnis && !welt.zeitUeberschritten(),
+                             qPrintable(welt.fehler()));
+                } else {
+                    QCOMPARE(welt.fehler(), text);
+                }
                 const auto bytes = server.empfangen();
                 QVERIFY(bytes.size() - bytes.count(QByteArray()) <= 1);
                 if (!schritt.ungefragt) {
@@ -220,6 +263,20 @@ private Q_SLOTS:
                 }
             }
         }
+    }
+
+    // The server has the request and may be at work on it.
+    void einWechselDesProtokollsIstEineAntwort()
+    {
+        Rohserver server;
+        server.sonst({.bytes = Rohserver::antwort(101)});
+        Netzwelt welt;
+        const auto ergebnis = welt.holen(post(server.adresse()));
+        QVERIFY(!ergebnis && ergebnis.error().beantwortet);
+        server.sonst({.bytes = "unsinn\r\n\r\n"});
+        Netzwelt zweite;
+        const auto anderes = zweite.holen(post(server.adresse()));
+        QVERIFY(!anderes && !anderes.error().beantwortet);
     }
 
     void zuGrosseAntworten_data()

@@ -16,13 +16,16 @@ namespace {
 QByteArray bytes(const Rohserver &server, const QByteArray &zeile, const QByteArray &body = {})
 {
     return zeile + " HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(server.port()) +
-           "\r\nConnection: close\r\n"
+           "\r\nAccept: */*\r\n"
+           "Connection: close\r\n"
            "Accept-Encoding: gzip, deflate\r\n"
            "Accept-Language: de\r\n"
            "User-Agent: kalvaro/1.4\r\n"
            "X-Schluessel: geheim\r\n" +
-           (body.isEmpty() ? QByteArray() : QByteArray("Content-Type: application/json\r\n")) +
-           "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
+           (body.isEmpty() ? QByteArray()
+                           : "Content-Type: application/json\r\nContent-Length: " +
+                                 QByteArray::number(body.size()) + "\r\n") +
+           "\r\n" + body;
 }
 
 const Auftrag abgleich{.pfad = u"/api/abgleich"_s,
@@ -85,6 +88,37 @@ private Q_SLOTS:
                  fehler(true, false, u"Die Verbindung wurde unterbrochen."_s));
         QCOMPARE(server.befragt(), 2);
         QCOMPARE(server.empfangen().at(1), bytes(server, "POST /api/abgleich", abgleichBody));
+    }
+
+    // Behind a reverse proxy: interim answers while the server syncs. The same sync was asked of the
+    // next address.
+    void zwischenantwortenFuehrenZuKeinerZweitenFrage()
+    {
+        Rohserver andere;
+        Rohserver server;
+        server.dann(Rohserver::antwort(200));
+        server.dann(QByteArray("HTTP/1.1 102 Processing\r\n\r\nHTTP/1.1 103 x\r\n\r\n") +
+                    Rohserver::antwort(200, "{\"a\":1}"));
+        server.dann(Rohserver::antwort(101));
+        Zentrale zentrale(konto({server.adresse(), andere.adresse()}), transport);
+        Zentralewelt welt;
+        QCOMPARE(welt.holen(zentrale, abgleich), Zentrale::Antwort(QJsonObject{{u"a"_s, 1}}));
+        Zentralewelt zweite;
+        QCOMPARE(zweite.holen(zentrale, abgleich),
+                 fehler(false, false, u"Der Server antwortet nicht verständlich."_s));
+        QCOMPARE(server.verbindungen(), 3);
+        QCOMPARE(andere.verbindungen(), 0);
+    }
+
+    void eineAntwortMitZuVielenWertenIstZuGross()
+    {
+        Rohserver server;
+        server.dann(Rohserver::antwort(200));
+        server.dann(Rohserver::antwort(200, '[' + QByteArray("[1],").repeated(3'000'000) + "1]"));
+        Zentrale zentrale(konto({server.adresse()}), transport);
+        Zentralewelt welt;
+        QCOMPARE(welt.holen(zentrale, stand),
+                 fehler(true, false, u"Die Antwort der Cloud ist zu groß."_s));
     }
 
     void naechsteAdresseNachEinerOhneSchema()

@@ -1,0 +1,313 @@
+#include "server/leitung.h"
+
+#include "server/zertifikatspruefung.h"
+
+#include <QSocketNotifier>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace kalvaro {
+
+namespace {
+
+constexpr qsizetype groessteAntwort = qsizetype{64} * 1024 * 1024;
+constexpr qsizetype groessterKopf = qsizetype{256} * 1024;
+constexpr qsizetype laengsteZeile = qsizetype{8} * 1024;
+
+// Longer than any limit of ours: without one libcurl gives up connecting after 300 s.
+constexpr long verbindenDarf = 24L * 60 * 60; // seconds
+
+void bibliothekVorbereiten()
+{
+    static const CURLcode stand = curl_global_init(CURL_GLOBAL_DEFAULT);
+    Q_UNUSED(stand)
+}
+
+// What libcurl wants to know of one socket.
+class Horcher final : public QObject
+{
+public:
+    template<typename Ruf>
+    Horcher(curl_socket_t socket, QObject *parent, Ruf bereit)
+        : QObject(parent)
+        , lesbar_(socket, QSocketNotifier::Read)
+        , schreibbar_(socket, QSocketNotifier::Write)
+    {
+        connect(&lesbar_, &QSocketNotifier::activated, this,
+                [bereit, socket] { bereit(socket, CURL_CSELECT_IN); });
+        connect(&schreibbar_, &QSocketNotifier::activated, this,
+                [bereit, socket] { bereit(socket, CURL_CSELECT_OUT); });
+    }
+
+    void stellen(int was)
+    {
+        lesbar_.setEnabled((was & CURL_POLL_IN) != 0);
+        schreibbar_.setEnabled((was & CURL_POLL_OUT) != 0);
+    }
+
+    // It may be telling of its socket right now.
+    void aufgeben()
+    {
+        stellen(CURL_POLL_NONE);
+        deleteLater();
+    }
+
+private:
+    QSocketNotifier lesbar_;
+    QSocketNotifier schreibbar_;
+};
+
+// The value of the header line `zeile` if its name is `name`.
+std::optional<QByteArray> wertVon(const QByteArray &zeile, QByteArrayView name)
+{
+    const qsizetype ende = zeile.indexOf(':');
+    if (ende < 0 || zeile.left(ende).compare(name, Qt::CaseInsensitive) != 0) {
+        return {};
+    }
+    return zeile.sliced(ende + 1).trimmed();
+}
+
+} // namespace
+
+Leitung::Leitung(const Netzanfrage &anfrage, const QNetworkProxy &proxy, Ruf fertig)
+    : fertig_(std::move(fertig))
+    , host_(anfrage.url.host())
+    , mitProxy_(proxy.type() != QNetworkProxy::NoProxy)
+    , body_(anfrage.body.value_or(QByteArray()))
+    , pruefung_(std::make_unique<Zertifikatspruefung>())
+    , griff_((bibliothekVorbereiten(), curl_easy_init()))
+    , schleife_(curl_multi_init())
+{
+    if (!griff_ || !schleife_) {
+        beenden(CURLE_OUT_OF_MEMORY);
+        return;
+    }
+    ablaufEinstellen();
+    zielEinstellen(anfrage.url);
+    proxyEinstellen(proxy);
+    anfrageEinstellen(anfrage);
+    if (curl_multi_add_handle(schleife_, griff_) != CURLM_OK) {
+        beenden(CURLE_OUT_OF_MEMORY);
+    }
+}
+
+Leitung::~Leitung()
+{
+    if (griff_ && schleife_) {
+        curl_multi_remove_handle(schleife_, griff_);
+    }
+    curl_easy_cleanup(griff_);
+    curl_multi_cleanup(schleife_);
+}
+
+void Leitung::ablaufEinstellen()
+{
+    setzen(CURLOPT_ERRORBUFFER, wortlaut_.data());
+    setzen(CURLOPT_HEADERFUNCTION, &Leitung::kopfzeile);
+    setzen(CURLOPT_HEADERDATA, this);
+    setzen(CURLOPT_WRITEFUNCTION, &Leitung::inhalt);
+    setzen(CURLOPT_WRITEDATA, this);
+    setzen(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+
+    setzen(CURLOPT_PROTOCOLS_STR, "http,https");
+    setzen(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_1});
+    setzen(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
+    setzen(CURLOPT_CONNECTTIMEOUT, verbindenDarf);
+    // A connection serves one request, so nothing is ever sent a second time.
+    setzen(CURLOPT_FRESH_CONNECT, 1L);
+    setzen(CURLOPT_FORBID_REUSE, 1L);
+    // Nobody waits for a name that is still being looked up.
+    setzen(CURLOPT_QUICK_EXIT, 1L);
+    pruefung_->einrichten(griff_);
+
+    wecker_.setSingleShot(true);
+    wecker_.setTimerType(Qt::PreciseTimer);
+    connect(&wecker_, &QTimer::timeout, this, [this] { weiter(CURL_SOCKET_TIMEOUT, 0); });
+    curl_multi_setopt(schleife_, CURLMOPT_SOCKETFUNCTION, &Leitung::socketGeaendert);
+    curl_multi_setopt(schleife_, CURLMOPT_SOCKETDATA, this);
+    curl_multi_setopt(schleife_, CURLMOPT_TIMERFUNCTION, &Leitung::weckerGeaendert);
+    curl_multi_setopt(schleife_, CURLMOPT_TIMERDATA, this);
+}
+
+void Leitung::zielEinstellen(const QUrl &url)
+{
+    const QByteArray ziel =
+        url.toEncoded(QUrl::FullyEncoded | QUrl::RemoveUserInfo | QUrl::RemoveFragment);
+    setzen(CURLOPT_URL, ziel.constData());
+    setzen(CURLOPT_PATH_AS_IS, 1L); // dots stay
+    if (!url.userInfo().isEmpty()) {
+        setzen(CURLOPT_HTTPAUTH, CURLAUTH_BASIC);
+        setzen(CURLOPT_USERNAME, url.userName(QUrl::FullyDecoded).toUtf8().constData());
+        setzen(CURLOPT_PASSWORD, url.password(QUrl::FullyDecoded).toUtf8().constData());
+    }
+}
+
+// The environment's variables are part of the system's answer, so libcurl does not look again.
+void Leitung::proxyEinstellen(const QNetworkProxy &proxy)
+{
+    setzen(CURLOPT_NOPROXY, "");
+    if (!mitProxy_) {
+        setzen(CURLOPT_PROXY, "");
+        return;
+    }
+    const bool socks = proxy.type() == QNetworkProxy::Socks5Proxy;
+    setzen(CURLOPT_PROXYTYPE, long{socks ? CURLPROXY_SOCKS5_HOSTNAME : CURLPROXY_HTTP});
+    setzen(CURLOPT_PROXY, proxy.hostName().toUtf8().constData());
+    setzen(CURLOPT_PROXYPORT, long{proxy.port()});
+    if (!proxy.user().isEmpty()) {
+        setzen(CURLOPT_PROXYUSERNAME, proxy.user().toUtf8().constData());
+        setzen(CURLOPT_PROXYPASSWORD, proxy.password().toUtf8().constData());
+    }
+}
+
+void Leitung::anfrageEinstellen(const Netzanfrage &anfrage)
+{
+    if (anfrage.body) {
+        setzen(CURLOPT_POSTFIELDS, body_.constData());
+        setzen(CURLOPT_POSTFIELDSIZE_LARGE, curl_off_t{body_.size()});
+    } else {
+        setzen(CURLOPT_HTTPGET, 1L);
+    }
+    setzen(CURLOPT_CUSTOMREQUEST, anfrage.methode.constData());
+
+    const auto anhaengen = [this](const QByteArray &zeile) {
+        kopf_.reset(curl_slist_append(kopf_.release(), zeile.constData()));
+    };
+    anhaengen("Connection: close");
+    anhaengen("Accept-Encoding: gzip, deflate");
+    anhaengen("Accept-Language: de");
+    anhaengen("Expect:"); // leaves it out: nobody is asked whether a body may follow
+    for (const auto &[name, wert] : anfrage.kopf) {
+        // A line without a value is written with a semicolon.
+        anhaengen(name + (wert.trimmed().isEmpty() ? QByteArray(";") : ": " + wert));
+    }
+    setzen(CURLOPT_HTTPHEADER, kopf_.get());
+}
+
+size_t Leitung::kopfzeile(const char *bytes, size_t eins, size_t anzahl, void *selbst)
+{
+    const auto laenge = static_cast<qsizetype>(eins * anzahl);
+    const bool gut = static_cast<Leitung *>(selbst)->kopfzeileGelesen(QByteArray(bytes, laenge));
+    return gut ? eins * anzahl : 0;
+}
+
+bool Leitung::kopfzeileGelesen(const QByteArray &zeile)
+{
+    kopfBytes_ += zeile.size();
+    const auto uebertragung = wertVon(zeile, "Transfer-Encoding");
+    const bool verstanden = !uebertragung ||
+                            uebertragung->compare("chunked", Qt::CaseInsensitive) == 0 ||
+                            uebertragung->compare("identity", Qt::CaseInsensitive) == 0;
+    if (zeile.size() > laengsteZeile || kopfBytes_ > groessterKopf || !verstanden ||
+        (zeile.startsWith("HTTP/") && !statuszeileGelesen(zeile))) {
+        grund_ = Netzfehlerart::Unverstaendlich;
+        return false;
+    }
+    if (kopfVollstaendig_) {
+        return true; // behind the last chunk; tells nothing that matters
+    }
+    kopfVollstaendig_ = zeile.trimmed().isEmpty();
+    if (const auto kodierung = wertVon(zeile, "Content-Encoding")) {
+        antwort_.kodierung += (antwort_.kodierung.isEmpty() ? "" : ",") + *kodierung;
+    }
+    if (const auto ort = wertVon(zeile, "Location"); ort && antwort_.ort.isEmpty()) {
+        antwort_.ort = *ort;
+    }
+    return true;
+}
+
+// RFC 9112, 4: "HTTP/1.1 200 OK" with a status of exactly three digits. What came before belongs
+// to an interim answer. Only 101, a switch to another protocol, ends the exchange; nobody asked for
+// one.
+bool Leitung::statuszeileGelesen(const QByteArray &zeile)
+{
+    const qsizetype ort = zeile.indexOf(' ') + 1;
+    const QByteArray status = zeile.sliced(ort).trimmed();
+    const qsizetype ende = status.indexOf(' ');
+    const QByteArray ziffern = ende < 0 ? status : status.first(ende);
+    const bool drei =
+        ort > 0 && ziffern.size() == 3 &&
+        std::all_of(ziffern.begin(), ziffern.end(), [](char z) { return z >= '0' && z <= '9'; });
+    antwort_.status = drei ? ziffern.toInt() : 0;
+    kopfVollstaendig_ = false;
+    antwort_.kodierung.clear();
+    antwort_.ort.clear();
+    return antwort_.status >= 100 && antwort_.status != 101;
+}
+
+size_t Leitung::inhalt(const char *bytes, size_t eins, size_t anzahl, void *selbst)
+{
+    auto *const leitung = static_cast<Leitung *>(selbst);
+    const auto laenge = static_cast<qsizetype>(eins * anzahl);
+    if (leitung->antwort_.daten.size() + laenge > groessteAntwort) {
+        leitung->grund_ = Netzfehlerart::ZuGross;
+        return 0;
+    }
+    leitung->antwort_.daten.append(bytes, laenge);
+    return eins * anzahl;
+}
+
+int Leitung::socketGeaendert(CURL * /*griff*/, curl_socket_t socket, int was, void *selbst,
+                             void *horcher)
+{
+    auto *const leitung = static_cast<Leitung *>(selbst);
+    auto *h = static_cast<Horcher *>(horcher);
+    if (was == CURL_POLL_REMOVE) {
+        if (h) {
+            h->aufgeben();
+        }
+        return 0;
+    }
+    if (!h) {
+        h = new Horcher(socket, leitung,
+                        [leitung](curl_socket_t s, int wie) { leitung->weiter(s, wie); });
+        curl_multi_assign(leitung->schleife_, socket, h);
+    }
+    h->stellen(was);
+    return 0;
+}
+
+int Leitung::weckerGeaendert(CURLM * /*schleife*/, long millisekunden, void *selbst)
+{
+    auto *const leitung = static_cast<Leitung *>(selbst);
+    if (millisekunden < 0) {
+        leitung->wecker_.stop();
+    } else {
+        leitung->wecker_.start(std::chrono::milliseconds(millisekunden));
+    }
+    return 0;
+}
+
+void Leitung::weiter(curl_socket_t socket, int was)
+{
+    if (beendet_) {
+        return;
+    }
+    int offen = 0;
+    if (curl_multi_socket_action(schleife_, socket, was, &offen) != CURLM_OK) {
+        beenden(CURLE_OUT_OF_MEMORY);
+        return;
+    }
+    while (const CURLMsg *nachricht = curl_multi_info_read(schleife_, &offen)) {
+        if (nachricht->msg == CURLMSG_DONE) {
+            beenden(nachricht->data.result);
+            return;
+        }
+    }
+}
+
+void Leitung::beenden(CURLcode stand)
+{
+    beendet_ = true;
+    antwort_.zertifikatBis = pruefung_->gueltigBis();
+    if (stand == CURLE_OK && !kopfVollstaendig_) {
+        stand = CURLE_PARTIAL_FILE; // libcurl takes header lines that break off for an answer
+    }
+    const Ergebnis ergebnis =
+        stand == CURLE_OK ? Ergebnis(std::move(antwort_)) : tl::unexpected(fehler(stand));
+    QMetaObject::invokeMethod(
+        this, [this, ergebnis] { fertig_(ergebnis); }, Qt::QueuedConnection);
+}
+
+} // namespace kalvaro
