@@ -234,7 +234,8 @@ class Welt:
     def protokoll(self):
         """The lines of the log without their time stamps."""
         try:
-            with open(os.path.join(self.daten, "kalvaro.log"), encoding="utf-8") as datei:
+            with open(os.path.join(self.daten, "kalvaro.log"), encoding="utf-8",
+                      errors="replace") as datei:
                 return [zeile[21:].rstrip("\n") for zeile in datei]
         except OSError:
             return []

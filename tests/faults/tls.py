@@ -40,8 +40,11 @@ class Stelle:
         if vertraut:
             wurzeln = os.path.join(self.ordner, "wurzeln")
             os.mkdir(wurzeln)
+            # As Debian has it: one file for each authority under its hash, and all in one file.
             shutil.copy(os.path.join(self.ordner, "ca.pem"), wurzeln)
             self._ssl("rehash", wurzeln)
+            shutil.copy(os.path.join(self.ordner, "ca.pem"),
+                        os.path.join(wurzeln, "ca-certificates.crt"))
             subprocess.run(["mount", "--bind", wurzeln, "/etc/ssl/certs"], check=True)
 
     def toeten(self):
