@@ -22,7 +22,7 @@ import time
 import traceback
 
 PROGRAMM = os.environ["KALVARO_PROGRAMM"]
-GEDULD = 60.0  # seconds after which a condition counts as never met
+GEDULD = float(os.environ.get("KALVARO_GEDULD", "60"))  # seconds until a condition counts as never met
 ENDE = 1.0  # seconds in which the program has to leave
 REKORDBOX = "7.1.4"
 
