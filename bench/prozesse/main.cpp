@@ -1,5 +1,6 @@
 // What one tick of the watch costs in a process table of 500: the list of running bundles.
 
+#include "foundation/uhr.h"
 #include "platform/linux/linuxprozesse.h"
 
 #include <QCoreApplication>
@@ -18,6 +19,22 @@ namespace {
 
 constexpr int prozesse = 500;
 constexpr int blicke = 200;
+
+// On which each look is one tick of the watch after the one before.
+class Taktuhr final : public Uhr
+{
+public:
+    [[nodiscard]] QDateTime jetzt() const override { return {}; }
+    [[nodiscard]] std::chrono::milliseconds laufzeit() const override
+    {
+        return std::chrono::seconds(3 * ++blick_);
+    }
+    [[nodiscard]] Weckruf nach(Sekunden, std::function<void()>) override { return {}; }
+    [[nodiscard]] Weckruf alle(Sekunden, std::function<void()>) override { return {}; }
+
+private:
+    mutable int blick_ = 0;
+};
 
 double prozessorzeit()
 {
@@ -39,7 +56,8 @@ int main(int argc, char *argv[])
                                  : u"/usr/bin/true"_s,
                     ordner + u"/exe"_s);
     }
-    const LinuxProzesse liste(u"/usr/bin/pgrep"_s, QFile::encodeName(tafel.path()));
+    Taktuhr uhr;
+    const LinuxProzesse liste(uhr, u"/usr/bin/pgrep"_s, QFile::encodeName(tafel.path()));
     QList<double> dauern;
     for (int i = 0; i < blicke; ++i) {
         const double anfang = prozessorzeit();

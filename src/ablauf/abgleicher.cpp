@@ -23,23 +23,29 @@ void Abgleicher::abgleich(Anlass anlass, QObject *besitzer, Rueckruf fertig)
     }
     laeuftGerade_ = true;
     ++laeufe_;
-    // What rekordbox or its agent saves beside this run is not part of it.
-    neues_ = rekordbox_.laeuft();
+    neues_ = false;
     Q_EMIT begonnen(anlass);
+    // What rekordbox or its agent saves beside this run is not part of it. The answer to an earlier
+    // run says nothing of a later one, which asks for itself.
+    rekordbox_.laeuft(this, [this, lauf = laeufe_](bool belegt) {
+        neues_ = neues_ || (belegt && lauf == laeufe_);
+    });
     bewerten(zentrale_, anlass, this,
              [this, anlass](const Bewertung &b) { abgeschlossen(b, anlass); });
 }
 
-bool Abgleicher::moeglich()
+void Abgleicher::moeglich(QObject *besitzer, std::function<void(bool)> fertig)
 {
-    const bool belegt = rekordbox_.laeuft();
-    neues_ = neues_ || belegt;
-    return !belegt;
+    rekordbox_.laeuft(besitzer, [this, fertig = std::move(fertig)](bool belegt) {
+        neues_ = neues_ || belegt;
+        fertig(!belegt);
+    });
 }
 
 void Abgleicher::abgeschlossen(const Bewertung &b, Anlass anlass)
 {
     laeuftGerade_ = false;
+    startbar_ = b.startbar;
     erfolglos_ = b.offline || b.beschaeftigt;
     neues_ = neues_ || b.art == Art::Aus;
     // Who asks from now on waits for a later run.

@@ -33,11 +33,14 @@ public:
     // which need not be the one asked for; it may be empty.
     void abgleich(Anlass anlass, QObject *besitzer = nullptr, Rueckruf fertig = {});
 
-    // Whether a sync makes sense now. Not while rekordbox or its agent runs: then one is owed once
-    // they are gone.
-    [[nodiscard]] bool moeglich();
+    // Asks whether a sync makes sense now; `fertig` is called as Einmalruf states. Not while
+    // rekordbox or its agent runs: then one is owed once they are gone.
+    void moeglich(QObject *besitzer, std::function<void(bool)> fertig);
 
     [[nodiscard]] bool laeuftGerade() const { return laeuftGerade_; }
+
+    // Whether what the last finished run came to lets rekordbox start; true before the first.
+    [[nodiscard]] bool startbar() const { return startbar_; }
 
     // How many runs have begun so far.
     [[nodiscard]] int laeufe() const { return laeufe_; }
@@ -67,6 +70,7 @@ private:
     const Rekordbox &rekordbox_;
 
     bool laeuftGerade_ = false;
+    bool startbar_ = true;
     int laeufe_ = 0;
     std::vector<Wartender> wartende_;
 

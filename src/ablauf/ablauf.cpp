@@ -1,5 +1,7 @@
 #include "ablauf/ablauf.h"
 
+#include <utility>
+
 namespace kalvaro {
 
 Ablauf::Ablauf(const Konto &konto, const Umgebung &grundlage)
@@ -11,13 +13,18 @@ Ablauf::Ablauf(const Konto &konto, const Umgebung &grundlage)
 {
 }
 
-bool Ablauf::abgleichMoeglich()
+void Ablauf::abgleichMoeglich(QObject *besitzer, std::function<void(bool)> fertig)
 {
-    if (starter.schritt() == Startschritt::Startet) {
-        abgleicher.schulden();
-        return false;
-    }
-    return abgleicher.moeglich();
+    // What has been asked to start, before or during the question, may not be counted yet.
+    const bool startet = starter.schritt() == Startschritt::Startet;
+    abgleicher.moeglich(besitzer, [this, startet, starts = starter.starts(),
+                                   fertig = std::move(fertig)](bool moeglich) {
+        const bool ungezaehlt = startet || starts != starter.starts();
+        if (ungezaehlt) {
+            abgleicher.schulden();
+        }
+        fertig(moeglich && !ungezaehlt);
+    });
 }
 
 } // namespace kalvaro

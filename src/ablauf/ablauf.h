@@ -15,9 +15,9 @@ struct Ablauf
 {
     Ablauf(const Konto &konto, const Umgebung &grundlage);
 
-    // Whether a sync makes sense now: nothing of rekordbox runs or is about to. If not, one is
-    // owed.
-    [[nodiscard]] bool abgleichMoeglich();
+    // Asks whether a sync makes sense now: nothing of rekordbox runs or is about to. If not, one is
+    // owed. `fertig` is called as Einmalruf states.
+    void abgleichMoeglich(QObject *besitzer, std::function<void(bool)> fertig);
 
     const Umgebung umgebung;
     Zentrale zentrale;

@@ -55,18 +55,32 @@ void Rekordboxstarter::starten(Herkunft herkunft)
     if (!gewaehlt()) {
         return;
     }
-    if (rekordbox_.hauptLaeuft()) {
-        if (fuersFenster) {
-            abgleicher_.schulden();
-            Q_EMIT laeuft();
-        }
-        return;
-    }
     imFenster_ = fuersFenster;
-    if (fuersFenster && abgleicher_.laeuftGerade()) {
+    nach(Startschritt::Fragt);
+    rekordbox_.hauptLaeuft(this, [this](bool laeuftSchon) { gefragt(laeuftSchon); });
+}
+
+void Rekordboxstarter::gefragt(bool laeuftSchon)
+{
+    if (laeuftSchon || !gewaehlt()) {
+        ohneStart(laeuftSchon);
+    } else if (imFenster_ && abgleicher_.laeuftGerade()) {
         warten();
     } else {
         pruefen();
+    }
+}
+
+// It runs already, or there is none any more.
+void Rekordboxstarter::ohneStart(bool laeuftSchon)
+{
+    const bool zeigen = laeuftSchon && imFenster_;
+    if (zeigen) {
+        abgleicher_.schulden();
+    }
+    nach(Startschritt::Ruht);
+    if (zeigen) {
+        Q_EMIT laeuft();
     }
 }
 
@@ -80,12 +94,15 @@ void Rekordboxstarter::geprueft(const Startpruefung &p)
 {
     if (!imFenster_) {
         installationenLesen();
-        if (!gewaehlt() || rekordbox_.hauptLaeuft()) {
-            nach(Startschritt::Ruht);
-            return;
-        }
     }
-    if (p.noetig) {
+    rekordbox_.hauptLaeuft(this, [this, p](bool laeuftSchon) { entscheiden(p, laeuftSchon); });
+}
+
+void Rekordboxstarter::entscheiden(const Startpruefung &p, bool laeuftSchon)
+{
+    if (!imFenster_ && (laeuftSchon || !gewaehlt())) {
+        nach(Startschritt::Ruht);
+    } else if (p.noetig) {
         abgleichen();
     } else if (abgleicher_.laeuftGerade()) {
         warten();
@@ -93,7 +110,11 @@ void Rekordboxstarter::geprueft(const Startpruefung &p)
         if (p.hinweis) {
             Q_EMIT hinweis(*p.hinweis);
         }
-        jetztStarten();
+        if (laeuftSchon) {
+            ohneStart(laeuftSchon);
+        } else {
+            jetztStarten();
+        }
     }
 }
 
@@ -106,18 +127,20 @@ void Rekordboxstarter::warten()
 
 void Rekordboxstarter::abgleichen()
 {
-    if (!imFenster_ && fensterGleichtAb_) {
-        Q_EMIT fensterNoetig();
-        nach(Startschritt::Ruht);
-        return;
-    }
-    insFenster();
-    if (!abgleicher_.moeglich()) {
-        nach(Startschritt::Ruht);
-        Q_EMIT belegt();
-        return;
-    }
-    mitAbgleich(Startschritt::GleichtAb, &Rekordboxstarter::jetztStarten);
+    abgleicher_.moeglich(this, [this](bool moeglich) {
+        if (!imFenster_ && fensterGleichtAb_) {
+            Q_EMIT fensterNoetig();
+            nach(Startschritt::Ruht);
+            return;
+        }
+        insFenster();
+        if (moeglich) {
+            mitAbgleich(Startschritt::GleichtAb, &Rekordboxstarter::jetztStarten);
+        } else {
+            nach(Startschritt::Ruht);
+            Q_EMIT belegt();
+        }
+    });
 }
 
 // What the sync comes to decides, whoever asked for it.
@@ -126,24 +149,31 @@ void Rekordboxstarter::mitAbgleich(Startschritt schritt, void (Rekordboxstarter:
     nach(schritt);
     abgleicher_.abgleich(Anlass::Vorstart, this, [this, danach](const Bewertung &b) {
         Q_EMIT abgeglichen(b);
-        if (b.startbar && abgleicher_.moeglich()) {
-            (this->*danach)();
-        } else {
+        if (!b.startbar) {
             nach(Startschritt::Ruht);
+            return;
         }
+        abgleicher_.moeglich(this, [this, danach](bool moeglich) {
+            // A run that has begun meanwhile decides in its place.
+            if (moeglich && abgleicher_.laeuftGerade()) {
+                warten();
+            } else if (moeglich && abgleicher_.startbar()) {
+                (this->*danach)();
+            } else {
+                nach(Startschritt::Ruht);
+            }
+        });
     });
 }
 
+// Just before, nothing of it ran.
 void Rekordboxstarter::jetztStarten()
 {
     const bool fuersFenster = imFenster_;
     const auto i = gewaehlt();
-    const bool laeuftSchon = i && rekordbox_.hauptLaeuft();
-    if (laeuftSchon) {
-        abgleicher_.schulden();
-    }
-    nach(i && !laeuftSchon ? Startschritt::Startet : Startschritt::Ruht);
+    nach(i ? Startschritt::Startet : Startschritt::Ruht);
     if (schritt_ == Startschritt::Startet) {
+        ++starts_;
         arbeitsplatz_.starten(i->url.toLocalFile(), this,
                               [this, fuersFenster](const std::optional<QString> &fehler) {
                                   nach(Startschritt::Ruht);

@@ -20,6 +20,7 @@ class Zentrale;
 // How far a start of rekordbox has come.
 enum class Startschritt {
     Ruht,
+    Fragt,     // whether rekordbox runs already
     Wartet,    // for a sync that was under way already
     Prueft,    // takes the last look at the server
     GleichtAb, // that look has shown that a sync must come first
@@ -55,6 +56,9 @@ public:
     // A start is under way that the window shows.
     [[nodiscard]] bool imFenster() const { return imFenster_; }
 
+    // How often the system has been asked to start rekordbox.
+    [[nodiscard]] int starts() const { return starts_; }
+
     // What is installed, as last read, newest first; and which of it a start would start.
     void installationenLesen();
     [[nodiscard]] const QList<Installation> &installationen() const { return installationen_; }
@@ -85,12 +89,15 @@ Q_SIGNALS:
     void fensterNoetig();
 
 private:
+    void gefragt(bool laeuftSchon);
     void pruefen();
     void geprueft(const Startpruefung &p);
+    void entscheiden(const Startpruefung &p, bool laeuftSchon);
     void warten();
     void abgleichen();
     void mitAbgleich(Startschritt schritt, void (Rekordboxstarter::*danach)());
     void jetztStarten();
+    void ohneStart(bool laeuftSchon);
     void insFenster();
     void nach(Startschritt schritt);
 
@@ -103,7 +110,8 @@ private:
 
     QList<Installation> installationen_;
     Startschritt schritt_ = Startschritt::Ruht;
-    bool imFenster_ = false; // only between Wartet and GleichtAb
+    int starts_ = 0;
+    bool imFenster_ = false; // only between Fragt and GleichtAb
     bool fensterGleichtAb_ = false;
 };
 

@@ -3,9 +3,9 @@
 #include "platform/prozesse.h"
 #include "rekordbox/rekordbox.h"
 
-#include <algorithm>
-
 namespace kalvaro {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -24,10 +24,7 @@ Rekordboxwache::Rekordboxwache(const Uhr &uhr, const Prozesse &prozesse, const R
 
 bool Rekordboxwache::rekordboxOffen() const
 {
-    const QStringList orte = prozesse_.buendel();
-    return std::any_of(orte.begin(), orte.end(), [](const QString &ort) {
-        return ort.sliced(ort.lastIndexOf(u'/') + 1) == u"rekordbox.app";
-    });
+    return !Prozesse::namens(prozesse_.buendel(), u"rekordbox"_s).isEmpty();
 }
 
 void Rekordboxwache::wachen()
@@ -35,21 +32,32 @@ void Rekordboxwache::wachen()
     const bool offen = rekordboxOffen();
     if (offen && !rbLief_) {
         rbLief_ = true;
-        wartetAufAgent_ = false;
+        wartetAufAgent_.reset();
         Q_EMIT gestartet();
     } else if (!offen && rbLief_) {
         rbLief_ = false;
-        wartetAufAgent_ = true;
+        wartetAufAgent_ = std::make_unique<QObject>();
         rbEnde_ = uhr_.laufzeit();
         Q_EMIT geschlossen();
     }
     if (!wartetAufAgent_) {
         return;
     }
-    if (uhr_.laufzeit() - rbEnde_ <= laengstesSpeichern && rekordbox_.laeuft()) {
+    if (uhr_.laufzeit() - rbEnde_ > laengstesSpeichern) {
+        ausgewartet();
         return;
     }
-    wartetAufAgent_ = false;
+    // An answer to this wait is none to a later one.
+    rekordbox_.laeuft(wartetAufAgent_.get(), [this](bool laeuft) {
+        if (!laeuft) {
+            ausgewartet();
+        }
+    });
+}
+
+void Rekordboxwache::ausgewartet()
+{
+    wartetAufAgent_.reset();
     Q_EMIT beendet();
 }
 

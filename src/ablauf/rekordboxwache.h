@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <memory>
+
 namespace kalvaro {
 
 class Prozesse;
@@ -25,7 +27,8 @@ public:
     // rekordbox was running at the last look.
     [[nodiscard]] bool lief() const { return rbLief_; }
 
-    // Looks once; meant to be called every few seconds.
+    // Looks once; meant to be called every few seconds. The end of a wait is reported once the
+    // processes have been counted.
     void wachen();
 
 Q_SIGNALS:
@@ -34,13 +37,15 @@ Q_SIGNALS:
     void beendet();     // it has quit and saved, or had its 90 s
 
 private:
+    void ausgewartet();
+
     const Uhr &uhr_;
     const Prozesse &prozesse_;
     const Rekordbox &rekordbox_;
 
     bool rbLief_;
-    bool wartetAufAgent_ = false;      // only while rbLief is false
-    std::chrono::milliseconds rbEnde_; // when it was last seen to quit, in Uhr::laufzeit()
+    std::unique_ptr<QObject> wartetAufAgent_; // lives while it does, and only while rbLief is false
+    std::chrono::milliseconds rbEnde_;        // when it was last seen to quit, in Uhr::laufzeit()
 };
 
 } // namespace kalvaro

@@ -71,7 +71,9 @@ void Programm::beginnen(const Kommandozeile &kommandozeile)
     } else {
         steuerung_ = std::make_unique<Steuerung>(*ablauf_, kommandozeile.hintergrund, menueBauen);
         if (kommandozeile.abgleichen) {
-            erfuellen(Wunsch::Abgleichen); // joins the one that a window brings; it may bring none
+            // Joins the one that a window brings, so it asks after the window did; it may bring
+            // none.
+            ablauf_->abgleichMoeglich(this, [this](bool) { erfuellen(Wunsch::Abgleichen); });
         }
     }
 }

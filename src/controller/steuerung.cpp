@@ -96,17 +96,21 @@ void Steuerung::takteStellen(bool hintergrund)
 
 void Steuerung::abgleichWennMoeglich(Anlass anlass)
 {
-    if (ablauf_.abgleichMoeglich()) {
-        ablauf_.abgleicher.abgleich(anlass);
-    }
+    ablauf_.abgleichMoeglich(this, [this, anlass](bool moeglich) {
+        if (moeglich) {
+            ablauf_.abgleicher.abgleich(anlass);
+        }
+    });
 }
 
 void Steuerung::nachholenWennNoetig()
 {
     // Asked in any case: an agent that runs by itself is noticed here.
-    if (ablauf_.abgleichMoeglich() && ablauf_.abgleicher.geschuldet()) {
-        ablauf_.abgleicher.abgleich(Anlass::Nachholen);
-    }
+    ablauf_.abgleichMoeglich(this, [this](bool moeglich) {
+        if (moeglich && ablauf_.abgleicher.geschuldet()) {
+            ablauf_.abgleicher.abgleich(Anlass::Nachholen);
+        }
+    });
 }
 
 void Steuerung::aufgewacht()

@@ -51,11 +51,15 @@ void Hauptfenster::oeffnen(bool mitAbgleich)
     ablauf_.umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Regulaer);
     ablauf_.starter.installationenLesen();
     nachVorn();
-    if (!ablauf_.abgleichMoeglich()) {
-        rekordboxLaeuftAnzeigen();
-    } else if (mitAbgleich) {
+    if (mitAbgleich && !beschaeftigt()) {
         abgleichen(Anlass::Vorstart, !einstellungen_);
+        return;
     }
+    ablauf_.abgleichMoeglich(this, [this](bool moeglich) {
+        if (!moeglich) {
+            rekordboxLaeuftAnzeigen();
+        }
+    });
 }
 
 void Hauptfenster::nachVorn()
@@ -95,12 +99,20 @@ void Hauptfenster::abgleichen(Anlass anlass, bool autostartErlaubt)
     if (beschaeftigt()) {
         return;
     }
-    countdown_->stopp();
-    if (!ablauf_.abgleichMoeglich()) {
-        rekordboxLaeuftAnzeigen();
-        return;
-    }
+    countdownStoppen();
     gleichtAbSetzen(true);
+    ablauf_.abgleichMoeglich(this, [this, anlass, autostartErlaubt](bool moeglich) {
+        if (moeglich) {
+            abgleichBeginnen(anlass, autostartErlaubt);
+        } else {
+            gleichtAbSetzen(false);
+            rekordboxLaeuftAnzeigen();
+        }
+    });
+}
+
+void Hauptfenster::abgleichBeginnen(Anlass anlass, bool autostartErlaubt)
+{
     ladenAnzeigen(u"Bibliothek wird abgeglichen …"_s);
     ablauf_.abgleicher.abgleich(anlass, this, [this, autostartErlaubt](const Bewertung &b) {
         abgeschlossen(b, autostartErlaubt);
@@ -114,9 +126,26 @@ void Hauptfenster::abgeschlossen(const Bewertung &b, bool autostartErlaubt)
     // Nothing counts down in a window that the user has put away meanwhile, nor behind its sheet.
     const bool imBlick = isVisible() && !einstellungen_;
     if (autostartErlaubt && ablauf_.einst.autostart && b.startbar && imBlick && !beschaeftigt() &&
-        ablauf_.abgleichMoeglich() && ablauf_.starter.gewaehlt()) {
-        countdown_->start(u"start"_s, countdownSekunden);
+        ablauf_.starter.gewaehlt()) {
+        countdownStarten();
     }
+}
+
+// Whatever would stop a countdown also withdraws the question whether there may be one.
+void Hauptfenster::countdownStarten()
+{
+    countdownfrage_ = std::make_unique<QObject>();
+    ablauf_.abgleichMoeglich(countdownfrage_.get(), [this](bool moeglich) {
+        if (moeglich && ablauf_.starter.gewaehlt()) {
+            countdown_->start(u"start"_s, countdownSekunden);
+        }
+    });
+}
+
+void Hauptfenster::countdownStoppen()
+{
+    countdownfrage_.reset();
+    countdown_->stopp();
 }
 
 void Hauptfenster::gleichtAbSetzen(bool gleichtAb)
@@ -156,7 +185,7 @@ void Hauptfenster::ergebnisAnzeigen(const Bewertung &b)
 
 void Hauptfenster::verstecken()
 {
-    countdown_->stopp();
+    countdownStoppen();
     if (einstellungen_) {
         einstellungen_->hide();
     }
@@ -166,7 +195,7 @@ void Hauptfenster::verstecken()
 
 void Hauptfenster::einstellungenOeffnen()
 {
-    countdown_->stopp();
+    countdownStoppen();
     if (einstellungen_) {
         einstellungen_->raise();
         return;
@@ -180,7 +209,7 @@ void Hauptfenster::einstellungenOeffnen()
         if (ergebnis == QDialog::Accepted) {
             cbAuto_->setChecked(ablauf_.einst.autostart);
             if (!ablauf_.einst.autostart) {
-                countdown_->stopp();
+                countdownStoppen();
             }
             startKnopfAktualisieren();
         }

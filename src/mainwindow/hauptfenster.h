@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <memory>
+
 class QAction;
 class QMenuBar;
 class QScrollArea;
@@ -100,7 +102,10 @@ private:
 
     // Syncs and what they come to.
     void abgleichen(Anlass anlass, bool autostartErlaubt);
+    void abgleichBeginnen(Anlass anlass, bool autostartErlaubt);
     void abgeschlossen(const Bewertung &b, bool autostartErlaubt);
+    void countdownStarten();
+    void countdownStoppen();
     void ladenAnzeigen(const QString &titel);
     void anzeigen(const Bewertung &b);
     void gleichtAbSetzen(bool gleichtAb);
@@ -113,6 +118,7 @@ private:
     void gestartet();
     void rekordboxLaeuftAnzeigen();
     void startKnopfAktualisieren();
+    void startKnopfZeigen(bool laeuft);
     void autoGeaendert();
 
     void einstellungenOeffnen();
@@ -134,7 +140,9 @@ private:
     Verweis *lnkAbgleich_ = nullptr;
 
     std::optional<Bewertung> letzte_; // the last outcome shown
-    bool gleichtAb_ = false;          // a sync of this window's own is awaited
+    bool gleichtAb_ = false; // a sync of this window's own is awaited, or asked whether it may
+    std::unique_ptr<QObject> knopffrage_;     // what the start button shows is being asked
+    std::unique_ptr<QObject> countdownfrage_; // whether a countdown may start is being asked
     bool endgueltig_ = false;
     QPointer<EinstellungenFenster> einstellungen_; // the sheet, while it is open
     Weckruf bildVerzug_;

@@ -199,7 +199,7 @@ void Hauptfenster::keyPressEvent(QKeyEvent *event)
         }
         break;
     case Qt::Key_Escape:
-        countdown_->stopp();
+        countdownStoppen();
         break;
     default:
         QWidget::keyPressEvent(event);

@@ -31,7 +31,7 @@ void Hauptfenster::startVerfolgen()
 
 void Hauptfenster::rekordboxStarten()
 {
-    countdown_->stopp();
+    countdownStoppen();
     if (!beschaeftigt()) {
         ablauf_.starter.starten(Rekordboxstarter::Herkunft::Fenster);
     }
@@ -39,10 +39,12 @@ void Hauptfenster::rekordboxStarten()
 
 void Hauptfenster::startZeigen(Startschritt schritt, Startschritt vorher)
 {
-    countdown_->stopp();
+    countdownStoppen();
     lnkAbgleich_->setEnabled(!beschaeftigt());
     startKnopfAktualisieren();
     switch (schritt) {
+    case Startschritt::Fragt:
+        break;
     case Startschritt::Wartet:
     case Startschritt::GleichtAb:
         ladenAnzeigen(u"Bibliothek wird abgeglichen …"_s);
@@ -64,6 +66,7 @@ void Hauptfenster::gestartet()
 {
     rekordboxLaeuftAnzeigen();
     // The new process may not be counted yet.
+    knopffrage_.reset();
     titelSetzen(*knStart_, u"rekordbox läuft"_s);
     knStart_->setEnabled(false);
     switch (verbleib_) {
@@ -79,29 +82,42 @@ void Hauptfenster::rekordboxLaeuftAnzeigen()
 {
     const QString titel = u"rekordbox läuft"_s;
     const QString detail = u"Nach dem Beenden überträgt kalvaro deine Änderungen automatisch."_s;
-    countdown_->stopp();
+    countdownStoppen();
     karteStatus_->zeige(Art::Aus, titel, detail);
     startKnopfAktualisieren();
     Q_EMIT angezeigt(titel, detail);
 }
 
+// The button stays as it is until the answer has come; only the latest question counts.
 void Hauptfenster::startKnopfAktualisieren()
 {
-    const auto i = ablauf_.starter.gewaehlt();
-    const bool laeuft = i && ablauf_.umgebung.rekordbox.hauptLaeuft();
+    knopffrage_ = std::make_unique<QObject>();
+    if (ablauf_.starter.gewaehlt()) {
+        ablauf_.umgebung.rekordbox.hauptLaeuft(knopffrage_.get(),
+                                               [this](bool laeuft) { startKnopfZeigen(laeuft); });
+    } else {
+        startKnopfZeigen(false);
+    }
+}
+
+void Hauptfenster::startKnopfZeigen(bool laeuft)
+{
+    const Rekordboxstarter &starter = ablauf_.starter;
+    const auto i = starter.gewaehlt();
     const QString titel = !i       ? u"rekordbox nicht gefunden"_s
                           : laeuft ? u"rekordbox läuft"_s
                                    : u"rekordbox "_s + i->version + u" starten"_s;
+    const bool prueft = starter.imFenster() && starter.schritt() == Startschritt::Prueft;
     titelSetzen(*knStart_, titel);
-    knStart_->setEnabled(i && !laeuft);
+    knStart_->setEnabled(i && !laeuft && !prueft);
 }
 
 void Hauptfenster::autoGeaendert()
 {
     ablauf_.einst.autostart = cbAuto_->isChecked();
     ablauf_.einst.speichern();
-    if (!ablauf_.einst.autostart && countdown_->countdownArt() == u"start"_s) {
-        countdown_->stopp();
+    if (!ablauf_.einst.autostart) {
+        countdownStoppen();
     }
 }
 

@@ -1,5 +1,7 @@
 #include "platform/merkprozesse.h"
 
+#include <utility>
+
 namespace kalvaro {
 
 Merkprozesse::Merkprozesse(const Prozesse &quelle)
@@ -7,18 +9,25 @@ Merkprozesse::Merkprozesse(const Prozesse &quelle)
 {
 }
 
-qsizetype Merkprozesse::anzahl(const QString &name) const
+void Merkprozesse::anzahl(const QString &name, QObject *besitzer, Zahlruf fertig) const
 {
-    if (const auto da = gemerkt_.constFind(name); da != gemerkt_.constEnd()) {
-        return *da;
-    }
-    if (gemerkt_.isEmpty()) {
+    auto *const selbst = const_cast<Merkprozesse *>(this);
+    if (gefragt_.isEmpty()) {
         QMetaObject::invokeMethod(
-            const_cast<Merkprozesse *>(this), [this] { gemerkt_.clear(); }, Qt::QueuedConnection);
+            selbst, [this] { gefragt_.clear(); }, Qt::QueuedConnection);
     }
-    const qsizetype wert = quelle_.anzahl(name);
-    gemerkt_.insert(name, wert);
-    return wert;
+    auto &fragende = gefragt_[name];
+    if (!fragende) {
+        fragende = std::make_shared<Fragende>();
+        quelle_.anzahl(name, selbst, [alle = fragende](qsizetype wert) {
+            for (const auto &einer : *alle) {
+                if (einer) {
+                    einer->antworten(wert);
+                }
+            }
+        });
+    }
+    fragende->push_back(new Einmalruf<qsizetype>(besitzer, std::move(fertig)));
 }
 
 } // namespace kalvaro

@@ -34,13 +34,34 @@ Pruefung::~Pruefung() = default;
 void Pruefung::beginnen(Rueckruf fertig)
 {
     fertig_ = std::move(fertig);
-    // What blocks comes before the network, whose times are measured.
+    zaehlen();
+}
+
+void Pruefung::zaehlen()
+{
+    const Rekordbox &rekordbox = umgebung_.rekordbox;
+    rekordbox.hauptLaeuft(this, [this](bool laeuft) {
+        haupt_ = laeuft;
+        gezaehlt();
+    });
+    rekordbox.anzahl(u"rekordboxAgent"_s, this, [this](qsizetype anzahl) {
+        agent_ = anzahl > 0;
+        gezaehlt();
+    });
+}
+
+void Pruefung::gezaehlt()
+{
+    if (!haupt_ || !agent_) {
+        return;
+    }
+    // What takes the processor or blocks comes before the network, whose times are measured.
     oertliches();
     konto_ = Kontolage::lesen();
     if (konto_.konto) {
         fragen(*konto_.konto);
     } else {
-        QMetaObject::invokeMethod(this, &Pruefung::fertigstellen, Qt::QueuedConnection);
+        fertigstellen();
     }
 }
 
@@ -52,7 +73,7 @@ void Pruefung::oertliches()
     rechner_ = {
         datenordnerbefund(ordnerlage(appOrdner(), {u"kalvaro.log"_s, u"einstellungen.json"_s})),
         rekordboxbefund(rekordbox.installationen(), umgebung_.programmordner),
-        prozessbefund(rekordbox.hauptLaeuft(), rekordbox.anzahl(u"rekordboxAgent"_s) > 0),
+        prozessbefund(*haupt_, *agent_),
         sitzungsbusbefund(bus),
         mitteilungsbefund(bus ? schreibtisch.mitteilungsdienst()
                               : Schreibtischauskunft::Mitteilungsdienst(),

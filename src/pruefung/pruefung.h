@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace kalvaro {
@@ -39,12 +40,14 @@ public:
     explicit Pruefung(Pruefumgebung umgebung);
     ~Pruefung() override;
 
-    // Asks all addresses at once, so the whole takes as long as the slowest: about 12 s at most.
+    // Asks all addresses at once, so the whole takes as long as the slowest: about 14 s at most.
     // `fertig` gets the findings, already without the key and in plain text (see bereinigt()); it
     // is called once, from the event loop. To be called once.
     void beginnen(Rueckruf fertig);
 
 private:
+    void zaehlen();
+    void gezaehlt();
     void oertliches();
     void fragen(const Konto &konto);
     void fertigstellen();
@@ -52,6 +55,8 @@ private:
     const Pruefumgebung umgebung_;
     Rueckruf fertig_;
 
+    std::optional<bool> haupt_; // of rekordbox and its agent, whether it runs; absent: still asked
+    std::optional<bool> agent_;
     Kontolage konto_;
     QList<Befund> rechner_; // findings that need no network
     std::unique_ptr<Zentrale> zentrale_;

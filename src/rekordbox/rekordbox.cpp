@@ -1,5 +1,6 @@
 #include "rekordbox/rekordbox.h"
 
+#include "foundation/einmalruf.h"
 #include "foundation/einstellungen.h"
 #include "foundation/versionen.h"
 #include "platform/buendel.h"
@@ -8,12 +9,17 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const QString haupt = u"rekordbox"_s;
+const QString agent = u"rekordboxAgent"_s;
 
 QString kurzeVersion(const QString &version)
 {
@@ -75,19 +81,54 @@ std::optional<Installation> Rekordbox::gewaehlt(const QList<Installation> &liste
     return liste.first();
 }
 
-qsizetype Rekordbox::anzahl(const QString &name) const
+void Rekordbox::anzahl(const QString &name, QObject *besitzer, Zahlruf fertig) const
 {
-    return prozesse_.anzahl(name);
+    prozesse_.anzahl(name, besitzer, std::move(fertig));
 }
 
-bool Rekordbox::hauptLaeuft() const
+void Rekordbox::hauptLaeuft(QObject *besitzer, Jaruf fertig) const
 {
-    return anzahl(u"rekordbox"_s) > 0;
+    fragen({haupt}, besitzer, std::move(fertig));
 }
 
-bool Rekordbox::laeuft() const
+void Rekordbox::laeuft(QObject *besitzer, Jaruf fertig) const
 {
-    return hauptLaeuft() || anzahl(u"rekordboxAgent"_s) > 0;
+    fragen({haupt, agent}, besitzer, std::move(fertig));
+}
+
+// All names at once; the first that runs is the answer.
+void Rekordbox::fragen(const QStringList &namen, QObject *besitzer, Jaruf fertig) const
+{
+    auto *const frage = new Einmalruf<bool>(
+        besitzer, [this, namen, vorher = buendel(namen), fertig = std::move(fertig)](bool laeuft) {
+            // A count may be two seconds old.
+            const auto gekommen = [&] {
+                const QStringList jetzt = buendel(namen);
+                return std::any_of(jetzt.begin(), jetzt.end(),
+                                   [&](const QString &ort) { return !vorher.contains(ort); });
+            };
+            fertig(laeuft || gekommen());
+        });
+    const auto offen = std::make_shared<qsizetype>(namen.size());
+    for (const QString &name : namen) {
+        prozesse_.anzahl(name, frage, [frage, offen](qsizetype anzahl) {
+            if (anzahl > 0) {
+                frage->antworten(true);
+            } else if (--*offen == 0) {
+                frage->antworten(false);
+            }
+        });
+    }
+}
+
+QStringList Rekordbox::buendel(const QStringList &namen) const
+{
+    const QStringList alle = prozesse_.buendel();
+    QStringList liste;
+    for (const QString &name : namen) {
+        liste += Prozesse::namens(alle, name);
+    }
+    return liste;
 }
 
 } // namespace kalvaro

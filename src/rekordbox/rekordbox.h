@@ -5,6 +5,7 @@
 
 #include <QList>
 
+#include <functional>
 #include <optional>
 
 namespace kalvaro {
@@ -12,7 +13,7 @@ namespace kalvaro {
 class Einstellungen;
 
 // What the program asks of the rekordbox that lies on this machine. Keeps no state: every answer
-// is fresh.
+// is fresh. Must outlive those who ask.
 class Rekordbox
 {
 public:
@@ -29,17 +30,24 @@ public:
     [[nodiscard]] static std::optional<Installation> gewaehlt(const QList<Installation> &liste,
                                                               const Einstellungen &einst);
 
-    // How many processes run whose name is exactly `name`. May block (see Prozesse), and so may
-    // the two below.
-    [[nodiscard]] qsizetype anzahl(const QString &name) const;
+    using Zahlruf = Prozesse::Zahlruf;
+    using Jaruf = std::function<void(bool)>;
 
-    // The application itself runs.
-    [[nodiscard]] bool hauptLaeuft() const;
+    // How many processes run whose name is exactly `name`; see Prozesse for how long that may take.
+    // Here and below `fertig` is called as Einmalruf states.
+    void anzahl(const QString &name, QObject *besitzer, Zahlruf fertig) const;
+
+    // The application itself runs. What has come while it was asked counts as well, as far as the
+    // list of running bundles shows it.
+    void hauptLaeuft(QObject *besitzer, Jaruf fertig) const;
 
     // The application or the agent that it leaves behind runs: no sync may start.
-    [[nodiscard]] bool laeuft() const;
+    void laeuft(QObject *besitzer, Jaruf fertig) const;
 
 private:
+    void fragen(const QStringList &namen, QObject *besitzer, Jaruf fertig) const;
+    [[nodiscard]] QStringList buendel(const QStringList &namen) const;
+
     const Prozesse &prozesse_;
     const QString programmordner_;
 };

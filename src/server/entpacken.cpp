@@ -17,6 +17,8 @@ using Ergebnis = tl::expected<QByteArray, Entpackfehler>;
 constexpr int mitKopf = MAX_WBITS + 32;
 constexpr int ohneKopf = -MAX_WBITS;
 
+constexpr qsizetype groesstesStueck = 65536;
+
 class Strom
 {
 public:
@@ -33,8 +35,11 @@ public:
 
     [[nodiscard]] Ergebnis alles(qsizetype grenze)
     {
+        // At once, for growing step by step takes twice as much in between. What is not written to
+        // takes nothing.
         QByteArray klartext;
-        std::array<char, 65536> stueck; // left uninitialised: zlib fills it
+        klartext.reserve(grenze + groesstesStueck);
+        std::array<char, groesstesStueck> stueck; // left uninitialised: zlib fills it
         while (bereit_) {
             strom_.next_out = reinterpret_cast<Bytef *>(stueck.data());
             strom_.avail_out = stueck.size();
@@ -45,6 +50,7 @@ public:
                 return tl::unexpected(Entpackfehler::ZuGross);
             }
             if (stand == Z_STREAM_END && strom_.avail_in == 0) {
+                klartext.squeeze();
                 return klartext;
             }
             // A gzip file may hold several members (RFC 1952, 2.2).

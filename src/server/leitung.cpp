@@ -1,6 +1,6 @@
 #include "server/leitung.h"
 
-#include "server/zertifikatspruefung.h"
+#include "server/tlsbeobachter.h"
 
 #include <QSocketNotifier>
 
@@ -58,6 +58,11 @@ private:
     QSocketNotifier schreibbar_;
 };
 
+bool nurZiffern(const QByteArray &text)
+{
+    return std::all_of(text.begin(), text.end(), [](char z) { return z >= '0' && z <= '9'; });
+}
+
 // The value of the header line `zeile` if its name is `name`.
 std::optional<QByteArray> wertVon(const QByteArray &zeile, QByteArrayView name)
 {
@@ -68,14 +73,21 @@ std::optional<QByteArray> wertVon(const QByteArray &zeile, QByteArrayView name)
     return zeile.sliced(ende + 1).trimmed();
 }
 
+// RFC 9110, 8.6: digits. What a number of 64 bits cannot hold is as good as none.
+bool laengeGueltig(const QByteArray &laenge)
+{
+    constexpr qsizetype meisteZiffern = 18;
+    return !laenge.isEmpty() && laenge.size() <= meisteZiffern && nurZiffern(laenge);
+}
+
 } // namespace
 
 Leitung::Leitung(const Netzanfrage &anfrage, const QNetworkProxy &proxy, Ruf fertig)
     : fertig_(std::move(fertig))
-    , host_(anfrage.url.host())
+    , ziel_(anfrage.url)
     , mitProxy_(proxy.type() != QNetworkProxy::NoProxy)
     , body_(anfrage.body.value_or(QByteArray()))
-    , pruefung_(std::make_unique<Zertifikatspruefung>())
+    , tls_(std::make_unique<Tlsbeobachter>())
     , griff_((bibliothekVorbereiten(), curl_easy_init()))
     , schleife_(curl_multi_init())
 {
@@ -84,7 +96,7 @@ Leitung::Leitung(const Netzanfrage &anfrage, const QNetworkProxy &proxy, Ruf fer
         return;
     }
     ablaufEinstellen();
-    zielEinstellen(anfrage.url);
+    zielEinstellen();
     proxyEinstellen(proxy);
     anfrageEinstellen(anfrage);
     if (curl_multi_add_handle(schleife_, griff_) != CURLM_OK) {
@@ -119,7 +131,7 @@ void Leitung::ablaufEinstellen()
     setzen(CURLOPT_FORBID_REUSE, 1L);
     // Nobody waits for a name that is still being looked up.
     setzen(CURLOPT_QUICK_EXIT, 1L);
-    pruefung_->einrichten(griff_);
+    tls_->einrichten(griff_);
 
     wecker_.setSingleShot(true);
     wecker_.setTimerType(Qt::PreciseTimer);
@@ -130,16 +142,16 @@ void Leitung::ablaufEinstellen()
     curl_multi_setopt(schleife_, CURLMOPT_TIMERDATA, this);
 }
 
-void Leitung::zielEinstellen(const QUrl &url)
+void Leitung::zielEinstellen()
 {
     const QByteArray ziel =
-        url.toEncoded(QUrl::FullyEncoded | QUrl::RemoveUserInfo | QUrl::RemoveFragment);
+        ziel_.toEncoded(QUrl::FullyEncoded | QUrl::RemoveUserInfo | QUrl::RemoveFragment);
     setzen(CURLOPT_URL, ziel.constData());
     setzen(CURLOPT_PATH_AS_IS, 1L); // dots stay
-    if (!url.userInfo().isEmpty()) {
+    if (!ziel_.userInfo().isEmpty()) {
         setzen(CURLOPT_HTTPAUTH, CURLAUTH_BASIC);
-        setzen(CURLOPT_USERNAME, url.userName(QUrl::FullyDecoded).toUtf8().constData());
-        setzen(CURLOPT_PASSWORD, url.password(QUrl::FullyDecoded).toUtf8().constData());
+        setzen(CURLOPT_USERNAME, ziel_.userName(QUrl::FullyDecoded).toUtf8().constData());
+        setzen(CURLOPT_PASSWORD, ziel_.password(QUrl::FullyDecoded).toUtf8().constData());
     }
 }
 
@@ -195,19 +207,31 @@ size_t Leitung::kopfzeile(const char *bytes, size_t eins, size_t anzahl, void *s
 bool Leitung::kopfzeileGelesen(const QByteArray &zeile)
 {
     kopfBytes_ += zeile.size();
-    const auto uebertragung = wertVon(zeile, "Transfer-Encoding");
-    const bool verstanden = !uebertragung ||
-                            uebertragung->compare("chunked", Qt::CaseInsensitive) == 0 ||
-                            uebertragung->compare("identity", Qt::CaseInsensitive) == 0;
-    if (zeile.size() > laengsteZeile || kopfBytes_ > groessterKopf || !verstanden ||
-        (zeile.startsWith("HTTP/") && !statuszeileGelesen(zeile))) {
+    bool gut = zeile.size() <= laengsteZeile && kopfBytes_ <= groessterKopf;
+    if (zeile.startsWith("HTTP/")) {
+        gut = gut && statuszeileGelesen(zeile);
+    } else if (!kopfVollstaendig_) { // else behind the last chunk, where nothing matters
+        gut = gut && feldGelesen(zeile);
+    }
+    if (!gut) {
         grund_ = Netzfehlerart::Unverstaendlich;
-        return false;
     }
-    if (kopfVollstaendig_) {
-        return true; // behind the last chunk; tells nothing that matters
-    }
+    return gut;
+}
+
+bool Leitung::feldGelesen(const QByteArray &zeile)
+{
     kopfVollstaendig_ = zeile.trimmed().isEmpty();
+    if (const auto uebertragung = wertVon(zeile, "Transfer-Encoding")) {
+        inStuecken_ = uebertragung->compare("chunked", Qt::CaseInsensitive) == 0;
+        return inStuecken_ || uebertragung->compare("identity", Qt::CaseInsensitive) == 0;
+    }
+    if (const auto laenge = wertVon(zeile, "Content-Length")) {
+        const bool gueltig = laengeGueltig(*laenge);
+        const bool einig = antwort_.laenge.isEmpty() || antwort_.laenge == *laenge;
+        antwort_.laenge = *laenge;
+        return gueltig && einig;
+    }
     if (const auto kodierung = wertVon(zeile, "Content-Encoding")) {
         antwort_.kodierung += (antwort_.kodierung.isEmpty() ? "" : ",") + *kodierung;
     }
@@ -226,13 +250,13 @@ bool Leitung::statuszeileGelesen(const QByteArray &zeile)
     const QByteArray status = zeile.sliced(ort).trimmed();
     const qsizetype ende = status.indexOf(' ');
     const QByteArray ziffern = ende < 0 ? status : status.first(ende);
-    const bool drei =
-        ort > 0 && ziffern.size() == 3 &&
-        std::all_of(ziffern.begin(), ziffern.end(), [](char z) { return z >= '0' && z <= '9'; });
+    const bool drei = ort > 0 && ziffern.size() == 3 && nurZiffern(ziffern);
     antwort_.status = drei ? ziffern.toInt() : 0;
     kopfVollstaendig_ = false;
+    inStuecken_ = false;
     antwort_.kodierung.clear();
     antwort_.ort.clear();
+    antwort_.laenge.clear();
     return antwort_.status >= 100 && antwort_.status != 101;
 }
 
@@ -297,12 +321,22 @@ void Leitung::weiter(curl_socket_t socket, int was)
     }
 }
 
+// What libcurl takes for a whole answer and is none: header lines that break off, and under TLS an
+// answer that only the end of the connection ends, where that was not the server's.
+bool Leitung::abgebrochen() const
+{
+    const bool ohneInhalt = antwort_.status == 204 || antwort_.status == 304;
+    const bool bisZumEnde = antwort_.laenge.isEmpty() && !inStuecken_ && !ohneInhalt;
+    return !kopfVollstaendig_ ||
+           (bisZumEnde && ziel_.scheme() == u"https" && !tls_->verabschiedet());
+}
+
 void Leitung::beenden(CURLcode stand)
 {
     beendet_ = true;
-    antwort_.zertifikatBis = pruefung_->gueltigBis();
-    if (stand == CURLE_OK && !kopfVollstaendig_) {
-        stand = CURLE_PARTIAL_FILE; // libcurl takes header lines that break off for an answer
+    antwort_.zertifikatBis = tls_->gueltigBis();
+    if (stand == CURLE_OK && abgebrochen()) {
+        stand = CURLE_PARTIAL_FILE;
     }
     const Ergebnis ergebnis =
         stand == CURLE_OK ? Ergebnis(std::move(antwort_)) : tl::unexpected(fehler(stand));

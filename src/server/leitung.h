@@ -15,7 +15,7 @@
 
 namespace kalvaro {
 
-class Zertifikatspruefung;
+class Tlsbeobachter;
 
 // One request over HTTP/1.1 and what is answered to it, by libcurl in our event loop: no redirect,
 // no second attempt, no limit in time. Interim answers are read over.
@@ -30,13 +30,14 @@ public:
         QByteArray daten{};     // with their content coding
         QByteArray kodierung{}; // "Content-Encoding", several lines joined with commas
         QByteArray ort{};       // "Location", the first one
+        QByteArray laenge{};    // "Content-Length"
         QDateTime zertifikatBis{};
     };
     using Ergebnis = tl::expected<Antwort, Netzfehler>;
     using Ruf = std::function<void(const Ergebnis &)>;
 
-    // Direct unless `proxy` names one. SSL_CERT_FILE and SSL_CERT_DIR each take the place of the
-    // system's file and folder of trusted certificates, as with other programs that use OpenSSL.
+    // Direct unless `proxy` names one. Trusts what OpenSSL trusts on this system; SSL_CERT_FILE and
+    // SSL_CERT_DIR change that, as with other programs that use it.
     // `fertig` is called once, from the event loop, unless this object goes before.
     Leitung(const Netzanfrage &anfrage, const QNetworkProxy &proxy, Ruf fertig);
     ~Leitung() override;
@@ -60,12 +61,14 @@ private:
         curl_easy_setopt(griff_, was, wert);
     }
     void ablaufEinstellen();
-    void zielEinstellen(const QUrl &url);
+    void zielEinstellen();
     void proxyEinstellen(const QNetworkProxy &proxy);
     void anfrageEinstellen(const Netzanfrage &anfrage);
 
     [[nodiscard]] bool kopfzeileGelesen(const QByteArray &zeile);
+    [[nodiscard]] bool feldGelesen(const QByteArray &zeile);
     [[nodiscard]] bool statuszeileGelesen(const QByteArray &zeile);
+    [[nodiscard]] bool abgebrochen() const;
     void weiter(curl_socket_t socket, int was);
     void beenden(CURLcode stand);
     [[nodiscard]] Netzfehler fehler(CURLcode stand) const;
@@ -73,10 +76,10 @@ private:
     [[nodiscard]] long zahl(CURLINFO was) const;
 
     const Ruf fertig_;
-    const QString host_;
+    const QUrl ziel_;
     const bool mitProxy_;
     const QByteArray body_;
-    const std::unique_ptr<Zertifikatspruefung> pruefung_;
+    const std::unique_ptr<Tlsbeobachter> tls_;
     std::unique_ptr<curl_slist, Aufraeumen> kopf_;
     CURL *const griff_;     // absent when there is no memory
     CURLM *const schleife_; // the same
@@ -86,6 +89,7 @@ private:
     Antwort antwort_;
     qsizetype kopfBytes_ = 0;              // of all header lines, interim answers included
     bool kopfVollstaendig_ = false;        // of the answer that is being read
+    bool inStuecken_ = false;              // its body comes in chunks, which tell where it ends
     std::optional<Netzfehlerart> grund_{}; // why we ended it ourselves
     bool beendet_ = false;
 };

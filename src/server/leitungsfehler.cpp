@@ -1,5 +1,7 @@
 #include "server/leitung.h"
-#include "server/zertifikatspruefung.h"
+
+#include "foundation/deskriptoren.h"
+#include "server/tlsbeobachter.h"
 
 #include <QByteArrayView>
 
@@ -30,13 +32,16 @@ Netzfehler Leitung::fehler(CURLcode stand) const
         fehler.beantwortet = antwort_.status == 101; // whatever was asked for may be under way
         return fehler;
     }
-    if (const auto mangel = pruefung_->mangel()) {
+    if (const auto mangel = tls_->mangel()) {
         return *mangel;
     }
     if (const long status = zahl(CURLINFO_HTTP_CONNECTCODE); status > erfolg) {
         return status == anmeldungVerlangt
                    ? netzfehler(Netzfehlerart::ProxyAnmeldung)
                    : netzfehler(Netzfehlerart::ProxyVerweigert, QString::number(status));
+    }
+    if (zahl(CURLINFO_REQUEST_SIZE) == 0 && !deskriptorenFrei(1)) {
+        return netzfehler(Netzfehlerart::KeineMittel); // it says that there is no such name
     }
     switch (stand) {
     case CURLE_COULDNT_RESOLVE_PROXY:
@@ -50,7 +55,7 @@ Netzfehler Leitung::fehler(CURLcode stand) const
     case CURLE_OPERATION_TIMEDOUT:
         return {.zeitUeberschritten = true};
     case CURLE_PEER_FAILED_VERIFICATION: // the chain is in order, so it is the name
-        return netzfehler(Netzfehlerart::AndererName, host_);
+        return netzfehler(Netzfehlerart::AndererName, ziel_.host());
     case CURLE_SSL_CONNECT_ERROR:
     case CURLE_SSL_ENGINE_INITFAILED:
     case CURLE_SSL_CERTPROBLEM:

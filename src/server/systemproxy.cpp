@@ -1,5 +1,6 @@
 #include "server/systemproxy.h"
 
+#include "foundation/deskriptoren.h"
 #include "foundation/einmalruf.h"
 
 #include <QFutureWatcher>
@@ -15,6 +16,8 @@ namespace kalvaro {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int fuerFragen = 16; // descriptors: for threads, modules, a helper, a connection
 
 const Proxyliste direkt{QNetworkProxy::NoProxy};
 
@@ -68,7 +71,7 @@ public:
 
     void stellen()
     {
-        if (istLoopback(ziel_.host())) {
+        if (istLoopback(ziel_.host()) || !deskriptorenFrei(fuerFragen)) {
             antworten(direkt);
             return;
         }

@@ -124,7 +124,11 @@ private Q_SLOTS:
         QFETCH(const int, agent);
         welt->rekordboxLaeuft(false, haupt, agent);
         const bool frei = haupt + agent == 0;
-        QCOMPARE(queue().moeglich(), frei);
+        std::optional<bool> antwort;
+        queue().moeglich(this, [&](bool ja) { antwort = ja; });
+        QVERIFY(!antwort); // from the event loop
+        welt->vor();
+        QCOMPARE(antwort, frei);
         QCOMPARE(queue().geschuldet(), !frei);
     }
 
@@ -133,18 +137,20 @@ private Q_SLOTS:
     {
         welt->programme.installieren(u"7.1.4"_s);
         welt->staende = {jsonAntwort({})};
-        bool moeglich = true;
-        connect(&ablauf->starter, &Rekordboxstarter::weiter, this, [&](Startschritt schritt) {
-            if (schritt == Startschritt::Startet) {
-                moeglich = ablauf->abgleichMoeglich();
-            }
+        std::optional<bool> moeglich;
+        std::optional<bool> danach;
+        connect(&ablauf->starter, &Rekordboxstarter::laeuft, this, [&] {
+            QCOMPARE(ablauf->starter.schritt(), Startschritt::Startet);
+            ablauf->abgleichMoeglich(this, [&](bool ja) { moeglich = ja; });
         });
         ablauf->starter.installationenLesen();
         ablauf->starter.starten(Rekordboxstarter::Herkunft::Fenster);
         welt->vor();
-        QVERIFY(!moeglich);
+        QCOMPARE(moeglich, false);
         QVERIFY(queue().geschuldet());
-        QVERIFY(ablauf->abgleichMoeglich());
+        ablauf->abgleichMoeglich(this, [&](bool ja) { danach = ja; });
+        welt->vor();
+        QCOMPARE(danach, true);
     }
 
 private:

@@ -14,6 +14,8 @@ QString name(Startschritt schritt)
     switch (schritt) {
     case Startschritt::Ruht:
         return u"ruht"_s;
+    case Startschritt::Fragt:
+        return u"fragt"_s;
     case Startschritt::Wartet:
         return u"wartet"_s;
     case Startschritt::Prueft:
@@ -75,13 +77,15 @@ private Q_SLOTS:
         QTest::addColumn<int>("starts");
         QTest::newRow("window: all is well")
             << false << Antworten{passt} << Antworten()
-            << QStringList{u"prueft"_s, u"startet"_s, u"läuft"_s} << 1;
+            << QStringList{u"fragt"_s, u"prueft"_s, u"startet"_s, u"läuft"_s} << 1;
         QTest::newRow("window: a sync is needed")
             << false << Antworten{ausstehend} << Antworten{gut}
-            << QStringList{u"prueft"_s, u"gleicht ab"_s, u"gut"_s, u"startet"_s, u"läuft"_s} << 1;
+            << QStringList{u"fragt"_s, u"prueft"_s,  u"gleicht ab"_s,
+                           u"gut"_s,   u"startet"_s, u"läuft"_s}
+            << 1;
         QTest::newRow("window: the sync fails")
             << false << Antworten{ausstehend} << Antworten{fehler}
-            << QStringList{u"prueft"_s, u"gleicht ab"_s, u"krit"_s, u"ruht"_s} << 0;
+            << QStringList{u"fragt"_s, u"prueft"_s, u"gleicht ab"_s, u"krit"_s, u"ruht"_s} << 0;
         QTest::newRow("menu: all is well")
             << true << Antworten{passt} << Antworten() << QStringList() << 1;
         QTest::newRow("menu: a sync is needed")
@@ -123,7 +127,7 @@ private Q_SLOTS:
         welt->vor();
         QCOMPARE(welt->arbeitsplatz.starts.size(), 1);
         QCOMPARE(verlauf,
-                 (menue ? QStringList{u"Fenster"_s} : QStringList()) +
+                 (menue ? QStringList{u"Fenster"_s} : QStringList{u"fragt"_s}) +
                      QStringList({u"wartet"_s, u"gut"_s, u"prueft"_s, u"startet"_s, u"läuft"_s}));
         QCOMPARE(welt->anlaesse(), {u"nachholen"_s});
     }
@@ -135,7 +139,7 @@ private Q_SLOTS:
         welt->rekordboxLaeuft(false, 0, 1);
         welt->netz.beantworten(gut);
         welt->vor();
-        QCOMPARE(verlauf, QStringList({u"wartet"_s, u"gut"_s, u"ruht"_s}));
+        QCOMPARE(verlauf, QStringList({u"fragt"_s, u"wartet"_s, u"gut"_s, u"ruht"_s}));
         QVERIFY(welt->wege().filter(u"stand"_s).isEmpty());
     }
 
@@ -144,7 +148,7 @@ private Q_SLOTS:
         welt->staende = {ausstehend};
         welt->rekordboxLaeuft(false, 0, 1);
         starten(false);
-        QCOMPARE(verlauf, QStringList({u"prueft"_s, u"ruht"_s, u"belegt"_s}));
+        QCOMPARE(verlauf, QStringList({u"fragt"_s, u"prueft"_s, u"ruht"_s, u"belegt"_s}));
         QVERIFY(welt->anlaesse().isEmpty());
         QVERIFY(ablauf->abgleicher.geschuldet());
     }
@@ -187,7 +191,7 @@ private Q_SLOTS:
     {
         welt->rekordboxLaeuft(false, 1, 0);
         starten(false);
-        QCOMPARE(verlauf, {u"läuft"_s});
+        QCOMPARE(verlauf, QStringList({u"fragt"_s, u"ruht"_s, u"läuft"_s}));
         QVERIFY(ablauf->abgleicher.geschuldet());
     }
 

@@ -2,6 +2,7 @@
 
 #include "ablauf/rekordboxwache.h"
 
+#include "doubles/ereignisse.h"
 #include "doubles/fakeprozesse.h"
 #include "doubles/testuhr.h"
 #include "rekordbox/rekordbox.h"
@@ -124,14 +125,14 @@ private Q_SLOTS:
         int beendet = 0;
         connect(&wache, &Rekordboxwache::beendet, this, [&] { ++beendet; });
         stellen(speichert);
-        wache.wachen();
+        takt(wache);
         uhr.verstellen(Sekunden(3600));
         uhr.vor(Sekunden(3));
-        wache.wachen();
+        takt(wache);
         QCOMPARE(beendet, 0);
         uhr.verstellen(Sekunden(-7200));
         uhr.vor(Sekunden(88));
-        wache.wachen();
+        takt(wache);
         QCOMPARE(beendet, 1);
     }
 
@@ -186,14 +187,14 @@ private Q_SLOTS:
     void imLeerlaufWirdNichtGezaehlt()
     {
         Rekordboxwache wache(uhr, prozesse, rekordbox);
-        wache.wachen();
+        takt(wache);
         stellen(offen);
-        wache.wachen();
-        wache.wachen();
+        takt(wache);
+        takt(wache);
         QCOMPARE(prozesse.gefragt, QStringList());
 
         stellen(zu);
-        wache.wachen();
+        takt(wache);
 
         QCOMPARE(prozesse.gefragt, (QStringList{u"rekordbox"_s, u"rekordboxAgent"_s}));
     }
@@ -220,10 +221,16 @@ private:
             uhr.vor(Sekunden(schritt.danach));
             stellen(schritt.lage);
             verlauf.clear();
-            wache.wachen();
+            takt(wache);
             QVERIFY2(gemeldet == schritt.meldet && wache.lief() == schritt.laeuft,
                      qPrintable(u"step %1: %2"_s.arg(i).arg(gemeldet.join(u' '))));
         }
+    }
+
+    static void takt(Rekordboxwache &wache)
+    {
+        wache.wachen();
+        ereignisseAbarbeiten();
     }
 
     void stellen(const Lage &lage)

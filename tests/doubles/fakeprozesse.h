@@ -1,8 +1,13 @@
 #pragma once
 
+#include "foundation/einmalruf.h"
 #include "platform/prozesse.h"
 
 #include <QHash>
+#include <QPointer>
+
+#include <utility>
+#include <vector>
 
 namespace kalvaro {
 
@@ -10,13 +15,21 @@ namespace kalvaro {
 class FakeProzesse final : public Prozesse
 {
 public:
-    [[nodiscard]] qsizetype anzahl(const QString &name) const override;
+    void anzahl(const QString &name, QObject *besitzer, Zahlruf fertig) const override;
     [[nodiscard]] QStringList buendel() const override { return buendelliste; }
 
     QHash<QString, qsizetype> laufend; // processes by name; others do not run
     QStringList buendelliste;
 
+    // Whether questions wait until antworten(); what they get is as it was when they were asked.
+    bool zoegert = false;
+    void antworten();
+
     mutable QStringList gefragt; // the names that anzahl() was asked for, in order
+
+private:
+    using Offene = std::pair<QPointer<Einmalruf<qsizetype>>, qsizetype>;
+    mutable std::vector<Offene> offen_;
 };
 
 } // namespace kalvaro

@@ -88,12 +88,14 @@ void Fensterwelt::rekordboxGestartet()
 {
     rekordboxOffen();
     ablauf.wache.wachen();
+    ruhe();
 }
 
 void Fensterwelt::rekordboxBeendet()
 {
     rekordboxZu();
     ablauf.wache.wachen();
+    ruhe();
 }
 
 void Fensterwelt::laeuft(int anzahlRekordbox, int agent)

@@ -73,6 +73,7 @@ void TestHauptfensterAbgleich::oeffnenOhneAbgleich()
     const Fensterwelt p;
     p.fenster->oeffnen(false);
     QVERIFY(p.fenster->isVisible());
+    Fensterwelt::ruhe();
     QVERIFY(p.anlaesse().isEmpty());
     QCOMPARE(p.titel(), u"Verbinde mit der Cloud …"_s);
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox 7.1.4 starten"_s);
@@ -87,6 +88,7 @@ void TestHauptfensterAbgleich::oeffnenLiestDieInstallationen()
                           p.programme.pfad() + u"/rekordbox.app"_s));
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox nicht gefunden"_s);
     p.fenster->oeffnen(false);
+    Fensterwelt::ruhe();
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox 6.8.5 starten"_s);
 }
 
@@ -97,6 +99,7 @@ void TestHauptfensterAbgleich::nurDerAgentLaeuft()
     Fensterwelt p;
     p.laeuft(0, 1);
     p.fenster->oeffnen(true);
+    Fensterwelt::ruhe();
     QVERIFY(p.anlaesse().isEmpty());
     QCOMPARE(p.art(), Art::Aus);
     QCOMPARE(p.titel(), u"rekordbox läuft"_s);
@@ -232,6 +235,7 @@ void TestHauptfensterAbgleich::ueberschriftNachAnlass()
     Fensterwelt p;
     p.fenster->oeffnen(false);
     p.knopf(u"lnkAbgleich"_s)->click();
+    Fensterwelt::ruhe();
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     QVERIFY(!p.art());
     p.beantworten(Fensterwelt::gut());
@@ -267,6 +271,7 @@ void TestHauptfensterAbgleich::andereAbgleicheZeigtEsNicht()
     QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
     QVERIFY(!p.beschaeftigt());
     p.knopf(u"lnkAbgleich"_s)->click();
+    Fensterwelt::ruhe();
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     p.beantworten(Fensterwelt::antwort(u"verschoben"_s));
     QCOMPARE(p.titel(), u"Abgleich verschoben"_s);
@@ -299,6 +304,7 @@ void TestHauptfensterAbgleich::nachherImFenster()
     p.laeuft(1, 0);
     p.fenster->ergebnisAnzeigen({.art = Art::Gut, .titel = u"Bibliothek ist abgeglichen"_s});
     QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
+    Fensterwelt::ruhe();
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox läuft"_s);
     QVERIFY(!p.knopf(u"knStart"_s)->isEnabled());
     QCOMPARE(p.uhr.offen(), 0);

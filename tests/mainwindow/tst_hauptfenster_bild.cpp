@@ -37,6 +37,7 @@ void TestHauptfensterBild::schreibtUndEndet()
     p.abgleiche = {Fensterwelt::gut()};
     p.fenster->starten();
     QVERIFY(p.fenster->isVisible());
+    Fensterwelt::ruhe();
     QCOMPARE(p.knopf(u"knStart"_s)->text(), u"rekordbox 7.1.4 starten"_s);
     QTRY_COMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
     QVERIFY(p.netz.anfragen().last().body->contains(R"("anlass":"hand")"));
@@ -69,6 +70,7 @@ void TestHauptfensterBild::auchWennRekordboxLaeuft()
     Fensterwelt p({.verbleib = Verbleib::Allein, .bild = pfad()});
     p.laeuft(1, 0);
     p.fenster->starten();
+    Fensterwelt::ruhe();
     QCOMPARE(p.titel(), u"rekordbox läuft"_s);
     QVERIFY(beendetDasProgramm([&] { p.uhr.vor(Sekunden(0.4)); }));
     QVERIFY(p.standfragen().isEmpty());

@@ -77,6 +77,7 @@ void TestHauptfensterCountdown::autostartEntscheidetInDieserReihenfolge()
     for (const bool gewollt : {false, true}) {
         Fensterwelt p({.autostart = gewollt});
         p.fenster->oeffnen(true);
+        Fensterwelt::ruhe();
         p.prozesse.gefragt.clear();
         p.beantworten(Fensterwelt::gut());
         QCOMPARE(p.prozesse.gefragt.count(u"rekordboxAgent"_s), gewollt ? 1 : 0);

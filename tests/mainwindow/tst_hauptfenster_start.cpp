@@ -110,6 +110,7 @@ void TestHauptfensterStart::letzterBlickSperrt()
     p.stand = std::nullopt;
     p.abgeglichen();
     QTest::mouseClick(p.knopf(u"knStart"_s), Qt::LeftButton);
+    Fensterwelt::ruhe();
     QVERIFY(!p.art());
     QCOMPARE(p.titel(), letzterBlick);
     QCOMPARE(p.detail(), u"kalvaro prüft, ob seit dem Abgleich etwas dazukam"_s);
@@ -300,9 +301,11 @@ void TestHauptfensterStart::zweiStartsZugleich()
         p.abgeglichen();
         if (menueZuerst) {
             p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);
+            Fensterwelt::ruhe();
             QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s); // it has no face ...
         }
         p.knopf(u"knStart"_s)->click();
+        Fensterwelt::ruhe();
         QCOMPARE(p.titel(), letzterBlick); // ... until the window takes it over
         QVERIFY(p.beschaeftigt());
         p.ablauf.starter.starten(Rekordboxstarter::Herkunft::Menue);

@@ -107,8 +107,11 @@ void TestHauptfensterTasten::eingabeStartet()
         ziel = p.teil(ort);
         ziel->setFocus(Qt::TabFocusReason);
     }
+    p.stand = std::nullopt;
     QTest::keyClick(ziel, taste);
+    Fensterwelt::ruhe();
     QCOMPARE(p.titel(), u"Letzter Blick in die Cloud …"_s);
+    p.netz.beantworten(Scripttransport::antwort(200, "{}"));
     QTRY_COMPARE(p.arbeitsplatz.starts.size(), 1);
     QVERIFY(!p.ablauf.einst.autostart);
 }

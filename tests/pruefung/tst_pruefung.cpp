@@ -32,8 +32,9 @@ Datenordner &ordner()
 
 struct Welt
 {
-    explicit Welt(const QByteArray &konto, bool mitBus = true)
+    explicit Welt(const QByteArray &konto, bool mitBus = true, bool langsam = false)
     {
+        prozesse.zoegert = langsam;
         schreibtisch.bus = mitBus;
         ordner().leeren();
         if (!konto.isEmpty()) {
@@ -168,6 +169,20 @@ private Q_SLOTS:
         w.uhr.vor(Sekunden(12));
         QCOMPARE(w.rufe, 1);
         QVERIFY2(!alsText(w.befunde).contains(u"geheim"), qPrintable(alsText(w.befunde)));
+    }
+
+    // The network's times are measured, so it has its turn when the processes have been counted.
+    void erstZaehlenDannFragen()
+    {
+        Welt w(zwei, true, true);
+        w.uhr.vor(Sekunden(0));
+        QCOMPARE(w.netz.anfragen().size(), 0);
+        w.prozesse.laufend = {{u"rekordbox"_s, 1}};
+        w.prozesse.antworten();
+        w.uhr.vor(Sekunden(12));
+        QCOMPARE(w.rufe, 1);
+        QCOMPARE(w.befund(u"prozesse"_s).text,
+                 u"rekordbox läuft nicht, rekordboxAgent läuft nicht"_s);
     }
 
     // Without a bus nobody is asked for what lives on one.

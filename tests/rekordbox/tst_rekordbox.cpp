@@ -1,6 +1,7 @@
 #include "doubles/buendel.h"
 #include "doubles/dateien.h"
 #include "doubles/einschraenkung.h"
+#include "doubles/ereignisse.h"
 #include "doubles/fakeprozesse.h"
 #include "foundation/einstellungen.h"
 #include "rekordbox/rekordbox.h"
@@ -61,6 +62,9 @@ private Q_SLOTS:
     void laeuft_data();
     void laeuft();
     void anzahl();
+    void beideNamenZugleich();
+    void kommtWaehrendGefragtWird_data();
+    void kommtWaehrendGefragtWird();
 
 private:
     [[nodiscard]] QString pfad(const QString &name) const { return ordner->filePath(name); }
@@ -342,8 +346,15 @@ void TestRekordbox::laeuft()
     FakeProzesse tabelle;
     tabelle.laufend = {{u"rekordbox"_s, haupt}, {u"rekordboxAgent"_s, agent}, {u"Rekordbox"_s, 9}};
     const Rekordbox rekordbox(tabelle, ordner->path());
-    QTEST(rekordbox.hauptLaeuft(), "hauptLaeuft");
-    QTEST(rekordbox.laeuft(), "laeuft");
+    std::optional<bool> hauptLaeuft;
+    std::optional<bool> laeuft;
+    rekordbox.hauptLaeuft(this, [&](bool ja) { hauptLaeuft = ja; });
+    rekordbox.laeuft(this, [&](bool ja) { laeuft = ja; });
+    QVERIFY(!hauptLaeuft && !laeuft); // from the event loop
+    ereignisseAbarbeiten();
+    QVERIFY(hauptLaeuft && laeuft);
+    QTEST(*hauptLaeuft, "hauptLaeuft");
+    QTEST(*laeuft, "laeuft");
 }
 
 void TestRekordbox::anzahl()
@@ -351,9 +362,67 @@ void TestRekordbox::anzahl()
     FakeProzesse tabelle;
     tabelle.laufend = {{u"rekordbox"_s, 3}};
     const Rekordbox rekordbox(tabelle, ordner->path());
-    QCOMPARE(rekordbox.anzahl(u"rekordbox"_s), 3);
-    QCOMPARE(rekordbox.anzahl(u"anderes"_s), 0);
+    QList<qsizetype> zahlen;
+    for (const QString &name : {u"rekordbox"_s, u"anderes"_s}) {
+        rekordbox.anzahl(name, this, [&](qsizetype anzahl) { zahlen.append(anzahl); });
+    }
+    ereignisseAbarbeiten();
+    QCOMPARE(zahlen, QList<qsizetype>({3, 0}));
     QCOMPARE(tabelle.gefragt, QStringList({u"rekordbox"_s, u"anderes"_s}));
+}
+
+// Both names are asked together, so a slow table costs its time once; and whoever goes hears
+// nothing.
+void TestRekordbox::beideNamenZugleich()
+{
+    FakeProzesse tabelle;
+    tabelle.zoegert = true;
+    const Rekordbox rekordbox(tabelle, ordner->path());
+    int antworten = 0;
+    auto besitzer = std::make_unique<QObject>();
+    rekordbox.laeuft(this, [&](bool) { ++antworten; });
+    rekordbox.laeuft(besitzer.get(), [&](bool) { ++antworten; });
+    QCOMPARE(tabelle.gefragt.mid(0, 2), QStringList({u"rekordbox"_s, u"rekordboxAgent"_s}));
+    besitzer.reset();
+    ereignisseAbarbeiten();
+    QCOMPARE(antworten, 0);
+    tabelle.antworten();
+    ereignisseAbarbeiten();
+    QCOMPARE(antworten, 1);
+}
+
+void TestRekordbox::kommtWaehrendGefragtWird_data()
+{
+    QTest::addColumn<QStringList>("vorher");
+    QTest::addColumn<QStringList>("nachher");
+    QTest::addColumn<bool>("hauptLaeuft");
+    QTest::addColumn<bool>("laeuft");
+    const QStringList app{u"/Applications/rekordbox 7/rekordbox.app"_s};
+    const QStringList agent{u"/Applications/rekordbox 7/rekordboxAgent.app"_s};
+    QTest::newRow("nothing") << QStringList() << QStringList{u"/x/Mail.app"_s} << false << false;
+    QTest::newRow("rekordbox") << QStringList() << app << true << true;
+    QTest::newRow("its agent") << QStringList() << agent << false << true;
+    QTest::newRow("it was there, and only its process counts") << app << app << false << false;
+}
+// The count was taken before it came.
+void TestRekordbox::kommtWaehrendGefragtWird()
+{
+    QFETCH(const QStringList, vorher);
+    QFETCH(const QStringList, nachher);
+    FakeProzesse tabelle;
+    tabelle.zoegert = true;
+    tabelle.buendelliste = vorher;
+    const Rekordbox rekordbox(tabelle, ordner->path());
+    std::optional<bool> hauptLaeuft;
+    std::optional<bool> laeuft;
+    rekordbox.hauptLaeuft(this, [&](bool ja) { hauptLaeuft = ja; });
+    rekordbox.laeuft(this, [&](bool ja) { laeuft = ja; });
+    tabelle.buendelliste = nachher;
+    tabelle.antworten();
+    ereignisseAbarbeiten();
+    QVERIFY(hauptLaeuft && laeuft);
+    QTEST(*hauptLaeuft, "hauptLaeuft");
+    QTEST(*laeuft, "laeuft");
 }
 
 KALVARO_TEST(TestRekordbox)

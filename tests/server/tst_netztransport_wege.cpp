@@ -7,6 +7,8 @@
 
 #include <QHostAddress>
 
+#include <sys/resource.h>
+
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
@@ -61,6 +63,28 @@ private Q_SLOTS:
         welt.holen(get(adresse));
         QCOMPARE(welt.fehler(), text);
         QCOMPARE(stellvertreter->verbindungen(), vorher);
+    }
+
+    void ohneFreieDeskriptorenGibtEsEinenSatz_data()
+    {
+        QTest::addColumn<QString>("host");
+        QTest::newRow("an address") << u"127.0.0.1"_s;
+        QTest::newRow("a name") << u"localhost"_s;
+        QTest::newRow("a name that must be looked up") << u"gibt-es-nicht.invalid"_s;
+    }
+    void ohneFreieDeskriptorenGibtEsEinenSatz()
+    {
+        QFETCH(const QString, host);
+        const Rohserver server;
+        rlimit grenze = {};
+        QCOMPARE(::getrlimit(RLIMIT_NOFILE, &grenze), 0);
+        const rlimit nichts{3, grenze.rlim_max};
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &nichts), 0);
+        Netzwelt welt;
+        welt.holen(get(u"http://%1:%2/"_s.arg(host).arg(server.port())));
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &grenze), 0);
+        QCOMPARE(welt.fehler(), u"Dieser Rechner lässt gerade keine weitere Verbindung zu."_s);
+        QCOMPARE(server.verbindungen(), 0);
     }
 
     void unbekannterName()

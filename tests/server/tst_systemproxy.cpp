@@ -7,6 +7,7 @@
 #include "testlauf.h"
 
 #include <optional>
+#include <sys/resource.h>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -95,6 +96,22 @@ private Q_SLOTS:
         QTRY_VERIFY(frage.antwort);
         QCOMPARE(*frage.antwort, direkt);
         QCOMPARE(uhr.offen(), 0);
+    }
+
+    // A thread for which no descriptor was left ended the program.
+    void ohneFreieDeskriptorenWirdNichtGefragt()
+    {
+        qputenv("http_proxy", "http://proxy.invalid:3128");
+        rlimit vorher = {};
+        QCOMPARE(::getrlimit(RLIMIT_NOFILE, &vorher), 0);
+        const rlimit knapp{10, vorher.rlim_max};
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &knapp), 0);
+        Testuhr uhr;
+        Frage frage(uhr);
+        const bool gekommen = QTest::qWaitFor([&] { return frage.antwort.has_value(); });
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &vorher), 0);
+        QVERIFY(gekommen);
+        QCOMPARE(*frage.antwort, direkt);
     }
 
     void werGehtHoertNichts()

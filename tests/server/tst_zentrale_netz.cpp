@@ -90,8 +90,8 @@ private Q_SLOTS:
         QCOMPARE(server.empfangen().at(1), bytes(server, "POST /api/abgleich", abgleichBody));
     }
 
-    // Behind a reverse proxy: interim answers while the server syncs. The same sync was asked of the
-    // next address.
+    // Behind a reverse proxy: interim answers while the server syncs. The same sync was asked of
+    // the next address.
     void zwischenantwortenFuehrenZuKeinerZweitenFrage()
     {
         Rohserver andere;

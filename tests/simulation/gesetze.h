@@ -65,6 +65,7 @@ private:
     void countdownPruefen();
     [[nodiscard]] Zeit jetzt() const;
     [[nodiscard]] bool rekordboxRuht() const;
+    [[nodiscard]] bool kannAlsRuhendGelten() const;
 
     const Welt &welt_;
     std::optional<QString> verstoss_;
@@ -75,6 +76,7 @@ private:
     Beschriftung *countdowntext_ = nullptr;
     QWidget *abgleichlink_ = nullptr;
 
+    Zeit laeuftSeit_{0};      // something of rekordbox runs; only while so
     Zeit ruhtSeit_{0};        // nothing of rekordbox runs or is on its way; only while so
     Zeit letzterAbgleich_{0}; // the end of the last sync
     std::optional<Zeit> startErbetenUm_;
@@ -82,6 +84,7 @@ private:
     std::optional<Zeit> nachEnde_;      // promised: a sync once rekordbox is gone
     std::optional<Zeit> nochmal_;       // promised: another try
     std::optional<Zeit> countdownEnde_; // by when a countdown on display is over
+    bool ruhte_ = true;                 // at the last change
     int countdownRest_ = 0;             // the seconds that it showed last
 
     int starts_ = 0;

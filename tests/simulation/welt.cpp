@@ -11,9 +11,12 @@
 #include <QMessageBox>
 #include <QTemporaryDir>
 
+#include <array>
+
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -61,6 +64,36 @@ const Konto &konto()
 }
 
 } // namespace
+
+class Simulationsprozesse::Frage final : public Einmalruf<qsizetype>
+{
+public:
+    Frage(QObject *besitzer, Zahlruf fertig, int &offene)
+        : Einmalruf(besitzer, std::move(fertig))
+        , offene_(offene)
+    {
+        ++offene_;
+    }
+    ~Frage() override { --offene_; }
+
+    Weckruf verzug;
+
+private:
+    int &offene_;
+};
+
+void Simulationsprozesse::anzahl(const QString &name, QObject *besitzer, Zahlruf fertig) const
+{
+    static constexpr std::array<Sekunden, 6> verzuege{0s, 0s, 0s, 10ms, 1s, spaeteste};
+    auto *const frage = new Frage(besitzer, std::move(fertig), offene_);
+    const qsizetype anzahl = name == u"rekordbox" ? haupt : agent;
+    const Sekunden verzug = puenktlich ? 0s : verzuege.at(zufall_() % verzuege.size());
+    if (verzug == 0s) {
+        frage->antworten(anzahl);
+    } else {
+        frage->verzug = uhr_.nach(verzug, [frage, anzahl] { frage->antworten(anzahl); });
+    }
+}
 
 QStringList Simulationsprozesse::buendel() const
 {
@@ -176,6 +209,7 @@ void Welt::zurRuhe()
 {
     constexpr int runden = 3; // what was open may start rekordbox once more
     netz.laune(Ausgang::Aktuell);
+    prozesse.puenktlich = true;
     for (int i = 0; i < 3; ++i) {
         netz.server(i, Simulationsnetz::Server::Lebt);
     }
@@ -214,12 +248,13 @@ QString Welt::lage() const
                                                   : "closed";
     const char *const blatt = einstellungen() != nullptr ? ", settings" : "";
     const char *const fenster = steuerung->fensterSichtbar() ? "open" : "hidden";
-    return u"%1 s, rekordbox %2, window %3%4, %5 requests hang, %6 syncs so far%7"_s
+    return u"%1 s, rekordbox %2, window %3%4, %5 requests hang, %8 counts, %6 syncs so far%7"_s
         .arg(std::chrono::duration_cast<std::chrono::seconds>(uhr.laufzeit()).count())
         .arg(QLatin1StringView(rb), QLatin1StringView(fenster), QLatin1StringView(blatt))
         .arg(netz.haengend())
         .arg(ablauf->abgleicher.laeufe())
-        .arg(ablauf->abgleicher.laeuftGerade() ? u", one runs"_s : QString());
+        .arg(ablauf->abgleicher.laeuftGerade() ? u", one runs"_s : QString())
+        .arg(prozesse.offene());
 }
 
 } // namespace kalvaro

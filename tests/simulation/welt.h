@@ -13,25 +13,42 @@
 
 #include <memory>
 #include <optional>
+#include <random>
 
 class QAbstractButton;
 class QDialog;
 
 namespace kalvaro {
 
-// A process table with nothing but rekordbox in it.
+// A process table with nothing but rekordbox in it. It counts when it is asked, and often takes its
+// time to tell.
 class Simulationsprozesse final : public Prozesse
 {
 public:
-    [[nodiscard]] qsizetype anzahl(const QString &name) const override
+    static constexpr std::chrono::seconds spaeteste{2};
+
+    explicit Simulationsprozesse(Uhr &uhr)
+        : uhr_(uhr)
     {
-        return name == u"rekordbox" ? haupt : agent;
     }
+
+    void anzahl(const QString &name, QObject *besitzer, Zahlruf fertig) const override;
     [[nodiscard]] QStringList buendel() const override;
+
+    // Questions that have no answer yet.
+    [[nodiscard]] int offene() const { return offene_; }
 
     int haupt = 0;
     int agent = 0;
     bool offen = false; // the application has its bundle open
+    bool puenktlich = false;
+
+private:
+    class Frage;
+
+    Uhr &uhr_;
+    mutable std::mt19937_64 zufall_; // the same one in each world, so a history can be replayed
+    mutable int offene_ = 0;
 };
 
 // A desktop on which what is started comes up, or fails, only when the test says so.
@@ -117,7 +134,7 @@ public:
     // What its laws look at.
     Testuhr uhr{postAbarbeiten};
     Simulationsnetz netz{uhr};
-    Simulationsprozesse prozesse;
+    Simulationsprozesse prozesse{uhr};
     Simulationsplatz platz;
     FakeAnmeldestart anmeldestart;
     FakeMitteilungen mitteilungen;

@@ -19,7 +19,11 @@ void endeErzwingen(int millisekunden, int status)
     itimerval frist = {};
     frist.it_value.tv_sec = millisekunden / 1000;
     frist.it_value.tv_usec = millisekunden % 1000 * 1000L;
-    ::setitimer(ITIMER_REAL, &frist, nullptr);
+    itimerval bisher = {};
+    ::getitimer(ITIMER_REAL, &bisher);
+    if (!timerisset(&bisher.it_value) || timercmp(&frist.it_value, &bisher.it_value, <)) {
+        ::setitimer(ITIMER_REAL, &frist, nullptr);
+    }
 }
 
 } // namespace kalvaro

@@ -1,6 +1,7 @@
 #include "platform/linux/linuxprozesse.h"
 
-#include <QDeadlineTimer>
+#include "foundation/einmalruf.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QStringDecoder>
@@ -10,8 +11,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <dirent.h>
+#include <functional>
 #include <memory>
-#include <optional>
 #include <unistd.h>
 #include <utility>
 
@@ -21,49 +22,99 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr std::chrono::seconds laengsteZaehlung{2};
+
 constexpr qsizetype groessteAusgabe = 1 << 20; // far more than the process table can hold
 
 // The states of proc(5) but Z and X: what has ended and waits for its parent does not run.
 const QString laufend = u"DIKPRSTWt"_s;
 
-int rest(const QDeadlineTimer &frist)
+// One run of the tool. Whether it answers, hangs or is no longer wanted: nobody waits for it.
+class Zaehlung final : public Einmalruf<qsizetype>
 {
-    return static_cast<int>(frist.remainingTime());
-}
-
-// Ends a tool that does not end. Its destructor would wait for that, and for how long depends on
-// the tool; so it goes when it is gone.
-void aufgeben(std::unique_ptr<QProcess> tool)
-{
-    QProcess *const waise = tool.release();
-    QObject::connect(waise, &QProcess::finished, waise, &QObject::deleteLater);
-    waise->closeReadChannel(QProcess::StandardOutput);
-    waise->kill();
-}
-
-// The whole output of the tool; absent when it could not be had in time or within bounds.
-std::optional<QByteArray> ausgabe(const QString &programm, const QStringList &argumente,
-                                  const QDeadlineTimer &frist)
-{
-    auto tool = std::make_unique<QProcess>();
-    tool->setStandardInputFile(QProcess::nullDevice());
-    tool->setStandardErrorFile(QProcess::nullDevice());
-    tool->start(programm, argumente, QIODevice::ReadOnly);
-    QByteArray gelesen;
-    while (gelesen.size() <= groessteAusgabe && tool->waitForReadyRead(rest(frist))) {
-        gelesen += tool->readAllStandardOutput();
+public:
+    // `ersatz` answers when the tool does not.
+    Zaehlung(QObject *besitzer, Prozesse::Zahlruf fertig, std::function<qsizetype()> ersatz)
+        : Einmalruf(besitzer, std::move(fertig))
+        , ersatz_(std::move(ersatz))
+    {
+        connect(tool_, &QProcess::readyReadStandardOutput, this, &Zaehlung::lesen);
+        connect(tool_, &QProcess::finished, this, &Zaehlung::geendet);
+        connect(tool_, &QProcess::errorOccurred, this, [this](QProcess::ProcessError fehler) {
+            if (fehler == QProcess::FailedToStart) {
+                ersetzen();
+            }
+        });
     }
-    if (gelesen.size() <= groessteAusgabe &&
-        (tool->state() == QProcess::NotRunning || tool->waitForFinished(rest(frist)))) {
-        return gelesen + tool->readAllStandardOutput();
+
+    // The destructor of a QProcess waits for its end, and how long that takes depends on the tool;
+    // so it goes when the tool has gone, and until then it is what keeps that from being a zombie.
+    ~Zaehlung() override
+    {
+        tool_->disconnect(this);
+        if (tool_->state() == QProcess::NotRunning) {
+            tool_->deleteLater();
+            return;
+        }
+        connect(tool_, &QProcess::finished, tool_, &QObject::deleteLater);
+        connect(tool_, &QProcess::errorOccurred, tool_, [tool = tool_] {
+            if (tool->state() == QProcess::NotRunning) {
+                tool->deleteLater();
+            }
+        });
+        tool_->closeReadChannel(QProcess::StandardOutput);
+        tool_->kill();
     }
-    aufgeben(std::move(tool));
-    return {};
-}
+
+    void beginnen(Uhr &uhr, const QString &programm, const QStringList &argumente)
+    {
+        frist_ = uhr.nach(laengsteZaehlung, [this] { ersetzen(); });
+        tool_->setStandardInputFile(QProcess::nullDevice());
+        tool_->setStandardErrorFile(QProcess::nullDevice());
+        tool_->start(programm, argumente, QIODevice::ReadOnly);
+        if (tool_->state() == QProcess::NotRunning) {
+            ersetzen();
+        }
+    }
+
+private:
+    void lesen()
+    {
+        gelesen_ += tool_->readAllStandardOutput();
+        if (gelesen_.size() > groessteAusgabe) {
+            ersetzen();
+        }
+    }
+
+    // pgrep(1): 0 where it has found processes, 1 where it has found none.
+    void geendet(int ausgang, QProcess::ExitStatus wie)
+    {
+        lesen();
+        QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+        const QString text = utf8(gelesen_);
+        if (wie != QProcess::NormalExit || ausgang < 0 || ausgang > 1 || utf8.hasError()) {
+            ersetzen();
+        } else if (!beantwortet()) {
+            antworten(text.split(u'\n', Qt::SkipEmptyParts).size());
+        }
+    }
+
+    void ersetzen()
+    {
+        if (!beantwortet()) {
+            antworten(ersatz_());
+        }
+    }
+
+    QProcess *const tool_ = new QProcess;
+    const std::function<qsizetype()> ersatz_;
+    QByteArray gelesen_;
+    Weckruf frist_;
+};
 
 // Reading where a process runs from costs about 2 us. A new process may yet become another program;
 // old ones hardly ever do, so each of them has its turn in every eighth call.
-constexpr int jung = 3;
+constexpr std::chrono::seconds jung{9};
 constexpr int reihum = 8;
 
 // The bundle that a process runs from; empty when it runs from none, has ended, belongs to another
@@ -82,23 +133,22 @@ QString buendelVon(int prozesse, const char *pid)
 
 } // namespace
 
-LinuxProzesse::LinuxProzesse(QString werkzeug, QByteArray proc, std::chrono::milliseconds frist)
-    : werkzeug_(std::move(werkzeug))
+LinuxProzesse::LinuxProzesse(Uhr &uhr, QString werkzeug, QByteArray proc)
+    : uhr_(uhr)
+    , werkzeug_(std::move(werkzeug))
     , proc_(std::move(proc))
-    , frist_(frist)
 {
 }
 
-qsizetype LinuxProzesse::anzahl(const QString &name) const
+void LinuxProzesse::anzahl(const QString &name, QObject *besitzer, Zahlruf fertig) const
 {
-    const auto bytes =
-        ausgabe(werkzeug_, {u"-x"_s, u"--runstates"_s, laufend, name}, QDeadlineTimer(frist_));
-    if (!bytes) {
-        return 0;
-    }
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = utf8(*bytes);
-    return utf8.hasError() ? 0 : text.split(u'\n', Qt::SkipEmptyParts).size();
+    auto *const zaehlung = new Zaehlung(besitzer, std::move(fertig), [this, name] {
+        // The application "rekordbox.app" that runs counts for "rekordbox", its agent's bundle for
+        // the agent. Nobody's turn is waited for: all are read.
+        draussen_.clear();
+        return namens(buendel(), name).size();
+    });
+    zaehlung->beginnen(uhr_, werkzeug_, {u"-x"_s, u"--runstates"_s, laufend, name});
 }
 
 QStringList LinuxProzesse::buendel() const
@@ -109,6 +159,7 @@ QStringList LinuxProzesse::buendel() const
         return liste;
     }
     ++blick_;
+    const auto jetzt = uhr_.laufzeit();
     const auto vorher = std::exchange(draussen_, {});
     draussen_.reserve(vorher.size());
     while (const dirent *eintrag = ::readdir(ordner.get())) {
@@ -116,14 +167,14 @@ QStringList LinuxProzesse::buendel() const
         if (pid <= 0) {
             continue;
         }
-        const int male = vorher.value(pid);
-        if (male >= jung && (pid + blick_) % reihum != 0) {
-            draussen_.insert(pid, male);
+        const auto seit = vorher.value(pid, jetzt);
+        if (jetzt - seit >= jung && (pid + blick_) % reihum != 0) {
+            draussen_.insert(pid, seit);
             continue;
         }
         const QString name = buendelVon(::dirfd(ordner.get()), eintrag->d_name);
         if (name.isEmpty()) {
-            draussen_.insert(pid, std::min(male + 1, jung));
+            draussen_.insert(pid, seit);
         } else if (!liste.contains(name)) {
             liste.append(name);
         }

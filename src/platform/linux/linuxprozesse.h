@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/uhr.h"
 #include "platform/prozesse.h"
 
 #include <QByteArray>
@@ -14,26 +15,28 @@ namespace kalvaro {
 class LinuxProzesse final : public Prozesse
 {
 public:
-    // `werkzeug` counts processes, `proc` is the process file system, `frist` bounds one count;
-    // past it the count is 0.
-    explicit LinuxProzesse(QString werkzeug = QStringLiteral("/usr/bin/pgrep"),
-                           QByteArray proc = QByteArrayLiteral("/proc"),
-                           std::chrono::milliseconds frist = std::chrono::seconds(2));
+    // `werkzeug` counts processes, `proc` is the process file system. `uhr` must outlive this
+    // object.
+    explicit LinuxProzesse(Uhr &uhr, QString werkzeug = QStringLiteral("/usr/bin/pgrep"),
+                           QByteArray proc = QByteArrayLiteral("/proc"));
 
-    [[nodiscard]] qsizetype anzahl(const QString &name) const override;
+    // The tool has 2 s. A count that is no longer wanted, or late, is given up and not waited for.
+    void anzahl(const QString &name, QObject *besitzer, Zahlruf fertig) const override;
 
     // Processes of other users are skipped: the kernel does not tell where they run from. One that
-    // has been seen outside of all bundles before is looked at only every few calls, so a program
-    // that replaces itself by one in a bundle shows late; new and ended ones always show at once.
+    // has been seen outside of all bundles for some seconds is looked at only every few calls, so a
+    // program that replaces itself by one in a bundle shows late; new and ended ones always show at
+    // once.
     [[nodiscard]] QStringList buendel() const override;
 
 private:
+    Uhr &uhr_;
     const QString werkzeug_;
     const QByteArray proc_;
-    const std::chrono::milliseconds frist_;
 
-    mutable QHash<int, int> draussen_; // process id → how often seen outside of all bundles
-    mutable int blick_ = 0;            // number of the call
+    // Process id → when it was first seen outside of all bundles, in Uhr::laufzeit().
+    mutable QHash<int, std::chrono::milliseconds> draussen_;
+    mutable int blick_ = 0; // number of the call
 };
 
 } // namespace kalvaro

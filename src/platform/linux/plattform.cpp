@@ -14,6 +14,7 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
 #include <optional>
 
 namespace kalvaro {
@@ -22,13 +23,20 @@ namespace {
 
 constexpr int laengstesEnde = 700; // milliseconds
 
+// Whoever reads from us or listens to us may go at any time: a write then fails, no more.
+void abbruchUeberstehen()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
 } // namespace
 
 // All adapters but the one that decides whether there is anything to do for them.
 struct Plattform::Geraete
 {
     explicit Geraete(Uhr &uhr)
-        : arbeitsplatz(uhr)
+        : prozesse(uhr)
+        , arbeitsplatz(uhr)
         , statusobjekt(uhr)
     {
     }
@@ -50,6 +58,7 @@ struct Startlage::Innen
 Startlage::Startlage(const QString &plattform)
     : innen_(std::make_unique<Innen>())
 {
+    abbruchUeberstehen();
     sitzungsbusFestlegen();
     const auto angaben = Anzeigeangaben::derUmgebung(plattform);
     const Anzeigewahl wahl = anzeigeWaehlen(
@@ -115,13 +124,15 @@ void Plattform::beiEnde(std::function<void()> enden)
 
 struct Rechnerauskunft::Innen
 {
-    const LinuxProzesse prozesse{};
+    Systemuhr uhr;
+    const LinuxProzesse prozesse{uhr};
     const LinuxSchreibtisch schreibtisch{};
 };
 
 Rechnerauskunft::Rechnerauskunft()
     : innen_(std::make_unique<Innen>())
 {
+    abbruchUeberstehen();
 }
 
 Rechnerauskunft::~Rechnerauskunft() = default;

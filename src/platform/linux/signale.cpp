@@ -1,5 +1,7 @@
 #include "platform/linux/signale.h"
 
+#include "platform/linux/endefrist.h"
+
 #include <QSocketNotifier>
 
 #include <array>
@@ -13,11 +15,15 @@ namespace {
 
 constexpr std::array behandelte{SIGTERM, SIGINT, SIGHUP};
 
-// A pipe to oneself: all that a signal handler may do is write a byte.
+constexpr int laengstesEnde = 900; // milliseconds
+
+// A pipe to oneself: all that a signal handler may do is write a byte, and see to it that the end
+// comes also where nobody reads it for long.
 std::array<int, 2> rohr{-1, -1};
 
 void weckeSchleife(int)
 {
+    endeErzwingen(laengstesEnde, 0);
     const char zeichen = 0;
     [[maybe_unused]] const auto geschrieben = ::write(rohr[1], &zeichen, 1);
 }

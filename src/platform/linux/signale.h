@@ -8,7 +8,8 @@ class QSocketNotifier;
 
 namespace kalvaro {
 
-// Hears SIGTERM, SIGINT and SIGHUP and passes each on to the event loop. One at a time.
+// Hears SIGTERM, SIGINT and SIGHUP and passes each on to the event loop. The process lasts 0.9 s at
+// the longest from then on. One at a time.
 class Signale final : public QObject
 {
     Q_OBJECT

@@ -1,6 +1,5 @@
 #include "platform/linux/xanzeige.h"
 
-#include <csignal>
 #include <cstdlib>
 #include <future>
 #include <memory>
@@ -42,15 +41,6 @@ XAnzeige fragen(const QByteArray &name)
     return {.antwortet = true, .tray = hatTray(x.get(), schirm), .verbindung = x};
 }
 
-// A server that hangs up must not end the program.
-void ohneRohrsignal()
-{
-    sigset_t menge = {};
-    sigemptyset(&menge);
-    sigaddset(&menge, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &menge, nullptr);
-}
-
 } // namespace
 
 XAnzeige xAnzeigeFragen(const QByteArray &name, std::chrono::milliseconds frist)
@@ -58,10 +48,7 @@ XAnzeige xAnzeigeFragen(const QByteArray &name, std::chrono::milliseconds frist)
     if (name.isEmpty()) {
         return {};
     }
-    std::packaged_task<XAnzeige()> frage([name] {
-        ohneRohrsignal();
-        return fragen(name);
-    });
+    std::packaged_task<XAnzeige()> frage([name] { return fragen(name); });
     std::future<XAnzeige> antwort = frage.get_future();
     std::thread(std::move(frage)).detach();
     return antwort.wait_for(frist) == std::future_status::ready ? antwort.get() : XAnzeige{};

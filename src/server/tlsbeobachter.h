@@ -11,21 +11,27 @@
 
 namespace kalvaro {
 
-// Looks on while OpenSSL checks the certificates of a server, and tells why one was not accepted.
+// Looks on while OpenSSL talks to a server, and tells why its certificate was not accepted, and
+// whether the server itself ended the connection.
+//
 // A revocation is noticed when the server brings the proof along (OCSP stapling, RFC 6066, 8);
 // nobody is asked for it.
-class Zertifikatspruefung
+class Tlsbeobachter
 {
 public:
-    Zertifikatspruefung() = default;
-    Zertifikatspruefung(const Zertifikatspruefung &) = delete;
-    Zertifikatspruefung &operator=(const Zertifikatspruefung &) = delete;
+    Tlsbeobachter() = default;
+    Tlsbeobachter(const Tlsbeobachter &) = delete;
+    Tlsbeobachter &operator=(const Tlsbeobachter &) = delete;
 
     // Must be called before `griff` connects and outlive that.
     void einrichten(CURL *griff);
 
     // Why the handshake was ended; absent when it was not, or not over a certificate.
     [[nodiscard]] const std::optional<Netzfehler> &mangel() const { return mangel_; }
+
+    // Whether the server said that it ends here ("close_notify", RFC 8446, 6.1). Anybody can cut a
+    // connection.
+    [[nodiscard]] bool verabschiedet() const { return verabschiedet_; }
 
     // When the server's own certificate expires; invalid when none was shown.
     [[nodiscard]] const QDateTime &gueltigBis() const { return bis_; }
@@ -34,9 +40,11 @@ private:
     static CURLcode vorbereiten(CURL *griff, void *tls, void *selbst);
     static int geprueft(int gut, X509_STORE_CTX *kette);
     static int nachweis(SSL *tls, void *selbst);
+    static void ereignis(const SSL *tls, int was, int wert);
 
     std::optional<Netzfehler> mangel_;
     QDateTime bis_;
+    bool verabschiedet_ = false;
 };
 
 } // namespace kalvaro

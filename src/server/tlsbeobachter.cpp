@@ -1,4 +1,4 @@
-#include "server/zertifikatspruefung.h"
+#include "server/tlsbeobachter.h"
 
 #include <openssl/ocsp.h>
 #include <openssl/x509.h>
@@ -17,6 +17,11 @@ int platz()
 {
     static const int nummer = SSL_CTX_get_ex_new_index(0, nullptr, nullptr, nullptr, nullptr);
     return nummer;
+}
+
+Tlsbeobachter *beobachter(const SSL *tls)
+{
+    return static_cast<Tlsbeobachter *>(SSL_CTX_get_ex_data(SSL_get_SSL_CTX(tls), platz()));
 }
 
 QDateTime zeit(const ASN1_TIME *wann)
@@ -82,36 +87,34 @@ bool widerrufen(SSL *tls, OCSP_BASICRESP *auskunft)
 
 } // namespace
 
-void Zertifikatspruefung::einrichten(CURL *griff)
+void Tlsbeobachter::einrichten(CURL *griff)
 {
-    curl_easy_setopt(griff, CURLOPT_SSL_CTX_FUNCTION, &Zertifikatspruefung::vorbereiten);
+    curl_easy_setopt(griff, CURLOPT_SSL_CTX_FUNCTION, &Tlsbeobachter::vorbereiten);
     curl_easy_setopt(griff, CURLOPT_SSL_CTX_DATA, this);
-    if (const QByteArray datei = qgetenv("SSL_CERT_FILE"); !datei.isEmpty()) {
-        curl_easy_setopt(griff, CURLOPT_CAINFO, datei.constData());
-    }
-    if (const QByteArray ordner = qgetenv("SSL_CERT_DIR"); !ordner.isEmpty()) {
-        curl_easy_setopt(griff, CURLOPT_CAPATH, ordner.constData());
-    }
+    // libcurl would read all of the system's certificates each time, and fail without their file.
+    curl_easy_setopt(griff, CURLOPT_CAINFO, nullptr);
+    curl_easy_setopt(griff, CURLOPT_CAPATH, nullptr);
 }
 
-CURLcode Zertifikatspruefung::vorbereiten(CURL * /*griff*/, void *tls, void *selbst)
+CURLcode Tlsbeobachter::vorbereiten(CURL * /*griff*/, void *tls, void *selbst)
 {
     auto *const kontext = static_cast<SSL_CTX *>(tls);
+    SSL_CTX_set_default_verify_paths(kontext);
     SSL_CTX_set_ex_data(kontext, platz(), selbst);
-    SSL_CTX_set_verify(kontext, SSL_VERIFY_PEER, &Zertifikatspruefung::geprueft);
+    SSL_CTX_set_info_callback(kontext, &Tlsbeobachter::ereignis);
+    SSL_CTX_set_verify(kontext, SSL_VERIFY_PEER, &Tlsbeobachter::geprueft);
     SSL_CTX_set_tlsext_status_type(kontext, TLSEXT_STATUSTYPE_ocsp);
-    SSL_CTX_set_tlsext_status_cb(kontext, &Zertifikatspruefung::nachweis);
+    SSL_CTX_set_tlsext_status_cb(kontext, &Tlsbeobachter::nachweis);
     SSL_CTX_set_tlsext_status_arg(kontext, selbst);
     return CURLE_OK;
 }
 
 // For each certificate of the chain, from the root to the server's own, and for each fault.
-int Zertifikatspruefung::geprueft(int gut, X509_STORE_CTX *kette)
+int Tlsbeobachter::geprueft(int gut, X509_STORE_CTX *kette)
 {
     const auto *const tls =
         static_cast<SSL *>(X509_STORE_CTX_get_ex_data(kette, SSL_get_ex_data_X509_STORE_CTX_idx()));
-    auto *const selbst =
-        static_cast<Zertifikatspruefung *>(SSL_CTX_get_ex_data(SSL_get_SSL_CTX(tls), platz()));
+    Tlsbeobachter *const selbst = beobachter(tls);
     const X509 *const zertifikat = X509_STORE_CTX_get_current_cert(kette);
     if (gut == 0) {
         selbst->mangel_ = ausFehler(X509_STORE_CTX_get_error(kette), zertifikat);
@@ -121,8 +124,16 @@ int Zertifikatspruefung::geprueft(int gut, X509_STORE_CTX *kette)
     return gut;
 }
 
+void Tlsbeobachter::ereignis(const SSL *tls, int was, int wert)
+{
+    constexpr int art = 0xff; // the higher byte is the level
+    if (was == SSL_CB_READ_ALERT && (wert & art) == SSL_AD_CLOSE_NOTIFY) {
+        beobachter(tls)->verabschiedet_ = true;
+    }
+}
+
 // 1: goes on; 0: ends the handshake. What cannot be read or is signed by a stranger proves nothing.
-int Zertifikatspruefung::nachweis(SSL *tls, void *selbst)
+int Tlsbeobachter::nachweis(SSL *tls, void *selbst)
 {
     const unsigned char *bytes = nullptr;
     const long laenge = SSL_get_tlsext_status_ocsp_resp(tls, &bytes);
@@ -133,7 +144,7 @@ int Zertifikatspruefung::nachweis(SSL *tls, void *selbst)
     const Auskunft auskunft(antwort ? OCSP_response_get1_basic(antwort.get()) : nullptr,
                             &OCSP_BASICRESP_free);
     if (auskunft && widerrufen(tls, auskunft.get())) {
-        static_cast<Zertifikatspruefung *>(selbst)->mangel_ = netzfehler(Netzfehlerart::Widerrufen);
+        static_cast<Tlsbeobachter *>(selbst)->mangel_ = netzfehler(Netzfehlerart::Widerrufen);
         return 0;
     }
     return 1;
