@@ -1,7 +1,8 @@
 # The short front for people; CMakePresets.json has the whole story.
-.PHONY: help deps build demo test lint bench pictures coverage install package clean
+.PHONY: help deps build demo test faults fuzz lint bench pictures coverage install package clean
 
 STUFE ?= release
+SEKUNDEN ?= 600
 PREFIX ?= /usr/local
 export CMAKE_BUILD_PARALLEL_LEVEL ?= $(shell nproc 2>/dev/null || echo 2)
 
@@ -18,6 +19,16 @@ test: ## all tests
 	@tools/sperre.sh tools/pakete.sh testen
 	@tools/sperre.sh tools/bauen.sh $(STUFE) all
 	@ctest --preset $(STUFE) -j $(CMAKE_BUILD_PARALLEL_LEVEL)
+
+faults: ## what may go wrong around the program: hostile servers, broken files, kills
+	@tools/sperre.sh tools/pakete.sh testen
+	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro faults_sichern
+	@ctest --preset $(STUFE) -L faults -j $(CMAKE_BUILD_PARALLEL_LEVEL)
+
+fuzz: ## each reader of what comes from outside, SEKUNDEN=600 each (ZIELE="plist konto")
+	@tools/sperre.sh tools/pakete.sh pruefen
+	@tools/sperre.sh tools/bauen.sh fuzz fuzzziele
+	@tests/fuzz/laufen.sh $(SEKUNDEN) $(ZIELE)
 
 lint: ## format, warnings of clang, clang-tidy
 	@tools/sperre.sh tools/pakete.sh pruefen

@@ -1,0 +1,83 @@
+"""2,000 syncs in one program with a window: memory, descriptors and threads stay as they are after the first
+200."""
+
+import json
+import os
+
+import dbus.bus
+
+from bus import Bus
+from pruefstand import Welt, fall, main, pruefen, warten
+from server import Server, antwort, cloud
+
+ANZAHL = 2000
+ANLAUF = 200
+MEHR = 2 * 1024  # KiB within which the heap may come to rest
+
+
+def antworten():
+    """What a server says from one time to another, so that every part of the window changes."""
+    arten = [
+        {"ergebnis": {"zustand": "aktuell"}, "statistik": {"titel": 12345, "playlists": 99}},
+        {"ergebnis": {"zustand": "abgeglichen", "aendert_zentrale": {"djmdContent": 3},
+                      "aendert_geraet": {"djmdPlaylist": 1}}},
+        {"ergebnis": {"zustand": "verschoben", "hinweis": "x" * 500}},
+        {"ergebnis": {"zustand": "laeuft_schon"}},
+        {"ergebnis": {"zustand": "fehler", "fehler": "ä" * 300}},
+        {"ergebnis": {"zustand": "schatten"}, "betrieb": "schatten"},
+    ]
+    return [antwort(json.dumps(a).encode()) for a in arten] + [
+        antwort(b"{}", "500 Oh"), antwort(b"[]"), b""]
+
+
+@fall("2,000 syncs in a row leave something behind each")
+def flach():
+    alle = antworten()
+    with Welt() as welt:
+        nummer = [0]
+
+        def naechste(verbindung):
+            verbindung.senden(alle[nummer[0] % len(alle)])
+
+        with Server(cloud(naechste)) as server:
+            bus = Bus(welt)
+            welt.konto(server.url)
+            lauf = welt.starten()
+            welt.urteil()
+            leitung = dbus.bus.BusConnection(bus.adresse)
+            programm = leitung.get_object("de.kalvaro.kalvaro", "/de/kalvaro/kalvaro",
+                                          introspect=False)
+            logdatei = os.path.join(welt.daten, "kalvaro.log")
+            stand = {}
+
+            def fertige():
+                with open(logdatei, "rb") as datei:
+                    datei.seek(max(0, os.path.getsize(logdatei) - 4000))
+                    zeilen = datei.read().splitlines()
+                return zeilen[-1][21:].startswith(b"  -> ")
+
+            def messen():
+                return {"memory": lauf.status("VmRSS"), "descriptors": lauf.deskriptoren(),
+                        "threads": lauf.status("Threads")}
+
+            for i in range(1, ANZAHL + 1):
+                vorher = os.path.getsize(logdatei)
+                nummer[0] = i
+                programm.ActivateAction("abgleichen", dbus.Array([], "v"),
+                                        dbus.Dictionary({}, "sv"),
+                                        dbus_interface="org.freedesktop.Application")
+                warten(lambda: os.path.getsize(logdatei) > vorher and fertige(), was=f"sync {i}")
+                if i == ANLAUF:
+                    stand = messen()
+            ende = messen()
+            leitung.close()
+            print(f"   after {ANLAUF}: {stand}; after {ANZAHL}: {ende}")
+            pruefen(server.posts() == ANZAHL + 1, server.posts(), "posts")
+            pruefen(ende["memory"] <= stand["memory"] + MEHR, stand, ende)
+            pruefen(ende["descriptors"] <= stand["descriptors"], stand, ende)
+            pruefen(ende["threads"] <= stand["threads"], stand, ende)
+            lauf.beenden()
+
+
+if __name__ == "__main__":
+    main()
