@@ -3,10 +3,13 @@
 import contextlib
 import os
 import shutil
+import socket
 import ssl
 import subprocess
 import tempfile
 import threading
+
+from pruefstand import warten
 
 _riegel = threading.Lock()
 
@@ -73,9 +76,37 @@ class Stelle:
             wer = ["-selfsign", "-keyfile", key] if selbst else []
             self._ssl("ca", "-batch", "-config", "ca.cnf", "-in", csr, "-out", pem, "-extfile",
                       "erweiterung", "-notext", "-md", hash_, *zeiten, *wer)
+        self.letztes = nr
         kontext = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         kontext.set_ciphers("ALL:@SECLEVEL=0")
         with contextlib.suppress(ssl.SSLError):
             kontext.minimum_version = ssl.TLSVersion.TLSv1_2
         kontext.load_cert_chain(os.path.join(self.ordner, pem), os.path.join(self.ordner, key))
         return kontext
+
+    @contextlib.contextmanager
+    def mit_nachweis(self, wo, widerrufen):
+        """An address of a server that brings along what the authority says of its certificate, and does no
+        more. No other case may run meanwhile."""
+        self.kontext(wo, f"IP:{wo}")
+        pem, key = f"{self.letztes}.pem", f"{self.letztes}.key"
+        if widerrufen:
+            self._ssl("ca", "-batch", "-config", "ca.cnf", "-revoke", pem)
+        self._ssl("ocsp", "-index", "index", "-CA", "ca.pem", "-rsigner", "ca.pem", "-rkey", "ca.key",
+                  "-issuer", "ca.pem", "-cert", pem, "-ndays", "7", "-respout", "nachweis.der")
+        lauf = subprocess.Popen(
+            ["openssl", "s_server", "-accept", f"{wo}:8443", "-cert", pem, "-key", key,
+             "-status_file", "nachweis.der", "-www", "-quiet"], cwd=self.ordner,
+            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        try:
+            warten(lambda: _hoert(wo), was="the server")
+            yield f"https://{wo}:8443"
+        finally:
+            lauf.kill()
+            lauf.wait()
+
+
+def _hoert(wo):
+    with contextlib.suppress(OSError), socket.create_connection((wo, 8443), 1):
+        return True
+    return False

@@ -80,6 +80,22 @@ def verschieden():
     pruefen(len(saetze) == len(arten), saetze)
 
 
+@fall("certificate: revoked, as the server itself proves", allein=True)
+def widerrufen():
+    with STELLEN[0].mit_nachweis(adresse(), True) as url, Welt() as welt:
+        welt.konto(url)
+        passt(r"^Nicht abgeglichen\n.*Das Zertifikat der Cloud wurde widerrufen\.", welt.bild())
+
+
+@fall("certificate: the proof that it is not revoked refused", allein=True)
+def nicht_widerrufen():
+    with STELLEN[0].mit_nachweis(adresse(), False) as url, Welt() as welt:
+        welt.konto(url)
+        lauf = welt.starten("--pruefen")
+        lauf.ende(40)
+        passt("antwortet in", lauf.ausgabe())
+
+
 @fall("body without a length cut under TLS taken for whole")
 def gekappt():
     def tun(verbindung):
