@@ -29,22 +29,22 @@ REKORDBOX = "7.1.4"
 _faelle = []
 
 
-def fall(name, allein=False):
-    """Declares a case. With `allein` no other case runs beside it."""
+def fall(name, stufe=0):
+    """Declares a case. Those of a stage run when all of the stages before are through."""
 
     def merken(tun):
-        _faelle.append((name, tun, allein))
+        _faelle.append((name, tun, stufe))
         return tun
 
     return merken
 
 
-def faelle(tabelle):
+def faelle(tabelle, stufe=0):
     """Declares a case for each row of a table: name, and the arguments of the function."""
 
     def merken(tun):
         for name, *werte in tabelle:
-            _faelle.append((name, lambda werte=werte: tun(*werte), False))
+            _faelle.append((name, lambda werte=werte: tun(*werte), stufe))
         return tun
 
     return merken
@@ -204,18 +204,19 @@ class Welt:
         with open(os.path.join(self.daten, "einstellungen.json"), "w", encoding="utf-8") as datei:
             json.dump(felder, datei)
 
-    def rekordbox(self, info=None, programm="/bin/sleep"):
-        """Installs a bundle; returns the path of its executable."""
+    def rekordbox(self, info=None, programm="/bin/true", name="start"):
+        """Installs a bundle; returns the path of its executable. All cases share one table of processes,
+        so one that bears the name "rekordbox" runs for all of them."""
         buendel = os.path.join(self.programme, "rekordbox 7", "rekordbox.app", "Contents")
         os.makedirs(os.path.join(buendel, "MacOS"))
         if info is None:
             info = (b'<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>'
                     b"<key>CFBundleShortVersionString</key><string>" + REKORDBOX.encode() +
-                    b"</string><key>CFBundleExecutable</key><string>rekordbox</string>"
-                    b"</dict></plist>")
+                    b"</string><key>CFBundleExecutable</key><string>" + name.encode() +
+                    b"</string></dict></plist>")
         with open(os.path.join(buendel, "Info.plist"), "wb") as datei:
             datei.write(info)
-        ziel = os.path.join(buendel, "MacOS", "rekordbox")
+        ziel = os.path.join(buendel, "MacOS", name)
         shutil.copy(programm, ziel)
         return ziel
 
@@ -272,10 +273,11 @@ def _einer(name, tun):
         ergebnis = str(fehler)
     except Exception:  # a case that breaks must not end the others
         ergebnis = traceback.format_exc()
-    wort = "FAIL!  " if ergebnis else "PASS   "
-    print(f"{wort}: {name} ({time.monotonic() - beginn:.1f} s)", flush=True)
+    zeile = f"{'FAIL!  ' if ergebnis else 'PASS   '}: {name} ({time.monotonic() - beginn:.1f} s)\n"
     if ergebnis:
-        print("   " + ergebnis[:4000].replace("\n", "\n   "), flush=True)
+        zeile += "   " + ergebnis[:4000].replace("\n", "\n   ") + "\n"
+    sys.stdout.write(zeile)  # at once, so that lines of two cases never mix
+    sys.stdout.flush()
     return not ergebnis
 
 
@@ -284,9 +286,9 @@ def main(zugleich=6):
     loopback()
     wahl = [f for f in _faelle
             if len(sys.argv) < 2 or any(teil in f[0] for teil in sys.argv[1:])]
-    gemeinsam = [f for f in wahl if not f[2]]
-    with concurrent.futures.ThreadPoolExecutor(zugleich) as gruppe:
-        gut = list(gruppe.map(lambda f: _einer(f[0], f[1]), gemeinsam))
-    gut += [_einer(name, tun) for name, tun, allein in wahl if allein]
+    gut = []
+    for stufe in sorted({f[2] for f in wahl}):
+        with concurrent.futures.ThreadPoolExecutor(zugleich) as gruppe:
+            gut += gruppe.map(lambda f: _einer(f[0], f[1]), [f for f in wahl if f[2] == stufe])
     print(f"{sum(gut)} of {len(gut)} cases passed")
     sys.exit(0 if gut and all(gut) else 1)

@@ -271,8 +271,8 @@ def viele(machen, anzahl):
         bleibende[0].beenden()
 
 
-for name_, machen_ in BUSSE:
-    fall(f"200 starts at once {name_}", allein=True)(
+for nummer_, (name_, machen_) in enumerate(BUSSE):
+    fall(f"200 starts at once {name_}", stufe=1 + nummer_)(
         lambda machen=machen_: viele(machen, 200))
 
 if __name__ == "__main__":

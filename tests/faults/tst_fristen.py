@@ -131,7 +131,7 @@ def startpruefung(tun):
     with Welt() as welt, Server(cloud(antwort(), stand=uhr)) as server:
         welt.konto(server.url)
         welt.einstellungen(autostart=True)
-        welt.rekordbox(programm="/bin/true")
+        welt.rekordbox()
         lauf = welt.starten()
         uhr.pruefen(8.0)
         warten(lambda: "rekordbox 7.1.4 gestartet" in welt.protokoll())

@@ -107,7 +107,8 @@ faelle([(f"status line {zeile!r} taken for an answer",
          GESCHEITERT)
         for zeile in ("HTTP/1.1 099 No", "HTTP/1.1 1000 No", "HTTP/1.1 20 No", "HTTP/1.1 -200 No",
                       "HTTP/1.1 2O0 No", "HTTP/1.1 200OK", "HTTP/1.1", "HTTP/1.1 000 No",
-                      "HTTP/1.1 +200 No", "ICY 200 OK", "HTTP/ 200 OK")])(abgleich)
+                      "HTTP/1.1 +200 No", "ICY 200 OK", "HTTP/ 200 OK", "HTtP/1.1 200 OK",
+                      "HTtP/1.1 404 No")])(abgleich)
 faelle([(f"status line {zeile!r} refused",
          einmal(zeile.encode() + b"\r\nContent-Length: %d\r\n\r\n" % len(GUT) + GUT, ""),
          ABGEGLICHEN)
@@ -133,7 +134,7 @@ def gechunkt(koerper, danach=""):
 
 
 def chunk(daten, groesse=None):
-    return (groesse or b"%x" % len(daten)) + b"\r\n" + daten + b"\r\n"
+    return (b"%x" % len(daten) if groesse is None else groesse) + b"\r\n" + daten + b"\r\n"
 
 
 SCHLUSS = b"0\r\n\r\n"

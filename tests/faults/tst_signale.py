@@ -55,7 +55,7 @@ def unterwegs(nummer, phase):
                       stand=lesend(phase.get("stand")))
     with Welt() as welt, Server(verhalten) as server:
         welt.konto(server.url)
-        welt.rekordbox(programm="/bin/true")
+        welt.rekordbox()
         welt.einstellungen(autostart=phase.get("autostart", False))
         lauf = welt.starten()
         warten(lambda: phase["bis"](server, welt))

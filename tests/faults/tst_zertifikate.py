@@ -73,7 +73,7 @@ def schlecht(name, muster):
     passt(muster, gehoert[name])
 
 
-@fall("two reasons told in the same words", allein=True)
+@fall("two reasons told in the same words", stufe=1)
 def verschieden():
     arten = ["unknown issuer", "expired", "not yet valid", "another host", "weak key"]
     saetze = {gehoert.get(art) or satz(meldung(art)[0]) for art in arten}
