@@ -11,6 +11,35 @@ namespace kalvaro {
 
 namespace {
 
+// Appends `wert` as compact JSON; stops soon after it has become too long for a text.
+void anhaengen(QByteArray &json, const QJsonValue &wert)
+{
+    if (wert.isArray()) {
+        const QJsonArray liste = wert.toArray();
+        json += '[';
+        for (qsizetype i = 0; i < liste.size() && json.size() <= laengsterText; ++i) {
+            json += i > 0 ? "," : "";
+            anhaengen(json, liste.at(i));
+        }
+        json += ']';
+    } else if (wert.isObject()) {
+        const QJsonObject felder = wert.toObject();
+        json += '{';
+        for (auto feld = felder.begin(); feld != felder.end() && json.size() <= laengsterText;
+             ++feld) {
+            json += feld == felder.begin() ? "" : ",";
+            anhaengen(json, feld.key());
+            json += ':';
+            anhaengen(json, feld.value());
+        }
+        json += '}';
+    } else {
+        const QJsonValue einer = wert.isString() ? QJsonValue(gekuerzt(wert.toString())) : wert;
+        const QByteArray alsListe = QJsonDocument(QJsonArray{einer}).toJson(QJsonDocument::Compact);
+        json += QByteArrayView(alsListe).sliced(1).chopped(1);
+    }
+}
+
 QString zahltext(const QJsonValue &wert)
 {
     const double d = wert.toDouble();
@@ -114,7 +143,13 @@ QString text(const QJsonValue &wert, QStringView weg)
 
 QString kurztext(const QJsonValue &wert, QStringView weg)
 {
-    return gekuerzt(text(wert, weg));
+    const QJsonValue gefunden = pfad(wert, weg);
+    if (!gefunden.isArray() && !gefunden.isObject()) {
+        return gekuerzt(text(gefunden, u""));
+    }
+    QByteArray json;
+    anhaengen(json, gefunden);
+    return gekuerzt(QString::fromUtf8(json));
 }
 
 std::optional<double> zahl(const QJsonValue &wert, QStringView weg)

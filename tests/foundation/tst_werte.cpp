@@ -413,6 +413,18 @@ void TestWerte::gekuerztAufVierundsechzigKibibyte()
     }
     QCOMPARE(kurztext(QJsonObject{{u"a"_s, QString(100'000, u'x')}}, u"a").size(),
              laengsterText - 2);
+    const QJsonValue bunt = json(
+        R"({"b":[1,-2.5,1e30,true,null,"ä\"\n\u0001"],"a":{"x":{},"y":[]},"":9007199254740993})");
+    QCOMPARE(kurztext(bunt, u""), text(bunt, u""));
+    QCOMPARE(kurztext(bunt, u"b"), text(bunt, u"b"));
+    QJsonArray viele;
+    for (int i = 0; i < 50'000; ++i) {
+        viele.append(i);
+    }
+    const QString ganz = text(viele, u"");
+    const QString anfang = kurztext(viele, u"");
+    QVERIFY(anfang.size() < ganz.size() && ganz.startsWith(anfang.chopped(1)));
+    QCOMPARE(anfang.toUtf8().size(), laengsterText);
 }
 
 void TestWerte::einMegabyteZiffern_data()
