@@ -210,6 +210,8 @@ bool Leitung::kopfzeileGelesen(const QByteArray &zeile)
     bool gut = zeile.size() <= laengsteZeile && kopfBytes_ <= groessterKopf;
     if (zeile.startsWith("HTTP/")) {
         gut = gut && statuszeileGelesen(zeile);
+    } else if (antwort_.status == 0) { // libcurl knows other spellings of it
+        gut = false;
     } else if (!kopfVollstaendig_) { // else behind the last chunk, where nothing matters
         gut = gut && feldGelesen(zeile);
     }
@@ -327,7 +329,7 @@ bool Leitung::abgebrochen() const
 {
     const bool ohneInhalt = antwort_.status == 204 || antwort_.status == 304;
     const bool bisZumEnde = antwort_.laenge.isEmpty() && !inStuecken_ && !ohneInhalt;
-    return !kopfVollstaendig_ ||
+    return antwort_.status < 200 || !kopfVollstaendig_ ||
            (bisZumEnde && ziel_.scheme() == u"https" && !tls_->verabschiedet());
 }
 

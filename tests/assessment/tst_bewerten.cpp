@@ -4,6 +4,7 @@
 #include "doubles/jsonlesen.h"
 #include "doubles/scripttransport.h"
 #include "doubles/testuhr.h"
+#include "foundation/werte.h"
 #include "server/zentrale.h"
 #include "testlauf.h"
 
@@ -503,10 +504,12 @@ void TestBewerten::einMegabyteText()
              QJsonObject{{u"zustand"_s, zustand}, {u"hinweis"_s, lang}, {u"fehler"_s, lang}}}};
     };
 
-    QCOMPARE(antwortBewerten(antwort(u"fehler"_s)).detail, u"Es wurde nichts verändert. "_s + lang);
+    const QString kurz = gekuerzt(lang);
+    QVERIFY(kurz.size() < 40'000);
+    QCOMPARE(antwortBewerten(antwort(u"fehler"_s)).detail, u"Es wurde nichts verändert. "_s + kurz);
     QCOMPARE(antwortBewerten(antwort(u"verschoben"_s)).detail,
-             verschoben + u" ("_s + lang + u") "_s + probe);
-    QCOMPARE(antwortBewerten(antwort(lang)).detail, lang + u' ' + probe);
+             verschoben + u" ("_s + kurz + u") "_s + probe);
+    QCOMPARE(antwortBewerten(antwort(lang)).detail, kurz + u' ' + probe);
 }
 
 void TestBewerten::hunderttausendGeraete()
@@ -519,7 +522,9 @@ void TestBewerten::hunderttausendGeraete()
     const Bewertung b = antwortBewerten(QJsonObject{
         {u"ergebnis"_s, QJsonObject{{u"zustand"_s, u"aktuell"_s}}}, {u"andere"_s, andere}});
 
-    QCOMPARE(b.detail.count(studioOffenSatz), 100'000);
+    QVERIFY(b.detail.count(studioOffenSatz) > 500);
+    QVERIFY(b.detail.endsWith(u'…'));
+    QVERIFY(b.detail.size() < 70'000);
 }
 
 void TestBewerten::anfrage_data()

@@ -226,6 +226,10 @@ private Q_SLOTS:
         zeile("a status line without end", unverstaendlich,
               {.bytes = "HTTP/1.1 200 ", .endlos = QByteArray(10000, 'a')});
         zeile("100 without end", unverstaendlich, {.endlos = "HTTP/1.1 100 Continue\r\n\r\n"});
+        zeile("a status line that is spelt wrong", unverstaendlich,
+              {.bytes = "HTtP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}"});
+        zeile("an interim answer, then one that is spelt wrong", unterbrochen,
+              {.bytes = "HTTP/1.1 102 x\r\n\r\nHTtP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}"});
         zeile("a word for a status", unverstaendlich, {.bytes = "HTTP/1.1 abc OK\r\n\r\n"});
         zeile("status 2", unverstaendlich, {.bytes = Rohserver::antwort(2)});
         zeile("status 101", unverstaendlich, {.bytes = Rohserver::antwort(101)});
