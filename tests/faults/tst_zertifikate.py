@@ -80,14 +80,14 @@ def verschieden():
     pruefen(len(saetze) == len(arten), saetze)
 
 
-@fall("certificate: revoked, as the server itself proves", allein=True)
+@fall("certificate: revoked, as the server itself proves", stufe=2)
 def widerrufen():
     with STELLEN[0].mit_nachweis(adresse(), True) as url, Welt() as welt:
         welt.konto(url)
         passt(r"^Nicht abgeglichen\n.*Das Zertifikat der Cloud wurde widerrufen\.", welt.bild())
 
 
-@fall("certificate: the proof that it is not revoked refused", allein=True)
+@fall("certificate: the proof that it is not revoked refused", stufe=3)
 def nicht_widerrufen():
     with STELLEN[0].mit_nachweis(adresse(), False) as url, Welt() as welt:
         welt.konto(url)
