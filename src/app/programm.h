@@ -33,8 +33,8 @@ public:
     // first wish is what the program starts for.
     void erfuellen(Wunsch wunsch);
 
-    // Whether the libraries find what they need from the start, and end the program without. Says so
-    // if not.
+    // Whether the libraries find what they need from the start, and end the program without. Says
+    // so if not.
     [[nodiscard]] static bool kannStarten();
 
     // In place of all this where nothing can be shown, for the reason `mangel`: says so, or that

@@ -40,12 +40,8 @@ int pruefmodus(int &argc, char **argv, bool json)
     Netztransport transport(uhr);
     const Rechnerauskunft rechner;
     const Rekordbox rekordbox(rechner.prozesse(), programmordner());
-    Pruefung pruefung({uhr,
-                       transport,
-                       rekordbox,
-                       rechner.schreibtisch(),
-                       programmordner(),
-                       namenSuchen});
+    Pruefung pruefung(
+        {uhr, transport, rekordbox, rechner.schreibtisch(), programmordner(), namenSuchen});
     pruefung.beginnen([json](const QList<Befund> &befunde) {
         const bool gesagt =
             std::fputs(ausgabe(befunde, json).constData(), stdout) >= 0 && std::fflush(stdout) == 0;

@@ -197,11 +197,11 @@ void Leitung::anfrageEinstellen(const Netzanfrage &anfrage)
     setzen(CURLOPT_HTTPHEADER, kopf_.get());
 }
 
-size_t Leitung::kopfzeile(const char *bytes, size_t eins, size_t anzahl, void *selbst)
+size_t Leitung::kopfzeile(const char *bytes, size_t /*eins*/, size_t anzahl, void *selbst)
 {
-    const auto laenge = static_cast<qsizetype>(eins * anzahl);
+    const auto laenge = static_cast<qsizetype>(anzahl);
     const bool gut = static_cast<Leitung *>(selbst)->kopfzeileGelesen(QByteArray(bytes, laenge));
-    return gut ? eins * anzahl : 0;
+    return gut ? anzahl : 0;
 }
 
 bool Leitung::kopfzeileGelesen(const QByteArray &zeile)
@@ -262,16 +262,16 @@ bool Leitung::statuszeileGelesen(const QByteArray &zeile)
     return antwort_.status >= 100 && antwort_.status != 101;
 }
 
-size_t Leitung::inhalt(const char *bytes, size_t eins, size_t anzahl, void *selbst)
+size_t Leitung::inhalt(const char *bytes, size_t /*eins*/, size_t anzahl, void *selbst)
 {
     auto *const leitung = static_cast<Leitung *>(selbst);
-    const auto laenge = static_cast<qsizetype>(eins * anzahl);
+    const auto laenge = static_cast<qsizetype>(anzahl);
     if (leitung->antwort_.daten.size() + laenge > groessteAntwort) {
         leitung->grund_ = Netzfehlerart::ZuGross;
         return 0;
     }
     leitung->antwort_.daten.append(bytes, laenge);
-    return eins * anzahl;
+    return anzahl;
 }
 
 int Leitung::socketGeaendert(CURL * /*griff*/, curl_socket_t socket, int was, void *selbst,

@@ -48,7 +48,7 @@ private:
         void operator()(curl_slist *liste) const { curl_slist_free_all(liste); }
     };
 
-    // What libcurl calls. None of it ends anything: libcurl is still at work then.
+    // What libcurl calls, `eins` being 1. None of it ends anything: libcurl is still at work then.
     static size_t kopfzeile(const char *bytes, size_t eins, size_t anzahl, void *selbst);
     static size_t inhalt(const char *bytes, size_t eins, size_t anzahl, void *selbst);
     static int socketGeaendert(CURL *griff, curl_socket_t socket, int was, void *selbst,

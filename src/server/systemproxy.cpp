@@ -45,7 +45,7 @@ QFuture<Proxyliste> aufEigenemFaden(const QUrl &ziel)
 {
     QPromise<Proxyliste> versprechen;
     versprechen.start();
-    const QFuture<Proxyliste> antwort = versprechen.future();
+    QFuture<Proxyliste> antwort = versprechen.future();
     try {
         std::thread([ziel, versprechen = std::move(versprechen)]() mutable {
             versprechen.addResult(
