@@ -124,11 +124,13 @@ def schritt_fuer_schritt():
           f"{verlauf.index(True) + 1} on")
 
 
-@faelle([("no right to write", 0o500)])
+@faelle([("no right to write", 0o555)])
 def ohne_rechte(rechte):
     """A save that cannot be made leaves the old file."""
     with Welt() as welt:
         welt.einstellungen(**ALT)
+        for ordner in (welt.wurzel, welt.pfad("daten")):
+            os.chmod(ordner, 0o755)
         os.chmod(welt.daten, rechte)
         prozess = subprocess.Popen(
             ["setpriv", "--reuid=65534", "--clear-groups", os.environ["KALVARO_SICHERN"], "2"],

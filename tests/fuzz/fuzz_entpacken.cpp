@@ -9,7 +9,7 @@ using namespace kalvaro;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *daten, std::size_t anzahl)
 {
-    constexpr qsizetype grenze = 1 << 20;
+    constexpr qsizetype grenze = 1 << 16;
     constexpr std::array kodierungen{
         "gzip", "deflate", "gzip, deflate", "deflate, x-gzip", "gzip, gzip", "identity", "br"};
     if (anzahl == 0) {

@@ -8,6 +8,11 @@ sekunden=$1
 shift
 ziele=${*:-$(cd tests/fuzz/korpus && ls)}
 mkdir -p build/fuzz/funde build/fuzz/korpus
+# libFuzzer leaves without a farewell, so what targets write is taken away here; in memory it is quick.
+TMPDIR=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
+export TMPDIR
+trap 'rm -rf "$TMPDIR"' EXIT
+trap 'exit 1' INT TERM
 
 cat >build/fuzz/einer.sh <<'ENDE'
 ziel=$1
