@@ -50,6 +50,8 @@ void Einstellungen::speichern() const
     if (!ziel.open(QIODevice::WriteOnly)) {
         return;
     }
+    // The rights are those of the old file, which may have kept us from reading it.
+    ziel.setPermissions(ziel.permissions() | QFile::ReadOwner | QFile::WriteOwner);
     const QByteArray bytes = QJsonDocument(felder).toJson(QJsonDocument::Compact);
     // Without the flush commit() does not notice a full disk. Uncommitted, the old file stays.
     if (ziel.write(bytes) == bytes.size() && ziel.flush()) {

@@ -443,6 +443,8 @@ void TestEinstellungen::ungeleseneDateiGehtNichtVerloren()
     }
 
     QCOMPARE(gespeichert()[u"version"].toString(), u"neu"_s);
+    // It keeps its rights, too.
+    QFile::setPermissions(pfad() + u".ungelesen"_s, lesbarFuerAlle);
     QCOMPARE(ordner.inhalt(u"einstellungen.json.ungelesen"_s), bleibt ? alt : QByteArray());
 }
 
