@@ -12,6 +12,8 @@
 #include <QMessageBox>
 
 #include <cstdio>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 namespace kalvaro {
@@ -82,11 +84,17 @@ void Programm::beginnen(const Kommandozeile &kommandozeile)
 
 bool Programm::kannStarten()
 {
-    if (deskriptorenFrei(zumStarten)) {
-        return true;
+    if (!deskriptorenFrei(zumStarten)) {
+        schreiben(stderr, u"kalvaro kann nicht starten: Es sind zu viele Dateien geöffnet."_s);
+        return false;
     }
-    schreiben(stderr, u"kalvaro kann nicht starten: Es sind zu viele Dateien geöffnet."_s);
-    return false;
+    try {
+        std::thread([] {}).join();
+    } catch (const std::system_error &) {
+        schreiben(stderr, u"kalvaro kann nicht starten: Es laufen zu viele Prozesse."_s);
+        return false;
+    }
+    return true;
 }
 
 int Programm::ohneAnzeige(const QString &mangel)

@@ -5,6 +5,7 @@
 #include "foundation/uhr.h"
 #include "server/zentrale.h"
 
+#include <QHostAddress>
 #include <QHostInfo>
 #include <QUrl>
 
@@ -27,7 +28,10 @@ public:
     void beginnen(const QString &adresse, const Namenssuche &suchen)
     {
         lage_.adresse = adresse;
-        if (const QString host = QUrl(adresse).host(); !host.isEmpty()) {
+        const QString host = QUrl(adresse).host();
+        if (!QHostAddress(host).isNull()) {
+            lage_.name = Adresslage::Name::Gefunden; // asking would tell the name server
+        } else if (!host.isEmpty()) {
             suchen(host, this, [this](bool bekannt) {
                 lage_.name = bekannt ? Adresslage::Name::Gefunden : Adresslage::Name::Unbekannt;
             });

@@ -5,6 +5,7 @@
 #include <QSocketNotifier>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 
 namespace kalvaro {
@@ -165,7 +166,9 @@ void Leitung::proxyEinstellen(const QNetworkProxy &proxy)
     }
     const bool socks = proxy.type() == QNetworkProxy::Socks5Proxy;
     setzen(CURLOPT_PROXYTYPE, long{socks ? CURLPROXY_SOCKS5_HOSTNAME : CURLPROXY_HTTP});
-    setzen(CURLOPT_PROXY, proxy.hostName().toUtf8().constData());
+    const QString host = proxy.hostName();
+    const QString name = host.contains(u':') ? u'[' + host + u']' : host;
+    setzen(CURLOPT_PROXY, name.toUtf8().constData());
     setzen(CURLOPT_PROXYPORT, long{proxy.port()});
     if (!proxy.user().isEmpty()) {
         setzen(CURLOPT_PROXYUSERNAME, proxy.user().toUtf8().constData());
@@ -224,6 +227,10 @@ bool Leitung::kopfzeileGelesen(const QByteArray &zeile)
 bool Leitung::feldGelesen(const QByteArray &zeile)
 {
     kopfVollstaendig_ = zeile.trimmed().isEmpty();
+    // RFC 9112, 5.1: no blank before the colon. Some take such a line for the field, some do not.
+    if (const qsizetype name = zeile.indexOf(':'); name > 0 && std::isspace(zeile[name - 1])) {
+        return false;
+    }
     if (const auto uebertragung = wertVon(zeile, "Transfer-Encoding")) {
         inStuecken_ = uebertragung->compare("chunked", Qt::CaseInsensitive) == 0;
         return inStuecken_ || uebertragung->compare("identity", Qt::CaseInsensitive) == 0;

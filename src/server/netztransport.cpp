@@ -37,6 +37,11 @@ std::optional<Netzfehlerart> mangel(const Netzanfrage &anfrage)
     if (anfrage.url.host().isEmpty()) {
         return Netzfehlerart::ServerUnbekannt;
     }
+    const QString anmeldung =
+        anfrage.url.userName(QUrl::FullyDecoded) + anfrage.url.password(QUrl::FullyDecoded);
+    if (std::any_of(anmeldung.begin(), anmeldung.end(), [](QChar z) { return z < u' '; })) {
+        return Netzfehlerart::Adresse;
+    }
     if (anfrage.url.hasFragment()) {
         return Netzfehlerart::Fragment;
     }

@@ -2,6 +2,7 @@
 
 #include "foundation/deskriptoren.h"
 #include "foundation/einmalruf.h"
+#include "server/proxyumgebung.h"
 
 #include <QFutureWatcher>
 #include <QHostAddress>
@@ -21,9 +22,12 @@ constexpr int fuerFragen = 16; // descriptors: for threads, modules, a helper, a
 
 const Proxyliste direkt{QNetworkProxy::NoProxy};
 
-bool istLoopback(const QString &host)
+// This machine, or one on the same wire: no proxy leads there.
+bool istNah(const QString &host)
 {
-    return host == u"localhost" || host.endsWith(u".localhost") || QHostAddress(host).isLoopback();
+    const QHostAddress adresse(host);
+    return host == u"localhost" || host.endsWith(u".localhost") || adresse.isLoopback() ||
+           adresse.isLinkLocal();
 }
 
 // The one question that is under way, or was.
@@ -71,7 +75,15 @@ public:
 
     void stellen()
     {
-        if (istLoopback(ziel_.host()) || !deskriptorenFrei(fuerFragen)) {
+        if (istNah(ziel_.host()) || ohneProxy(ziel_)) {
+            antworten(direkt);
+            return;
+        }
+        if (const auto proxy = umgebungsproxy(ziel_)) {
+            antworten(Proxyliste{*proxy, QNetworkProxy::NoProxy});
+            return;
+        }
+        if (!deskriptorenFrei(fuerFragen)) {
             antworten(direkt);
             return;
         }

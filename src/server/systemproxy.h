@@ -16,8 +16,9 @@ namespace kalvaro {
 // one as the last resort after a proxy.
 using Proxyliste = QList<QNetworkProxy>;
 
-// What the system says of the way to `ziel`: its settings, http_proxy and the like, or a script for
-// automatic configuration. Loopback addresses are always reached directly.
+// The way to `ziel`: what the environment says of it (see umgebungsproxy()), else the system: its
+// settings, or a script for automatic configuration. Addresses of loopback and of the local link,
+// and those that no_proxy names, are always reached directly.
 //
 // The system answers when it likes, or never: a script lies on a server. It is asked on a thread of
 // its own, about one thing at a time, and nobody waits for that thread: where the answer has not

@@ -69,11 +69,8 @@ public:
         if (zentrale->basis_) {
             kandidaten_.append(*zentrale->basis_);
         }
-        for (const QString &adresse : zentrale->konto_.server) {
-            if (!kandidaten_.contains(adresse)) {
-                kandidaten_.append(adresse);
-            }
-        }
+        kandidaten_.append(zentrale->konto_.server);
+        kandidaten_.removeDuplicates();
         QMetaObject::invokeMethod(this, &Lauf::naechster, Qt::QueuedConnection);
     }
 

@@ -226,6 +226,11 @@ private Q_SLOTS:
         zeile("a status line without end", unverstaendlich,
               {.bytes = "HTTP/1.1 200 ", .endlos = QByteArray(10000, 'a')});
         zeile("100 without end", unverstaendlich, {.endlos = "HTTP/1.1 100 Continue\r\n\r\n"});
+        zeile("a blank before the colon", unverstaendlich,
+              {.bytes =
+                   "HTTP/1.1 200 OK\r\nTransfer-Encoding : chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n"});
+        zeile("a status line in small letters", unverstaendlich,
+              {.bytes = "http/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}"});
         zeile("a status line that is spelt wrong", unverstaendlich,
               {.bytes = "HTtP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n{}"});
         zeile("an interim answer, then one that is spelt wrong", unterbrochen,

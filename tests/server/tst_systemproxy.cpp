@@ -101,7 +101,7 @@ private Q_SLOTS:
     // A thread for which no descriptor was left ended the program.
     void ohneFreieDeskriptorenWirdNichtGefragt()
     {
-        qputenv("http_proxy", "http://proxy.invalid:3128");
+        qputenv("http_proxy", "pac+http://127.0.0.1:1/x");
         rlimit vorher = {};
         QCOMPARE(::getrlimit(RLIMIT_NOFILE, &vorher), 0);
         const rlimit knapp{10, vorher.rlim_max};

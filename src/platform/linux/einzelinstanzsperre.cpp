@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTimer>
 
 #include <cerrno>
 #include <cstring>
@@ -20,6 +21,12 @@ namespace kalvaro {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// Guests bring their message along; who does not has nothing to say. None of ours waits longer than
+// three seconds for an answer.
+constexpr std::size_t meisteGaeste = 64;
+constexpr std::chrono::seconds laengsterBesuch{5};
+constexpr std::chrono::milliseconds volleZeit{100};
 
 constexpr size_t groessteNachricht = 64UL * 1024;
 
@@ -116,6 +123,7 @@ void Einzelinstanzsperre::horchen()
 
 void Einzelinstanzsperre::ruhen(bool ja)
 {
+    ruht_ = ja;
     if (horcher_) {
         horcher_->setEnabled(!ja);
     }
@@ -152,12 +160,22 @@ Einzelinstanzsperre::Antwort Einzelinstanzsperre::fragen(const QByteArray &nachr
 
 void Einzelinstanzsperre::annehmen()
 {
-    for (int fd = ::accept4(tuer_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK); fd >= 0;
-         fd = ::accept4(tuer_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK)) {
+    while (gaeste_.size() < meisteGaeste) {
+        const int fd = ::accept4(tuer_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+        if (fd < 0) {
+            if (errno == EMFILE || errno == ENFILE) {
+                break;
+            }
+            return;
+        }
         auto gast = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
         connect(gast.get(), &QSocketNotifier::activated, this, [this, fd] { lesen(fd); });
+        QTimer::singleShot(laengsterBesuch, gast.get(), [this, fd] { verabschieden(fd); });
         gaeste_.emplace(fd, std::move(gast));
     }
+    // There is no room, and who waits at the door would be told of without end.
+    horcher_->setEnabled(false);
+    QTimer::singleShot(volleZeit, horcher_.get(), [this] { horcher_->setEnabled(!ruht_); });
 }
 
 void Einzelinstanzsperre::lesen(int gast)

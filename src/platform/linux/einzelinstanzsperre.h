@@ -55,6 +55,7 @@ private:
     const std::function<bool(const QByteArray &)> angekommen_;
     int sperre_ = -1;
     int tuer_ = -1;
+    bool ruht_ = false;
     std::unique_ptr<QSocketNotifier> horcher_;
     std::map<int, std::unique_ptr<QSocketNotifier>> gaeste_;
 };

@@ -17,7 +17,9 @@
 #include <QCoreApplication>
 
 #include <csignal>
+#include <fcntl.h>
 #include <optional>
+#include <unistd.h>
 
 namespace kalvaro {
 
@@ -27,10 +29,26 @@ namespace {
 
 constexpr int laengstesEnde = 700; // milliseconds
 
-// Whoever reads from us or listens to us may go at any time: a write then fails, no more.
-void abbruchUeberstehen()
+// What whoever started us may have left behind. Whoever reads from us may go at any time, and a
+// file may be as long as it is allowed to be: a write then fails, no more. What we open must not
+// become standard output. And the signals to end must come through.
+void startlageOrdnen()
 {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    while (true) {
+        const int fd = ::open("/dev/null", O_RDWR);
+        if (fd < 0 || fd > STDERR_FILENO) {
+            ::close(fd);
+            break;
+        }
+    }
+    sigset_t ende = {};
+    sigemptyset(&ende);
+    for (const int nummer : {SIGTERM, SIGINT, SIGHUP, SIGALRM}) {
+        sigaddset(&ende, nummer);
+    }
+    ::sigprocmask(SIG_UNBLOCK, &ende, nullptr);
 }
 
 } // namespace
@@ -62,7 +80,7 @@ struct Startlage::Innen
 Startlage::Startlage(const QString &plattform)
     : innen_(std::make_unique<Innen>())
 {
-    abbruchUeberstehen();
+    startlageOrdnen();
     sitzungsbusFestlegen();
     const auto angaben = Anzeigeangaben::derUmgebung(plattform);
     const Anzeigewahl wahl = anzeigeWaehlen(
@@ -138,7 +156,7 @@ struct Rechnerauskunft::Innen
 Rechnerauskunft::Rechnerauskunft()
     : innen_(std::make_unique<Innen>())
 {
-    abbruchUeberstehen();
+    startlageOrdnen();
 }
 
 Rechnerauskunft::~Rechnerauskunft() = default;

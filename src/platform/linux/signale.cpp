@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::array behandelte{SIGTERM, SIGINT, SIGHUP};
 
-constexpr int laengstesEnde = 900; // milliseconds
+constexpr int laengstesEnde = 700; // milliseconds; giving back much memory takes a while more
 
 // A pipe to oneself: all that a signal handler may do is write a byte, and see to it that the end
 // comes also where nobody reads it for long.
@@ -55,7 +55,12 @@ Signale::Signale(std::function<void()> ende)
         wartet = 0;
     });
     for (const int nummer : behandelte) {
-        behandeln(nummer, weckeSchleife);
+        // nohup(1) starts a program that is to outlive its terminal.
+        struct sigaction bisher = {};
+        ::sigaction(nummer, nullptr, &bisher);
+        if (nummer != SIGHUP || bisher.sa_handler != SIG_IGN) {
+            behandeln(nummer, weckeSchleife);
+        }
     }
 }
 

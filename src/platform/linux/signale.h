@@ -8,7 +8,7 @@ class QSocketNotifier;
 
 namespace kalvaro {
 
-// Hears SIGTERM, SIGINT and SIGHUP and passes each on to the event loop. The process lasts 0.9 s at
+// Hears SIGTERM, SIGINT and SIGHUP and passes each on to the event loop. The process lasts 0.7 s at
 // the longest from then on. One at a time.
 class Signale final : public QObject
 {
