@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QSet>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -28,6 +29,13 @@ constexpr qsizetype groessteAusgabe = 1 << 20; // far more than the process tabl
 
 // The states of proc(5) but Z and X: what has ended and waits for its parent does not run.
 const QString laufend = u"DIKPRSTWt"_s;
+
+// The tools that nobody waits for any more. Those that outlive the program stay in it.
+QSet<QProcess *> &aufgegebene()
+{
+    static auto *const alle = new QSet<QProcess *>;
+    return *alle;
+}
 
 // One run of the tool. Whether it answers, hangs or is no longer wanted: nobody waits for it.
 class Zaehlung final : public Einmalruf<qsizetype>
@@ -56,6 +64,8 @@ public:
             tool_->deleteLater();
             return;
         }
+        aufgegebene().insert(tool_);
+        connect(tool_, &QObject::destroyed, tool_, [tool = tool_] { aufgegebene().remove(tool); });
         connect(tool_, &QProcess::finished, tool_, &QObject::deleteLater);
         connect(tool_, &QProcess::errorOccurred, tool_, [tool = tool_] {
             if (tool->state() == QProcess::NotRunning) {
