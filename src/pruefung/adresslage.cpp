@@ -3,6 +3,7 @@
 #include "server/zentrale.h"
 
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QUrl>
 
@@ -39,6 +40,15 @@ bool unsendbar(const QString &schluessel)
     return std::any_of(schluessel.begin(), schluessel.end(), [](QChar zeichen) {
         return zeichen != u'\t' && (zeichen < u' ' || zeichen == u'\u007f');
     });
+}
+
+// An empty map is also what becomes of anything that is no JSON.
+bool istMap(const QJsonValue &inhalt, const QByteArray &daten)
+{
+    constexpr qsizetype leeresHoechstens = 4096; // bytes
+    return inhalt.isObject() &&
+           (!inhalt.toObject().isEmpty() ||
+            (daten.size() <= leeresHoechstens && QJsonDocument::fromJson(daten).isObject()));
 }
 
 class Urteil
@@ -111,7 +121,7 @@ private:
     {
         const auto inhalt = Zentrale::auswerten(stand);
         // The program itself takes anything for an empty answer, also a hotel's page for guests.
-        const bool vonDerCloud = QJsonDocument::fromJson(stand.daten).isObject();
+        const bool vonDerCloud = inhalt && istMap(*inhalt, stand.daten);
         if (stand.status == 401 || stand.status == 403) {
             mangel(antwortzeit() + u", nimmt den Schlüssel aber nicht an: "_s +
                        satz(inhalt.error()),

@@ -48,6 +48,14 @@ private Q_SLOTS:
         QTest::newRow("lists in a list") << liste("[1]", 3'000'000);
         QTest::newRow("maps in a list") << liste("{\"a\":1}", 1'000'000);
         QTest::newRow("numbers") << liste("1", 20'000'000);
+        QTest::newRow("maps with texts")
+            << liste("{\"a\":\"" + QByteArray(95, 'x') + "\"}", 600'000);
+        QTest::newRow("one long text with an umlaut")
+            << liste('"' + QByteArray(60'000'000, 'x') + "\\u00e4\"", 1);
+        QTest::newRow("maps with eight keys")
+            << liste("{\"a\":0,\"b\":0,\"c\":0,\"d\":0,\"e\":0,\"f\":0,\"g\":0,\"h\":\"" +
+                         QByteArray(150, 'x') + "\"}",
+                     290'000);
         QTest::newRow("texts") << liste("\"\"", 10'000'000);
     }
     void kleineAntwortenMitVielenWertenSindZuGross()
