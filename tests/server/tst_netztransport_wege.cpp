@@ -228,6 +228,16 @@ private Q_SLOTS:
         QTEST(welt.fehler(), "text");
     }
 
+    void einProxyMitIpv6()
+    {
+        Rohserver hier(QHostAddress::LocalHostIPv6);
+        qputenv("http_proxy", hier.adresse().toLatin1());
+        Netzwelt welt;
+        QVERIFY(welt.holen(get(u"http://cloud.invalid/x"_s)));
+        qputenv("http_proxy", stellvertreter->adresse().toLatin1());
+        QVERIFY(hier.empfangen().at(0).startsWith("GET http://cloud.invalid/x HTTP/1.1\r\n"));
+    }
+
     // The proxy of the last place does not keep anybody off in this one.
     void ohneDenProxyGehtEsDirekt()
     {
