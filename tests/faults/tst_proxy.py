@@ -1,6 +1,7 @@
 """Proxies of the environment, and scripts that choose one: whatever they do, the program answers in time, stays
 awake and leaves when it is asked to. The account's host has no other way than the proxy: no name resolves here."""
 
+import glob
 import signal
 import time
 
@@ -152,8 +153,17 @@ def ende_im_skript(verhalten):
         lauf.beenden(signal.SIGTERM)
 
 
+def liest_ohne_grenze():
+    """From 0.5 on the system's library keeps all that a script's server sends; that is beyond kalvaro."""
+    orte = glob.glob("/usr/lib/*/libproxy.so.*.*") + glob.glob("/usr/lib/*/libproxy/libpxbackend*")
+    return any("libpxbackend" in ort or "libproxy.so.0.5" in ort for ort in orte)
+
+
 @fall("proxy script: endless, memory")
 def speicher():
+    if liest_ohne_grenze():
+        print("   left out: this system's libproxy has no bound")
+        return
     with Welt() as welt, Server(endlos) as server:
         welt.konto(ZIEL)
         welt.umgebung["http_proxy"] = f"pac+{server.url}/proxy.pac"

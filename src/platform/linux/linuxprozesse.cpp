@@ -102,12 +102,10 @@ private:
         lesen();
         QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
         const QString text = utf8(gelesen_);
-        const qsizetype anzahl = text.split(u'\n', Qt::SkipEmptyParts).size();
-        const bool stimmig = ausgang == 0 ? anzahl > 0 : ausgang == 1;
-        if (wie != QProcess::NormalExit || !stimmig || utf8.hasError()) {
+        if (wie != QProcess::NormalExit || ausgang < 0 || ausgang > 1 || utf8.hasError()) {
             ersetzen();
         } else if (!beantwortet()) {
-            antworten(anzahl);
+            antworten(text.split(u'\n', Qt::SkipEmptyParts).size());
         }
     }
 
