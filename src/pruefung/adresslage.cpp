@@ -105,8 +105,8 @@ private:
             mangel(u"Die Suche nach dem Namen „"_s + host_ + u"“ dauert zu lange."_s,
                    u"Prüfe, ob dieser Rechner im Netz ist und sein DNS-Server antwortet."_s);
         } else if (!fehler.rat.isEmpty()) {
-            const QString ganz = satz(fehler);
-            mangel(ganz.chopped(fehler.rat.size() + 1), fehler.rat);
+            // Ours, so there is no key in it.
+            mangel(fehler.meldung.chopped(fehler.rat.size() + 1), fehler.rat);
         } else if (art(Netzfehlerart::Unsicher)) {
             mangel(satz(fehler), u"Prüfe Datum und Uhrzeit dieses Rechners und lass das Zertifikat "
                                  "der Cloud prüfen."_s);
