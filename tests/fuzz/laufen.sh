@@ -8,6 +8,9 @@ sekunden=$1
 shift
 ziele=${*:-$(cd tests/fuzz/korpus && ls)}
 mkdir -p build/fuzz/funde build/fuzz/korpus
+
+# AddressSanitizer keeps freed memory back, 256 MiB of it as it comes: the limit below is for what a reader uses.
+export ASAN_OPTIONS="quarantine_size_mb=16${ASAN_OPTIONS:+:$ASAN_OPTIONS}"
 # libFuzzer leaves without a farewell, so what targets write is taken away here; in memory it is quick.
 TMPDIR=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
 export TMPDIR
