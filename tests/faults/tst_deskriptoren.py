@@ -1,9 +1,12 @@
 """Descriptors that run out: no abort, and never silence."""
 
+import contextlib
 import os
 import resource
+import socket
+import time
 
-from pruefstand import Welt, faelle, fall, main, passt, pruefen
+from pruefstand import Welt, faelle, fall, main, passt, pruefen, warten
 from server import Server, antwort, cloud
 
 
@@ -51,6 +54,44 @@ def unterwegs():
         resource.prlimit(lauf.pid, resource.RLIMIT_NOFILE, (hoechster, hoechster))
         welt.starten("--abgleichen").ende(20)
         pruefen(lauf.laeuft(), "the program is gone:", lauf.prozess.returncode, lauf.fehler()[-300:])
+        lauf.beenden()
+
+
+@fall("standard streams that were closed")
+def geschlossen():
+    """Nothing of the program's own becomes its standard output."""
+    with Welt() as welt, Server(cloud(antwort())) as server:
+        welt.konto(server.url)
+        lauf = welt.starten(preexec_fn=lambda: [os.close(fd) for fd in range(3)])
+        welt.urteil()
+        ziele = [os.readlink(f"/proc/{lauf.pid}/fd/{fd}") for fd in range(3)]
+        pruefen(ziele == ["/dev/null"] * 3, ziele)
+        lauf.beenden()
+
+
+@fall("guests that say nothing")
+def gaeste():
+    """They take neither all descriptors nor the processor, and keep nobody else out for long."""
+    with Welt() as welt, Server(cloud(antwort())) as server, contextlib.ExitStack() as stapel:
+        welt.konto(server.url)
+        lauf = welt.starten(preexec_fn=begrenzen(128))
+        welt.urteil()
+        tuer = os.path.join(welt.daten, "de.kalvaro.kalvaro.socket")
+        for _ in range(200):
+            gast = stapel.enter_context(socket.socket(socket.AF_UNIX, socket.SOCK_SEQPACKET))
+            gast.setblocking(False)
+            try:
+                gast.connect(tuer)
+            except BlockingIOError:
+                break  # its queue is full
+        warten(lambda: lauf.deskriptoren() >= 64, was="the guests' arrival")
+        vorher = lauf.rechenzeit()
+        zeitpunkt = time.monotonic()
+        warten(lambda: time.monotonic() - zeitpunkt > 1, was="a second")
+        pruefen(lauf.rechenzeit() - vorher < 0.5, lauf.rechenzeit() - vorher, "s of processor")
+        pruefen(lauf.deskriptoren() < 110, lauf.deskriptoren(), "descriptors")
+        stapel.close()
+        warten(lambda: welt.starten("--abgleichen").ende() == 0, was="a second start's success")
         lauf.beenden()
 
 

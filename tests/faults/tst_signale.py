@@ -1,6 +1,7 @@
 """SIGTERM, SIGINT and SIGHUP in every phase: the program leaves within a second, and in order."""
 
 import os
+import resource
 import signal
 import socket
 import subprocess
@@ -123,6 +124,46 @@ def ohne_leser():
         os.close(schreiben)
         pruefen(lauf.returncode == 0, lauf.returncode)
         pruefen(os.path.getsize(welt.pfad("bild.png")) > 1000, "no picture")
+
+
+@fall("SIGHUP that nohup had ignored")
+def nohup():
+    with Welt() as welt, Server(cloud(antwort())) as server:
+        welt.konto(server.url)
+        lauf = welt.starten(
+            preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+        welt.urteil()
+        lauf.prozess.send_signal(signal.SIGHUP)
+        pruefen(welt.starten("--abgleichen").ende() == 0, "a second start finds nobody")
+        warten(lambda: server.posts() == 2, was="another sync")
+        beenden(lauf, signal.SIGTERM)
+
+
+@fall("SIGTERM that the parent had blocked")
+def blockiert():
+    with Welt() as welt, Server(cloud(antwort())) as server:
+        welt.konto(server.url)
+        lauf = welt.starten(
+            preexec_fn=lambda: signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGTERM]))
+        welt.urteil()
+        beenden(lauf, signal.SIGTERM)
+
+
+@fall("file that may not grow")
+def dateigrenze():
+    """A picture and a log that cannot be written; the verdict is told all the same."""
+    with Welt() as welt, Server(cloud(antwort())) as server:
+        welt.konto(server.url)
+        with open(welt.pfad("ausgabe"), "w+b", buffering=0) as ausgabe:
+            lesen, schreiben = os.pipe()
+            lauf = subprocess.run(
+                [os.environ["KALVARO_PROGRAMM"], "--bild", welt.pfad("bild.png")],
+                env=welt.umgebung, stdout=schreiben, stderr=ausgabe, check=False, timeout=30,
+                preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (0, 0)))
+            os.close(schreiben)
+            with os.fdopen(lesen, "rb") as rohr:
+                passt("^Bibliothek ist abgeglichen", rohr.read().decode())
+        pruefen(lauf.returncode >= 0, "signal", -lauf.returncode)
 
 
 @fall("killed while it syncs")

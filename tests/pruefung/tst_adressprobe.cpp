@@ -71,6 +71,19 @@ private Q_SLOTS:
         QCOMPARE(p.gesucht, QStringList{u"cloud"_s});
     }
 
+    // The name server was blamed for a silent server, and told its address.
+    void eineAdresseInZiffernWirdNichtNachgeschlagen()
+    {
+        Probe p;
+        p.fragen(u"http://127.0.0.77:8077"_s);
+        Probe q;
+        q.fragen(u"https://[fd00::1]"_s);
+        QCOMPARE(p.gesucht + q.gesucht, QStringList());
+        p.uhr.vor(Sekunden(4));
+        QCOMPARE(p.lagen.size(), 1);
+        QCOMPARE(p.lagen[0].name, Name::Gefunden);
+    }
+
     // As the program itself asks: who it is, with which key, and for how long.
     void wieDasProgramm()
     {
