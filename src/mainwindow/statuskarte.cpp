@@ -9,7 +9,6 @@
 
 #include <QAccessible>
 #include <QBoxLayout>
-#include <QEvent>
 
 namespace kalvaro {
 
@@ -116,7 +115,6 @@ void Statuskarte::setzen(const QString &titel, const QString &detail, Farbton sc
 {
     setFuellung(grund);
     lblTitel_->setFarbe(schrift);
-    hintergrundMelden();
     bildZeichen_->setVisible(art_.has_value());
     rad_->setVisible(!art_);
     lblTitel_->textSetzen(titel);
@@ -141,22 +139,6 @@ void Statuskarte::betriebZeigen(const QString &betrieb)
         pille_->setzen(u"Probebetrieb"_s, Farbe::warn, Farbe::warnWeich);
     } else if (betrieb == u"scharf"_s) {
         pille_->setzen(u"Aktiv"_s, Farbe::gut, Farbe::gutWeich);
-    }
-}
-
-// The texts stay readable on the card's colour.
-void Statuskarte::hintergrundMelden()
-{
-    lblTitel_->setGrund(grundfarbe());
-    lblDetail_->setGrund(grundfarbe());
-    pille_->setUnterlage(grundfarbe());
-}
-
-void Statuskarte::changeEvent(QEvent *event)
-{
-    Karte::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange) {
-        hintergrundMelden();
     }
 }
 

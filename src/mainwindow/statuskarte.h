@@ -32,12 +32,9 @@ public:
     [[nodiscard]] std::optional<Art> art() const { return art_; }
 
 protected:
-    void changeEvent(QEvent *event) override;
-
 private:
     void setzen(const QString &titel, const QString &detail, Farbton schrift, Farbton grund);
     void ladetakt();
-    void hintergrundMelden();
 
     Uhr &uhr_;
     Zeichen *const bildZeichen_;

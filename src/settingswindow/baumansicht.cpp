@@ -226,7 +226,7 @@ void Baumansicht::paintEvent(QPaintEvent *event)
     if (modell_.gefiltert() && !modell_.hasChildren()) {
         QPainter maler(viewport());
         maler.setFont(systemschrift(13));
-        maler.setPen(Farbe::sekundaer(palette()));
+        maler.setPen(Farbe::auf(Farbe::flaeche(palette()), Farbe::sekundaer, palette()));
         maler.drawText(viewport()->rect(), Qt::AlignCenter, u"Nichts gefunden"_s);
     }
 }

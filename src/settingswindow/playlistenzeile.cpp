@@ -86,20 +86,25 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
     constexpr int flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine;
     const bool gesperrt = !option.state.testFlag(QStyle::State_Enabled);
     const Satz satz = gesetzt(option.rect, index);
+    const QColor grund = Farbe::flaeche(option.palette);
+    const auto stift = [&](Farbton ton) {
+        return Farbe::auf(grund, gesperrt ? Farbe::gesperrt : ton, option.palette);
+    };
     maler->save();
-    kaestchenMalen(*maler, satz.kasten, option.palette,
+    kaestchenMalen(*maler, satz.kasten, option.palette, grund,
                    index.data(Qt::CheckStateRole).toInt() == Qt::Checked, gesperrt);
     maler->restore();
     maler->save();
     maler->setFont(schriftFuer(index));
-    maler->setPen(gesperrt ? Farbe::tertiaer(option.palette) : Farbe::schrift(option.palette));
+    maler->setPen(stift(Farbe::schrift));
     maler->drawText(satz.nameOrt, flags, satz.name);
     maler->setFont(normal_);
-    maler->setPen(gesperrt ? Farbe::tertiaer(option.palette) : Farbe::sekundaer(option.palette));
+    maler->setPen(stift(Farbe::sekundaer));
     maler->drawText(satz.anzahlOrt, flags, satz.anzahl);
     if (option.state.testFlag(QStyle::State_HasFocus)) {
         constexpr double radius = 6;
-        fokusMalen(*maler, satz.kasten.adjusted(-2, -2, 2, 2), radius, option.palette);
+        fokusMalen(*maler, satz.kasten.adjusted(-2, -2, 2, 2), radius,
+                   Farbe::fokus(option.palette, grund, grund));
     }
     maler->restore();
 }

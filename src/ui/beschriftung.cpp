@@ -1,6 +1,7 @@
 #include "ui/beschriftung.h"
 
 #include "ui/schrift.h"
+#include "ui/unterlage.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -77,6 +78,11 @@ QColor Beschriftung::farbe() const
     return ton_(palette());
 }
 
+QColor Beschriftung::stift() const
+{
+    return Farbe::auf(untergrund(*this), ton_, palette());
+}
+
 void Beschriftung::setUmbruch(int breite, int zeilen)
 {
     umbruch_ = breite;
@@ -97,12 +103,6 @@ void Beschriftung::setSchrumpfen(double faktor)
 {
     schrumpfen_ = faktor;
     updateGeometry();
-}
-
-void Beschriftung::setGrund(const QColor &grund)
-{
-    grund_ = grund;
-    update();
 }
 
 QSize Beschriftung::sizeHint() const
@@ -239,16 +239,8 @@ void Beschriftung::changeEvent(QEvent *event)
 
 void Beschriftung::paintEvent(QPaintEvent *)
 {
-    constexpr int grosseSchrift = 17;
-
     QPainter maler(this);
-    QColor stift = farbe();
-    if (grund_.isValid()) {
-        const bool gross = QFontInfo(font()).pixelSize() >= grosseSchrift;
-        stift =
-            Farbe::lesbar(stift, grund_, gross ? Farbe::grosserKontrast : Farbe::lesbarerKontrast);
-    }
-    maler.setPen(stift);
+    maler.setPen(stift());
     const double hoehe = zeilenabstand();
     const Satz satz = gesetzt(width());
     maler.setFont(satz.schrift);

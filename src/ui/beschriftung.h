@@ -29,6 +29,9 @@ public:
     void setFarbe(Farbton ton);
     [[nodiscard]] QColor farbe() const;
 
+    // The colour it is drawn in: farbe(), as far as that can be read on what is behind the label.
+    [[nodiscard]] QColor stift() const;
+
     // Wraps lines, at most `breite` wide, into at most `zeilen` lines. A number stays with its unit
     // and what stands between two middle dots stays together.
     void setUmbruch(int breite, int zeilen);
@@ -39,9 +42,6 @@ public:
     // Lets the text close up a little, then the font shrink to `faktor` of its size where that
     // saves a second line.
     void setSchrumpfen(double faktor);
-
-    // The opaque colour behind the label, where its text must stay readable on it.
-    void setGrund(const QColor &grund);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -69,7 +69,6 @@ private:
     void hinweisErneuern();
 
     Farbton ton_ = Farbe::schrift;
-    QColor grund_; // invalid: none known
     std::optional<int> umbruch_;
     int hoechstens_ = 1;
     double zeilenhoehe_ = 0;

@@ -19,10 +19,10 @@ struct Farbsatz
 
 const Farbsatz heller{QColor(0xf2f2f4), QColor(0xffffff), QColor(0x1d1d1f),
                       QColor(0x6e6e73), QColor(0xe6e6ea), QColor(0x0a66d8),
-                      QColor(0x0a5cc8), QColor(0x8a8a8f), QColor(0xe4e4e8)};
+                      QColor(0x0a5cc8), QColor(0x7f7f84), QColor(0xe4e4e8)};
 const Farbsatz dunkler{QColor(0x1e1e20), QColor(0x2a2a2d), QColor(0xf2f2f4),
-                       QColor(0xa1a1a8), QColor(0x3a3a3e), QColor(0x2f7df6),
-                       QColor(0x5aa2ff), QColor(0x7d7d84), QColor(0x3a3a3e)};
+                       QColor(0xa1a1a8), QColor(0x3a3a3e), QColor(0x2470ea),
+                       QColor(0x5aa2ff), QColor(0x85858c), QColor(0x3a3a3e)};
 
 } // namespace
 
@@ -50,7 +50,8 @@ QPalette eigenePalette(bool dunkel)
     p.setColor(QPalette::HighlightedText, Qt::white);
     p.setColor(QPalette::Link, f.verweis);
     p.setColor(QPalette::LinkVisited, f.verweis);
-    for (const auto rolle : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    for (const auto rolle : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                             QPalette::PlaceholderText, QPalette::ToolTipText}) {
         p.setColor(QPalette::Disabled, rolle, f.gesperrt);
     }
     p.setColor(QPalette::Disabled, QPalette::Button, f.gesperrtAuf);

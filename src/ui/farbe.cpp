@@ -1,6 +1,7 @@
 #include "ui/farbe.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace kalvaro::Farbe {
@@ -16,6 +17,59 @@ QColor mitAlpha(QColor farbe, float alpha)
 QColor mischen(const QColor &a, const QColor &b, double anteilB)
 {
     return ueber(mitAlpha(b, static_cast<float>(anteilB)), a);
+}
+
+// What is shown: eight bits for each channel, opaque.
+QColor gerundet(const QColor &farbe)
+{
+    return QColor(farbe.rgb());
+}
+
+const QColor &schwarzOderWeiss(const QColor &grund)
+{
+    static const QColor schwarz(Qt::black);
+    static const QColor weiss(Qt::white);
+    return kontrast(schwarz, grund) > kontrast(weiss, grund) ? schwarz : weiss;
+}
+
+// What a text needs: what cannot be used may be weaker, but must be recognised.
+double textkontrast(const QPalette &palette)
+{
+    return palette.currentColorGroup() == QPalette::Disabled ? erkennbarerKontrast
+                                                             : lesbarerKontrast;
+}
+
+// `farbe`, moved towards `ziel` just as far as `mindestens` on each of `gruende` demands; `ziel`
+// where that is not enough.
+QColor annaehern(const QColor &farbe, const QColor &ziel, std::initializer_list<QColor> gruende,
+                 double mindestens)
+{
+    constexpr int stufen = 100;
+    for (int stufe = 0; stufe < stufen; ++stufe) {
+        const QColor versuch = gerundet(mischen(farbe, ziel, double(stufe) / stufen));
+        if (std::all_of(gruende.begin(), gruende.end(), [&](const QColor &grund) {
+                return kontrast(versuch, grund) >= mindestens;
+            })) {
+            // Rounding must not make a weaker text the stronger one.
+            const QColor &grund = *gruende.begin();
+            return kontrast(versuch, grund) > kontrast(ziel, grund) ? ziel : versuch;
+        }
+    }
+    return ziel;
+}
+
+// The text colour that the palette has for such a ground, or one that can be read on it.
+QColor schriftAuf(const QPalette &palette, const QColor &grund)
+{
+    constexpr double deutlich = 7; // leaves room for weaker texts
+    const QColor amFenster = palette.color(QPalette::WindowText);
+    const QColor imFeld = palette.color(QPalette::Text);
+    for (const QColor &farbe : {amFenster, imFeld}) {
+        if (kontrast(ueber(farbe, grund), grund) >= textkontrast(palette)) {
+            return ueber(farbe, grund);
+        }
+    }
+    return lesbar(ueber(amFenster, grund), grund, deutlich);
 }
 
 // Relative luminance of an sRGB colour (WCAG 2.1).
@@ -112,15 +166,36 @@ QColor schrift(const QPalette &palette)
     return palette.color(QPalette::WindowText);
 }
 
+// What palettes offer is trusted only where it is a weaker text on this ground: some desktops leave
+// it black in the dark, others have it as strong as the text itself.
 QColor sekundaer(const QPalette &palette)
 {
+    constexpr double zuSchwach = 2.5;
+    constexpr double zuStark = 0.75; // of the text's contrast
+    constexpr double anteil = 0.38;  // of the ground, where it is ours
+    const QColor grund = flaeche(palette);
+    const QColor stark = schrift(palette);
     // Opaque: most desktops have a translucent one, which cannot be measured against a ground.
-    return ueber(palette.color(QPalette::PlaceholderText), flaeche(palette));
+    QColor farbe = ueber(palette.color(QPalette::PlaceholderText), grund);
+    const double erreicht = kontrast(farbe, grund);
+    if (erreicht < zuSchwach || erreicht > zuStark * kontrast(stark, grund)) {
+        farbe = mischen(stark, grund, anteil);
+    }
+    return annaehern(farbe, stark, {grund}, textkontrast(palette));
 }
 
 QColor tertiaer(const QPalette &palette)
 {
-    return mischen(sekundaer(palette), fenster(palette), 0.2);
+    const QColor staerker = sekundaer(palette);
+    const QColor grund = fenster(palette);
+    return annaehern(mischen(staerker, grund, 0.2), staerker, {grund}, textkontrast(palette));
+}
+
+QColor gesperrt(const QPalette &palette)
+{
+    const QColor staerker = sekundaer(palette);
+    const QColor grund = fenster(palette);
+    return annaehern(mischen(staerker, grund, 0.35), staerker, {grund}, erkennbarerKontrast);
 }
 
 QColor akzent(const QPalette &palette)
@@ -130,7 +205,9 @@ QColor akzent(const QPalette &palette)
 
 QColor akzentSchrift(const QPalette &palette)
 {
-    return palette.color(QPalette::HighlightedText);
+    const QColor grund = akzent(palette);
+    const QColor farbe = palette.color(QPalette::HighlightedText);
+    return kontrast(farbe, grund) >= lesbarerKontrast ? farbe : schwarzOderWeiss(grund);
 }
 
 QColor verweis(const QPalette &palette)
@@ -161,16 +238,85 @@ double kontrast(const QColor &a, const QColor &b)
 
 QColor lesbar(const QColor &farbe, const QColor &grund, double mindestens)
 {
-    const QColor ziel =
-        kontrast(Qt::black, grund) > kontrast(Qt::white, grund) ? Qt::black : Qt::white;
-    constexpr int stufen = 20;
-    for (int stufe = 0; stufe < stufen; ++stufe) {
-        const QColor versuch = mischen(farbe, ziel, double(stufe) / stufen);
-        if (kontrast(versuch, grund) >= mindestens) {
+    return annaehern(farbe, schwarzOderWeiss(grund), {grund}, mindestens);
+}
+
+QPalette aufGrund(const QPalette &palette, const QColor &grund)
+{
+    QPalette neu(palette);
+    const QColor schrift = schriftAuf(palette, grund);
+    for (const auto rolle : {QPalette::Window, QPalette::Base, QPalette::Button}) {
+        neu.setColor(rolle, grund);
+    }
+    for (const auto rolle : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        neu.setColor(rolle, schrift);
+    }
+    return neu;
+}
+
+QPalette lesbarePalette(const QPalette &palette)
+{
+    struct Paar
+    {
+        QPalette::ColorRole schrift;
+        QPalette::ColorRole grund;
+    };
+    constexpr std::array paare{
+        Paar{QPalette::WindowText, QPalette::Window},
+        Paar{QPalette::Text, QPalette::Base},
+        Paar{QPalette::ButtonText, QPalette::Button},
+        Paar{QPalette::ToolTipText, QPalette::ToolTipBase},
+        Paar{QPalette::HighlightedText, QPalette::Highlight},
+        Paar{QPalette::Link, QPalette::Window},
+        Paar{QPalette::LinkVisited, QPalette::Window},
+    };
+    QPalette neu(palette);
+    for (const auto gruppe : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        neu.setCurrentColorGroup(gruppe);
+        for (const Paar &paar : paare) {
+            const QColor grund = neu.color(paar.grund);
+            const QColor vorher = ueber(neu.color(paar.schrift), grund);
+            if (kontrast(vorher, grund) < textkontrast(neu)) {
+                neu.setColor(gruppe, paar.schrift, lesbar(vorher, grund, textkontrast(neu)));
+            }
+        }
+        const QColor feld = flaeche(neu);
+        const double erreicht = kontrast(ueber(neu.color(QPalette::PlaceholderText), feld), feld);
+        if (erreicht < textkontrast(neu) || erreicht > kontrast(auf(feld, schrift, neu), feld)) {
+            neu.setColor(gruppe, QPalette::PlaceholderText, auf(feld, sekundaer, neu));
+        }
+    }
+    neu.setCurrentColorGroup(palette.currentColorGroup());
+    return neu;
+}
+
+QColor auf(const QColor &grund, Farbton ton, const QPalette &palette)
+{
+    return lesbar(ueber(ton(aufGrund(palette, grund)), grund), grund, textkontrast(palette));
+}
+
+QColor umriss(const QColor &farbe, const QColor &aussen, const QColor &innen)
+{
+    for (const QColor &ziel : {schwarzOderWeiss(aussen), schwarzOderWeiss(innen)}) {
+        const QColor versuch = annaehern(farbe, ziel, {aussen, innen}, erkennbarerKontrast);
+        if (std::min(kontrast(versuch, aussen), kontrast(versuch, innen)) >= erkennbarerKontrast) {
             return versuch;
         }
     }
-    return ziel;
+    return lesbar(farbe, aussen, erkennbarerKontrast);
+}
+
+QColor kontur(const QColor &aussen, const QColor &innen)
+{
+    return umriss(ueber(QColor(128, 128, 128, 110), innen), aussen, innen);
+}
+
+QColor fokus(const QPalette &palette, const QColor &aussen, const QColor &innen)
+{
+    const QColor farbe = akzent(palette);
+    return umriss(annaehern(ueber(mitAlpha(farbe, 0.6F), aussen), farbe, {aussen, innen},
+                            erkennbarerKontrast),
+                  aussen, innen);
 }
 
 } // namespace kalvaro::Farbe

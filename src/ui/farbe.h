@@ -39,6 +39,7 @@ namespace Farbe {
 [[nodiscard]] QColor schrift(const QPalette &palette);
 [[nodiscard]] QColor sekundaer(const QPalette &palette);
 [[nodiscard]] QColor tertiaer(const QPalette &palette);
+[[nodiscard]] QColor gesperrt(const QPalette &palette); // of what cannot be used
 [[nodiscard]] QColor akzent(const QPalette &palette);
 [[nodiscard]] QColor akzentSchrift(const QPalette &palette);
 [[nodiscard]] QColor verweis(const QPalette &palette);
@@ -47,15 +48,34 @@ namespace Farbe {
 // `oben`, with its alpha, laid over the opaque colour `unten`.
 [[nodiscard]] QColor ueber(const QColor &oben, const QColor &unten);
 
-// What texts need on their ground, and what those of 17 pixels and more need.
+// What texts need on their ground, and what outlines, marks and texts of no use now need.
 constexpr double lesbarerKontrast = 4.5;
-constexpr double grosserKontrast = 3;
+constexpr double erkennbarerKontrast = 3;
 
 // Contrast of two opaque colours from 1 to 21 (WCAG 2.1, "contrast ratio").
 [[nodiscard]] double kontrast(const QColor &a, const QColor &b);
 
 // `farbe`, moved towards black or white just as far as `mindestens` on `grund` demands.
 [[nodiscard]] QColor lesbar(const QColor &farbe, const QColor &grund, double mindestens);
+
+// `palette` for what stands on `grund`: window, card and field are that colour, and the text is one
+// that can be read there.
+[[nodiscard]] QPalette aufGrund(const QPalette &palette, const QColor &grund);
+
+// `palette` with the texts that Qt draws by itself readable on what it draws them on. What is
+// readable stays as it is.
+[[nodiscard]] QPalette lesbarePalette(const QPalette &palette);
+
+// The colour in which a text of the tone `ton` is drawn on the opaque colour `grund`, whatever the
+// palette holds: readable, or recognisable where `palette` is that of a control without use. All
+// texts of ours come from here. Of schrift, sekundaer and tertiaer none is stronger than the one
+// before.
+[[nodiscard]] QColor auf(const QColor &grund, Farbton ton, const QPalette &palette);
+
+// The outline of a control that is filled with `innen` and stands on `aussen`, and the ring around
+// one that has the keyboard: recognisable on both, or at least from outside.
+[[nodiscard]] QColor kontur(const QColor &aussen, const QColor &innen);
+[[nodiscard]] QColor fokus(const QPalette &palette, const QColor &aussen, const QColor &innen);
 
 } // namespace Farbe
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/farbe.h"
+#include "ui/unterlage.h"
 
 #include <QVariantAnimation>
 #include <QWidget>
@@ -8,7 +9,7 @@
 namespace kalvaro {
 
 // A rounded card. Its soft shadow falls on the Grund that it lies on, which draws it.
-class Karte : public QWidget
+class Karte : public QWidget, public Unterlage
 {
     Q_OBJECT
 
@@ -19,8 +20,8 @@ public:
     void setFuellung(Farbton ton);
     [[nodiscard]] Farbton fuellung() const { return fuellung_; }
 
-    // The opaque colour that the card comes to show: its own with the fill over it.
-    [[nodiscard]] QColor grundfarbe() const;
+    // Its own with the fill over it.
+    [[nodiscard]] QColor grundfarbe() const override;
 
     // Puts `inhalt` into the card, `rand` from its sides, `oben` from top and bottom.
     void einsetzen(QWidget *inhalt, int rand = 18, int oben = 16);

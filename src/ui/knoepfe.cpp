@@ -3,6 +3,7 @@
 #include "ui/farbe.h"
 #include "ui/schrift.h"
 #include "ui/stilteile.h"
+#include "ui/unterlage.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -60,17 +61,15 @@ QSize Verweis::sizeHint() const
 void Verweis::paintEvent(QPaintEvent *)
 {
     QPainter maler(this);
-    QColor farbe = isEnabled() ? Farbe::verweis(palette()) : Farbe::tertiaer(palette());
-    if (isDown()) {
-        farbe.setAlphaF(0.6F);
-    }
+    const QColor grund = untergrund(*this);
+    const Farbton ton = !isEnabled() ? Farbe::gesperrt : isDown() ? Farbe::schrift : Farbe::verweis;
     QFont schrift = font();
     schrift.setUnderline(isEnabled() && (underMouse() || fokusSichtbar()));
     maler.setFont(schrift);
-    maler.setPen(farbe);
+    maler.setPen(Farbe::auf(grund, ton, palette()));
     maler.drawText(rect(), textschalter, text());
     if (fokusSichtbar()) {
-        fokusMalen(maler, rect(), 4, palette());
+        fokusMalen(maler, rect(), 4, Farbe::fokus(palette(), grund, grund));
     }
 }
 
@@ -109,21 +108,23 @@ void Startknopf::paintEvent(QPaintEvent *)
 {
     constexpr double radius = 9;
     const bool aktiv = isEnabled();
-    QColor flaeche = aktiv ? Farbe::akzent(palette())
-                           : Farbe::ueber(QColor(128, 128, 128, 40), Farbe::fenster(palette()));
-    if (isDown()) {
-        flaeche = Farbe::ueber(QColor(0, 0, 0, 45), flaeche);
-    } else if (aktiv && underMouse()) {
-        flaeche = Farbe::ueber(QColor(255, 255, 255, 22), flaeche);
+    const QColor grund = untergrund(*this);
+    QColor flaeche =
+        aktiv ? Farbe::akzent(palette()) : Farbe::ueber(QColor(128, 128, 128, 40), grund);
+    const QColor schrift =
+        aktiv ? Farbe::akzentSchrift(palette()) : Farbe::auf(flaeche, Farbe::gesperrt, palette());
+    if (isDown() || (aktiv && underMouse())) {
+        flaeche = unterZeiger(flaeche, schrift, isDown());
     }
     QPainter maler(this);
-    rundMalen(maler, rect(), radius, flaeche);
-    maler.setPen(aktiv ? Farbe::akzentSchrift(palette()) : Farbe::tertiaer(palette()));
+    rundMalen(maler, rect(), radius, flaeche,
+              aktiv ? akzentrand(palette(), grund) : QPen(Qt::NoPen));
+    maler.setPen(schrift);
     const int breite = width() - 2 * 16;
     maler.drawText(rect(), textschalter,
                    fontMetrics().elidedText(text(), Qt::ElideMiddle, breite, Qt::TextShowMnemonic));
     if (fokusSichtbar()) {
-        maler.setPen(QPen(Farbe::akzentSchrift(palette()), 1.5));
+        maler.setPen(QPen(schrift, 1.5));
         maler.setBrush(Qt::NoBrush);
         maler.drawRoundedRect(QRectF(rect()).adjusted(3, 3, -3, -3), radius - 3, radius - 3);
     }
@@ -163,9 +164,10 @@ void Haken::paintEvent(QPaintEvent *)
     QPainter maler(this);
     const QFontMetricsF erste(font());
     const double oben = 2 + std::max(0.0, (erste.height() - kaestchen) / 2);
+    const QColor grund = untergrund(*this);
     maler.save();
-    kaestchenMalen(maler, QRectF(0, std::round(oben), kaestchen, kaestchen), palette(), isChecked(),
-                   !isEnabled());
+    kaestchenMalen(maler, QRectF(0, std::round(oben), kaestchen, kaestchen), palette(), grund,
+                   isChecked(), !isEnabled());
     maler.restore();
 
     const QStringList zeilen = text().split(u'\n');
@@ -175,8 +177,10 @@ void Haken::paintEvent(QPaintEvent *)
         const QFont schrift = i == 0 ? font() : zweiteSchrift();
         const QFontMetricsF mass(schrift);
         maler.setFont(schrift);
-        maler.setPen(i == 0 && isEnabled() ? Farbe::schrift(palette())
-                                           : Farbe::sekundaer(palette()));
+        const Farbton ton = !isEnabled() ? Farbe::gesperrt
+                            : i == 0     ? Farbe::schrift
+                                         : Farbe::sekundaer;
+        maler.setPen(Farbe::auf(grund, ton, palette()));
         maler.drawText(
             QRectF(links, y, width() - links, mass.height()),
             Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic,
@@ -185,7 +189,7 @@ void Haken::paintEvent(QPaintEvent *)
     }
     if (fokusSichtbar()) {
         fokusMalen(maler, QRectF(-2, std::round(oben) - 2, kaestchen + 4, kaestchen + 4), 6,
-                   palette());
+                   Farbe::fokus(palette(), grund, grund));
     }
 }
 

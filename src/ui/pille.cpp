@@ -2,7 +2,6 @@
 
 #include "ui/stilteile.h"
 
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
 
@@ -24,29 +23,13 @@ void Pille::setzen(const QString &inhalt, Farbton schrift, Farbton grund)
     label_->textSetzen(inhalt);
     label_->setFarbe(schrift);
     fuellung_ = grund;
-    grundErneuern();
     setVisible(!inhalt.isEmpty());
     update();
 }
 
-void Pille::setUnterlage(const QColor &unterlage)
+QColor Pille::grundfarbe() const
 {
-    unterlage_ = unterlage;
-    grundErneuern();
-}
-
-void Pille::grundErneuern()
-{
-    const QColor hinten = unterlage_.isValid() ? unterlage_ : Farbe::fenster(palette());
-    label_->setGrund(Farbe::ueber(fuellung_(palette()), hinten));
-}
-
-void Pille::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange) {
-        grundErneuern();
-    }
+    return Farbe::ueber(fuellung_(palette()), untergrund(*this));
 }
 
 void Pille::paintEvent(QPaintEvent *)

@@ -2,6 +2,7 @@
 
 #include "ui/erscheinung.h"
 #include "ui/farbe.h"
+#include "ui/unterlage.h"
 
 #include <QPainter>
 
@@ -65,16 +66,19 @@ void Rad::paintEvent(QPaintEvent *)
                              .adjusted(strich / 2, strich / 2, -strich / 2, -strich / 2);
     QPainter maler(this);
     maler.setRenderHint(QPainter::Antialiasing);
-    QColor farbe = Farbe::schrift(palette());
+    const QColor grund = untergrund(*this);
+    QColor farbe = Farbe::auf(grund, Farbe::schrift, palette());
     farbe.setAlphaF(0.13F);
     maler.setPen(QPen(farbe, strich));
     maler.drawEllipse(kreis);
+    farbe.setAlphaF(0.45F);
+    farbe = Farbe::lesbar(Farbe::ueber(farbe, grund), grund, Farbe::erkennbarerKontrast);
 
     // A quarter that fades towards its tail.
     constexpr int stuecke = 12;
     constexpr int bogen = 100;
     for (int i = 0; i < stuecke; ++i) {
-        farbe.setAlphaF(0.45F * float(i + 1) / stuecke);
+        farbe.setAlphaF(float(i + 1) / stuecke);
         maler.setPen(QPen(farbe, strich, Qt::SolidLine, Qt::FlatCap));
         const double anfang = 90 - stellung_ + bogen - double(bogen) * (i + 1) / stuecke;
         maler.drawArc(kreis, static_cast<int>(anfang * 16),

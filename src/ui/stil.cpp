@@ -2,6 +2,7 @@
 
 #include "ui/farbe.h"
 #include "ui/stilteile.h"
+#include "ui/unterlage.h"
 
 #include <QAbstractScrollArea>
 #include <QPainter>
@@ -23,20 +24,40 @@ bool istHauptknopf(const QStyleOption *option)
            knopf->state.testFlag(QStyle::State_Enabled);
 }
 
-void knopfMalen(QPainter &maler, const QStyleOption &option)
+QColor knopfflaeche(const QStyleOption &option)
 {
     const QPalette &palette = option.palette;
-    const bool haupt = istHauptknopf(&option);
     const bool gedrueckt = option.state.testFlag(QStyle::State_Sunken);
-    QColor flaeche = haupt ? Farbe::akzent(palette) : palette.color(QPalette::Button);
-    if (gedrueckt) {
-        flaeche = Farbe::ueber(QColor(0, 0, 0, 28), flaeche);
-    } else if (option.state.testFlag(QStyle::State_MouseOver)) {
-        flaeche = Farbe::ueber(QColor(128, 128, 128, 18), flaeche);
+    const bool beruehrt = gedrueckt || option.state.testFlag(QStyle::State_MouseOver);
+    if (istHauptknopf(&option)) {
+        const QColor flaeche = Farbe::akzent(palette);
+        return beruehrt ? unterZeiger(flaeche, Farbe::akzentSchrift(palette), gedrueckt) : flaeche;
     }
-    const QColor kontur = Farbe::ueber(QColor(128, 128, 128, 70), flaeche);
+    const QColor flaeche = palette.color(QPalette::Button);
+    const QColor schleier = gedrueckt ? QColor(0, 0, 0, 28) : QColor(128, 128, 128, 18);
+    return beruehrt ? Farbe::ueber(schleier, flaeche) : flaeche;
+}
+
+void knopfMalen(QPainter &maler, const QStyleOption &option, const QColor &grund)
+{
+    const QColor flaeche = knopfflaeche(option);
     rundMalen(maler, option.rect, knopfradius, flaeche,
-              QPen(kontur, 1, haupt ? Qt::NoPen : Qt::SolidLine));
+              istHauptknopf(&option) ? akzentrand(option.palette, grund)
+                                     : QPen(Farbe::kontur(grund, flaeche), 1));
+}
+
+QColor grundVon(const QStyleOption &option, const QWidget *widget)
+{
+    return widget != nullptr ? untergrund(*widget) : Farbe::fenster(option.palette);
+}
+
+// A copy whose texts can be read on `grund`.
+template<typename Option>
+Option aufGrund(const Option &option, const QColor &grund)
+{
+    Option kopie = option;
+    kopie.palette = Farbe::aufGrund(option.palette, grund);
+    return kopie;
 }
 
 // The frame of a list, a tree or a text area; not that of a pop-up list, which is a window.
@@ -64,6 +85,12 @@ Stil::Stil()
 {
 }
 
+void Stil::polish(QPalette &palette)
+{
+    QProxyStyle::polish(palette);
+    palette = Farbe::lesbarePalette(palette);
+}
+
 void Stil::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *maler,
                          const QWidget *widget) const
 {
@@ -71,15 +98,17 @@ void Stil::drawPrimitive(PrimitiveElement element, const QStyleOption *option, Q
     switch (element) {
     case PE_IndicatorCheckBox:
     case PE_IndicatorItemViewItemCheck:
-        kaestchenMalen(*maler, option->rect, option->palette, option->state.testFlag(State_On),
-                       !option->state.testFlag(State_Enabled));
+        kaestchenMalen(*maler, option->rect, option->palette,
+                       element == PE_IndicatorCheckBox ? grundVon(*option, widget)
+                                                       : Farbe::flaeche(option->palette),
+                       option->state.testFlag(State_On), !option->state.testFlag(State_Enabled));
         break;
     case PE_PanelButtonCommand:
-        knopfMalen(*maler, *option);
+        knopfMalen(*maler, *option, grundVon(*option, widget));
         break;
     case PE_PanelLineEdit:
     case PE_FrameLineEdit:
-        feldMalen(*maler, *option);
+        feldMalen(*maler, *option, grundVon(*option, widget));
         break;
     case PE_Frame:
         if (istListe(widget)) {
@@ -92,7 +121,9 @@ void Stil::drawPrimitive(PrimitiveElement element, const QStyleOption *option, Q
         klappzeichenMalen(*maler, *option);
         break;
     case PE_FrameFocusRect:
-        fokusMalen(*maler, option->rect, knopfradius, option->palette);
+        fokusMalen(*maler, option->rect, knopfradius,
+                   Farbe::fokus(option->palette, grundVon(*option, widget),
+                                option->palette.color(QPalette::Button)));
         break;
     default:
         QProxyStyle::drawPrimitive(element, option, maler, widget);
@@ -104,13 +135,26 @@ void Stil::drawControl(ControlElement element, const QStyleOption *option, QPain
                        const QWidget *widget) const
 {
     const auto *const knopf = qstyleoption_cast<const QStyleOptionButton *>(option);
-    if (element == CE_PushButtonLabel && knopf != nullptr && istHauptknopf(option)) {
-        QStyleOptionButton weiss = *knopf;
-        weiss.palette.setColor(QPalette::ButtonText, Farbe::akzentSchrift(option->palette));
-        QProxyStyle::drawControl(element, &weiss, maler, widget);
-        return;
+    const auto *const auswahl = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+    const auto *const zeile = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+    if (element == CE_PushButtonLabel && knopf != nullptr) {
+        QStyleOptionButton kopie = aufGrund(*knopf, knopfflaeche(*knopf));
+        if (istHauptknopf(knopf)) {
+            kopie.palette.setColor(QPalette::ButtonText, Farbe::akzentSchrift(knopf->palette));
+        }
+        QProxyStyle::drawControl(element, &kopie, maler, widget);
+    } else if (element == CE_ComboBoxLabel && auswahl != nullptr) {
+        const auto kopie = aufGrund(*auswahl, feldflaeche(*auswahl, grundVon(*auswahl, widget)));
+        QProxyStyle::drawControl(element, &kopie, maler, widget);
+    } else if ((element == CE_MenuBarItem || element == CE_MenuItem) && zeile != nullptr) {
+        const QPalette &palette = zeile->palette;
+        const auto kopie =
+            aufGrund(*zeile, element == CE_MenuBarItem ? Farbe::fenster(palette)
+                                                       : Farbe::flaeche(palette).lighter(108));
+        QProxyStyle::drawControl(element, &kopie, maler, widget);
+    } else {
+        QProxyStyle::drawControl(element, option, maler, widget);
     }
-    QProxyStyle::drawControl(element, option, maler, widget);
 }
 
 void Stil::drawComplexControl(ComplexControl element, const QStyleOptionComplex *option,
@@ -120,7 +164,7 @@ void Stil::drawComplexControl(ComplexControl element, const QStyleOptionComplex 
     const auto *const auswahl = qstyleoption_cast<const QStyleOptionComboBox *>(option);
     const auto *const balken = qstyleoption_cast<const QStyleOptionSlider *>(option);
     if (element == CC_ComboBox && auswahl != nullptr && !auswahl->editable) {
-        auswahlMalen(*maler, *auswahl);
+        auswahlMalen(*maler, *auswahl, grundVon(*auswahl, widget));
     } else if (element == CC_ScrollBar && balken != nullptr) {
         rollbalkenMalen(*maler, *balken, rollgrund(balken->palette, widget));
     } else {

@@ -13,6 +13,10 @@ class Stil final : public QProxyStyle
 public:
     Stil();
 
+    // What Qt draws by itself (menus, alerts, tool tips, placeholders) is readable, too.
+    using QProxyStyle::polish;
+    void polish(QPalette &palette) override;
+
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *maler,
                        const QWidget *widget) const override;
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *maler,

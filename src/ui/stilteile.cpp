@@ -18,19 +18,6 @@ constexpr int kuerzesterDaumen = 28;
 constexpr int textrand = 10;
 constexpr int winkelplatz = 28; // for the angle at the end of a pop-up button
 
-QColor kontur(const QPalette &palette)
-{
-    return Farbe::ueber(QColor(128, 128, 128, 70), Farbe::flaeche(palette));
-}
-
-QColor feldflaeche(const QStyleOption &option)
-{
-    const QPalette &palette = option.palette;
-    const bool an = option.state.testFlag(QStyle::State_Enabled);
-    return an ? Farbe::flaeche(palette)
-              : Farbe::ueber(QColor(128, 128, 128, 18), Farbe::fenster(palette));
-}
-
 } // namespace
 
 void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush &flaeche,
@@ -43,61 +30,85 @@ void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush
     maler.drawRoundedRect(platz.adjusted(halb, halb, -halb, -halb), radius, radius);
 }
 
-void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
-                    bool gesperrt)
+QPen akzentrand(const QPalette &palette, const QColor &grund)
+{
+    const QColor flaeche = Farbe::akzent(palette);
+    const bool noetig = Farbe::kontrast(flaeche, grund) < Farbe::erkennbarerKontrast;
+    return noetig ? QPen(Farbe::kontur(grund, flaeche), 1) : QPen(Qt::NoPen);
+}
+
+QColor unterZeiger(const QColor &flaeche, const QColor &schrift, bool gedrueckt)
+{
+    const int deckung = gedrueckt ? 45 : 22;
+    const bool heller = Farbe::kontrast(schrift, Qt::black) < Farbe::kontrast(flaeche, Qt::black);
+    return Farbe::ueber(heller ? QColor(255, 255, 255, deckung) : QColor(0, 0, 0, deckung),
+                        flaeche);
+}
+
+void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette,
+                    const QColor &grund, bool an, bool gesperrt)
 {
     const double seite = platz.width();
-    const QColor kontur = Farbe::ueber(QColor(128, 128, 128, 110), Farbe::flaeche(palette));
-    maler.setOpacity(gesperrt ? 0.5 : 1);
-    rundMalen(maler, platz, seite * 0.27, an ? Farbe::akzent(palette) : Farbe::flaeche(palette),
-              QPen(kontur, 1, an ? Qt::NoPen : Qt::SolidLine));
+    const bool voll = an && !gesperrt;
+    const QColor flaeche = voll       ? Farbe::akzent(palette)
+                           : gesperrt ? Farbe::ueber(QColor(128, 128, 128, 40), grund)
+                                      : Farbe::flaeche(palette);
+    rundMalen(maler, platz, seite * 0.27, flaeche,
+              voll ? akzentrand(palette, grund) : QPen(Farbe::kontur(grund, flaeche), 1));
     if (an) {
         QPainterPath haken;
         haken.moveTo(platz.left() + seite * 0.28, platz.top() + seite * 0.52);
         haken.lineTo(platz.left() + seite * 0.44, platz.top() + seite * 0.68);
         haken.lineTo(platz.left() + seite * 0.73, platz.top() + seite * 0.34);
         maler.setBrush(Qt::NoBrush);
-        maler.setPen(QPen(Farbe::akzentSchrift(palette), seite * 0.1, Qt::SolidLine, Qt::RoundCap,
-                          Qt::RoundJoin));
+        const QColor farbe =
+            voll ? Farbe::akzentSchrift(palette) : Farbe::auf(flaeche, Farbe::gesperrt, palette);
+        maler.setPen(QPen(farbe, seite * 0.1, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         maler.drawPath(haken);
     }
 }
 
-void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QPalette &palette)
+void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QColor &farbe)
 {
-    QColor ring = Farbe::akzent(palette);
-    ring.setAlphaF(0.6F);
-    rundMalen(maler, platz, radius, Qt::NoBrush, QPen(ring, 2));
+    rundMalen(maler, platz, radius, Qt::NoBrush, QPen(farbe, 2));
 }
 
-void feldMalen(QPainter &maler, const QStyleOption &option)
+QColor feldflaeche(const QStyleOption &option, const QColor &grund)
 {
-    rundMalen(maler, option.rect, feldradius, feldflaeche(option), kontur(option.palette));
+    const bool an = option.state.testFlag(QStyle::State_Enabled);
+    return an ? Farbe::flaeche(option.palette) : Farbe::ueber(QColor(128, 128, 128, 18), grund);
+}
+
+void feldMalen(QPainter &maler, const QStyleOption &option, const QColor &grund)
+{
+    const QColor flaeche = feldflaeche(option, grund);
+    rundMalen(maler, option.rect, feldradius, flaeche, Farbe::kontur(grund, flaeche));
     if (option.state.testFlag(QStyle::State_HasFocus)) {
-        fokusMalen(maler, option.rect, feldradius, option.palette);
+        fokusMalen(maler, option.rect, feldradius, Farbe::fokus(option.palette, grund, flaeche));
     }
 }
 
-void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option)
+void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option, const QColor &grund)
 {
-    QColor flaeche = feldflaeche(option);
+    QColor flaeche = feldflaeche(option, grund);
     if (option.state.testFlag(QStyle::State_MouseOver)) {
         flaeche = Farbe::ueber(QColor(128, 128, 128, 18), flaeche);
     }
-    rundMalen(maler, option.rect, feldradius, flaeche, kontur(option.palette));
+    rundMalen(maler, option.rect, feldradius, flaeche, Farbe::kontur(grund, flaeche));
 
     const bool an = option.state.testFlag(QStyle::State_Enabled);
+    const QColor winkel =
+        Farbe::auf(flaeche, an ? Farbe::sekundaer : Farbe::gesperrt, option.palette);
     const QPointF mitte(option.rect.right() - winkelplatz / 2.0 - 1,
                         QRectF(option.rect).center().y() + 1);
-    maler.setPen(QPen(an ? Farbe::sekundaer(option.palette) : Farbe::tertiaer(option.palette), 1.5,
-                      Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    maler.setPen(QPen(winkel, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     maler.setBrush(Qt::NoBrush);
     maler.drawPolyline(
         QPolygonF({mitte + QPointF(-3.5, -2), mitte + QPointF(0, 1.5), mitte + QPointF(3.5, -2)}));
 
     const bool mitTasten = option.state.testFlag(QStyle::State_KeyboardFocusChange);
     if (option.state.testFlag(QStyle::State_HasFocus) && mitTasten) {
-        fokusMalen(maler, option.rect, feldradius, option.palette);
+        fokusMalen(maler, option.rect, feldradius, Farbe::fokus(option.palette, grund, flaeche));
     }
 }
 
@@ -131,7 +142,7 @@ void klappzeichenMalen(QPainter &maler, const QStyleOption &option)
         maler.rotate(option.direction == Qt::RightToLeft ? 90 : -90);
     }
     maler.setPen(Qt::NoPen);
-    maler.setBrush(Farbe::tertiaer(option.palette));
+    maler.setBrush(Farbe::auf(Farbe::flaeche(option.palette), Farbe::tertiaer, option.palette));
     maler.drawPath(dreieck);
 }
 
@@ -147,9 +158,11 @@ void rollbalkenMalen(QPainter &maler, const QStyleOptionSlider &option, const QC
     const QRectF daumen =
         QRectF(rollbalkenstueck(option, QStyle::SC_ScrollBarSlider)).adjusted(3, 3, -3, -3);
     const double radius = std::min(daumen.width(), daumen.height()) / 2;
-    QColor farbe = Farbe::schrift(option.palette);
+    QColor farbe = Farbe::auf(grund, Farbe::schrift, option.palette);
     farbe.setAlphaF(gegriffen ? 0.5F : 0.28F);
-    rundMalen(maler, daumen, radius, farbe);
+    rundMalen(maler, daumen, radius,
+              Farbe::lesbar(Farbe::ueber(farbe, grund), grund,
+                            gegriffen ? Farbe::lesbarerKontrast : Farbe::erkennbarerKontrast));
 }
 
 QRect rollbalkenstueck(const QStyleOptionSlider &option, QStyle::SubControl stueck)

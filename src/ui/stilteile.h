@@ -14,19 +14,32 @@ namespace kalvaro {
 void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush &flaeche,
                const QPen &rand = QPen(Qt::NoBrush, 0, Qt::NoPen));
 
+// Wherever something is drawn, `grund` is the opaque colour that it stands on.
+
+// The edge of a control that is filled with the accent: none where that stands out from `grund`.
+[[nodiscard]] QPen akzentrand(const QPalette &palette, const QColor &grund);
+
+// The fill of a control with a text in `schrift` while the pointer is on it, or presses it: the
+// text only gains by it.
+[[nodiscard]] QColor unterZeiger(const QColor &flaeche, const QColor &schrift, bool gedrueckt);
+
 // Draws the box of a check box into `platz`, a square with sides of usually `kaestchen`.
 inline constexpr int kaestchen = 16;
-void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
-                    bool gesperrt);
+void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette,
+                    const QColor &grund, bool an, bool gesperrt);
 
-// Draws the ring that shows the keyboard focus around a shape of the given corner radius.
-void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QPalette &palette);
+// Draws the ring that shows the keyboard focus around a shape of the given corner radius. `farbe`
+// comes from Farbe::fokus().
+void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QColor &farbe);
+
+// The fill of a field or a pop-up button.
+[[nodiscard]] QColor feldflaeche(const QStyleOption &option, const QColor &grund);
 
 // The field of a line edit.
-void feldMalen(QPainter &maler, const QStyleOption &option);
+void feldMalen(QPainter &maler, const QStyleOption &option, const QColor &grund);
 
 // A pop-up button without its text.
-void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option);
+void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option, const QColor &grund);
 
 // Where the text of a pop-up button stands.
 [[nodiscard]] QRect auswahltext(const QStyleOptionComboBox &option);

@@ -1,5 +1,7 @@
 #include "ui/symbole.h"
 
+#include "ui/unterlage.h"
+
 #include <QImageReader>
 #include <QPainter>
 
@@ -69,8 +71,10 @@ QColor Zeichen::toenung() const
 void Zeichen::paintEvent(QPaintEvent *)
 {
     if (!name_.isEmpty()) {
-        QPainter(this).drawPixmap(0, 0,
-                                  symbolbild(name_, groesse_, toenung(), devicePixelRatioF()));
+        // Soft on purpose, as long as it is there: the words beside it say the same.
+        constexpr double sichtbar = 1.9;
+        const QColor farbe = Farbe::lesbar(toenung(), untergrund(*this), sichtbar);
+        QPainter(this).drawPixmap(0, 0, symbolbild(name_, groesse_, farbe, devicePixelRatioF()));
     }
 }
 

@@ -74,7 +74,7 @@ void Tabellenzahl::paintEvent(QPaintEvent *)
     const QFontMetricsF mass(schrift);
     QPainter maler(this);
     maler.setFont(schrift);
-    maler.setPen(farbe());
+    maler.setPen(stift());
     const double grundlinie = (height() + mass.ascent() - mass.descent()) / 2;
     double links = 0;
     const QString inhalt = text();

@@ -46,6 +46,8 @@ private Q_SLOTS:
     void langerTitelBrichtUm();
     void textVomServer();
     void erscheinungWechselt();
+    void lesbarInFremdenFarben_data();
+    void lesbarInFremdenFarben();
 
 private:
     [[nodiscard]] QString titel() const { return lblTitel->text(); }
@@ -349,6 +351,44 @@ void TestStatuskarte::erscheinungWechselt()
     neu.resize(karte->size());
     QTRY_COMPARE(karte->grab().toImage(), neu.grab().toImage());
     QVERIFY(karte->grab().toImage() != hell);
+}
+
+void TestStatuskarte::lesbarInFremdenFarben_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    const auto palette = [](QRgb fenster, QRgb flaeche, QRgb text, QRgb zart) {
+        QPalette p = eigenePalette(false);
+        p.setColor(QPalette::Window, fenster);
+        p.setColor(QPalette::Base, flaeche);
+        p.setColor(QPalette::WindowText, text);
+        p.setColor(QPalette::Text, text);
+        p.setColor(QPalette::PlaceholderText, zart);
+        return p;
+    };
+    QTest::newRow("ours, light") << eigenePalette(false);
+    QTest::newRow("ours, dark") << eigenePalette(true);
+    QTest::newRow("Breeze dark, placeholder left black")
+        << palette(0x2a2e32, 0x1b1e20, 0xfcfcfc, 0x000000);
+    QTest::newRow("high contrast") << palette(0x000000, 0x000000, 0xffffff, 0xffffff);
+    QTest::newRow("dark card in a light window") << palette(0xeeeeee, 0x202020, 0x101010, 0x808080);
+    QTest::newRow("light card in a dark window") << palette(0x202020, 0xffffff, 0xf0f0f0, 0x808080);
+    QTest::newRow("a card of middling grey") << palette(0x808080, 0x777777, 0x707070, 0x787878);
+}
+
+void TestStatuskarte::lesbarInFremdenFarben()
+{
+    QFETCH(QPalette, palette);
+    QApplication::setPalette(palette);
+    for (const Art art : {Art::Gut, Art::Warn, Art::Krit, Art::Aus}) {
+        karte->zeige(art, u"Alles abgeglichen"_s, u"Der Stand passt."_s);
+        for (const QString &betrieb : {u"schatten"_s, u"scharf"_s}) {
+            karte->betriebZeigen(betrieb);
+            const QColor grund = karte->grundfarbe();
+            QVERIFY(Farbe::kontrast(lblTitel->stift(), grund) >= 4.5);
+            QVERIFY(Farbe::kontrast(lblDetail->stift(), grund) >= 4.5);
+            QVERIFY(Farbe::kontrast(marke->label()->stift(), marke->grundfarbe()) >= 4.5);
+        }
+    }
 }
 
 KALVARO_FENSTERTEST(TestStatuskarte)

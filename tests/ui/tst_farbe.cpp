@@ -2,6 +2,8 @@
 #include "ui/erscheinung.h"
 #include "ui/farbe.h"
 
+#include <QRandomGenerator>
+
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
@@ -54,6 +56,9 @@ private Q_SLOTS:
     void durchscheinendesSekundaer();
     void verweisEinesDunklenDesktops();
     void haarlinieBleibtSichtbar();
+    void schwarzesSekundaerImDunkeln();
+    void eigenePaletteIstLesbar();
+    void jedePaletteWirdLesbar();
 };
 
 void TestFarbe::werte_data()
@@ -75,7 +80,7 @@ void TestFarbe::werte_data()
     QTest::newRow("text") << Farbton(Farbe::schrift) << QColor(0x1d1d1f) << QColor(0xf2f2f4);
     QTest::newRow("secondary") << Farbton(Farbe::sekundaer) << QColor(0x6e6e73) << QColor(0xa1a1a8);
     QTest::newRow("hairline") << Farbton(Farbe::haarlinie) << QColor(0xe6e6ea) << QColor(0x3a3a3e);
-    QTest::newRow("accent") << Farbton(Farbe::akzent) << QColor(0x0a66d8) << QColor(0x2f7df6);
+    QTest::newRow("accent") << Farbton(Farbe::akzent) << QColor(0x0a66d8) << QColor(0x2470ea);
     QTest::newRow("text on the accent")
         << Farbton(Farbe::akzentSchrift) << QColor(Qt::white) << QColor(Qt::white);
     QTest::newRow("link") << Farbton(Farbe::verweis) << QColor(0x0a5cc8) << QColor(0x5aa2ff);
@@ -236,7 +241,7 @@ void TestFarbe::durchscheinendesSekundaer()
         QCOMPARE(sekundaer.alpha(), 255);
         QVERIFY(Farbe::kontrast(sekundaer, Farbe::flaeche(palette)) <
                 Farbe::kontrast(Farbe::schrift(palette), Farbe::flaeche(palette)) / 2);
-        QVERIFY(Farbe::kontrast(Farbe::tertiaer(palette), Farbe::flaeche(palette)) <
+        QVERIFY(Farbe::kontrast(Farbe::tertiaer(palette), Farbe::flaeche(palette)) <=
                 Farbe::kontrast(sekundaer, Farbe::flaeche(palette)));
     }
 }
@@ -255,6 +260,97 @@ void TestFarbe::haarlinieBleibtSichtbar()
         palette.setColor(QPalette::Midlight, palette.color(QPalette::Base));
         QVERIFY(Farbe::kontrast(Farbe::haarlinie(palette), Farbe::flaeche(palette)) > 1.15);
         QVERIFY(Farbe::kontrast(Farbe::haarlinie(palette), Farbe::flaeche(palette)) < 2);
+    }
+}
+
+// The KDE theme of some versions of Qt leaves it black.
+void TestFarbe::schwarzesSekundaerImDunkeln()
+{
+    QPalette palette = dunkel();
+    palette.setColor(QPalette::PlaceholderText, Qt::black);
+    for (const QColor &grund : {Farbe::fenster(palette), Farbe::flaeche(palette)}) {
+        const double text = Farbe::kontrast(Farbe::auf(grund, Farbe::schrift, palette), grund);
+        const double zweiter = Farbe::kontrast(Farbe::auf(grund, Farbe::sekundaer, palette), grund);
+        QVERIFY(zweiter >= 4.5);
+        QVERIFY(zweiter < text * 0.75);
+    }
+    const QPalette geheilt = Farbe::lesbarePalette(palette);
+    QVERIFY(Farbe::kontrast(geheilt.color(QPalette::PlaceholderText),
+                            geheilt.color(QPalette::Base)) >= 4.5);
+}
+
+void TestFarbe::eigenePaletteIstLesbar()
+{
+    for (const QPalette &palette : {hell(), dunkel()}) {
+        QCOMPARE(Farbe::lesbarePalette(palette), palette);
+        for (const QColor &grund : {Farbe::fenster(palette), Farbe::flaeche(palette)}) {
+            for (const Farbton ton :
+                 {Farbe::schrift, Farbe::sekundaer, Farbe::tertiaer, Farbe::verweis}) {
+                QVERIFY(Farbe::kontrast(Farbe::auf(grund, ton, palette), grund) >= 4.5);
+            }
+            QVERIFY(Farbe::kontrast(Farbe::kontur(grund, Farbe::flaeche(palette)), grund) >= 3);
+            QVERIFY(Farbe::kontrast(Farbe::fokus(palette, grund, grund), grund) >= 3);
+            QVERIFY(Farbe::kontrast(Farbe::akzent(palette), grund) >= 3);
+        }
+        QVERIFY(Farbe::kontrast(Farbe::akzentSchrift(palette), Farbe::akzent(palette)) >= 4.5);
+        QCOMPARE(Farbe::akzentSchrift(palette).rgb(), QColor(Qt::white).rgb());
+    }
+}
+
+// Every colour of a palette at random: texts can be read on window, card, field, soft cards and
+// badges, and the weaker ones stay the weaker ones; outlines are seen.
+void TestFarbe::jedePaletteWirdLesbar()
+{
+    QRandomGenerator zufall(20261122);
+    const auto farbe = [&zufall] { return QColor(zufall.bounded(1U << 24U)); };
+    const QList<Farbton> texte{Farbe::schrift, Farbe::sekundaer, Farbe::tertiaer, Farbe::verweis,
+                               Farbe::gut,     Farbe::warn,      Farbe::krit};
+    constexpr double rundung = 0.001;
+    for (int runde = 0; runde < 1000; ++runde) {
+        QPalette palette;
+        for (int rolle = 0; rolle < QPalette::NColorRoles; ++rolle) {
+            palette.setColor(static_cast<QPalette::ColorRole>(rolle), farbe());
+        }
+        palette.setCurrentColorGroup(runde % 2 == 0 ? QPalette::Active : QPalette::Inactive);
+        const QColor karte = Farbe::flaeche(palette);
+        QList<QColor> gruende{Farbe::fenster(palette), karte};
+        for (const Farbton fuellung : {Farbe::gutWeich, Farbe::warnWeich, Farbe::kritWeich}) {
+            const QColor gefuellt = Farbe::ueber(fuellung(palette), karte);
+            gruende << gefuellt << Farbe::ueber(Farbe::gutWeich(palette), gefuellt)
+                    << Farbe::ueber(Farbe::warnWeich(palette), gefuellt);
+        }
+        for (const QColor &grund : gruende) {
+            QList<double> erreicht;
+            for (const Farbton ton : texte) {
+                erreicht << Farbe::kontrast(Farbe::auf(grund, ton, palette), grund);
+                QVERIFY2(erreicht.last() >= 4.5, qPrintable(grund.name()));
+            }
+            QVERIFY(erreicht[1] <= erreicht[0] + rundung);
+            QVERIFY(erreicht[2] <= erreicht[1] + rundung);
+            QVERIFY(Farbe::kontrast(Farbe::fokus(palette, grund, grund), grund) >= 3);
+            QVERIFY(Farbe::kontrast(Farbe::kontur(grund, grund), grund) >= 3);
+            QVERIFY(Farbe::kontrast(Farbe::kontur(grund, karte), grund) >= 3);
+            QPalette tot(palette);
+            tot.setCurrentColorGroup(QPalette::Disabled);
+            QVERIFY(Farbe::kontrast(Farbe::auf(grund, Farbe::gesperrt, tot), grund) >= 3);
+        }
+        QVERIFY(Farbe::kontrast(Farbe::akzentSchrift(palette), Farbe::akzent(palette)) >= 4.5);
+
+        const QPalette geheilt = Farbe::lesbarePalette(palette);
+        QCOMPARE(Farbe::lesbarePalette(geheilt), geheilt);
+        for (const auto &[text, grund] :
+             std::initializer_list<std::pair<QPalette::ColorRole, QPalette::ColorRole>>{
+                 {QPalette::WindowText, QPalette::Window},
+                 {QPalette::Text, QPalette::Base},
+                 {QPalette::PlaceholderText, QPalette::Base},
+                 {QPalette::ButtonText, QPalette::Button},
+                 {QPalette::ToolTipText, QPalette::ToolTipBase},
+                 {QPalette::HighlightedText, QPalette::Highlight},
+                 {QPalette::Link, QPalette::Window}}) {
+            QVERIFY(Farbe::kontrast(geheilt.color(text), geheilt.color(grund)) >= 4.5);
+            QVERIFY(Farbe::kontrast(geheilt.color(QPalette::Disabled, text),
+                                    geheilt.color(QPalette::Disabled, grund)) >= 3);
+        }
     }
 }
 

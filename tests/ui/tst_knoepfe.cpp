@@ -72,6 +72,8 @@ private Q_SLOTS:
     void hakenZweiZeilen();
     void hakenKaestchenStehtOben();
     void hakenAnklicken();
+    void umrisseSindZuSehen_data();
+    void umrisseSindZuSehen();
 };
 
 void TestKnoepfe::verweisRuftSeineAktion()
@@ -217,7 +219,7 @@ void TestKnoepfe::startknopfFarben()
     QVERIFY(flaeche().saturation() < 20);
     QApplication::setPalette(eigenePalette(true));
     start.setEnabled(true);
-    QTRY_COMPARE(flaeche(), QColor(0x2f7df6));
+    QTRY_COMPARE(flaeche(), QColor(0x2470ea));
 }
 
 void TestKnoepfe::startknopfKuerztInDerMitte()
@@ -265,6 +267,57 @@ void TestKnoepfe::hakenAnklicken()
     QVERIFY(!haken.isChecked());
     QTest::keyClick(&haken, Qt::Key_Space);
     QVERIFY(haken.isChecked());
+}
+
+void TestKnoepfe::umrisseSindZuSehen_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::newRow("ours, light") << eigenePalette(false);
+    QTest::newRow("ours, dark") << eigenePalette(true);
+    QPalette kontrast = eigenePalette(true);
+    for (const auto rolle : {QPalette::Window, QPalette::Base, QPalette::Button}) {
+        kontrast.setColor(rolle, Qt::black);
+    }
+    kontrast.setColor(QPalette::Highlight, QColor(0x0a0a20));
+    QTest::newRow("an accent that is lost on its ground") << kontrast;
+}
+
+// The edge of a check box, and of one that is checked; the ring; the edge of the start button.
+void TestKnoepfe::umrisseSindZuSehen()
+{
+    QFETCH(QPalette, palette);
+    QApplication::setPalette(palette);
+    const QColor grund = Farbe::fenster(palette);
+    const auto staerkster = [&](QWidget &widget, const QRect &wo) {
+        const QImage bild = widget.grab(wo).toImage();
+        double bester = 1;
+        for (int x = 0; x < bild.width(); ++x) {
+            bester =
+                std::max(bester, Farbe::kontrast(bild.pixelColor(x, bild.height() / 2), grund));
+        }
+        return bester;
+    };
+    Haken haken(u"eins"_s);
+    haken.resize(haken.sizeHint());
+    const QRect kastenrand(0, haken.height() / 2 - 1, 2, 3);
+    QVERIFY(staerkster(haken, kastenrand) > 2.9);
+    haken.setChecked(true);
+    QVERIFY(staerkster(haken, kastenrand) > 2.9);
+    haken.setEnabled(false);
+    QVERIFY(staerkster(haken, kastenrand) > 2.9);
+
+    Startknopf start(u"rekordbox starten"_s);
+    start.resize(472, 38);
+    QVERIFY(staerkster(start, QRect(0, 18, 4, 3)) > 2.9);
+
+    Verweis verweis(u"Verweis"_s);
+    verweis.resize(verweis.sizeHint());
+    verweis.show();
+    QFocusEvent mitTab(QEvent::FocusIn, Qt::TabFocusReason);
+    verweis.setFocus(Qt::TabFocusReason);
+    QCoreApplication::sendEvent(&verweis, &mitTab);
+    QTRY_VERIFY(verweis.hasFocus());
+    QVERIFY(staerkster(verweis, QRect(0, verweis.height() / 2 - 1, 2, 3)) > 2.9);
 }
 
 KALVARO_FENSTERTEST(TestKnoepfe)

@@ -1,5 +1,6 @@
 #include "testlauf.h"
 #include "ui/erscheinung.h"
+#include "ui/karte.h"
 #include "ui/pille.h"
 
 #include <QApplication>
@@ -108,14 +109,10 @@ void TestPille::textBleibtLesbar()
     QApplication::setPalette(palette);
     for (const Farbton karte : {Farbton(Farbe::durchsichtig), Farbton(Farbe::gutWeich),
                                 Farbton(Farbe::warnWeich), Farbton(Farbe::kritWeich)}) {
-        const QColor hinten = Farbe::ueber(karte(palette), Farbe::flaeche(palette));
-        QWidget unterlage;
-        QPalette darunter = palette;
-        darunter.setColor(QPalette::Window, hinten);
-        unterlage.setPalette(darunter);
+        Karte unterlage;
+        unterlage.setFuellung(karte);
+        const QColor hinten = unterlage.grundfarbe();
         Pille pille(&unterlage);
-        pille.setPalette(palette);
-        pille.setUnterlage(hinten);
         pille.setzen(u"HHHH"_s, Farbe::warn, Farbe::warnWeich);
         unterlage.resize(pille.sizeHint());
         pille.resize(pille.sizeHint());
