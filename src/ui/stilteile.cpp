@@ -1,6 +1,7 @@
 #include "ui/stilteile.h"
 
 #include "ui/farbe.h"
+#include "ui/schrift.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -16,7 +17,12 @@ constexpr double feldradius = 7;
 constexpr double listenradius = 10;
 constexpr int kuerzesterDaumen = 28;
 constexpr int textrand = 10;
-constexpr int winkelplatz = 28; // for the angle at the end of a pop-up button
+
+// For the angle at the end of a pop-up button.
+int winkelplatz()
+{
+    return mass(28);
+}
 
 QColor kontur(const QPalette &palette)
 {
@@ -41,6 +47,11 @@ void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush
     maler.setBrush(flaeche);
     const double halb = rand.widthF() / 2;
     maler.drawRoundedRect(platz.adjusted(halb, halb, -halb, -halb), radius, radius);
+}
+
+int kaestchen()
+{
+    return mass(16);
 }
 
 void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
@@ -87,13 +98,14 @@ void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option)
     rundMalen(maler, option.rect, feldradius, flaeche, kontur(option.palette));
 
     const bool an = option.state.testFlag(QStyle::State_Enabled);
-    const QPointF mitte(option.rect.right() - winkelplatz / 2.0 - 1,
+    const QPointF mitte(option.rect.right() - winkelplatz() / 2.0 - 1,
                         QRectF(option.rect).center().y() + 1);
     maler.setPen(QPen(an ? Farbe::sekundaer(option.palette) : Farbe::tertiaer(option.palette), 1.5,
                       Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     maler.setBrush(Qt::NoBrush);
-    maler.drawPolyline(
-        QPolygonF({mitte + QPointF(-3.5, -2), mitte + QPointF(0, 1.5), mitte + QPointF(3.5, -2)}));
+    const double f = schriftfaktor();
+    maler.drawPolyline(QPolygonF({mitte + QPointF(-3.5, -2) * f, mitte + QPointF(0, 1.5) * f,
+                                  mitte + QPointF(3.5, -2) * f}));
 
     const bool mitTasten = option.state.testFlag(QStyle::State_KeyboardFocusChange);
     if (option.state.testFlag(QStyle::State_HasFocus) && mitTasten) {
@@ -103,7 +115,7 @@ void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option)
 
 QRect auswahltext(const QStyleOptionComboBox &option)
 {
-    return option.rect.adjusted(textrand - 1, 1, -winkelplatz, -1);
+    return option.rect.adjusted(textrand - 1, 1, -winkelplatz(), -1);
 }
 
 void listeMalen(QPainter &maler, const QStyleOption &option)
@@ -117,8 +129,8 @@ void klappzeichenMalen(QPainter &maler, const QStyleOption &option)
     if (!option.state.testFlag(QStyle::State_Children)) {
         return;
     }
-    constexpr double breite = 3.5;
-    constexpr double hoehe = 2.75;
+    const double breite = 3.5 * schriftfaktor();
+    const double hoehe = 2.75 * schriftfaktor();
     QPainterPath dreieck;
     dreieck.moveTo(-breite, -hoehe);
     dreieck.lineTo(breite, -hoehe);

@@ -14,8 +14,9 @@ namespace kalvaro {
 void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush &flaeche,
                const QPen &rand = QPen(Qt::NoBrush, 0, Qt::NoPen));
 
-// Draws the box of a check box into `platz`, a square with sides of usually `kaestchen`.
-inline constexpr int kaestchen = 16;
+// Draws the box of a check box into `platz`, a square with sides of usually kaestchen(),
+// which grow with the system's font.
+[[nodiscard]] int kaestchen();
 void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette, bool an,
                     bool gesperrt);
 
