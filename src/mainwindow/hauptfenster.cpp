@@ -65,6 +65,10 @@ void Hauptfenster::oeffnen(bool mitAbgleich)
 void Hauptfenster::nachVorn()
 {
     setWindowState(windowState() & ~Qt::WindowMinimized);
+    if (!mitte_) {
+        groesseAnpassen();
+        inDieMitte();
+    }
     show();
     QWidget *vorn = this;
     if (einstellungen_) {
@@ -138,6 +142,7 @@ void Hauptfenster::countdownStarten()
     ablauf_.abgleichMoeglich(countdownfrage_.get(), [this](bool moeglich) {
         if (moeglich && ablauf_.starter.gewaehlt()) {
             countdown_->start(u"start"_s, countdownSekunden);
+            vorzeigen({knStart_, countdown_});
         }
     });
 }
@@ -169,6 +174,9 @@ void Hauptfenster::anzeigen(const Bewertung &b)
 {
     letzte_ = b;
     if (b.neueVersion && b.updateAdresse) {
+        if (karteUpdate_->isHidden() && !countdown_->countdownArt()) {
+            vorzeigen({karteUpdate_});
+        }
         karteUpdate_->zeige(*b.neueVersion, *b.updateAdresse);
     }
     karteStatus_->zeige(b.art, b.titel, b.detail);

@@ -86,6 +86,8 @@ Q_SIGNALS:
     void angezeigt(const QString &titel, const QString &detail);
 
 protected:
+    void showEvent(QShowEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *objekt, QEvent *event) override;
@@ -98,6 +100,9 @@ private:
     [[nodiscard]] QWidget *startbereich();
     [[nodiscard]] QWidget *fusszeile();
     void groesseAnpassen();
+    void inDieMitte();
+    void vorzeigen(const QList<QWidget *> &teile);
+    void hinrollen();
     void nachVorn();
 
     // Syncs and what they come to.
@@ -146,6 +151,11 @@ private:
     bool endgueltig_ = false;
     QPointer<EinstellungenFenster> einstellungen_; // the sheet, while it is open
     Weckruf bildVerzug_;
+
+    // Where it stands, and what of it is to be seen.
+    std::optional<QPoint> mitte_;  // where the frame was put, once it has been shown
+    QMargins rahmen_;              // as it was taken into account
+    QList<QWidget *> vorzuzeigen_; // is to be scrolled into view with the next layout
 };
 
 } // namespace kalvaro

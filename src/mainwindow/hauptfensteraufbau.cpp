@@ -10,8 +10,10 @@
 #include "mainwindow/zahlenkarte.h"
 #include "platform/arbeitsplatz.h"
 #include "ui/beschriftung.h"
+#include "ui/fensterplatz.h"
 #include "ui/karte.h"
 #include "ui/knoepfe.h"
+#include "ui/schrift.h"
 #include "ui/stapel.h"
 #include "ui/symbole.h"
 
@@ -20,7 +22,6 @@
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QPainter>
-#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -40,14 +41,14 @@ class Programmzeichen final : public QWidget
 public:
     Programmzeichen()
     {
-        setFixedSize(kopfsymbol, kopfsymbol);
+        setFixedSize(mass(kopfsymbol), mass(kopfsymbol));
         setAccessibleName(u"kalvaro-Symbol"_s);
     }
 
 protected:
     void paintEvent(QPaintEvent *) override
     {
-        constexpr int rand = 3;
+        const int rand = mass(3);
         QPainter maler(this);
         programmsymbol().paint(&maler, rect().adjusted(-rand, -rand, rand, rand));
     }
@@ -97,7 +98,6 @@ void Hauptfenster::aufbauen()
     karteStatus_->laden(u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
     knStart_->setFocus();
     groesseAnpassen();
-    move(screen()->availableGeometry().center() - rect().center());
 }
 
 QWidget *Hauptfenster::kopfzeile() const
@@ -214,24 +214,78 @@ bool Hauptfenster::eventFilter(QObject *objekt, QEvent *event)
     return QWidget::eventFilter(objekt, event);
 }
 
-// As large as the content; higher than the screen it scrolls inside. Only a huge font makes it
-// wider than usual.
+// As large as the content; higher than the screen it scrolls inside.
 void Hauptfenster::groesseAnpassen()
 {
-    constexpr int titelleiste = 40; // what a desktop may put around the window
+    // How wide the frame is turns out after the window has been shown.
+    const bool neuMittig = isVisible() && mitte_ == pos() && rahmen_ != fensterrahmen(*this);
+    rahmen_ = fensterrahmen(*this);
     const QWidget *const leisteOben = layout()->menuBar();
     const int menue = leisteOben != nullptr ? leisteOben->sizeHint().height() : 0;
-    const int breite = std::max(fensterbreite, ganz_->layout()->totalMinimumSize().width());
+    const QSize platz = fensterplatz(*this) - QSize(0, menue);
+    const auto breiteNeben = [&](int rollbalken) {
+        return std::max(ganz_->layout()->totalMinimumSize().width(),
+                        std::min(mass(fensterbreite), platz.width() - rollbalken));
+    };
+    const bool rollt = ganz_->layout()->totalHeightForWidth(breiteNeben(0)) > platz.height();
+    const int balken = rollt ? rollbereich_->verticalScrollBar()->sizeHint().width() : 0;
+    const int breite = breiteNeben(balken);
     const int inhalt = ganz_->layout()->totalHeightForWidth(breite);
-    const int platz = screen()->availableGeometry().height() - titelleiste - menue;
-    const int leiste = inhalt > platz ? rollbereich_->verticalScrollBar()->sizeHint().width() : 0;
-    setFixedSize(breite + leiste, menue + std::min(inhalt, platz));
-    // What has grown past the lower edge of the screen moves up.
-    const QRect frei = screen()->availableGeometry();
-    const int zuviel = frameGeometry().bottom() - frei.bottom();
-    if (isVisible() && zuviel > 0) {
-        move(x(), std::max(frei.top(), y() - zuviel));
+    setFixedSize(breite + balken, menue + std::min(inhalt, platz.height()));
+    if (neuMittig) {
+        inDieMitte();
+    } else if (isVisible()) {
+        hereinruecken(*this);
     }
+    if (!vorzuzeigen_.isEmpty()) {
+        // Once the content has taken its new places.
+        QMetaObject::invokeMethod(this, &Hauptfenster::hinrollen, Qt::QueuedConnection);
+    }
+}
+
+void Hauptfenster::inDieMitte()
+{
+    mittigSetzen(*this);
+    mitte_ = pos();
+}
+
+void Hauptfenster::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous()) {
+        groesseAnpassen();
+    }
+    QWidget::showEvent(event);
+}
+
+void Hauptfenster::moveEvent(QMoveEvent *event)
+{
+    QWidget::moveEvent(event);
+    if (isVisible() && rahmen_ != fensterrahmen(*this)) {
+        groesseAnpassen();
+    }
+}
+
+// Scrolls to what has just appeared and matters now. When not all of it fits, the lower end counts.
+void Hauptfenster::vorzeigen(const QList<QWidget *> &teile)
+{
+    vorzuzeigen_ = teile;
+}
+
+void Hauptfenster::hinrollen()
+{
+    constexpr int rand = 14;
+    if (vorzuzeigen_.isEmpty()) {
+        return;
+    }
+    QRect ort;
+    for (const QWidget *teil : std::as_const(vorzuzeigen_)) {
+        ort |= QRect(teil->mapTo(ganz_, QPoint()), teil->size());
+    }
+    vorzuzeigen_.clear();
+    QScrollBar *const balken = rollbereich_->verticalScrollBar();
+    const int hoehe = rollbereich_->viewport()->height();
+    const int oben = std::min(balken->value(), ort.top() - rand);
+    balken->setValue(std::max(oben, ort.bottom() + 1 + rand - hoehe));
 }
 
 } // namespace kalvaro

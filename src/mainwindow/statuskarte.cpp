@@ -51,22 +51,22 @@ Aussehen aussehen(Art art)
 Statuskarte::Statuskarte(Uhr &uhr, QWidget *parent)
     : Karte(parent)
     , uhr_(uhr)
-    , bildZeichen_(new Zeichen(zeichengroesse))
+    , bildZeichen_(new Zeichen(mass(zeichengroesse)))
     , rad_(new Rad(uhr))
     , lblTitel_(beschriftung({}, 17, QFont::DemiBold))
-    , lblDetail_(beschriftung({}, 12, QFont::Normal, Farbe::sekundaer, detailbreite))
+    , lblDetail_(beschriftung({}, 12, QFont::Normal, Farbe::sekundaer, mass(detailbreite)))
     , pille_(new Pille)
 {
     setObjectName(u"karteStatus"_s);
     bildZeichen_->setObjectName(u"bildZeichen"_s);
     rad_->setObjectName(u"rad"_s);
-    rad_->setFixedSize(zeichengroesse, zeichengroesse);
+    rad_->setFixedSize(bildZeichen_->size());
     rad_->setAccessibleName(u"Vorgang läuft"_s);
     lblTitel_->setObjectName(u"lblTitel"_s);
     lblTitel_->setUmbruch(QWIDGETSIZE_MAX, titelzeilen);
     lblDetail_->setObjectName(u"lblDetail"_s);
-    lblDetail_->setUmbruch(detailbreite, detailzeilen);
-    lblDetail_->setZeilenhoehe(17);
+    lblDetail_->setUmbruch(mass(detailbreite), detailzeilen);
+    lblDetail_->setZeilenhoehe(mass(17));
     pille_->setObjectName(u"pille"_s);
 
     auto *const kopf = new QHBoxLayout;
@@ -87,7 +87,7 @@ Statuskarte::Statuskarte(Uhr &uhr, QWidget *parent)
     zeile->addWidget(rad_, 0, Qt::AlignTop);
     zeile->addLayout(texte, 1);
     einsetzen(inhalt);
-    setMinimumHeight(qRound(mindesthoehe * schriftfaktor()));
+    setMinimumHeight(mass(mindesthoehe));
 }
 
 void Statuskarte::zeige(Art art, const QString &titel, const QString &detail)

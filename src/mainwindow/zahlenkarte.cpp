@@ -21,10 +21,10 @@ const QString trenner = u"   ·   "_s;
 
 Beschriftung *figurenzeile(const QString &name, Farbton farbe)
 {
-    Beschriftung *const zeile = beschriftung({}, 11.5, QFont::Normal, farbe, zeilenbreite);
+    Beschriftung *const zeile = beschriftung({}, 11.5, QFont::Normal, farbe, mass(zeilenbreite));
     zeile->setObjectName(name);
-    zeile->setUmbruch(zeilenbreite, 3);
-    zeile->setZeilenhoehe(zeilenhoehe);
+    zeile->setUmbruch(mass(zeilenbreite), 3);
+    zeile->setZeilenhoehe(mass(zeilenhoehe));
     zeile->setSchrumpfen(0.9);
     return zeile;
 }
@@ -37,6 +37,7 @@ Zahlenkarte::Zahlenkarte(QWidget *parent)
     , lblZeile2_(figurenzeile(u"lblZeile2"_s, Farbe::sekundaer))
 {
     setObjectName(u"karteZahlen"_s);
+    Beschriftung::gemeinsamSchrumpfen(*lblZeile1_, *lblZeile2_);
     QWidget *const zeilen = stapel({lblZeile1_, lblZeile2_}, Qt::Vertical, 0);
     einsetzen(stapel({kachelreihe(), new Haarlinie(Qt::Horizontal), zeilen}, Qt::Vertical, 11));
 }

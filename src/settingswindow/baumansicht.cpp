@@ -42,7 +42,7 @@ Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
     setItemDelegate(new Playlistenzeile(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
-    setIndentation(qRound(einzug * schriftfaktor()));
+    setIndentation(mass(einzug));
     setEditTriggers(NoEditTriggers);
     setSelectionMode(NoSelection);
     setExpandsOnDoubleClick(false);
@@ -146,7 +146,7 @@ void Baumansicht::zeileWaehlen()
 void Baumansicht::breiteAnpassen(int tiefste)
 {
     tiefste_ = tiefste;
-    header()->setMinimumSectionSize(indentation() * (tiefste_ + 2) + mindestbreite);
+    header()->setMinimumSectionSize(indentation() * (tiefste_ + 2) + mass(mindestbreite));
 }
 
 // The tree view's own version goes sideways to the column's beginning, where a deep row is not.
@@ -155,7 +155,7 @@ void Baumansicht::scrollTo(const QModelIndex &index, ScrollHint art)
     const int vorher = horizontalScrollBar()->value();
     QTreeView::scrollTo(index, art);
     const int links = indentation() * ebene(index);
-    const int rechts = links + indentation() + mindestbreite;
+    const int rechts = links + indentation() + mass(mindestbreite);
     const int stand = std::max(std::min(vorher, links), rechts - viewport()->width());
     horizontalScrollBar()->setValue(stand);
 }

@@ -151,13 +151,18 @@ void EinstellungenFenster::eingabenSperren(bool sperren)
     }
 }
 
-// The arrow key leads from the search field to what it found.
+// The arrow key leads from the search field to what it found. The wheel scrolls the sheet; it does
+// not choose another version on the way.
 bool EinstellungenFenster::eventFilter(QObject *objekt, QEvent *event)
 {
     if (objekt == suchfeld_ && event->type() == QEvent::KeyPress &&
         static_cast<QKeyEvent *>(event)->key() == Qt::Key_Down) {
         baum_->setFocus();
         baum_->zeileWaehlen();
+        return true;
+    }
+    if (objekt == popVersion_ && event->type() == QEvent::Wheel && !popVersion_->hasFocus()) {
+        event->ignore();
         return true;
     }
     return QDialog::eventFilter(objekt, event);

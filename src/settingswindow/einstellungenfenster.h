@@ -11,6 +11,7 @@
 class QComboBox;
 class QLineEdit;
 class QPushButton;
+class QScrollArea;
 
 namespace kalvaro {
 
@@ -59,6 +60,11 @@ public:
     void reject() override { abbrechen(); }
     void done(int ergebnis) override;
 
+protected:
+    bool event(QEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    bool focusNextPrevChild(bool vor) override;
+
 private:
     enum class Zustand { Neu, Laedt, Geladen, Ladefehler, Sichert, Beendet };
 
@@ -69,6 +75,7 @@ private:
     [[nodiscard]] QWidget *tastenzeile();
     void baumAufbauen();
     void tabfolge();
+    void groesseAnpassen();
 
     void geladen(const Zentrale::Antwort &antwort);
     void optionenSichern();
@@ -93,6 +100,10 @@ private:
     QPushButton *const knAbbrechen_;
     QPushButton *const knSichern_;
     QPointer<QWidget> vorSperre_; // had the keyboard when the inputs were locked
+
+    QScrollArea *const rollbereich_; // scrolls the inputs where the screen is low
+    QWidget *const fuss_;            // what is always to be seen: the line and the buttons
+    QMargins rahmen_;                // the window's frame, as it was taken into account
 };
 
 } // namespace kalvaro

@@ -7,6 +7,7 @@
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/playlistenmodell.h"
 #include "ui/beschriftung.h"
+#include "ui/fensterplatz.h"
 #include "ui/karte.h"
 #include "ui/knoepfe.h"
 #include "ui/schrift.h"
@@ -15,6 +16,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace kalvaro {
@@ -25,20 +28,18 @@ namespace {
 
 constexpr int fensterbreite = 480;
 constexpr int rand = 22;
+constexpr int oberrand = 20;
+constexpr int unterrand = 18;
+constexpr int abstand = 12;
 constexpr int baumhoehe = 280;
-constexpr int zeilenhoehe = 28; // of fields and buttons
+constexpr int baummindesthoehe = 116; // four rows
+constexpr int zeilenhoehe = 28;       // of fields and buttons
 constexpr int umbruchbreite = 400;
 
 const QString ueberschrift = u"Playlisten lokal speichern"_s;
 const QString erklaerung =
     u"Angehakte Playlisten werden auf diesen Mac kopiert und spielen dann auch ohne Verbindung "
     "zur Musikplatte. Ein Ordner nimmt alle seine Playlisten mit."_s;
-
-// A length that grows with the system's font.
-int mass(int punkte)
-{
-    return qRound(punkte * schriftfaktor());
-}
 
 } // namespace
 
@@ -58,6 +59,8 @@ EinstellungenFenster::EinstellungenFenster(Vorgaben vorgaben, QWidget *eltern)
                             mass(fensterbreite - 2 * rand)))
     , knAbbrechen_(new QPushButton(u"Abbrechen"_s))
     , knSichern_(new QPushButton(u"Sichern"_s))
+    , rollbereich_(new QScrollArea)
+    , fuss_(stapel({lblInfo_, tastenzeile()}, Qt::Vertical, abstand))
 {
     setObjectName(u"einstellungen"_s);
     setWindowTitle(u"Einstellungen"_s);
@@ -69,8 +72,8 @@ void EinstellungenFenster::aufbauen()
 {
     baumAufbauen();
     auto *const oben = new QVBoxLayout(eingaben_);
-    oben->setContentsMargins({});
-    oben->setSpacing(12);
+    oben->setContentsMargins(rand, oberrand, rand, 0);
+    oben->setSpacing(abstand);
     oben->addWidget(versionszeile());
     oben->addWidget(optionen());
     oben->addWidget(new Haarlinie(Qt::Horizontal));
@@ -78,20 +81,81 @@ void EinstellungenFenster::aufbauen()
     oben->addWidget(suchfeld_);
     oben->addWidget(baum_);
 
+    rollbereich_->setFrameShape(QFrame::NoFrame);
+    rollbereich_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    rollbereich_->setWidgetResizable(true);
+    rollbereich_->setFocusPolicy(Qt::NoFocus);
+    rollbereich_->setWidget(eingaben_);
+
     // Two lines, so that the sheet keeps its height when a longer text comes.
     lblInfo_->setObjectName(u"lblInfo"_s);
     lblInfo_->setMinimumHeight(2 * lblInfo_->sizeHint().height());
     lblInfo_->setSchrumpfen(0.9);
+    fuss_->layout()->setContentsMargins(rand, abstand, rand, unterrand);
 
     auto *const ganz = new QVBoxLayout(this);
-    ganz->setContentsMargins(rand, 20, rand, 18);
-    ganz->setSpacing(12);
-    ganz->setSizeConstraint(QLayout::SetFixedSize);
-    ganz->addWidget(eingaben_);
-    ganz->addWidget(lblInfo_);
-    ganz->addWidget(tastenzeile());
-    eingaben_->setFixedWidth(mass(fensterbreite) - 2 * rand);
+    ganz->setContentsMargins({});
+    ganz->setSpacing(0);
+    ganz->addWidget(rollbereich_, 1);
+    ganz->addWidget(fuss_);
     tabfolge();
+    groesseAnpassen();
+}
+
+// As large as the content, up to the screen. Where that is too low, first the tree gets lower, then
+// all that stands above the line and the buttons scrolls.
+void EinstellungenFenster::groesseAnpassen()
+{
+    rahmen_ = fensterrahmen(*this);
+    const QSize platz = fensterplatz(*this);
+    const int breite = std::min(mass(fensterbreite), platz.width());
+    // A long message leaves room for what it is about.
+    const int zeilen = platz.height() / 3 / std::max(1, lblInfo_->minimumSizeHint().height());
+    lblInfo_->setUmbruch(breite - 2 * rand, std::clamp(zeilen, 2, 12));
+    const int unten = fuss_->layout()->totalHeightForWidth(breite);
+    const int hoechstens = platz.height() - unten;
+    const auto oben = [this](int wie) {
+        return eingaben_->layout()->totalHeightForWidth(wie) - baum_->minimumHeight();
+    };
+    const int baum = std::clamp(hoechstens - oben(breite), mass(baummindesthoehe), mass(baumhoehe));
+    const bool rollt = oben(breite) + baum > hoechstens;
+    const int balken = rollt ? rollbereich_->verticalScrollBar()->sizeHint().width() : 0;
+    const int aussen = std::min(breite + balken, platz.width());
+    const int inhalt = oben(aussen - balken) + baum;
+    baum_->setFixedHeight(baum);
+    // In line with what stands above it, left of the scroll bar.
+    fuss_->layout()->setContentsMargins(rand, abstand, rand + balken, unterrand);
+    setFixedSize(aussen, std::min(inhalt, hoechstens) + unten);
+    if (isVisible()) {
+        hereinruecken(*this);
+    }
+}
+
+bool EinstellungenFenster::event(QEvent *event)
+{
+    const bool ergebnis = QDialog::event(event);
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) {
+        groesseAnpassen();
+    }
+    return ergebnis;
+}
+
+// How wide the frame is turns out after the sheet has been shown, and anew on another screen.
+void EinstellungenFenster::moveEvent(QMoveEvent *event)
+{
+    QDialog::moveEvent(event);
+    if (isVisible() && fensterrahmen(*this) != rahmen_) {
+        groesseAnpassen();
+    }
+}
+
+bool EinstellungenFenster::focusNextPrevChild(bool vor)
+{
+    const bool weiter = QDialog::focusNextPrevChild(vor);
+    if (weiter && eingaben_->isAncestorOf(focusWidget())) {
+        rollbereich_->ensureWidgetVisible(focusWidget());
+    }
+    return weiter;
 }
 
 QWidget *EinstellungenFenster::versionszeile()
@@ -153,6 +217,7 @@ void EinstellungenFenster::baumAufbauen()
     baum_->setAccessibleName(ueberschrift);
     baum_->setAccessibleDescription(erklaerung);
     baum_->setFixedHeight(mass(baumhoehe));
+    popVersion_->installEventFilter(this);
     connect(baum_, &Baumansicht::getippt, this, [this](const QString &zeichen) {
         suchfeld_->setFocus();
         suchfeld_->insert(zeichen);

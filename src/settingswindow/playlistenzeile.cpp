@@ -64,9 +64,9 @@ Playlistenzeile::Satz Playlistenzeile::gesetzt(const QRect &zeile, const QModelI
 
     Satz satz;
     satz.anzahl = index.data(PlaylistenModell::AnzahlRolle).toString();
-    satz.kasten =
-        QRectF(zeile.left() + seitenrand,
-               zeile.top() + std::floor((zeile.height() - kaestchen) / 2.0), kaestchen, kaestchen);
+    const int seite = kaestchen();
+    satz.kasten = QRectF(zeile.left() + seitenrand,
+                         zeile.top() + std::floor((zeile.height() - seite) / 2.0), seite, seite);
     const double links = satz.kasten.right() + kastenAbstand;
     const double anzahlBreite = std::ceil(zahlmass.horizontalAdvance(satz.anzahl));
     const double luecke = satz.anzahl.isEmpty() ? 0 : zahlmass.horizontalAdvance(u"   "_s);
@@ -75,8 +75,13 @@ Playlistenzeile::Satz Playlistenzeile::gesetzt(const QRect &zeile, const QModelI
     satz.name = mass.elidedText(ganz, Qt::ElideRight, platz);
     satz.gekuerzt = satz.name != ganz;
     const double breite = std::min(platz, std::ceil(mass.horizontalAdvance(satz.name)));
-    satz.nameOrt = QRectF(links, zeile.top(), breite, zeile.height());
-    satz.anzahlOrt = QRectF(links + breite + luecke, zeile.top(), anzahlBreite, zeile.height());
+    satz.vonRechts = vonRechts(ganz);
+    const double rechts = zeile.right() + 1 - seitenrand;
+    const double nameAb = satz.vonRechts ? rechts - breite : links;
+    const double anzahlAb =
+        satz.vonRechts ? nameAb - luecke - anzahlBreite : nameAb + breite + luecke;
+    satz.nameOrt = QRectF(nameAb, zeile.top(), breite, zeile.height());
+    satz.anzahlOrt = QRectF(anzahlAb, zeile.top(), anzahlBreite, zeile.height());
     return satz;
 }
 
@@ -97,6 +102,7 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
     maler->save();
     maler->setFont(schriftFuer(index));
     maler->setPen(stift(Farbe::schrift));
+    maler->setLayoutDirection(satz.vonRechts ? Qt::RightToLeft : option.direction);
     maler->drawText(satz.nameOrt, flags, satz.name);
     maler->setFont(normal_);
     maler->setPen(stift(Farbe::sekundaer));
@@ -113,7 +119,7 @@ QSize Playlistenzeile::sizeHint(const QStyleOptionViewItem &, const QModelIndex 
 {
     const int hoehe = static_cast<int>(std::ceil(QFontMetricsF(fett_).height())) + 8;
     const int breite = 180; // names are cut, so no row asks for more
-    return {breite, std::max(qRound(mindesthoehe * schriftfaktor()), hoehe)};
+    return {breite, std::max(mass(mindesthoehe), hoehe)};
 }
 
 QRect Playlistenzeile::tastflaeche(const QRect &zeile, const QModelIndex &index) const

@@ -37,6 +37,7 @@ private:
         QRectF nameOrt;
         QRectF anzahlOrt;
         bool gekuerzt = false;
+        bool vonRechts = false; // the name begins at the right, and the number follows on its left
     };
 
     [[nodiscard]] Satz gesetzt(const QRect &zeile, const QModelIndex &index) const;

@@ -63,8 +63,13 @@ void Beschriftung::textSetzen(const QString &inhalt)
 void Beschriftung::textLautlosSetzen(const QString &inhalt)
 {
     QLabel::setText(inhalt);
-    hinweisErneuern();
-    updateGeometry();
+    for (Beschriftung *const betroffen : {this, gefaehrte_}) {
+        if (betroffen != nullptr) {
+            betroffen->hinweisErneuern();
+            betroffen->updateGeometry();
+            betroffen->update();
+        }
+    }
 }
 
 void Beschriftung::setFarbe(Farbton ton)
@@ -85,11 +90,15 @@ QColor Beschriftung::stift() const
 
 void Beschriftung::setUmbruch(int breite, int zeilen)
 {
+    if (umbruch_ == breite && hoechstens_ == zeilen) {
+        return;
+    }
     umbruch_ = breite;
     hoechstens_ = zeilen;
     QSizePolicy regel(QSizePolicy::Preferred, QSizePolicy::Preferred);
     regel.setHeightForWidth(true);
     setSizePolicy(regel);
+    hinweisErneuern();
     updateGeometry();
 }
 
@@ -103,6 +112,12 @@ void Beschriftung::setSchrumpfen(double faktor)
 {
     schrumpfen_ = faktor;
     updateGeometry();
+}
+
+void Beschriftung::gemeinsamSchrumpfen(Beschriftung &eine, Beschriftung &andere)
+{
+    eine.gefaehrte_ = &andere;
+    andere.gefaehrte_ = &eine;
 }
 
 QSize Beschriftung::sizeHint() const
@@ -136,34 +151,43 @@ double Beschriftung::zeilenabstand() const
     return std::max(zeilenhoehe_, QFontMetricsF(font()).height());
 }
 
-// Sizes come in steps on most screens, so the width is measured again for each.
-QFont Beschriftung::satzschrift(const QString &inhalt, double breite) const
+QFont Beschriftung::verengt(const Enge &enge) const
+{
+    QFont schrift = font();
+    if (enge.groesse < 1) {
+        schrift.setPointSizeF(font().pointSizeF() * enge.groesse);
+    }
+    if (enge.laufweite < 100) {
+        schrift.setLetterSpacing(QFont::PercentageSpacing, enge.laufweite);
+    }
+    return schrift;
+}
+
+// What this label's own text needs for one line; nothing where none helps. Sizes come in steps on
+// most screens, so the width is measured again for each.
+Beschriftung::Enge Beschriftung::enge(double breite) const
 {
     constexpr double schritt = 0.01;
+    const QString inhalt = satztext();
     const double noetig = QFontMetricsF(font()).horizontalAdvance(inhalt);
-    if (noetig <= breite) {
-        return font();
+    if (noetig <= breite || schrumpfen_ >= 1) {
+        return {};
     }
-    QFont schrift = font();
-    if (schrumpfen_ < 1) {
-        // Letters a hair closer together are less conspicuous than smaller ones.
-        for (const double laufweite : {99.0, 98.0, 97.0, 96.0}) {
-            schrift.setLetterSpacing(QFont::PercentageSpacing, laufweite);
-            if (QFontMetricsF(schrift).horizontalAdvance(inhalt) <= breite) {
-                return schrift;
-            }
-        }
-        schrift = font();
-    }
-    const auto versuche =
-        static_cast<int>(std::floor((breite / noetig - schrumpfen_) / schritt)); // or below 0
-    for (int versuch = 0; versuch <= versuche; ++versuch) {
-        schrift.setPointSizeF(font().pointSizeF() * (breite / noetig - versuch * schritt));
-        if (QFontMetricsF(schrift).horizontalAdvance(inhalt) <= breite) {
-            return schrift;
+    const auto passt = [&](const Enge &wie) {
+        return QFontMetricsF(verengt(wie)).horizontalAdvance(inhalt) <= breite;
+    };
+    // Letters a hair closer together are less conspicuous than smaller ones.
+    for (const double laufweite : {99.0, 98.0, 97.0, 96.0}) {
+        if (passt({.laufweite = laufweite})) {
+            return {.laufweite = laufweite};
         }
     }
-    return font();
+    for (double groesse = breite / noetig; groesse >= schrumpfen_; groesse -= schritt) {
+        if (passt({.groesse = groesse})) {
+            return {.groesse = groesse};
+        }
+    }
+    return {};
 }
 
 // The text as it goes into lines.
@@ -185,9 +209,11 @@ Beschriftung::Satz Beschriftung::gesetzt(int platz) const
     const QString inhalt = satztext();
     satz.gekuerzt = text().size() > meisteZeichen;
 
-    satz.schrift = satzschrift(inhalt, breite);
+    satz.schrift = verengt(gefaehrte_ != nullptr ? std::min(enge(breite), gefaehrte_->enge(breite))
+                                                 : enge(breite));
     QTextLayout layout(inhalt, satz.schrift);
     QTextOption option;
+    option.setTextDirection(vonRechts(inhalt) ? Qt::RightToLeft : layoutDirection());
     option.setWrapMode(umbruch_ ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     layout.setTextOption(option);
     layout.beginLayout();
@@ -244,6 +270,9 @@ void Beschriftung::paintEvent(QPaintEvent *)
     const double hoehe = zeilenabstand();
     const Satz satz = gesetzt(width());
     maler.setFont(satz.schrift);
+    if (vonRechts(text().left(meisteZeichen))) {
+        maler.setLayoutDirection(Qt::RightToLeft); // turns the alignment round as well
+    }
     double oben = umbruch_ ? 0 : (height() - hoehe) / 2;
     for (const QString &zeile : satz.zeilen) {
         const QRectF platz(0, oben, width(), hoehe);
@@ -265,6 +294,24 @@ Beschriftung *beschriftung(const QString &inhalt, double groesse, QFont::Weight 
         label->setUmbruch(*umbruch, meisteZeilen);
     }
     return label;
+}
+
+bool vonRechts(const QString &inhalt)
+{
+    bool rechts = false;
+    for (const char32_t zeichen : inhalt.toUcs4()) {
+        switch (QChar::direction(zeichen)) {
+        case QChar::DirL:
+            return false;
+        case QChar::DirR:
+        case QChar::DirAL:
+            rechts = true;
+            break;
+        default:
+            break;
+        }
+    }
+    return rechts;
 }
 
 QString alsHinweis(const QString &inhalt)

@@ -9,7 +9,8 @@
 namespace kalvaro {
 
 // A text label that shows every text literally, whatever it holds, and never claims more width than
-// it is given: a text that does not fit is cut with "…" and stands whole in the tool tip.
+// it is given: a text that does not fit is cut with "…" and stands whole in the tool tip. One that
+// is written from right to left as a whole begins at the right.
 class Beschriftung : public QLabel
 {
     Q_OBJECT
@@ -43,6 +44,10 @@ public:
     // saves a second line.
     void setSchrumpfen(double faktor);
 
+    // Two labels of the same font and width, one above the other: when one closes up or shrinks,
+    // the other does as far. Both must live as long as they are shown.
+    static void gemeinsamSchrumpfen(Beschriftung &eine, Beschriftung &andere);
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
     [[nodiscard]] bool hasHeightForWidth() const override;
@@ -62,9 +67,18 @@ private:
         bool gekuerzt = false;
     };
 
+    // How far a text is closed up to fit into one line; the tighter, the less.
+    struct Enge
+    {
+        double groesse = 1;     // of the font's own
+        double laufweite = 100; // percent
+        auto operator<=>(const Enge &) const = default;
+    };
+
     [[nodiscard]] QString satztext() const;
     [[nodiscard]] Satz gesetzt(int platz) const;
-    [[nodiscard]] QFont satzschrift(const QString &inhalt, double breite) const;
+    [[nodiscard]] QFont verengt(const Enge &enge) const;
+    [[nodiscard]] Enge enge(double breite) const;
     [[nodiscard]] double zeilenabstand() const;
     void hinweisErneuern();
 
@@ -73,6 +87,7 @@ private:
     int hoechstens_ = 1;
     double zeilenhoehe_ = 0;
     double schrumpfen_ = 1;
+    Beschriftung *gefaehrte_ = nullptr; // shrinks along
 };
 
 // A label of the given size in points; with `umbruch` it wraps at that width (logical pixels).
@@ -80,6 +95,10 @@ private:
                                          QFont::Weight gewicht = QFont::Normal,
                                          Farbton farbe = Farbe::schrift,
                                          std::optional<int> umbruch = std::nullopt);
+
+// Whether `inhalt` is written from right to left as a whole: it has letters of such a script, and
+// none of any other.
+[[nodiscard]] bool vonRechts(const QString &inhalt);
 
 // `inhalt` so that a tool tip shows it literally: tool tips guess markup. Cut after 2,000
 // characters.

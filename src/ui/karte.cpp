@@ -111,6 +111,7 @@ void Grund::paintEvent(QPaintEvent *event)
 
 Haarlinie::Haarlinie(Qt::Orientation richtung, QWidget *parent)
     : QWidget(parent)
+    , richtung_(richtung)
 {
     if (richtung == Qt::Horizontal) {
         setFixedHeight(1);
@@ -119,9 +120,22 @@ Haarlinie::Haarlinie(Qt::Orientation richtung, QWidget *parent)
     }
 }
 
-void Haarlinie::paintEvent(QPaintEvent *event)
+// A whole number of the screen's own pixels: at 1.25 and 1.5, lines one logical pixel wide come out
+// one wide here and two wide there, depending on where they lie.
+void Haarlinie::paintEvent(QPaintEvent *)
 {
-    QPainter(this).fillRect(event->rect(), Farbe::haarlinie(palette()));
+    QPainter maler(this);
+    const QTransform aufSchirm = maler.deviceTransform();
+    const double dicke = std::max(1.0, std::floor(aufSchirm.m11()));
+    QRectF linie = aufSchirm.mapRect(QRectF(rect()));
+    if (richtung_ == Qt::Horizontal) {
+        linie.setTop(std::round(linie.top()));
+        linie.setHeight(dicke);
+    } else {
+        linie.setLeft(std::round(linie.left()));
+        linie.setWidth(dicke);
+    }
+    maler.fillRect(aufSchirm.inverted().mapRect(linie), Farbe::haarlinie(palette()));
 }
 
 } // namespace kalvaro

@@ -50,7 +50,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 };
 
-// A hairline between or above contents.
+// A hairline between or above contents. All of them are equally wide, whatever the screen's scale.
 class Haarlinie : public QWidget
 {
     Q_OBJECT
@@ -60,6 +60,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    const Qt::Orientation richtung_;
 };
 
 } // namespace kalvaro

@@ -150,28 +150,28 @@ QSize Haken::sizeHint() const
         hoehe += mass.height() + (i == 0 ? 0 : 1);
     }
     // Two pixels all around for the focus ring.
-    return {static_cast<int>(std::ceil(breite)) + kaestchen + kaestchenAbstand + 4,
-            std::max(static_cast<int>(std::ceil(hoehe)), kaestchen) + 4};
+    return {static_cast<int>(std::ceil(breite)) + kaestchen() + kaestchenAbstand + 4,
+            std::max(static_cast<int>(std::ceil(hoehe)), kaestchen()) + 4};
 }
 
 QSize Haken::minimumSizeHint() const
 {
-    return {kaestchen + kaestchenAbstand + 40, sizeHint().height()};
+    return {kaestchen() + kaestchenAbstand + 40, sizeHint().height()};
 }
 
 void Haken::paintEvent(QPaintEvent *)
 {
     QPainter maler(this);
     const QFontMetricsF erste(font());
-    const double oben = 2 + std::max(0.0, (erste.height() - kaestchen) / 2);
+    const double oben = 2 + std::max(0.0, (erste.height() - kaestchen()) / 2);
     const QColor grund = untergrund(*this);
     maler.save();
-    kaestchenMalen(maler, QRectF(0, std::round(oben), kaestchen, kaestchen), palette(), grund,
+    kaestchenMalen(maler, QRectF(0, std::round(oben), kaestchen(), kaestchen()), palette(), grund,
                    isChecked(), !isEnabled());
     maler.restore();
 
     const QStringList zeilen = text().split(u'\n');
-    const double links = kaestchen + kaestchenAbstand;
+    const double links = kaestchen() + kaestchenAbstand;
     double y = 2;
     for (qsizetype i = 0; i < zeilen.size(); ++i) {
         const QFont schrift = i == 0 ? font() : zweiteSchrift();
@@ -188,7 +188,7 @@ void Haken::paintEvent(QPaintEvent *)
         y += mass.height() + 1;
     }
     if (fokusSichtbar()) {
-        fokusMalen(maler, QRectF(-2, std::round(oben) - 2, kaestchen + 4, kaestchen + 4), 6,
+        fokusMalen(maler, QRectF(-2, std::round(oben) - 2, kaestchen() + 4, kaestchen() + 4), 6,
                    Farbe::fokus(palette(), grund, grund));
     }
 }

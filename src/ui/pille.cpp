@@ -1,5 +1,6 @@
 #include "ui/pille.h"
 
+#include "ui/schrift.h"
 #include "ui/stilteile.h"
 
 #include <QHBoxLayout>
@@ -12,7 +13,7 @@ Pille::Pille(QWidget *parent)
     , label_(beschriftung({}, 11, QFont::DemiBold))
 {
     auto *const layout = new QHBoxLayout(this);
-    layout->setContentsMargins(10, 4, 10, 4);
+    layout->setContentsMargins(mass(10), mass(4), mass(10), mass(4));
     layout->addWidget(label_);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     hide();
@@ -34,9 +35,8 @@ QColor Pille::grundfarbe() const
 
 void Pille::paintEvent(QPaintEvent *)
 {
-    constexpr double radius = 11;
     QPainter maler(this);
-    rundMalen(maler, rect(), radius, fuellung_(palette()));
+    rundMalen(maler, rect(), mass(11), fuellung_(palette()));
 }
 
 } // namespace kalvaro

@@ -12,6 +12,11 @@ double schriftfaktor()
     return pixel <= 15 ? 1.0 : pixel / 13.0;
 }
 
+int mass(int punkte)
+{
+    return qRound(punkte * schriftfaktor());
+}
+
 QFont systemschrift(double punkt, QFont::Weight gewicht)
 {
     QFont schrift = QApplication::font();

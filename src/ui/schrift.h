@@ -12,4 +12,7 @@ namespace kalvaro {
 // screen's resolution, times schriftfaktor().
 [[nodiscard]] QFont systemschrift(double punkt, QFont::Weight gewicht = QFont::Normal);
 
+// A length in logical pixels that grows with the system's font.
+[[nodiscard]] int mass(int punkte);
+
 } // namespace kalvaro

@@ -200,7 +200,7 @@ int Stil::pixelMetric(PixelMetric mass, const QStyleOption *option, const QWidge
     switch (mass) {
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
-        return kaestchen;
+        return kaestchen();
     case PM_ButtonDefaultIndicator:
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:

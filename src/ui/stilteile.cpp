@@ -1,6 +1,7 @@
 #include "ui/stilteile.h"
 
 #include "ui/farbe.h"
+#include "ui/schrift.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -16,7 +17,12 @@ constexpr double feldradius = 7;
 constexpr double listenradius = 10;
 constexpr int kuerzesterDaumen = 28;
 constexpr int textrand = 10;
-constexpr int winkelplatz = 28; // for the angle at the end of a pop-up button
+
+// For the angle at the end of a pop-up button.
+int winkelplatz()
+{
+    return mass(28);
+}
 
 } // namespace
 
@@ -43,6 +49,11 @@ QColor unterZeiger(const QColor &flaeche, const QColor &schrift, bool gedrueckt)
     const bool heller = Farbe::kontrast(schrift, Qt::black) < Farbe::kontrast(flaeche, Qt::black);
     return Farbe::ueber(heller ? QColor(255, 255, 255, deckung) : QColor(0, 0, 0, deckung),
                         flaeche);
+}
+
+int kaestchen()
+{
+    return mass(16);
 }
 
 void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette,
@@ -99,12 +110,13 @@ void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option, const QCo
     const bool an = option.state.testFlag(QStyle::State_Enabled);
     const QColor winkel =
         Farbe::auf(flaeche, an ? Farbe::sekundaer : Farbe::gesperrt, option.palette);
-    const QPointF mitte(option.rect.right() - winkelplatz / 2.0 - 1,
+    const QPointF mitte(option.rect.right() - winkelplatz() / 2.0 - 1,
                         QRectF(option.rect).center().y() + 1);
     maler.setPen(QPen(winkel, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     maler.setBrush(Qt::NoBrush);
-    maler.drawPolyline(
-        QPolygonF({mitte + QPointF(-3.5, -2), mitte + QPointF(0, 1.5), mitte + QPointF(3.5, -2)}));
+    const double f = schriftfaktor();
+    maler.drawPolyline(QPolygonF({mitte + QPointF(-3.5, -2) * f, mitte + QPointF(0, 1.5) * f,
+                                  mitte + QPointF(3.5, -2) * f}));
 
     const bool mitTasten = option.state.testFlag(QStyle::State_KeyboardFocusChange);
     if (option.state.testFlag(QStyle::State_HasFocus) && mitTasten) {
@@ -114,7 +126,7 @@ void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option, const QCo
 
 QRect auswahltext(const QStyleOptionComboBox &option)
 {
-    return option.rect.adjusted(textrand - 1, 1, -winkelplatz, -1);
+    return option.rect.adjusted(textrand - 1, 1, -winkelplatz(), -1);
 }
 
 void listeMalen(QPainter &maler, const QStyleOption &option)
@@ -128,8 +140,8 @@ void klappzeichenMalen(QPainter &maler, const QStyleOption &option)
     if (!option.state.testFlag(QStyle::State_Children)) {
         return;
     }
-    constexpr double breite = 3.5;
-    constexpr double hoehe = 2.75;
+    const double breite = 3.5 * schriftfaktor();
+    const double hoehe = 2.75 * schriftfaktor();
     QPainterPath dreieck;
     dreieck.moveTo(-breite, -hoehe);
     dreieck.lineTo(breite, -hoehe);

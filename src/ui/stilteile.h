@@ -23,8 +23,9 @@ void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush
 // text only gains by it.
 [[nodiscard]] QColor unterZeiger(const QColor &flaeche, const QColor &schrift, bool gedrueckt);
 
-// Draws the box of a check box into `platz`, a square with sides of usually `kaestchen`.
-inline constexpr int kaestchen = 16;
+// Draws the box of a check box into `platz`, a square with sides of usually kaestchen(),
+// which grow with the system's font.
+[[nodiscard]] int kaestchen();
 void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palette,
                     const QColor &grund, bool an, bool gesperrt);
 

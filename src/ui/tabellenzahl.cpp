@@ -77,8 +77,14 @@ void Tabellenzahl::paintEvent(QPaintEvent *)
     maler.setPen(stift());
     const double grundlinie = (height() + mass.ascent() - mass.descent()) / 2;
     double links = 0;
-    const QString inhalt = text();
-    for (const QChar zeichen : inhalt) {
+    QString inhalt = text();
+    if (gesamtbreite(inhalt, mass) > width()) {
+        while (!inhalt.isEmpty() && gesamtbreite(inhalt + u'…', mass) > width()) {
+            inhalt.chop(1);
+        }
+        inhalt += u'…';
+    }
+    for (const QChar zeichen : std::as_const(inhalt)) {
         const double breite = zellbreite(zeichen, mass);
         const double spiel = breite - mass.horizontalAdvance(zeichen);
         maler.drawText(QPointF(links + spiel / 2, grundlinie), zeichen);

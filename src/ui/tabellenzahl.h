@@ -5,7 +5,7 @@
 namespace kalvaro {
 
 // A figure whose digits all take the same width, so that it does not dance when it changes. Shrinks
-// rather than being cut.
+// to half its size before it is cut with "…".
 class Tabellenzahl : public Beschriftung
 {
     Q_OBJECT

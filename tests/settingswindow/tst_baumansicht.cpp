@@ -57,6 +57,7 @@ private Q_SLOTS:
     void nameStehtInEinerZeile();
     void hinweisNurWoGekuerzt();
     void zeilenhoehe();
+    void nameVonRechts();
 
     void vorgelesenWirdJedeZeile();
     void vorlesehilfeHaktAn();
@@ -409,6 +410,50 @@ void TestBaumansicht::hinweisNurWoGekuerzt()
 void TestBaumansicht::zeilenhoehe()
 {
     QCOMPARE(ansicht->visualRect(zeile(u"N1"_s)).height(), 26);
+}
+
+// A name in Hebrew begins at the right end of its row, its number follows on the left; the box
+// stays.
+void TestBaumansicht::nameVonRechts()
+{
+    const QString kurz = u"שירים"_s;
+    const QString lang = (kurz + u' ').repeated(30).trimmed();
+    modell->setKnoten(baumAus(
+        antwort({eintrag(u"1"_s, {}, {{u"name"_s, kurz}}), eintrag(u"2"_s, {}, {{u"name"_s, lang}}),
+                 eintrag(u"3"_s, {}, {{u"name"_s, kurz + u" Remix"_s}})})));
+    ereignisseAbarbeiten();
+    // The first and the last column with ink behind the box.
+    const auto tinte = [this](const QString &name) {
+        const QRect ort = ansicht->visualRect(zeile(name));
+        const QImage bild = ansicht->viewport()->grab(ort).toImage();
+        std::pair<int, int> grenzen(bild.width(), -1);
+        for (int x = 30; x < bild.width(); ++x) {
+            for (int y = 4; y < bild.height() - 4; ++y) {
+                if (bild.pixel(x, y) != bild.pixel(bild.width() / 2, 1)) {
+                    grenzen = {std::min(grenzen.first, x), x};
+                }
+            }
+        }
+        return grenzen;
+    };
+    const int breite = ansicht->visualRect(zeile(kurz)).width();
+    QVERIFY(tinte(kurz).second >= breite - 8);
+    QVERIFY(tinte(kurz).first > breite / 2);
+    QVERIFY(tinte(lang).second >= breite - 8);
+    QVERIFY(tinte(lang).first < 40);
+    QVERIFY(tinte(kurz + u" Remix"_s).second < breite / 2);
+
+    // What is cut is the end: both begin alike.
+    const auto anfang = [this](const QString &name) {
+        const QRect ort = ansicht->visualRect(zeile(name));
+        constexpr int seite = 30;
+        return ansicht->viewport()
+            ->grab({ort.right() - seite, ort.top(), seite, ort.height()})
+            .toImage();
+    };
+    QCOMPARE(anfang(lang), anfang(kurz));
+    klicken(titel(kurz).center());
+    QVERIFY(an(kurz));
 }
 
 void TestBaumansicht::vorgelesenWirdJedeZeile()

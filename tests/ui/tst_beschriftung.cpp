@@ -39,6 +39,30 @@ double tintenkontrast(const QImage &gezeichnet, const QColor &grund)
     return bester;
 }
 
+// The first and the last column that holds ink; (width, -1) without any.
+std::pair<int, int> tinte(const QImage &gezeichnet)
+{
+    std::pair<int, int> grenzen(gezeichnet.width(), -1);
+    const QRgb grund = gezeichnet.pixel(gezeichnet.width() / 2, 0);
+    for (int x = 0; x < gezeichnet.width(); ++x) {
+        for (int y = 0; y < gezeichnet.height(); ++y) {
+            if (gezeichnet.pixel(x, y) != grund) {
+                grenzen = {std::min(grenzen.first, x), x};
+            }
+        }
+    }
+    return grenzen;
+}
+
+int tintenbreite(const QImage &gezeichnet)
+{
+    const auto [links, rechts] = tinte(gezeichnet);
+    return rechts - links + 1;
+}
+
+const QString hebraeisch = u"השירים האהובים"_s;
+const QString arabisch = u"الأغاني المفضلة"_s;
+
 } // namespace
 
 class TestBeschriftung final : public QObject
@@ -61,6 +85,10 @@ private Q_SLOTS:
     void schrumpfen();
     void zahlBleibtBeiDerEinheit();
     void mittelpunkteTrennenZeilen();
+    void gemeinsamSchrumpfen();
+    void vonRechtsNachLinks_data();
+    void vonRechtsNachLinks();
+    void vonRechtsGekuerzt();
     void schriftUndFarbe();
     void lesbarAufGrund_data();
     void lesbarAufGrund();
@@ -284,6 +312,79 @@ void TestBeschriftung::ansagen()
     QCOMPARE(eines->accessibleName(), u"zwei"_s);
     eines->textSetzen(QString(1'000'000, u'x'));
     QVERIFY(eines->accessibleName().size() < 5000);
+}
+
+// Two lines one above the other looked like two sizes of type.
+void TestBeschriftung::gemeinsamSchrumpfen()
+{
+    const QString langer = u"Keine Verbindung zur Cloud – Zahlen folgen beim nächsten Abgleich."_s;
+    const QString kurzer = u"Frei auf dem Mac: 214 GB"_s;
+    const int voll = label(langer)->fontMetrics().horizontalAdvance(langer);
+    for (const int prozent : {98, 92}) { // by the letters' distance, by their size
+        const auto oben = label(kurzer, 1000);
+        const auto unten = label(langer, 1000);
+        for (Beschriftung *eines : {oben.get(), unten.get()}) {
+            eines->setSchrumpfen(0.9);
+        }
+        const int platz = voll * prozent / 100;
+        const int allein = tintenbreite(bild(*oben, platz));
+        Beschriftung::gemeinsamSchrumpfen(*oben, *unten);
+        QCOMPARE(bild(*unten, platz).height(), 20);
+        QVERIFY(tintenbreite(bild(*oben, platz)) < allein);
+        // As large as before once the other fits.
+        unten->textSetzen(kurzer);
+        QCOMPARE(tintenbreite(bild(*oben, platz)), allein);
+    }
+}
+
+void TestBeschriftung::vonRechtsNachLinks_data()
+{
+    QTest::addColumn<QString>("inhalt");
+    QTest::addColumn<bool>("rechts");
+    QTest::newRow("Hebrew") << hebraeisch << true;
+    QTest::newRow("Arabic") << arabisch << true;
+    QTest::newRow("Arabic with a number and signs") << arabisch + u" (2026)!"_s << true;
+    QTest::newRow("German") << u"Alle Titel"_s << false;
+    QTest::newRow("mixed, Hebrew first") << hebraeisch + u" Remix"_s << false;
+    QTest::newRow("mixed, German first") << u"Mix: "_s + arabisch << false;
+    QTest::newRow("only numbers") << u"12.345"_s << false;
+    QTest::newRow("nothing") << QString() << false;
+}
+
+void TestBeschriftung::vonRechtsNachLinks()
+{
+    QFETCH(const QString, inhalt);
+    QFETCH(const bool, rechts);
+    constexpr int breite = 500;
+    for (const auto umbruch : {std::optional<int>(), std::optional<int>(breite)}) {
+        const auto eines = label(inhalt, umbruch);
+        const auto [links, ende] = tinte(bild(*eines, breite));
+        if (rechts) {
+            QVERIFY2(ende >= breite - 4, qPrintable(QString::number(ende)));
+            QVERIFY(links > breite / 2);
+        } else if (!inhalt.isEmpty()) {
+            QVERIFY2(links <= 4, qPrintable(QString::number(links)));
+        }
+    }
+}
+
+// What is cut is the end: at the left, where "…" stands.
+void TestBeschriftung::vonRechtsGekuerzt()
+{
+    for (const QString &wort : {hebraeisch, arabisch}) {
+        const QString lang = (wort + u' ').repeated(20).trimmed();
+        const auto ganz = label(lang);
+        const auto knapp = label(lang);
+        constexpr int breite = 300;
+        const int voll = ganz->sizeHint().width();
+        const QImage daneben = bild(*ganz, voll);
+        const QImage gekuerzt = bild(*knapp, breite);
+        QVERIFY(!knapp->toolTip().isEmpty());
+        constexpr int anfang = 200;
+        QCOMPARE(gekuerzt.copy(breite - anfang, 0, anfang, 20),
+                 daneben.copy(voll - anfang, 0, anfang, 20));
+        QVERIFY(tinte(gekuerzt).first < 40);
+    }
 }
 
 KALVARO_FENSTERTEST(TestBeschriftung)

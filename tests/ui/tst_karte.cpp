@@ -74,6 +74,8 @@ private Q_SLOTS:
     void maltSichSelbst();
     void grundFolgtDerErscheinung();
     void haarlinie();
+    void haarlinienSindGleichBreit_data();
+    void haarlinienSindGleichBreit();
 };
 
 // Red card on white: the red share of each pixel at the corner tells its coverage.
@@ -293,6 +295,56 @@ void TestKarte::haarlinie()
     QCOMPARE(waagrecht.size(), QSize(50, 1));
     QCOMPARE(senkrecht.size(), QSize(1, 50));
     QCOMPARE(waagrecht.grab().toImage().pixelColor(25, 0), QColor(0xe6e6ea));
+}
+
+void TestKarte::haarlinienSindGleichBreit_data()
+{
+    QTest::addColumn<double>("massstab");
+    QTest::addColumn<int>("pixel");
+    QTest::newRow("1") << 1.0 << 1;
+    QTest::newRow("1.25") << 1.25 << 1;
+    QTest::newRow("1.5") << 1.5 << 1;
+    QTest::newRow("1.75") << 1.75 << 1;
+    QTest::newRow("2") << 2.0 << 2;
+    QTest::newRow("2.5") << 2.5 << 2;
+}
+
+// In the screen's own pixels, wherever they lie. At 1.5 every second one was twice as wide.
+void TestKarte::haarlinienSindGleichBreit()
+{
+    QFETCH(const double, massstab);
+    QFETCH(const int, pixel);
+    constexpr int stellen = 12;
+    constexpr int abstand = 11; // between two lines
+    constexpr int seite = stellen * abstand;
+    for (const Qt::Orientation richtung : {Qt::Horizontal, Qt::Vertical}) {
+        const bool waagrecht = richtung == Qt::Horizontal;
+        QWidget unterlage;
+        unterlage.resize(seite, seite);
+        for (int i = 0; i < stellen; ++i) {
+            auto *const linie = new Haarlinie(richtung, &unterlage);
+            const QRect ort(i * abstand + 5, 0, 1, seite);
+            linie->setGeometry(waagrecht ? ort.transposed().translated(-ort.x(), ort.x()) : ort);
+        }
+        const int ganz = qCeil(seite * massstab);
+        QImage bild(ganz, ganz, QImage::Format_RGB32);
+        bild.setDevicePixelRatio(massstab);
+        unterlage.render(&bild);
+        QList<int> breiten;
+        bool davor = false;
+        for (int i = 0; i < ganz; ++i) {
+            const bool tinte = (waagrecht ? bild.pixelColor(ganz / 2, i)
+                                          : bild.pixelColor(i, ganz / 2)) == QColor(0xe6e6ea);
+            if (tinte && !davor) {
+                breiten.append(0);
+            }
+            if (tinte) {
+                ++breiten.last();
+            }
+            davor = tinte;
+        }
+        QCOMPARE(breiten, QList<int>(stellen, pixel));
+    }
 }
 
 KALVARO_FENSTERTEST(TestKarte)

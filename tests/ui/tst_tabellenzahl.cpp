@@ -33,6 +33,7 @@ private Q_SLOTS:
     void ziffernSindGleichBreit();
     void schrumpftStattZuKuerzen();
     void nachbarnSchrumpfenMit();
+    void kuerztErstAmEnde();
 };
 
 void TestTabellenzahl::ziffernSindGleichBreit()
@@ -73,6 +74,18 @@ void TestTabellenzahl::nachbarnSchrumpfenMit()
     const auto daneben = spalten(kurz).lastIndexOf(u'#');
     QVERIFY(daneben < allein);
     QVERIFY(daneben > 0);
+}
+
+// Too long even at half its size: cut between two digits, not through one.
+void TestTabellenzahl::kuerztErstAmEnde()
+{
+    Tabellenzahl zahl(u"8.888.888.888.888.888"_s);
+    zahl.setFont(systemschrift(22, QFont::DemiBold));
+    zahl.resize(90, 30);
+    QCOMPARE(zahl.passend(), 0.5);
+    const QString ganz = spalten(zahl);
+    QVERIFY2(ganz.endsWith(u'.'), "the last digit is cut");
+    QVERIFY(!zahl.toolTip().isEmpty());
 }
 
 KALVARO_FENSTERTEST(TestTabellenzahl)
