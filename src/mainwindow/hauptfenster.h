@@ -12,6 +12,7 @@
 
 class QAction;
 class QMenuBar;
+class QMessageBox;
 class QScrollArea;
 
 namespace kalvaro {
@@ -99,6 +100,7 @@ private:
     [[nodiscard]] QWidget *fusszeile();
     void groesseAnpassen();
     void nachVorn();
+    void fokusZumStartknopf();
 
     // Syncs and what they come to.
     void abgleichen(Anlass anlass, bool autostartErlaubt);
@@ -110,6 +112,7 @@ private:
     void anzeigen(const Bewertung &b);
     void gleichtAbSetzen(bool gleichtAb);
     [[nodiscard]] bool beschaeftigt() const;
+    void beschaeftigtZeigen();
 
     // The start of rekordbox.
     void startVerfolgen();
@@ -119,6 +122,7 @@ private:
     void rekordboxLaeuftAnzeigen();
     void startKnopfAktualisieren();
     void startKnopfZeigen(bool laeuft);
+    void startKnopfSperren(bool sperren);
     void autoGeaendert();
 
     void einstellungenOeffnen();
@@ -145,6 +149,7 @@ private:
     std::unique_ptr<QObject> countdownfrage_; // whether a countdown may start is being asked
     bool endgueltig_ = false;
     QPointer<EinstellungenFenster> einstellungen_; // the sheet, while it is open
+    QPointer<QMessageBox> startfehler_;            // why rekordbox did not start, while it is shown
     Weckruf bildVerzug_;
 };
 

@@ -1,6 +1,7 @@
 #include "ui/knoepfe.h"
 
 #include "ui/farbe.h"
+#include "ui/knopfzugang.h"
 #include "ui/schrift.h"
 #include "ui/stilteile.h"
 
@@ -44,12 +45,25 @@ void titelSetzen(QAbstractButton &knopf, const QString &titel)
 Verweis::Verweis(const QString &titel, QWidget *parent)
     : Tastaturknopf(parent)
 {
+    knopfzugangAnmelden();
     titelSetzen(*this, titel);
     setFlat(true);
     setAutoDefault(false);
     setFont(systemschrift(12.5));
     setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void Verweis::setBeschaeftigt(const QString &warum)
+{
+    setToolTip(warum);
+    if (beschaeftigt_ == !warum.isEmpty()) {
+        return;
+    }
+    beschaeftigt_ = !beschaeftigt_;
+    setCursor(beschaeftigt_ ? Qt::ArrowCursor : Qt::PointingHandCursor);
+    update();
+    beschaeftigtMelden(*this);
 }
 
 QSize Verweis::sizeHint() const
@@ -60,12 +74,12 @@ QSize Verweis::sizeHint() const
 void Verweis::paintEvent(QPaintEvent *)
 {
     QPainter maler(this);
-    QColor farbe = isEnabled() ? Farbe::verweis(palette()) : Farbe::tertiaer(palette());
+    QColor farbe = wirkt() ? Farbe::verweis(palette()) : Farbe::tertiaer(palette());
     if (isDown()) {
         farbe.setAlphaF(0.6F);
     }
     QFont schrift = font();
-    schrift.setUnderline(isEnabled() && (underMouse() || fokusSichtbar()));
+    schrift.setUnderline(wirkt() && (underMouse() || fokusSichtbar()));
     maler.setFont(schrift);
     maler.setPen(farbe);
     maler.drawText(rect(), textschalter, text());
@@ -74,14 +88,17 @@ void Verweis::paintEvent(QPaintEvent *)
     }
 }
 
-// Return presses the link that has the focus; without this it would start rekordbox.
 void Verweis::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        click();
-    } else {
-        QPushButton::keyPressEvent(event);
+    if (beschaeftigt_ && event->key() == Qt::Key_Space) {
+        return;
     }
+    QPushButton::keyPressEvent(event);
+}
+
+bool Verweis::hitButton(const QPoint &ort) const
+{
+    return !beschaeftigt_ && QPushButton::hitButton(ort);
 }
 
 Startknopf::Startknopf(const QString &titel, QWidget *parent)
@@ -91,6 +108,14 @@ Startknopf::Startknopf(const QString &titel, QWidget *parent)
     setFont(systemschrift(13.5, QFont::DemiBold));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setCursor(Qt::PointingHandCursor);
+}
+
+void Startknopf::setWirkungslos(const QString &warum)
+{
+    wirkungslos_ = !warum.isEmpty();
+    setToolTip(warum);
+    setCursor(wirkungslos_ ? Qt::ArrowCursor : Qt::PointingHandCursor);
+    update();
 }
 
 QSize Startknopf::sizeHint() const
@@ -108,10 +133,10 @@ QSize Startknopf::minimumSizeHint() const
 void Startknopf::paintEvent(QPaintEvent *)
 {
     constexpr double radius = 9;
-    const bool aktiv = isEnabled();
+    const bool aktiv = isEnabled() && !wirkungslos_;
     QColor flaeche = aktiv ? Farbe::akzent(palette())
                            : Farbe::ueber(QColor(128, 128, 128, 40), Farbe::fenster(palette()));
-    if (isDown()) {
+    if (aktiv && isDown()) {
         flaeche = Farbe::ueber(QColor(0, 0, 0, 45), flaeche);
     } else if (aktiv && underMouse()) {
         flaeche = Farbe::ueber(QColor(255, 255, 255, 22), flaeche);
@@ -123,7 +148,8 @@ void Startknopf::paintEvent(QPaintEvent *)
     maler.drawText(rect(), textschalter,
                    fontMetrics().elidedText(text(), Qt::ElideMiddle, breite, Qt::TextShowMnemonic));
     if (fokusSichtbar()) {
-        maler.setPen(QPen(Farbe::akzentSchrift(palette()), 1.5));
+        maler.setPen(
+            QPen(aktiv ? Farbe::akzentSchrift(palette()) : Farbe::sekundaer(palette()), 1.5));
         maler.setBrush(Qt::NoBrush);
         maler.drawRoundedRect(QRectF(rect()).adjusted(3, 3, -3, -3), radius - 3, radius - 3);
     }
@@ -184,8 +210,12 @@ void Haken::paintEvent(QPaintEvent *)
         y += mass.height() + 1;
     }
     if (fokusSichtbar()) {
-        fokusMalen(maler, QRectF(-2, std::round(oben) - 2, kaestchen + 4, kaestchen + 4), 6,
-                   palette());
+        // Around the title: the box stands at the edge, which would cut it off.
+        constexpr double abstand = kaestchenAbstand / 2.0;
+        const QSize ganz = sizeHint().boundedTo(size());
+        fokusMalen(maler,
+                   QRectF(links - abstand, 0, ganz.width() - links + abstand, sizeHint().height()),
+                   5, palette());
     }
 }
 
@@ -198,7 +228,11 @@ Verweis *verweis(const QString &titel, QObject *ziel, std::function<void()> akti
 {
     auto *const knopf = new Verweis(titel);
     if (ziel != nullptr && aktion) {
-        QObject::connect(knopf, &QPushButton::clicked, ziel, std::move(aktion));
+        QObject::connect(knopf, &QPushButton::clicked, ziel, [knopf, tun = std::move(aktion)] {
+            if (!knopf->beschaeftigt()) {
+                tun();
+            }
+        });
     }
     return knopf;
 }
