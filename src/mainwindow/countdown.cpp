@@ -67,6 +67,9 @@ void Countdown::stopp()
     takt_.reset();
     countdownArt_.reset();
     lblCountdown_->textSetzen({});
+    if (window()->focusWidget() == knCountdown_) {
+        Q_EMIT gibtFokusAb(knCountdown_->mitTastenErreicht());
+    }
     knCountdown_->hide();
     hide();
 }

@@ -32,6 +32,10 @@ Q_SIGNALS:
     // The countdown has come to its end and rests already.
     void abgelaufen(const QString &art);
 
+    // The link is about to go and has the keyboard, which needs another place; `mitTasten` when it
+    // was brought here by the keyboard.
+    void gibtFokusAb(bool mitTasten);
+
 private:
     void countdownText();
     void uhrTick();

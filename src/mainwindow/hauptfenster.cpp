@@ -15,6 +15,7 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QMessageBox>
 
 namespace kalvaro {
 
@@ -64,6 +65,7 @@ void Hauptfenster::oeffnen(bool mitAbgleich)
 
 void Hauptfenster::nachVorn()
 {
+    const bool warWeg = !isVisible();
     setWindowState(windowState() & ~Qt::WindowMinimized);
     if (!mitte_) {
         groesseAnpassen();
@@ -74,6 +76,15 @@ void Hauptfenster::nachVorn()
     if (einstellungen_) {
         einstellungen_->show();
         vorn = einstellungen_;
+    }
+    if (startfehler_) {
+        // Desktops put a dialogue above the window that it belongs to when the dialogue comes.
+        startfehler_->setVisible(!warWeg);
+        startfehler_->show();
+        vorn = startfehler_;
+    }
+    if (warWeg && focusWidget() == this) {
+        fokusZumStartknopf();
     }
     if (QGuiApplication::platformName() != u"offscreen"_s) {
         vorn->raise();
@@ -157,12 +168,24 @@ void Hauptfenster::gleichtAbSetzen(bool gleichtAb)
 {
     gleichtAb_ = gleichtAb;
     ablauf_.starter.fensterGleichtAb(gleichtAb);
-    lnkAbgleich_->setEnabled(!beschaeftigt());
+    beschaeftigtZeigen();
 }
 
 bool Hauptfenster::beschaeftigt() const
 {
     return gleichtAb_ || ablauf_.starter.imFenster();
+}
+
+// Both keep the keyboard: a focus that moves on by itself brings the next key where nobody meant
+// it.
+void Hauptfenster::beschaeftigtZeigen()
+{
+    const bool startet = ablauf_.starter.imFenster();
+    lnkAbgleich_->setBeschaeftigt(beschaeftigt() ? u"Der Abgleich läuft noch."_s : QString());
+    knStart_->setWirkungslos(
+        !beschaeftigt() ? QString()
+        : startet ? u"Der Start läuft schon: rekordbox kommt, sobald die Cloud geantwortet hat."_s
+                  : u"Erst nach dem Abgleich: Solange er läuft, startet dieser Knopf nichts."_s);
 }
 
 void Hauptfenster::ladenAnzeigen(const QString &titel)

@@ -12,6 +12,7 @@
 
 class QAction;
 class QMenuBar;
+class QMessageBox;
 class QScrollArea;
 
 namespace kalvaro {
@@ -104,6 +105,7 @@ private:
     void vorzeigen(const QList<QWidget *> &teile);
     void hinrollen();
     void nachVorn();
+    void fokusZumStartknopf();
 
     // Syncs and what they come to.
     void abgleichen(Anlass anlass, bool autostartErlaubt);
@@ -115,6 +117,7 @@ private:
     void anzeigen(const Bewertung &b);
     void gleichtAbSetzen(bool gleichtAb);
     [[nodiscard]] bool beschaeftigt() const;
+    void beschaeftigtZeigen();
 
     // The start of rekordbox.
     void startVerfolgen();
@@ -124,6 +127,7 @@ private:
     void rekordboxLaeuftAnzeigen();
     void startKnopfAktualisieren();
     void startKnopfZeigen(bool laeuft);
+    void startKnopfSperren(bool sperren);
     void autoGeaendert();
 
     void einstellungenOeffnen();
@@ -150,6 +154,7 @@ private:
     std::unique_ptr<QObject> countdownfrage_; // whether a countdown may start is being asked
     bool endgueltig_ = false;
     QPointer<EinstellungenFenster> einstellungen_; // the sheet, while it is open
+    QPointer<QMessageBox> startfehler_;            // why rekordbox did not start, while it is shown
     Weckruf bildVerzug_;
 
     // Where it stands, and what of it is to be seen.

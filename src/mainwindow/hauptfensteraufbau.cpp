@@ -10,6 +10,7 @@
 #include "mainwindow/zahlenkarte.h"
 #include "platform/arbeitsplatz.h"
 #include "ui/beschriftung.h"
+#include "ui/eingabe.h"
 #include "ui/fensterplatz.h"
 #include "ui/karte.h"
 #include "ui/knoepfe.h"
@@ -94,6 +95,7 @@ void Hauptfenster::aufbauen()
     rahmen->addWidget(rollbereich_);
 
     ganz_->installEventFilter(this);
+    new Eingabe(*this, *knStart_);
     aktionenAnlegen();
     karteStatus_->laden(u"Verbinde mit der Cloud …"_s, u"Einen Moment"_s);
     knStart_->setFocus();
@@ -120,6 +122,12 @@ QWidget *Hauptfenster::startbereich()
     connect(knStart_, &QPushButton::clicked, this, &Hauptfenster::rekordboxStarten);
 
     countdown_ = new Countdown(ablauf_.umgebung.uhr);
+    connect(countdown_, &Countdown::gibtFokusAb, this, [this](bool mitTasten) {
+        setFocus();
+        if (!mitTasten) {
+            fokusZumStartknopf();
+        }
+    });
     connect(countdown_, &Countdown::abgelaufen, this, [this](const QString &art) {
         if (art == u"start"_s) {
             rekordboxStarten();
@@ -192,12 +200,6 @@ void Hauptfenster::menueleisteSetzen(QMenuBar *leiste)
 void Hauptfenster::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        if (!event->isAutoRepeat()) {
-            knStart_->click();
-        }
-        break;
     case Qt::Key_Escape:
         countdownStoppen();
         break;

@@ -25,7 +25,12 @@ void Hauptfenster::startVerfolgen()
     connect(starter, &Rekordboxstarter::belegt, this, &Hauptfenster::rekordboxLaeuftAnzeigen);
     connect(starter, &Rekordboxstarter::laeuft, this, &Hauptfenster::gestartet);
     connect(starter, &Rekordboxstarter::gescheitert, this, [this](const QString &grund) {
-        hinweisfenster(u"rekordbox ließ sich nicht starten"_s, grund, this)->open();
+        // Desktops hide the dialogues of a minimised window with it.
+        if (isVisible() && isMinimized()) {
+            showNormal();
+        }
+        startfehler_ = hinweisfenster(u"rekordbox ließ sich nicht starten"_s, grund, this);
+        startfehler_->open();
     });
 }
 
@@ -40,7 +45,7 @@ void Hauptfenster::rekordboxStarten()
 void Hauptfenster::startZeigen(Startschritt schritt, Startschritt vorher)
 {
     countdownStoppen();
-    lnkAbgleich_->setEnabled(!beschaeftigt());
+    beschaeftigtZeigen();
     startKnopfAktualisieren();
     switch (schritt) {
     case Startschritt::Fragt:
@@ -50,7 +55,7 @@ void Hauptfenster::startZeigen(Startschritt schritt, Startschritt vorher)
         ladenAnzeigen(u"Bibliothek wird abgeglichen …"_s);
         break;
     case Startschritt::Prueft:
-        knStart_->setEnabled(false);
+        startKnopfSperren(true);
         karteStatus_->laden(u"Letzter Blick in die Cloud …"_s,
                             u"kalvaro prüft, ob seit dem Abgleich etwas dazukam"_s);
         break;
@@ -68,7 +73,7 @@ void Hauptfenster::gestartet()
     // The new process may not be counted yet.
     knopffrage_.reset();
     titelSetzen(*knStart_, u"rekordbox läuft"_s);
-    knStart_->setEnabled(false);
+    startKnopfSperren(true);
     switch (verbleib_) {
     case Verbleib::Menueleiste:
         verstecken();
@@ -109,7 +114,30 @@ void Hauptfenster::startKnopfZeigen(bool laeuft)
                                    : u"rekordbox "_s + i->version + u" starten"_s;
     const bool prueft = starter.imFenster() && starter.schritt() == Startschritt::Prueft;
     titelSetzen(*knStart_, titel);
-    knStart_->setEnabled(i && !laeuft && !prueft);
+    startKnopfSperren(!i || laeuft || prueft);
+}
+
+// The toolkit would pass the keyboard on to the next control, where another Return or Space does
+// something else. It rests in the window instead, until the button is back.
+void Hauptfenster::startKnopfSperren(bool sperren)
+{
+    if (sperren != knStart_->isEnabled()) {
+        return;
+    }
+    if (sperren && focusWidget() == knStart_) {
+        setFocus();
+    }
+    knStart_->setEnabled(!sperren);
+    if (!sperren && focusWidget() == this) {
+        fokusZumStartknopf();
+    }
+}
+
+void Hauptfenster::fokusZumStartknopf()
+{
+    if (knStart_->isEnabled()) {
+        knStart_->setFocus(Qt::ActiveWindowFocusReason); // its ring as it was
+    }
 }
 
 void Hauptfenster::autoGeaendert()

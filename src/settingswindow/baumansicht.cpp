@@ -9,6 +9,7 @@
 #include <QAccessible>
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
@@ -210,14 +211,91 @@ void Baumansicht::zustandMelden(const QModelIndex &index, bool aufgeklappt)
     }
 }
 
+void Baumansicht::mitTastenSetzen(bool mitTasten)
+{
+    if (mitTasten_ != mitTasten) {
+        mitTasten_ = mitTasten;
+        viewport()->update();
+    }
+}
+
+void Baumansicht::focusInEvent(QFocusEvent *event)
+{
+    switch (event->reason()) {
+    case Qt::MouseFocusReason:
+    case Qt::ActiveWindowFocusReason:
+    case Qt::PopupFocusReason:
+        break; // the click tells, or it is as it was
+    default:
+        mitTastenSetzen(true);
+    }
+    QTreeView::focusInEvent(event);
+}
+
+void Baumansicht::mousePressEvent(QMouseEvent *event)
+{
+    mitTastenSetzen(false);
+    QTreeView::mousePressEvent(event);
+}
+
+void Baumansicht::keyPressEvent(QKeyEvent *event)
+{
+    mitTastenSetzen(true);
+    const bool menue = event->key() == Qt::Key_Menu ||
+                       (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
+    if (menue) {
+        menueZeigen(menueort());
+    } else if (!klappen(event->key())) {
+        QTreeView::keyPressEvent(event);
+    }
+}
+
+// The keys by which trees open and close everywhere; the tree view's own version would also take
+// them for letters to search for.
+bool Baumansicht::klappen(int taste)
+{
+    const QModelIndex zeile = currentIndex();
+    switch (taste) {
+    case Qt::Key_Plus:
+        expand(zeile);
+        return true;
+    case Qt::Key_Minus:
+        collapse(zeile);
+        return true;
+    case Qt::Key_Asterisk:
+        alleAufklappen();
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Below the title of the current row, where one is in sight.
+QPoint Baumansicht::menueort() const
+{
+    const QRect zeile = visualRect(currentIndex()) & viewport()->rect();
+    return viewport()->mapToGlobal(zeile.isEmpty() ? viewport()->rect().center()
+                                                   : QPoint(zeile.left() + einzug, zeile.bottom()));
+}
+
 void Baumansicht::contextMenuEvent(QContextMenuEvent *event)
 {
+    menueZeigen(event->reason() == QContextMenuEvent::Keyboard ? menueort() : event->globalPos());
+}
+
+// Some systems send the menu key and the wish for a menu as well.
+void Baumansicht::menueZeigen(const QPoint &ort)
+{
+    if (menue_ && menue_->isVisible()) {
+        return;
+    }
     auto *const menue = new QMenu(this);
     menue->setObjectName(u"baummenue"_s);
     menue->setAttribute(Qt::WA_DeleteOnClose);
     menue->addAction(u"Alle aufklappen"_s, this, &Baumansicht::alleAufklappen);
     menue->addAction(u"Alle zuklappen"_s, this, &Baumansicht::alleZuklappen);
-    menue->popup(event->globalPos());
+    menue->popup(ort);
+    menue_ = menue;
 }
 
 void Baumansicht::paintEvent(QPaintEvent *event)

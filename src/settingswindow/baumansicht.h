@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QPointer>
 #include <QTreeView>
 
 #include <vector>
+
+class QMenu;
 
 namespace kalvaro {
 
@@ -28,6 +31,9 @@ public:
     // Makes the first row the current one where there is none.
     void zeileWaehlen();
 
+    // Whether the tree was last used by the keyboard; only then the current row is marked.
+    [[nodiscard]] bool mitTasten() const { return mitTasten_; }
+
     void scrollTo(const QModelIndex &index, ScrollHint art = EnsureVisible) override;
 
 Q_SIGNALS:
@@ -40,9 +46,16 @@ protected:
     void dataChanged(const QModelIndex &erster, const QModelIndex &letzter,
                      const QList<int> &rollen) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void mitTastenSetzen(bool mitTasten);
+    bool klappen(int taste);
+    void menueZeigen(const QPoint &ort);
+    [[nodiscard]] QPoint menueort() const;
     [[nodiscard]] int aktuelle() const; // place of the current row; -1: none
     void aktuelleSetzen(int stelle);
     void merken();
@@ -52,6 +65,8 @@ private:
 
     PlaylistenModell &modell_;
     int tiefste_ = 0; // level of the deepest folder that was opened
+    bool mitTasten_ = false;
+    QPointer<QMenu> menue_;
 
     // How the tree stood before the filter.
     std::vector<int> offene_; // places of the open folders

@@ -81,7 +81,19 @@ public:
 
     [[nodiscard]] QString text(QAccessible::Text art) const override
     {
-        return isValid() && art == QAccessible::Name ? index().data().toString() : QString();
+        if (!isValid()) {
+            return {};
+        }
+        switch (art) {
+        case QAccessible::Name:
+            return index().data().toString();
+        case QAccessible::Description: // what the row says at its right
+            return ansicht_->isExpanded(index())
+                       ? QString()
+                       : index().data(PlaylistenModell::GewaehltRolle).toString();
+        default:
+            return {};
+        }
     }
     [[nodiscard]] QRect rect() const override
     {

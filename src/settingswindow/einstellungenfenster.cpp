@@ -147,7 +147,7 @@ void EinstellungenFenster::eingabenSperren(bool sperren)
     eingaben_->setEnabled(!sperren);
     knSichern_->setEnabled(!sperren);
     if (!sperren && vorSperre_) {
-        vorSperre_->setFocus();
+        vorSperre_->setFocus(Qt::ActiveWindowFocusReason); // its ring as it was
     }
 }
 

@@ -7,6 +7,7 @@
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/playlistenmodell.h"
 #include "ui/beschriftung.h"
+#include "ui/eingabe.h"
 #include "ui/fensterplatz.h"
 #include "ui/karte.h"
 #include "ui/knoepfe.h"
@@ -99,6 +100,7 @@ void EinstellungenFenster::aufbauen()
     ganz->addWidget(rollbereich_, 1);
     ganz->addWidget(fuss_);
     tabfolge();
+    new Eingabe(*this, *knSichern_);
     groesseAnpassen();
 }
 
@@ -231,8 +233,7 @@ QWidget *EinstellungenFenster::tastenzeile()
     for (QPushButton *const knopf : {knAbbrechen_, knSichern_}) {
         knopf->setFont(systemschrift(13, knopf == knSichern_ ? QFont::DemiBold : QFont::Normal));
         knopf->setMinimumHeight(mass(zeilenhoehe));
-        // Return always means "Sichern", also with the keyboard on another button.
-        knopf->setAutoDefault(false);
+        knopf->setAutoDefault(false); // "Sichern" stays the default button, and looks like it
     }
     knAbbrechen_->setObjectName(u"knAbbrechen"_s);
     knSichern_->setObjectName(u"knSichern"_s);

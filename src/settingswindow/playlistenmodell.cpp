@@ -36,6 +36,7 @@ void PlaylistenModell::setKnoten(Knotenliste liste)
     beginResetModel();
     knoten_ = std::move(liste);
     suchnamen_.clear();
+    gewaehlteDavor_.clear();
     aufstellen();
     endResetModel();
 }
@@ -197,9 +198,31 @@ QVariant PlaylistenModell::data(const QModelIndex &index, int role) const
         return k.ordner ? QString() : fZahl(k.titel);
     case OrdnerRolle:
         return k.ordner;
+    case GewaehltRolle:
+        return gewaehlt(stelle(index));
     default:
         return {};
     }
+}
+
+// Counted once after each check, for the whole tree: what a folder holds may be the whole tree,
+// too.
+QString PlaylistenModell::gewaehlt(int stelle) const
+{
+    const Knoten &ordner = knoten_[static_cast<size_t>(stelle)];
+    if (!ordner.ordner || ordner.haken) {
+        return {};
+    }
+    if (gewaehlteDavor_.empty()) {
+        gewaehlteDavor_.reserve(knoten_.size() + 1);
+        gewaehlteDavor_.push_back(0);
+        for (const Knoten &k : knoten_) {
+            gewaehlteDavor_.push_back(gewaehlteDavor_.back() + (k.haken && !k.ordner ? 1 : 0));
+        }
+    }
+    const int zahl = gewaehlteDavor_[static_cast<size_t>(ordner.ende)] -
+                     gewaehlteDavor_[static_cast<size_t>(stelle)];
+    return zahl > 0 ? QString(fZahl(zahl) + u" gewählt"_s) : QString();
 }
 
 bool PlaylistenModell::setData(const QModelIndex &index, const QVariant &value, int role)
@@ -214,6 +237,7 @@ bool PlaylistenModell::setData(const QModelIndex &index, const QVariant &value, 
 void PlaylistenModell::haken(int stelle, bool an)
 {
     const std::vector<int> geloest = hakenSetzen(knoten_, stelle, an);
+    gewaehlteDavor_.clear();
     zweigMelden(stelle);
     for (const int eltern : geloest) {
         const QModelIndex ort = zuStelle(eltern);

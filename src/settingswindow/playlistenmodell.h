@@ -19,7 +19,9 @@ class PlaylistenModell final : public QAbstractItemModel
     Q_OBJECT
 
 public:
-    enum Rolle { NameRolle = Qt::UserRole, AnzahlRolle, OrdnerRolle };
+    // GewaehltRolle: "2 gewählt", how many playlists a folder that is not checked itself has
+    // chosen; empty for none.
+    enum Rolle { NameRolle = Qt::UserRole, AnzahlRolle, OrdnerRolle, GewaehltRolle };
     static constexpr int meisteEbenen = 100;
 
     explicit PlaylistenModell(QObject *parent = nullptr);
@@ -69,6 +71,7 @@ private:
     [[nodiscard]] const Platz &platz(const QModelIndex &parent) const;
     void haken(int stelle, bool an);
     void zweigMelden(int stelle);
+    [[nodiscard]] QString gewaehlt(int stelle) const;
 
     Knotenliste knoten_;
     QString filter_;                 // in search form
@@ -77,6 +80,9 @@ private:
     std::vector<Platz> plaetze_; // one for each node
     std::vector<int> reihe_;     // the shown nodes, those below one node side by side
     Platz wurzel_;
+
+    // How many chosen playlists come before each place; empty: to be counted.
+    mutable std::vector<int> gewaehlteDavor_;
 };
 
 } // namespace kalvaro

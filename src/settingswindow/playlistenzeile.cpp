@@ -1,5 +1,6 @@
 #include "settingswindow/playlistenzeile.h"
 
+#include "settingswindow/baumansicht.h"
 #include "settingswindow/playlistenmodell.h"
 #include "ui/beschriftung.h"
 #include "ui/farbe.h"
@@ -69,9 +70,17 @@ Playlistenzeile::Satz Playlistenzeile::gesetzt(const QRect &zeile, const QModelI
                          zeile.top() + std::floor((zeile.height() - seite) / 2.0), seite, seite);
     const double links = satz.kasten.right() + kastenAbstand;
     const double anzahlBreite = std::ceil(zahlmass.horizontalAdvance(satz.anzahl));
-    const double luecke = satz.anzahl.isEmpty() ? 0 : zahlmass.horizontalAdvance(u"   "_s);
-    const double platz =
-        std::max(0.0, zeile.right() + 1 - seitenrand - anzahlBreite - luecke - links);
+    const double drei = zahlmass.horizontalAdvance(u"   "_s);
+    const double luecke = satz.anzahl.isEmpty() ? 0 : drei;
+    double rechts = zeile.right() + 1 - seitenrand;
+    if (const auto *const ansicht = qobject_cast<const Baumansicht *>(parent());
+        ansicht != nullptr && !ansicht->isExpanded(index)) {
+        satz.gewaehlt = index.data(PlaylistenModell::GewaehltRolle).toString();
+        const double breite = std::ceil(zahlmass.horizontalAdvance(satz.gewaehlt));
+        satz.gewaehltOrt = QRectF(rechts - breite, zeile.top(), breite, zeile.height());
+        rechts -= satz.gewaehlt.isEmpty() ? 0 : breite + drei;
+    }
+    const double platz = std::max(0.0, rechts - anzahlBreite - luecke - links);
     satz.name = mass.elidedText(ganz, Qt::ElideRight, platz);
     satz.gekuerzt = satz.name != ganz;
     const double breite = std::min(platz, std::ceil(mass.horizontalAdvance(satz.name)));
@@ -90,6 +99,8 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
 {
     constexpr int flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine;
     const bool gesperrt = !option.state.testFlag(QStyle::State_Enabled);
+    const auto *const ansicht = qobject_cast<const Baumansicht *>(parent());
+    const bool mitTasten = ansicht == nullptr || ansicht->mitTasten();
     const Satz satz = gesetzt(option.rect, index);
     const QColor grund = Farbe::flaeche(option.palette);
     const auto stift = [&](Farbton ton) {
@@ -107,7 +118,8 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
     maler->setFont(normal_);
     maler->setPen(stift(Farbe::sekundaer));
     maler->drawText(satz.anzahlOrt, flags, satz.anzahl);
-    if (option.state.testFlag(QStyle::State_HasFocus)) {
+    maler->drawText(satz.gewaehltOrt, flags, satz.gewaehlt);
+    if (option.state.testFlag(QStyle::State_HasFocus) && mitTasten) {
         constexpr double radius = 6;
         fokusMalen(*maler, satz.kasten.adjusted(-2, -2, 2, 2), radius,
                    Farbe::fokus(option.palette, grund, grund));
@@ -149,9 +161,12 @@ bool Playlistenzeile::editorEvent(QEvent *event, QAbstractItemModel *modell,
         break;
     }
     case QEvent::KeyPress: {
-        const int taste = static_cast<QKeyEvent *>(event)->key();
-        if (taste != Qt::Key_Space && taste != Qt::Key_Select) {
+        const auto *const taste = static_cast<QKeyEvent *>(event);
+        if (taste->key() != Qt::Key_Space && taste->key() != Qt::Key_Select) {
             return false;
+        }
+        if (taste->isAutoRepeat()) {
+            return true;
         }
         break;
     }

@@ -5,8 +5,9 @@
 namespace kalvaro {
 
 // Draws a row of the tree as a check box with a title: the name, semibold for folders, and after it
-// the quieter number of tracks. A long name is cut with "…", the number stays. Everything is shown
-// literally, in one line. Pressing the box or the title checks, as does the space bar.
+// the quieter number of tracks. A long name is cut with "…", the number stays. A closed folder
+// says at its right how many playlists in it are chosen. Everything is shown literally, in one
+// line. Pressing the box or the title checks, as does the space bar.
 class Playlistenzeile final : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -34,8 +35,10 @@ private:
         QRectF kasten;
         QString name; // as it fits
         QString anzahl;
+        QString gewaehlt;
         QRectF nameOrt;
         QRectF anzahlOrt;
+        QRectF gewaehltOrt;
         bool gekuerzt = false;
         bool vonRechts = false; // the name begins at the right, and the number follows on its left
     };

@@ -1,5 +1,8 @@
 #include "ui/hinweisfenster.h"
 
+#include "ui/eingabe.h"
+
+#include <QAbstractButton>
 #include <QLabel>
 #include <QMessageBox>
 
@@ -9,17 +12,18 @@ using namespace Qt::StringLiterals;
 
 QMessageBox *hinweisfenster(const QString &meldung, const QString &erklaerung, QWidget *parent)
 {
-    // Desktops hide the dialogues of a minimised window with it.
-    const bool gesehen = parent != nullptr && parent->isVisible() && !parent->isMinimized();
-    QWidget *const sichtbar = gesehen ? parent : nullptr;
-    auto *const fenster = new QMessageBox(sichtbar);
+    auto *const fenster = new QMessageBox(parent);
     fenster->setAttribute(Qt::WA_DeleteOnClose);
+    fenster->setWindowModality(parent != nullptr ? Qt::WindowModal : Qt::ApplicationModal);
     fenster->setWindowTitle(u"kalvaro"_s);
     fenster->setIcon(QMessageBox::Warning);
     fenster->setTextFormat(Qt::PlainText);
     fenster->setText(meldung);
     fenster->setInformativeText(erklaerung);
     fenster->setStandardButtons(QMessageBox::Ok);
+    QAbstractButton *const ok = fenster->button(QMessageBox::Ok);
+    ok->setIcon({}); // some styles put one on it that is nobody's else here
+    new Eingabe(*fenster, *ok);
     // The box hands its text format to the message only; the explanation would still guess markup.
     const auto labels = fenster->findChildren<QLabel *>();
     for (QLabel *label : labels) {

@@ -1,6 +1,7 @@
 #include "ui/knoepfe.h"
 
 #include "ui/farbe.h"
+#include "ui/knopfzugang.h"
 #include "ui/schrift.h"
 #include "ui/stilteile.h"
 #include "ui/unterlage.h"
@@ -45,12 +46,25 @@ void titelSetzen(QAbstractButton &knopf, const QString &titel)
 Verweis::Verweis(const QString &titel, QWidget *parent)
     : Tastaturknopf(parent)
 {
+    knopfzugangAnmelden();
     titelSetzen(*this, titel);
     setFlat(true);
     setAutoDefault(false);
     setFont(systemschrift(12.5));
     setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void Verweis::setBeschaeftigt(const QString &warum)
+{
+    setToolTip(warum);
+    if (beschaeftigt_ == !warum.isEmpty()) {
+        return;
+    }
+    beschaeftigt_ = !beschaeftigt_;
+    setCursor(beschaeftigt_ ? Qt::ArrowCursor : Qt::PointingHandCursor);
+    update();
+    beschaeftigtMelden(*this);
 }
 
 QSize Verweis::sizeHint() const
@@ -62,9 +76,9 @@ void Verweis::paintEvent(QPaintEvent *)
 {
     QPainter maler(this);
     const QColor grund = untergrund(*this);
-    const Farbton ton = !isEnabled() ? Farbe::gesperrt : isDown() ? Farbe::schrift : Farbe::verweis;
+    const Farbton ton = !wirkt() ? Farbe::gesperrt : isDown() ? Farbe::schrift : Farbe::verweis;
     QFont schrift = font();
-    schrift.setUnderline(isEnabled() && (underMouse() || fokusSichtbar()));
+    schrift.setUnderline(wirkt() && (underMouse() || fokusSichtbar()));
     maler.setFont(schrift);
     maler.setPen(Farbe::auf(grund, ton, palette()));
     maler.drawText(rect(), textschalter, text());
@@ -73,14 +87,17 @@ void Verweis::paintEvent(QPaintEvent *)
     }
 }
 
-// Return presses the link that has the focus; without this it would start rekordbox.
 void Verweis::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        click();
-    } else {
-        QPushButton::keyPressEvent(event);
+    if (beschaeftigt_ && event->key() == Qt::Key_Space) {
+        return;
     }
+    QPushButton::keyPressEvent(event);
+}
+
+bool Verweis::hitButton(const QPoint &ort) const
+{
+    return !beschaeftigt_ && QPushButton::hitButton(ort);
 }
 
 Startknopf::Startknopf(const QString &titel, QWidget *parent)
@@ -90,6 +107,14 @@ Startknopf::Startknopf(const QString &titel, QWidget *parent)
     setFont(systemschrift(13.5, QFont::DemiBold));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setCursor(Qt::PointingHandCursor);
+}
+
+void Startknopf::setWirkungslos(const QString &warum)
+{
+    wirkungslos_ = !warum.isEmpty();
+    setToolTip(warum);
+    setCursor(wirkungslos_ ? Qt::ArrowCursor : Qt::PointingHandCursor);
+    update();
 }
 
 QSize Startknopf::sizeHint() const
@@ -107,13 +132,13 @@ QSize Startknopf::minimumSizeHint() const
 void Startknopf::paintEvent(QPaintEvent *)
 {
     constexpr double radius = 9;
-    const bool aktiv = isEnabled();
+    const bool aktiv = isEnabled() && !wirkungslos_;
     const QColor grund = untergrund(*this);
     QColor flaeche =
         aktiv ? Farbe::akzent(palette()) : Farbe::ueber(QColor(128, 128, 128, 40), grund);
     const QColor schrift =
         aktiv ? Farbe::akzentSchrift(palette()) : Farbe::auf(flaeche, Farbe::gesperrt, palette());
-    if (isDown() || (aktiv && underMouse())) {
+    if (aktiv && (isDown() || underMouse())) {
         flaeche = unterZeiger(flaeche, schrift, isDown());
     }
     QPainter maler(this);
@@ -188,8 +213,12 @@ void Haken::paintEvent(QPaintEvent *)
         y += mass.height() + 1;
     }
     if (fokusSichtbar()) {
-        fokusMalen(maler, QRectF(-2, std::round(oben) - 2, kaestchen() + 4, kaestchen() + 4), 6,
-                   Farbe::fokus(palette(), grund, grund));
+        // Around the title: the box stands at the edge, which would cut it off.
+        constexpr double abstand = kaestchenAbstand / 2.0;
+        const QSize ganz = sizeHint().boundedTo(size());
+        fokusMalen(maler,
+                   QRectF(links - abstand, 0, ganz.width() - links + abstand, sizeHint().height()),
+                   5, Farbe::fokus(palette(), grund, grund));
     }
 }
 
@@ -202,7 +231,11 @@ Verweis *verweis(const QString &titel, QObject *ziel, std::function<void()> akti
 {
     auto *const knopf = new Verweis(titel);
     if (ziel != nullptr && aktion) {
-        QObject::connect(knopf, &QPushButton::clicked, ziel, std::move(aktion));
+        QObject::connect(knopf, &QPushButton::clicked, ziel, [knopf, tun = std::move(aktion)] {
+            if (!knopf->beschaeftigt()) {
+                tun();
+            }
+        });
     }
     return knopf;
 }

@@ -4,6 +4,7 @@
 #include <QPushButton>
 
 #include <QFocusEvent>
+#include <QMouseEvent>
 
 #include <functional>
 
@@ -15,6 +16,11 @@ class Tastaturknopf : public Knopf
 {
 public:
     using Knopf::Knopf;
+
+    [[nodiscard]] bool fokusSichtbar() const { return mitTasten_ && this->hasFocus(); }
+
+    // Whether the focus came, or last came, by the keyboard.
+    [[nodiscard]] bool mitTastenErreicht() const { return mitTasten_; }
 
 protected:
     void focusInEvent(QFocusEvent *event) override
@@ -35,7 +41,13 @@ protected:
         Knopf::focusInEvent(event);
     }
 
-    [[nodiscard]] bool fokusSichtbar() const { return mitTasten_ && this->hasFocus(); }
+    // Also one that has had the focus already.
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        mitTasten_ = false;
+        this->update();
+        Knopf::mousePressEvent(event);
+    }
 
 private:
     bool mitTasten_ = false;
@@ -55,14 +67,26 @@ class Verweis : public Tastaturknopf<QPushButton>
 public:
     explicit Verweis(const QString &titel, QWidget *parent = nullptr);
 
+    // What it does is under way: `warum` says so, empty ends it. Meanwhile pressing it does
+    // nothing, and it looks and reads as disabled, yet it keeps the keyboard.
+    void setBeschaeftigt(const QString &warum);
+    [[nodiscard]] bool beschaeftigt() const { return beschaeftigt_; }
+
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    bool hitButton(const QPoint &ort) const override;
+
+private:
+    [[nodiscard]] bool wirkt() const { return isEnabled() && !beschaeftigt_; }
+
+    bool beschaeftigt_ = false;
 };
 
-// The one large button of the window: filled with the accent when it can be pressed, grey when not.
+// The one large button of the window: filled with the accent when pressing it does something, grey
+// when not.
 class Startknopf : public Tastaturknopf<QPushButton>
 {
     Q_OBJECT
@@ -70,11 +94,18 @@ class Startknopf : public Tastaturknopf<QPushButton>
 public:
     explicit Startknopf(const QString &titel, QWidget *parent = nullptr);
 
+    // It can be pressed, but for now to no effect: `warum` says why, in its tool tip. Empty ends
+    // it.
+    void setWirkungslos(const QString &warum);
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool wirkungslos_ = false;
 };
 
 // A check box whose text may have a second, quieter line; the box stands beside the first.
@@ -93,7 +124,8 @@ protected:
     bool hitButton(const QPoint &ort) const override;
 };
 
-// A link with `titel` that calls `aktion` while `ziel` lives; without `ziel` it does nothing.
+// A link with `titel` that calls `aktion` while `ziel` lives and it is not busy; without `ziel` it
+// does nothing.
 [[nodiscard]] Verweis *verweis(const QString &titel, QObject *ziel = nullptr,
                                std::function<void()> aktion = {});
 

@@ -3,6 +3,7 @@
 #include "ablauf/ablauf.h"
 #include "doubles/testumgebung.h"
 #include "mainwindow/hauptfenster.h"
+#include "ui/knoepfe.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -63,7 +64,7 @@ struct Fensterwelt : Testumgebung
     // A sync or a start is under way that the window shows: it takes no new one.
     [[nodiscard]] bool beschaeftigt() const
     {
-        return !knopf(QStringLiteral("lnkAbgleich"))->isEnabled();
+        return teil<Verweis>(QStringLiteral("lnkAbgleich"))->beschaeftigt();
     }
 
     // The server's answer to a sync that ended in `zustand`: with figures, in full operation;

@@ -61,10 +61,8 @@ void TestHauptfensterAbgleich::oeffnenMitAbgleich()
     QCOMPARE(p.titel(), u"Bibliothek wird abgeglichen …"_s);
     QCOMPARE(p.detail(), u"kalvaro vergleicht diesen Mac mit der Cloud"_s);
     QVERIFY(p.beschaeftigt());
-    QVERIFY(!p.knopf(u"lnkAbgleich"_s)->isEnabled());
     p.beantworten(Fensterwelt::gut());
     QVERIFY(!p.beschaeftigt());
-    QVERIFY(p.knopf(u"lnkAbgleich"_s)->isEnabled());
     QVERIFY(p.standfragen().isEmpty());
 }
 
@@ -133,7 +131,6 @@ void TestHauptfensterAbgleich::rekordboxLaeuft()
     QCOMPARE(p.detail(), rekordboxLaeuftDetail);
     QTEST(p.knopf(u"knStart"_s)->text(), "knopf");
     QVERIFY(!p.beschaeftigt());
-    QVERIFY(p.knopf(u"lnkAbgleich"_s)->isEnabled());
 }
 void TestHauptfensterAbgleich::ergebnisZeigtAlles()
 {

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void abgleichBeginntWaehrendDerPruefung();
     void startFehlschlag_data();
     void startFehlschlag();
+    void startFehlschlagSperrtDasFensterDasWiederkommt();
     void alleinWirdAbgelegt();
 
 private:
@@ -116,7 +117,6 @@ void TestHauptfensterStart::letzterBlickSperrt()
     QCOMPARE(p.detail(), u"kalvaro prüft, ob seit dem Abgleich etwas dazukam"_s);
     QVERIFY(p.beschaeftigt());
     QVERIFY(!p.knopf(u"knStart"_s)->isEnabled());
-    QVERIFY(!p.knopf(u"lnkAbgleich"_s)->isEnabled());
     p.fenster->oeffnen(true);
     Fensterwelt::ruhe();
     QCOMPARE(p.anlaesse().size(), 1);
@@ -136,7 +136,6 @@ void TestHauptfensterStart::startOhneNoetigenAbgleich()
     QCOMPARE(titel, QStringList({u"Bibliothek ist abgeglichen"_s, u"Bibliothek ist abgeglichen"_s,
                                  u"rekordbox läuft"_s}));
     QVERIFY(!p.beschaeftigt());
-    QVERIFY(p.knopf(u"lnkAbgleich"_s)->isEnabled());
     QVERIFY(p.hinweise.isEmpty());
     QCOMPARE(daten.protokollzeilen(),
              QStringList({u"Startprüfung: Stand passt"_s, protokollzeile()}));
@@ -394,10 +393,44 @@ void TestHauptfensterStart::startFehlschlag()
     QCOMPARE(alarm()->informativeText(), u"<b>Keine</b> Berechtigung &amp; mehr"_s);
     QCOMPARE(alarm()->textFormat(), Qt::PlainText);
     QVERIFY(alarm()->isModal());
-    QVERIFY(alarm()->parentWidget() == nullptr);
+    QCOMPARE(alarm()->parentWidget(), p.fenster.get());
     QCOMPARE(alarm()->buttons().size(), 1);
     QCOMPARE(p.titel(), u"rekordbox läuft"_s);
     QCOMPARE(daten.protokollzeilen().last(), protokollzeile());
+    QVERIFY(!p.fenster->isMinimized()); // the alert would have gone with it
+}
+
+// The window was hidden when the alert came.
+void TestHauptfensterStart::startFehlschlagSperrtDasFensterDasWiederkommt()
+{
+    Fensterwelt p;
+    p.arbeitsplatz.fehler = u"Grund."_s;
+    p.fenster->oeffnen(false);
+    p.knopf(u"knStart"_s)->click();
+    QTRY_VERIFY(alarm() != nullptr);
+    QVERIFY(!p.fenster->isVisible());
+    const bool vorher = p.ablauf.einst.autostart;
+    const auto haken = [&] {
+        auto *const cbAuto = p.teil(u"cbAuto"_s);
+        const QPoint ort = cbAuto->mapTo(p.fenster.get(), QPoint(8, 10));
+        QTest::mouseClick(p.fenster->windowHandle(), Qt::LeftButton, {}, ort);
+        return p.ablauf.einst.autostart;
+    };
+    for (int i = 0; i < 2; ++i) { // hidden again, and back
+        p.fenster->oeffnen(false);
+        QVERIFY(QTest::qWaitForWindowExposed(p.fenster.get()));
+        QVERIFY(alarm() != nullptr);
+        QCOMPARE(alarm()->windowModality(), Qt::WindowModal);
+        QCOMPARE(alarm()->windowHandle()->transientParent(), p.fenster->windowHandle());
+        QCOMPARE(QApplication::activeModalWidget(), alarm());
+        QCOMPARE(haken(), vorher);
+        p.fenster->verstecken();
+        QVERIFY(alarm() != nullptr);
+    }
+    p.fenster->oeffnen(false);
+    alarm()->accept();
+    QTRY_VERIFY(alarm() == nullptr);
+    QVERIFY(haken() != vorher);
 }
 
 void TestHauptfensterStart::alleinWirdAbgelegt()

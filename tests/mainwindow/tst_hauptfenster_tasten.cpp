@@ -27,6 +27,13 @@ private Q_SLOTS:
     void strgQ_data();
     void strgQ();
     void leertasteAufDemHaken();
+    void fokusBleibtAufDemVerweis();
+    void abbrechenLaesstDenFokusRuhen_data();
+    void abbrechenLaesstDenFokusRuhen();
+    void abbrechenMitDerMaus();
+    void fokusRuhtWaehrendRekordboxLaeuft();
+    void letzterBlickLaesstDenFokusRuhen();
+    void startknopfOhneWirkung();
 
 private:
     // Opens the window, as large as it gets, with the keyboard.
@@ -41,6 +48,14 @@ private:
     {
         return QApplication::focusWidget() == nullptr ? QString()
                                                       : QApplication::focusWidget()->objectName();
+    }
+
+    // Where the keyboard goes as soon as the window has it; a display that nobody sees gives it to
+    // a window only once.
+    static QString wohin(const Fensterwelt &p)
+    {
+        const QWidget *const ort = p.fenster->focusWidget();
+        return ort == nullptr ? QString() : ort->objectName();
     }
 
     Datenordner &daten = Testumgebung::ordner();
@@ -210,6 +225,140 @@ void TestHauptfensterTasten::leertasteAufDemHaken()
     QVERIFY(p.ablauf.einst.autostart);
     QVERIFY(Einstellungen().autostart);
     QVERIFY(p.standfragen().isEmpty());
+}
+
+// The focus would jump to the next control, where Return does something else.
+void TestHauptfensterTasten::fokusBleibtAufDemVerweis()
+{
+    Fensterwelt p;
+    oeffnen(p);
+    p.teil(u"lnkAbgleich"_s)->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(p.teil(u"lnkAbgleich"_s), Qt::Key_Return);
+    Fensterwelt::ruhe();
+    QVERIFY(p.beschaeftigt());
+    QCOMPARE(fokus(), u"lnkAbgleich"_s);
+    for (const Qt::Key taste : {Qt::Key_Return, Qt::Key_Space}) {
+        QTest::keyClick(QApplication::focusWidget(), taste);
+        Fensterwelt::ruhe();
+    }
+    p.beantworten(Fensterwelt::gut());
+    QVERIFY(!p.beschaeftigt());
+    QCOMPARE(fokus(), u"lnkAbgleich"_s);
+    QCOMPARE(p.anlaesse(), QStringList({u"vorstart"_s, u"hand"_s}));
+    QVERIFY(p.standfragen().isEmpty());
+    QVERIFY(!p.ablauf.einst.autostart);
+}
+
+void TestHauptfensterTasten::abbrechenLaesstDenFokusRuhen_data()
+{
+    QTest::addColumn<Qt::Key>("taste");
+    QTest::newRow("Return") << Qt::Key_Return;
+    QTest::newRow("space") << Qt::Key_Space;
+    QTest::newRow("Escape") << Qt::Key_Escape;
+}
+
+// Whoever presses it twice wants nothing to start.
+void TestHauptfensterTasten::abbrechenLaesstDenFokusRuhen()
+{
+    QFETCH(Qt::Key, taste);
+    Fensterwelt p({.autostart = true});
+    oeffnen(p);
+    p.teil(u"knCountdown"_s)->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(p.teil(u"knCountdown"_s), taste);
+    QVERIFY(p.countdown().isEmpty());
+    QCOMPARE(fokus(), u"hauptfenster"_s);
+    for (const Qt::Key zweite : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        QTest::keyClick(QApplication::focusWidget(), zweite);
+        Fensterwelt::ruhe();
+    }
+    QVERIFY(p.standfragen().isEmpty());
+    QVERIFY(p.ablauf.einst.autostart);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(fokus(), u"knUpdate"_s); // from the top
+    // A window that comes anew is as it ever was.
+    p.fenster->setFocus();
+    p.fenster->verstecken();
+    p.fenster->oeffnen(false);
+    QCOMPARE(wohin(p), u"knStart"_s);
+}
+
+void TestHauptfensterTasten::abbrechenMitDerMaus()
+{
+    Fensterwelt p({.autostart = true});
+    oeffnen(p);
+    const QImage ohneRing = p.teil(u"knStart"_s)->grab().toImage();
+    p.teil(u"knCountdown"_s)->setFocus(Qt::MouseFocusReason);
+    QTest::mouseClick(p.teil(u"knCountdown"_s), Qt::LeftButton);
+    QVERIFY(p.countdown().isEmpty());
+    QCOMPARE(fokus(), u"knStart"_s);
+    QCOMPARE(p.teil(u"knStart"_s)->grab().toImage(), ohneRing);
+}
+
+void TestHauptfensterTasten::fokusRuhtWaehrendRekordboxLaeuft()
+{
+    Fensterwelt p;
+    oeffnen(p);
+    QTest::keyClick(p.teil(u"knStart"_s), Qt::Key_Return);
+    QTRY_VERIFY(!p.fenster->isVisible());
+    p.rekordboxGestartet();
+    p.fenster->oeffnen(true);
+    Fensterwelt::ruhe();
+    QCOMPARE(wohin(p), u"hauptfenster"_s);
+    QCOMPARE(p.titel(), u"rekordbox läuft"_s);
+    for (const Qt::Key taste : {Qt::Key_Return, Qt::Key_Space}) {
+        QTest::keyClick(p.fenster->focusWidget(), taste);
+    }
+    QVERIFY(!p.ablauf.einst.autostart);
+    p.rekordboxBeendet();
+    p.fenster->oeffnen(false);
+    Fensterwelt::ruhe();
+    QVERIFY(p.knopf(u"knStart"_s)->isEnabled());
+    QCOMPARE(wohin(p), u"knStart"_s);
+}
+
+void TestHauptfensterTasten::letzterBlickLaesstDenFokusRuhen()
+{
+    Fensterwelt p;
+    oeffnen(p);
+    p.stand = std::nullopt;
+    QTest::keyClick(p.teil(u"knStart"_s), Qt::Key_Space);
+    Fensterwelt::ruhe();
+    QCOMPARE(p.titel(), u"Letzter Blick in die Cloud …"_s);
+    QCOMPARE(fokus(), u"hauptfenster"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QVERIFY(!p.ablauf.einst.autostart);
+    // The state has changed, so a sync comes first; where the button is back, so is the focus.
+    p.netz.beantworten(Scripttransport::antwort(200, R"({"ausstehend":true})"));
+    Fensterwelt::ruhe();
+    QVERIFY(p.knopf(u"knStart"_s)->isEnabled());
+    QCOMPARE(fokus(), u"knStart"_s);
+    QVERIFY(p.beschaeftigt());
+}
+
+// It looks as it is: pressing it does nothing before the sync is over.
+void TestHauptfensterTasten::startknopfOhneWirkung()
+{
+    Fensterwelt p;
+    oeffnen(p);
+    const auto bild = [&] { return p.teil(u"knStart"_s)->grab().toImage(); };
+    const QImage bunt = bild();
+    p.knopf(u"lnkAbgleich"_s)->click();
+    Fensterwelt::ruhe();
+    QVERIFY(p.knopf(u"knStart"_s)->isEnabled());
+    QVERIFY(bild() != bunt);
+    QCOMPARE(p.knopf(u"knStart"_s)->toolTip(),
+             u"Erst nach dem Abgleich: Solange er läuft, startet dieser Knopf nichts."_s);
+    p.beantworten(Fensterwelt::gut());
+    QCOMPARE(bild(), bunt);
+    QVERIFY(p.knopf(u"knStart"_s)->toolTip().isEmpty());
+
+    // Disabled during the last look, it says nothing else.
+    p.stand = std::nullopt;
+    p.knopf(u"knStart"_s)->click();
+    Fensterwelt::ruhe();
+    QVERIFY(!p.knopf(u"knStart"_s)->isEnabled());
+    QCOMPARE(p.knopf(u"knStart"_s)->toolTip(),
+             u"Der Start läuft schon: rekordbox kommt, sobald die Cloud geantwortet hat."_s);
 }
 
 KALVARO_FENSTERTEST(TestHauptfensterTasten)

@@ -40,6 +40,8 @@ private Q_SLOTS:
     void doppelklickKlapptNicht();
     void leertasteHaktAn();
     void pfeiltastenKlappen();
+    void plusMinusUndStern();
+    void gehalteneLeertasteHaktEinmal();
     void gesperrteAnsichtHaktNicht();
 
     void hakenLaesstAufgeklapptesUndRollstand();
@@ -50,7 +52,11 @@ private Q_SLOTS:
     void nichtsGefunden();
     void buchstabenWollenGesuchtWerden();
     void kontextmenue();
+    void kontextmenueMitTasten_data();
+    void kontextmenueMitTasten();
     void alleZuklappenBehaeltDieZeile();
+    void zugeklapptSagtWieVieleGewaehltSind();
+    void zeilenringNurMitTasten();
     void tiefeKetteAufklappen();
 
     void langerNameBehaeltDieZahl();
@@ -184,6 +190,31 @@ void TestBaumansicht::pfeiltastenKlappen()
     QVERIFY(ansicht->isExpanded(zeile(u"N1"_s)));
 }
 
+void TestBaumansicht::plusMinusUndStern()
+{
+    QSignalSpy getippt(ansicht.get(), &Baumansicht::getippt);
+    ansicht->setCurrentIndex(zeile(u"N1"_s));
+    QTest::keyClick(ansicht.get(), Qt::Key_Minus);
+    QVERIFY(!ansicht->isExpanded(zeile(u"N1"_s)));
+    ansicht->collapseAll();
+    QTest::keyClick(ansicht.get(), Qt::Key_Plus, Qt::KeypadModifier);
+    QVERIFY(ansicht->isExpanded(zeile(u"N1"_s)));
+    QVERIFY(!ansicht->isExpanded(zeile(u"N4"_s)));
+    QTest::keyClick(ansicht.get(), Qt::Key_Asterisk, Qt::ShiftModifier);
+    QVERIFY(ansicht->isExpanded(zeile(u"N4"_s)));
+    QCOMPARE(ansicht->currentIndex(), zeile(u"N1"_s));
+    QVERIFY(getippt.isEmpty()); // nobody searches for them
+}
+
+void TestBaumansicht::gehalteneLeertasteHaktEinmal()
+{
+    ansicht->setCurrentIndex(zeile(u"N5"_s));
+    QTest::keyClick(ansicht.get(), Qt::Key_Space);
+    QKeyEvent gehalten(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, u" "_s, true);
+    QApplication::sendEvent(ansicht.get(), &gehalten);
+    QVERIFY(an(u"N5"_s));
+}
+
 void TestBaumansicht::gesperrteAnsichtHaktNicht()
 {
     const QPoint ort = kasten(u"N2"_s);
@@ -314,6 +345,87 @@ void TestBaumansicht::kontextmenue()
     auf->actions()[0]->trigger();
     QVERIFY(ansicht->isExpanded(zeile(u"N1"_s)) && ansicht->isExpanded(zeile(u"N4"_s)));
     auf->close();
+}
+
+void TestBaumansicht::kontextmenueMitTasten_data()
+{
+    QTest::addColumn<Qt::Key>("taste");
+    QTest::addColumn<bool>("mitRuf"); // the system asks for a menu as well
+    QTest::newRow("Shift+F10") << Qt::Key_F10 << false;
+    QTest::newRow("menu key") << Qt::Key_Menu << false;
+    QTest::newRow("menu key and the system's wish") << Qt::Key_Menu << true;
+}
+
+void TestBaumansicht::kontextmenueMitTasten()
+{
+    QFETCH(Qt::Key, taste);
+    QFETCH(bool, mitRuf);
+    ansicht->setCurrentIndex(zeile(u"N4"_s));
+    QTest::keyClick(ansicht.get(), taste,
+                    taste == Qt::Key_F10 ? Qt::ShiftModifier : Qt::NoModifier);
+    if (mitRuf) {
+        QContextMenuEvent ruf(QContextMenuEvent::Keyboard, QPoint(5, 5), QPoint(5, 5));
+        QApplication::sendEvent(ansicht->viewport(), &ruf);
+    }
+    QCOMPARE(ansicht->findChildren<QMenu *>().size(), 1);
+    auto *const menue = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(menue != nullptr);
+    // Below the row that it was called from.
+    const QRect reihe = ansicht->visualRect(zeile(u"N4"_s));
+    const QPoint unten = ansicht->viewport()->mapToGlobal(reihe.bottomLeft());
+    QVERIFY(qAbs(menue->y() - unten.y()) <= 2);
+    QTest::keyClick(menue, Qt::Key_Escape);
+    QVERIFY(QApplication::activePopupWidget() == nullptr);
+    QVERIFY(ansicht->hasFocus());
+}
+
+// A check that is out of sight is still known of.
+void TestBaumansicht::zugeklapptSagtWieVieleGewaehltSind()
+{
+    const auto wort = [this](const QString &name) {
+        return QAccessible::queryAccessibleInterface(ansicht.get())
+            ->child(zeile(name).row())
+            ->text(QAccessible::Description);
+    };
+    const auto rechts = [this](const QString &name) { // what is drawn at the row's right
+        const QRect reihe = ansicht->visualRect(zeile(name));
+        const QImage bild = ansicht->viewport()->grab().toImage();
+        int tinte = 0;
+        for (int y = reihe.top(); y <= reihe.bottom(); ++y) {
+            for (int x = reihe.right() - 80; x <= reihe.right(); ++x) {
+                tinte += bild.pixelColor(x, y) == bild.pixelColor(200, reihe.center().y()) ? 0 : 1;
+            }
+        }
+        return tinte > 0;
+    };
+    modell->setData(zeile(u"N2"_s), Qt::Checked, Qt::CheckStateRole);
+    modell->setData(zeile(u"N5"_s), Qt::Checked, Qt::CheckStateRole);
+    QCOMPARE(wort(u"N1"_s), QString()); // open: it is to be seen
+    QVERIFY(!rechts(u"N1"_s));
+    ansicht->collapse(zeile(u"N1"_s));
+    QCOMPARE(wort(u"N1"_s), u"2 gewählt"_s);
+    QVERIFY(rechts(u"N1"_s));
+    QVERIFY(!rechts(u"N6"_s));
+    modell->setData(zeile(u"N5"_s), Qt::Unchecked, Qt::CheckStateRole);
+    QCOMPARE(wort(u"N1"_s), u"1 gewählt"_s);
+    modell->setData(zeile(u"N1"_s), Qt::Checked, Qt::CheckStateRole);
+    QCOMPARE(wort(u"N1"_s), QString()); // its own check says all
+    QVERIFY(!rechts(u"N1"_s));
+    modell->setData(zeile(u"N1"_s), Qt::Unchecked, Qt::CheckStateRole);
+    QCOMPARE(wort(u"N1"_s), QString());
+    QVERIFY(!rechts(u"N1"_s));
+}
+
+void TestBaumansicht::zeilenringNurMitTasten()
+{
+    const auto bild = [this] { return ansicht->viewport()->grab().toImage(); };
+    ansicht->setCurrentIndex({});
+    const QImage ohne = bild();
+    klicken(QPoint(400, titel(u"N2"_s).center().y())); // beside the title
+    QCOMPARE(ansicht->currentIndex(), zeile(u"N2"_s));
+    QCOMPARE(bild(), ohne);
+    QTest::keyClick(ansicht.get(), Qt::Key_Down);
+    QVERIFY(bild() != ohne);
 }
 
 void TestBaumansicht::alleZuklappenBehaeltDieZeile()

@@ -1,9 +1,12 @@
 #include "fensterpruefstand.h"
 #include "testlauf.h"
 #include "ui/erscheinung.h"
+#include "ui/knoepfe.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -20,6 +23,8 @@ private Q_SLOTS:
     void schliessenIstAbbrechen();
     void escapeUndReturn_data();
     void escapeUndReturn();
+    void escapeSchliesstZuerstDieListe();
+    void ringNachDemGescheitertenSichern();
     void schliessenWaehrendDesLadens();
     void schliessenWaehrendDerUebertragung();
     void elternfensterVerschwindet();
@@ -61,25 +66,79 @@ void TestEinstellungenbedienung::schliessenIstAbbrechen()
 void TestEinstellungenbedienung::escapeUndReturn_data()
 {
     QTest::addColumn<QString>("fokus");
+    QTest::addColumn<int>("eingabe");
     for (const char *name :
-         {"popVersion", "cbAuto", "cbAnmeldung", "suchfeld", "baum", "knAbbrechen", "knSichern"}) {
-        QTest::newRow(name) << QString::fromLatin1(name);
+         {"popVersion", "cbAuto", "cbAnmeldung", "suchfeld", "baum", "knSichern"}) {
+        QTest::newRow(name) << QString::fromLatin1(name) << 1;
     }
+    QTest::newRow("knAbbrechen") << u"knAbbrechen"_s << 0;
 }
 
 void TestEinstellungenbedienung::escapeUndReturn()
 {
     QFETCH(const QString, fokus);
-    for (const auto &[taste, ergebnis] : {std::pair(Qt::Key_Return, 1), std::pair(Qt::Key_Enter, 1),
-                                          std::pair(Qt::Key_Escape, 0)}) {
+    QFETCH(const int, eingabe);
+    for (const auto &[taste, ergebnis] :
+         {std::pair(Qt::Key_Return, eingabe), std::pair(Qt::Key_Enter, eingabe),
+          std::pair(Qt::Key_Escape, 0)}) {
         delete fenster;
         laden(antwort(beispiel()));
         feld<QWidget>(fokus)->setFocus();
         feld<Baumansicht>(u"baum"_s)->zeileWaehlen();
+        QKeyEvent gehalten(QEvent::KeyPress, taste, Qt::NoModifier, {}, true);
+        QApplication::sendEvent(feld<QWidget>(fokus), &gehalten);
+        QCOMPARE(ende->size(), 0);
         QTest::keyClick(feld<QWidget>(fokus), taste);
         QCOMPARE(ende->size(), 1);
+        QVERIFY(!feld<QCheckBox>(u"cbAuto"_s)->isChecked());
+        QVERIFY(!feld<QCheckBox>(u"cbAnmeldung"_s)->isChecked());
+        QVERIFY(auswahl(modell().alle()).isEmpty());
         QCOMPARE(ende->value(0).value(0).toInt(), ergebnis);
         zentraleErneuern();
+    }
+}
+
+// The list of versions closes; the sheet stays.
+void TestEinstellungenbedienung::escapeSchliesstZuerstDieListe()
+{
+    laden(antwort(beispiel()));
+    auto *const version = feld<QComboBox>(u"popVersion"_s);
+    version->setFocus();
+    QTest::keyClick(version, Qt::Key_Space);
+    QTRY_VERIFY(version->view()->isVisible());
+    QTest::keyClick(version->view(), Qt::Key_Escape);
+    QTRY_VERIFY(!version->view()->isVisible());
+    QVERIFY(ende->isEmpty());
+
+    auto *const baum = feld<Baumansicht>(u"baum"_s);
+    baum->setFocus();
+    QTest::keyClick(baum, Qt::Key_F10, Qt::ShiftModifier);
+    QWidget *const menue = QApplication::activePopupWidget();
+    QVERIFY(menue != nullptr);
+    QTest::keyClick(menue, Qt::Key_Escape);
+    QVERIFY(ende->isEmpty());
+    QCOMPARE(QApplication::focusWidget(), baum);
+    QTest::keyClick(baum, Qt::Key_Escape);
+    QCOMPARE(ende->value(0).value(0).toInt(), 0);
+}
+
+// Locked and unlocked again, the control that had the keyboard shows so as before.
+void TestEinstellungenbedienung::ringNachDemGescheitertenSichern()
+{
+    for (const auto grund : {Qt::TabFocusReason, Qt::MouseFocusReason}) {
+        delete fenster;
+        zentraleErneuern();
+        laden(antwort(beispiel()));
+        anhaken(5);
+        auto *const haken = feld<Haken>(u"cbAuto"_s);
+        haken->setFocus(grund);
+        const bool vorher = haken->fokusSichtbar();
+        QCOMPARE(vorher, grund == Qt::TabFocusReason);
+        weg->dann(Scripttransport::antwort(500, "{}"));
+        QTest::keyClick(haken, Qt::Key_Return);
+        QTRY_VERIFY(info()->text().startsWith(u"Nicht gespeichert"_s));
+        QCOMPARE(QApplication::focusWidget(), haken);
+        QCOMPARE(haken->fokusSichtbar(), vorher);
     }
 }
 

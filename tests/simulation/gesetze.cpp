@@ -55,7 +55,7 @@ void Gesetze::fensterBeobachten(Hauptfenster &fenster)
     karte_ = fenster.findChild<Statuskarte *>();
     detail_ = fenster.findChild<Beschriftung *>(u"lblDetail"_s);
     countdowntext_ = fenster.findChild<Beschriftung *>(u"lblCountdown"_s);
-    abgleichlink_ = fenster.findChild<QWidget *>(u"lnkAbgleich"_s);
+    abgleichlink_ = fenster.findChild<Verweis *>(u"lnkAbgleich"_s);
     connect(fenster.findChild<Countdown *>(), &Countdown::abgelaufen, this, &Gesetze::abgelaufen);
     connect(&fenster, &Hauptfenster::angezeigt, this,
             [this](const QString &, const QString &detail) { gezeigt(detail); });
@@ -195,7 +195,7 @@ void Gesetze::anzeigePruefen()
         verlangen(!detail.endsWith(u" s)") || zahlIn(detail) <= laengstesLaden,
                   u"the loading counter runs on"_s);
     }
-    verlangen(tut || abgleichlink_->isEnabled(), u"the window lets nobody sync"_s);
+    verlangen(tut || !abgleichlink_->beschaeftigt(), u"the window lets nobody sync"_s);
 }
 
 void Gesetze::countdownPruefen()

@@ -16,6 +16,7 @@ class Beschriftung;
 class Countdown;
 class Hauptfenster;
 class Statuskarte;
+class Verweis;
 class Welt;
 
 // What must hold in a simulated world, whatever happens. Keeps the first breach.
@@ -74,7 +75,7 @@ private:
     Statuskarte *karte_ = nullptr; // these belong to the window
     Beschriftung *detail_ = nullptr;
     Beschriftung *countdowntext_ = nullptr;
-    QWidget *abgleichlink_ = nullptr;
+    Verweis *abgleichlink_ = nullptr;
 
     Zeit laeuftSeit_{0};      // something of rekordbox runs; only while so
     Zeit ruhtSeit_{0};        // nothing of rekordbox runs or is on its way; only while so

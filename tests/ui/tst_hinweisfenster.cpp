@@ -5,11 +5,29 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
+#include <QProxyStyle>
 
 #include <memory>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// A desktop whose dialogue buttons have icons.
+class Symbolstil final : public QProxyStyle
+{
+public:
+    int styleHint(StyleHint hinweis, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *antwort) const override
+    {
+        return hinweis == SH_DialogButtonBox_ButtonsHaveIcons
+                   ? 1
+                   : QProxyStyle::styleHint(hinweis, option, widget, antwort);
+    }
+};
+
+} // namespace
 
 class TestHinweisfenster final : public QObject
 {
@@ -18,7 +36,9 @@ class TestHinweisfenster final : public QObject
 private Q_SLOTS:
     void zeigtAllesWoertlich();
     void einKnopfUndWeg();
-    void elternteil();
+    void gehoertZumFenster();
+    void knopfOhneSymbol();
+    void gehalteneEingabeSchliesstNicht();
 };
 
 void TestHinweisfenster::zeigtAllesWoertlich()
@@ -50,18 +70,43 @@ void TestHinweisfenster::einKnopfUndWeg()
     QTRY_VERIFY(fenster.isNull());
 }
 
-// A dialogue of a window that cannot be seen could not be seen either.
-void TestHinweisfenster::elternteil()
+void TestHinweisfenster::gehoertZumFenster()
 {
     QWidget fenster;
-    const std::unique_ptr<QMessageBox> verborgen(hinweisfenster({}, {}, &fenster));
-    QVERIFY(verborgen->parentWidget() == nullptr);
-    fenster.showMinimized();
-    const std::unique_ptr<QMessageBox> abgelegt(hinweisfenster({}, {}, &fenster));
-    QVERIFY(abgelegt->parentWidget() == nullptr);
-    fenster.showNormal();
-    const std::unique_ptr<QMessageBox> sichtbar(hinweisfenster({}, {}, &fenster));
-    QCOMPARE(sichtbar->parentWidget(), &fenster);
+    auto *const verborgen = hinweisfenster({}, {}, &fenster);
+    QCOMPARE(verborgen->parentWidget(), &fenster);
+    QCOMPARE(verborgen->windowModality(), Qt::WindowModal);
+    verborgen->open();
+    verborgen->hide(); // and comes back with the window
+    QCOMPARE(verborgen->windowModality(), Qt::WindowModal);
+    const std::unique_ptr<QMessageBox> allein(hinweisfenster({}, {}));
+    QCOMPARE(allein->windowModality(), Qt::ApplicationModal);
+}
+
+void TestHinweisfenster::knopfOhneSymbol()
+{
+    QApplication::setStyle(new Symbolstil);
+    const std::unique_ptr<QMessageBox> fremd(new QMessageBox);
+    fremd->setStandardButtons(QMessageBox::Ok);
+    QVERIFY(!fremd->button(QMessageBox::Ok)->icon().isNull()); // or this test says nothing
+    const std::unique_ptr<QMessageBox> fenster(hinweisfenster(u"Titel"_s, u"Grund"_s));
+    fenster->open();
+    QVERIFY(fenster->button(QMessageBox::Ok)->icon().isNull());
+    QApplication::setStyle(u"fusion"_s);
+}
+
+// Return held since it pressed the start button would take the alert away unread.
+void TestHinweisfenster::gehalteneEingabeSchliesstNicht()
+{
+    const std::unique_ptr<QMessageBox> fenster(hinweisfenster(u"Titel"_s, u"Grund"_s));
+    fenster->setAttribute(Qt::WA_DeleteOnClose, false);
+    fenster->open();
+    QWidget *const ok = fenster->button(QMessageBox::Ok);
+    QKeyEvent gehalten(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, u"\r"_s, true);
+    QApplication::sendEvent(ok, &gehalten);
+    QVERIFY(fenster->isVisible());
+    QTest::keyClick(ok, Qt::Key_Return);
+    QVERIFY(!fenster->isVisible());
 }
 
 KALVARO_FENSTERTEST(TestHinweisfenster)
