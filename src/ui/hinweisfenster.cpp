@@ -1,5 +1,7 @@
 #include "ui/hinweisfenster.h"
 
+#include "ui/symbole.h"
+
 #include <QLabel>
 #include <QMessageBox>
 
@@ -15,6 +17,7 @@ QMessageBox *hinweisfenster(const QString &meldung, const QString &erklaerung, Q
     auto *const fenster = new QMessageBox(sichtbar);
     fenster->setAttribute(Qt::WA_DeleteOnClose);
     fenster->setWindowTitle(u"kalvaro"_s);
+    fenster->setWindowIcon(programmsymbol());
     fenster->setIcon(QMessageBox::Warning);
     fenster->setTextFormat(Qt::PlainText);
     fenster->setText(meldung);

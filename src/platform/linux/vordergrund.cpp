@@ -14,6 +14,10 @@ namespace kalvaro {
 
 namespace {
 
+constexpr uint32_t schaltleiste = 2; // who asks: a pager, so the user wants it
+constexpr uint32_t manager =
+    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+
 // What an event is about; `format` in bits.
 xcb_client_message_event_t nachricht(xcb_window_t fenster, xcb_atom_t art, uint8_t format)
 {
@@ -65,19 +69,41 @@ uint32_t Vordergrund::atom(const char *name) const
     return antwort ? antwort->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
-bool Vordergrund::unterstuetzt() const
+// The values of a property of atoms or cardinals; empty where there is none.
+std::vector<uint32_t> Vordergrund::werte(uint32_t fenster, const char *name) const
 {
-    constexpr uint32_t hoechstens = 4096; // atoms
+    constexpr uint32_t hoechstens = 4096;
     const auto frage =
-        xcb_get_property(x_, 0, wurzel_, atom("_NET_SUPPORTED"), XCB_ATOM_ATOM, 0, hoechstens);
+        xcb_get_property(x_, 0, fenster, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, hoechstens);
     const std::unique_ptr<xcb_get_property_reply_t, void (*)(void *)> antwort(
         xcb_get_property_reply(x_, frage, nullptr), std::free);
     if (!antwort || antwort->format != 32) {
-        return false;
+        return {};
     }
-    const auto *atome = static_cast<const xcb_atom_t *>(xcb_get_property_value(antwort.get()));
-    const auto *ende = atome + antwort->value_len;
-    return std::find(atome, ende, aktiv_) != ende;
+    const auto *anfang = static_cast<const uint32_t *>(xcb_get_property_value(antwort.get()));
+    return {anfang, anfang + antwort->value_len};
+}
+
+bool Vordergrund::unterstuetzt() const
+{
+    const auto atome = werte(wurzel_, "_NET_SUPPORTED");
+    return std::find(atome.begin(), atome.end(), aktiv_) != atome.end();
+}
+
+// To the workspace that is shown: what the user asks for here is to appear here, as a window does
+// that was hidden. Some window managers (openbox) would refuse to go where it is.
+void Vordergrund::herbringen() const
+{
+    constexpr uint32_t ueberall = 0xFFFFFFFF;
+    const auto hier = werte(wurzel_, "_NET_CURRENT_DESKTOP");
+    const auto dort = werte(erwartet_, "_NET_WM_DESKTOP");
+    if (hier.empty() || dort.empty() || dort[0] == ueberall || dort[0] == hier[0]) {
+        return;
+    }
+    auto eine = nachricht(erwartet_, atom("_NET_WM_DESKTOP"), 32);
+    eine.data.data32[0] = hier[0];
+    eine.data.data32[1] = schaltleiste;
+    senden(x_, wurzel_, manager, eine);
 }
 
 // A request counts by the server's time, which only an event tells: touching a property brings one.
@@ -87,6 +113,7 @@ bool Vordergrund::holen(const QWindow &fenster, const QByteArray &kennung)
         return false;
     }
     erwartet_ = static_cast<uint32_t>(fenster.winId());
+    herbringen();
     xcb_change_property(x_, XCB_PROP_MODE_APPEND, erwartet_, zeitmal_, XCB_ATOM_INTEGER, 32, 0,
                         nullptr);
     if (!kennung.isEmpty()) {
@@ -121,12 +148,10 @@ bool Vordergrund::nativeEventFilter(const QByteArray &art, void *ereignis, qintp
     const auto *aenderung = static_cast<const xcb_property_notify_event_t *>(ereignis);
     if ((aenderung->response_type & 0x7FU) == XCB_PROPERTY_NOTIFY &&
         aenderung->window == erwartet_ && aenderung->atom == zeitmal_) {
-        constexpr uint32_t schaltleiste = 2; // a pager: the user wants it
         auto eine = nachricht(std::exchange(erwartet_, 0), aktiv_, 32);
         eine.data.data32[0] = schaltleiste;
         eine.data.data32[1] = aenderung->time;
-        senden(x_, wurzel_,
-               XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY, eine);
+        senden(x_, wurzel_, manager, eine);
         xcb_flush(x_);
     }
     return false;
