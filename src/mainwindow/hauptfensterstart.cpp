@@ -25,7 +25,8 @@ void Hauptfenster::startVerfolgen()
     connect(starter, &Rekordboxstarter::belegt, this, &Hauptfenster::rekordboxLaeuftAnzeigen);
     connect(starter, &Rekordboxstarter::laeuft, this, &Hauptfenster::gestartet);
     connect(starter, &Rekordboxstarter::gescheitert, this, [this](const QString &grund) {
-        hinweisfenster(u"rekordbox ließ sich nicht starten"_s, grund, this)->open();
+        hinweisfenster(u"rekordbox ließ sich nicht starten"_s, grund, offen() ? this : nullptr)
+            ->open();
     });
 }
 
