@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QWindow>
 
 #include <cstdio>
 #include <system_error>
@@ -133,6 +134,8 @@ void Programm::erfuellen(Wunsch wunsch)
     case Wunsch::Oeffnen:
         if (steuerung_) {
             steuerung_->zeigen(true);
+        } else if (alarm_ && alarm_->isVisible()) {
+            alarmZeigen();
         }
         break;
     case Wunsch::Abgleichen:
@@ -159,11 +162,17 @@ void Programm::ohneKonto(const QString &grund)
         QCoreApplication::quit();
         return;
     }
-    QMessageBox *const alarm = hinweisfenster(nichtEingerichtet, grund);
-    connect(alarm, &QMessageBox::finished, this, &QCoreApplication::quit);
-    alarm->open();
-    alarm->raise();
-    alarm->activateWindow();
+    alarm_ = hinweisfenster(nichtEingerichtet, grund);
+    connect(alarm_, &QMessageBox::finished, this, &QCoreApplication::quit);
+    alarm_->open();
+    alarmZeigen();
+}
+
+void Programm::alarmZeigen()
+{
+    alarm_->showNormal();
+    alarm_->raise();
+    umgebung_.arbeitsplatz.nachVorn(*alarm_->windowHandle());
 }
 
 void Programm::bildStarten(const QString &pfad)

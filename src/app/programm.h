@@ -4,7 +4,9 @@
 #include "app/kommandozeile.h"
 #include "foundation/uhr.h"
 
+#include <QMessageBox>
 #include <QObject>
+#include <QPointer>
 
 #include <memory>
 
@@ -50,6 +52,7 @@ private:
 
     void beginnen(const Kommandozeile &kommandozeile);
     void ohneKonto(const QString &grund);
+    void alarmZeigen();
     void bildStarten(const QString &pfad);
 
     const Umgebung umgebung_;
@@ -57,6 +60,7 @@ private:
 
     Weckruf geduld_; // between a start by the bus and what it is for
 
+    QPointer<QMessageBox> alarm_;    // that there is no account
     std::unique_ptr<Ablauf> ablauf_; // once there is an account
     std::unique_ptr<Steuerung> steuerung_;
     std::unique_ptr<Hauptfenster> bildFenster_; // picture mode

@@ -22,6 +22,7 @@ constexpr Sekunden wachabstand{3};
 constexpr Sekunden nachholabstand{600};
 constexpr Sekunden anmeldeverzug{15};
 constexpr Sekunden weckverzug{20};
+constexpr Sekunden leistengeduld{10}; // a panel that starts anew is back by then
 
 } // namespace
 
@@ -43,6 +44,7 @@ Steuerung::Steuerung(Ablauf &ablauf, bool hintergrund, Fensterruf neuesFenster)
 
 Steuerung::~Steuerung()
 {
+    umgebung_.statusobjekt.beiWechsel({});
     umgebung_.mitteilungen.beiKlick({});
     umgebung_.arbeitsplatz.beiAufwachen({});
 }
@@ -67,6 +69,7 @@ void Steuerung::menueVerbinden()
     umgebung_.statusobjekt.menueSetzen(&menue_);
     umgebung_.statusobjekt.symbolSetzen(u"icloud"_s);
     umgebung_.statusobjekt.hinweisSetzen(u"kalvaro"_s);
+    umgebung_.statusobjekt.beiWechsel([this] { leisteGewechselt(); });
 }
 
 void Steuerung::ablaufVerbinden()
@@ -132,11 +135,26 @@ Hauptfenster &Steuerung::fensterBereit()
     if (!fenster_) {
         fenster_ = std::make_unique<Hauptfenster>(ablauf_, Verbleib::Menueleiste);
         connect(fenster_.get(), &Hauptfenster::beendenGewuenscht, this, &Steuerung::schliessen);
+        connect(fenster_.get(), &Hauptfenster::abgelegt, this, &Steuerung::ablageMelden);
         if (beimAnlegen_) {
             beimAnlegen_(*fenster_);
         }
     }
     return *fenster_;
+}
+
+// A window that hides can be brought back by the item only.
+void Steuerung::leisteGewechselt()
+{
+    if (umgebung_.statusobjekt.erreichbar()) {
+        leistenverlust_ = nullptr;
+    } else {
+        leistenverlust_ = umgebung_.uhr.nach(leistengeduld, [this] {
+            if (fenster_) {
+                fenster_->auffindbarMachen();
+            }
+        });
+    }
 }
 
 void Steuerung::zeigen(bool abgleichen)
@@ -146,7 +164,7 @@ void Steuerung::zeigen(bool abgleichen)
 
 bool Steuerung::fensterSichtbar() const
 {
-    return fenster_ && fenster_->isVisible();
+    return fenster_ && fenster_->offen();
 }
 
 void Steuerung::beenden()

@@ -41,6 +41,7 @@ private:
     void ablaufVerbinden();
     void takteStellen(bool hintergrund);
     Hauptfenster &fensterBereit();
+    void leisteGewechselt();
     void schliessen();
 
     // What is reported.
@@ -55,6 +56,7 @@ private:
     void rekordboxGestartet();
     void ausstehendesMelden();
     void rekordboxBeendet();
+    void ablageMelden();
 
     // What is due.
     void nachholenWennNoetig();
@@ -69,6 +71,8 @@ private:
     Statusmenue menue_;
     std::unique_ptr<Hauptfenster> fenster_;
 
+    bool ablageGemeldet_ = false;
+
     std::optional<Bewertung> letzte_; // of the last finished run
     std::optional<QString> updateAdresse_;
     std::unique_ptr<QObject>
@@ -77,6 +81,7 @@ private:
     Weckruf wachtakt_;
     Weckruf nachholtakt_;
     Weckruf anmeldeabgleich_;
+    Weckruf leistenverlust_;           // the bar is gone, perhaps only for a moment
     std::list<Weckruf> weckabgleiche_; // one for each time the computer woke, until it is due
 };
 

@@ -10,6 +10,8 @@
 #include "platform/mitteilungen.h"
 #include "platform/statusobjekt.h"
 
+#include <utility>
+
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
@@ -76,6 +78,17 @@ void Steuerung::mitteilen(const QString &titel, const QString &text,
                           const std::optional<QString> &ziel)
 {
     umgebung_.mitteilungen.mitteilen(titel, text, ziel);
+}
+
+// Once: whoever has seen where the window is finds it again.
+void Steuerung::ablageMelden()
+{
+    if (!std::exchange(ablageGemeldet_, true)) {
+        protokoll(u"Fenster abgelegt: keine Menüleiste, die das Symbol aufnimmt"_s);
+        mitteilen(u"kalvaro läuft weiter"_s,
+                  u"Das Fenster ist nur abgelegt, im Hintergrund bleibt alles wie gewohnt. Zum "
+                  "Zurückholen kalvaro einfach noch einmal öffnen."_s);
+    }
 }
 
 void Steuerung::updateAnbieten(const Bewertung &b)

@@ -10,12 +10,16 @@
 #include "mainwindow/updatekarte.h"
 #include "mainwindow/zahlenkarte.h"
 #include "platform/arbeitsplatz.h"
+#include "platform/statusobjekt.h"
 #include "settingswindow/einstellungenfenster.h"
 #include "ui/knoepfe.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QWindow>
+
+#include <utility>
 
 namespace kalvaro {
 
@@ -25,6 +29,7 @@ namespace {
 
 constexpr qint64 countdownSekunden = 5;
 constexpr Sekunden bildverzug{0.4};
+constexpr Sekunden rueckkehrverzug{0.3};
 
 } // namespace
 
@@ -36,12 +41,12 @@ Hauptfenster::Hauptfenster(Ablauf &ablauf, Verbleib verbleib, std::optional<QStr
     aufbauen();
     startVerfolgen();
     connect(&ablauf_.wache, &Rekordboxwache::gestartet, this, [this] {
-        if (isVisible()) {
+        if (offen()) {
             rekordboxLaeuftAnzeigen();
         }
     });
     connect(&ablauf_.wache, &Rekordboxwache::beendet, this, [this] {
-        if (isVisible()) {
+        if (offen()) {
             ladenAnzeigen(u"Änderungen werden übertragen …"_s);
         }
     });
@@ -65,7 +70,8 @@ void Hauptfenster::oeffnen(bool mitAbgleich)
 
 void Hauptfenster::nachVorn()
 {
-    const bool warWeg = !isVisible();
+    const bool warWeg = !offen();
+    abgelegt_ = false;
     setWindowState(windowState() & ~Qt::WindowMinimized);
     if (!mitte_) {
         groesseAnpassen();
@@ -88,7 +94,7 @@ void Hauptfenster::nachVorn()
     }
     if (QGuiApplication::platformName() != u"offscreen"_s) {
         vorn->raise();
-        vorn->activateWindow();
+        ablauf_.umgebung.arbeitsplatz.nachVorn(*vorn->windowHandle());
     }
 }
 
@@ -139,7 +145,7 @@ void Hauptfenster::abgeschlossen(const Bewertung &b, bool autostartErlaubt)
     ergebnisAnzeigen(b);
     gleichtAbSetzen(false);
     // Nothing counts down in a window that the user has put away meanwhile, nor behind its sheet.
-    const bool imBlick = isVisible() && !einstellungen_;
+    const bool imBlick = offen() && !einstellungen_;
     if (autostartErlaubt && ablauf_.einst.autostart && b.startbar && imBlick && !beschaeftigt() &&
         ablauf_.starter.gewaehlt()) {
         countdownStarten();
@@ -220,8 +226,45 @@ void Hauptfenster::verstecken()
     if (einstellungen_) {
         einstellungen_->hide();
     }
-    hide();
-    ablauf_.umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Zubehoer);
+    if (ablauf_.umgebung.statusobjekt.erreichbar()) {
+        abgelegt_ = false;
+        hide();
+        ablauf_.umgebung.arbeitsplatz.auftreten(Arbeitsplatz::Auftritt::Zubehoer);
+    } else {
+        ablegen();
+    }
+}
+
+void Hauptfenster::ablegen()
+{
+    if (!std::exchange(abgelegt_, true)) {
+        showMinimized();
+        Q_EMIT abgelegt();
+    }
+}
+
+void Hauptfenster::auffindbarMachen()
+{
+    if (!isVisible() && !endgueltig_) {
+        ablegen();
+    }
+}
+
+// One that was put away and is brought back by the desktop opens as it does for kalvaro itself. A
+// desktop that just puts it away may activate it for a moment, and one may tell nothing of
+// minimising (Wayland): what counts is what holds a little later.
+void Hauptfenster::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    const bool zeichen = event->type() == QEvent::ActivationChange ||
+                         (event->type() == QEvent::WindowStateChange && !isMinimized());
+    if (abgelegt_ && zeichen && isActiveWindow()) {
+        rueckkehr_ = ablauf_.umgebung.uhr.nach(rueckkehrverzug, [this] {
+            if (abgelegt_ && isActiveWindow() && !isMinimized()) {
+                oeffnen(true);
+            }
+        });
+    }
 }
 
 void Hauptfenster::einstellungenOeffnen()
@@ -252,15 +295,17 @@ void Hauptfenster::einstellungenOeffnen()
 
 void Hauptfenster::closeEvent(QCloseEvent *event)
 {
-    // Never refused: a refused close would hold up the end of the session.
+    // Refused only to the user, and only where the window minimises instead: a refused close would
+    // hold up the end of the program and of the session.
     event->accept();
     switch (verbleib_) {
     case Verbleib::Allein:
         QCoreApplication::quit();
         break;
     case Verbleib::Menueleiste:
-        if (!endgueltig_) {
+        if (!endgueltig_ && (event->spontaneous() || ablauf_.umgebung.statusobjekt.erreichbar())) {
             verstecken();
+            event->setAccepted(!abgelegt_);
         }
     }
 }

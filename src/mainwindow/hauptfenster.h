@@ -55,8 +55,15 @@ public:
     // Shows what came of a sync that others asked for.
     void ergebnisAnzeigen(const Bewertung &b);
 
-    // Hides the window, and with it a sheet that is open on it.
+    // Puts the window away, and with it a sheet that is open on it: it hides, or, where no bar
+    // shows the status item that brings it back, it minimises.
     void verstecken();
+
+    // Minimises a window that is hidden: the bar that could bring it back is gone.
+    void auffindbarMachen();
+
+    // Whether the user has it open. It may be minimised, unless it is because it was put away.
+    [[nodiscard]] bool offen() const { return isVisible() && !abgelegt_; }
 
     // From now on closing the window really closes it: the program is ending.
     void endgueltigSchliessen() { endgueltig_ = true; }
@@ -82,6 +89,9 @@ Q_SIGNALS:
     // The user wants the program to end.
     void beendenGewuenscht();
 
+    // The window was put away and lies minimised, for want of a bar.
+    void abgelegt();
+
     // The opening or the picture's sync, or one for a start, is over and on display, or there was
     // none because rekordbox runs.
     void angezeigt(const QString &titel, const QString &detail);
@@ -89,6 +99,7 @@ Q_SIGNALS:
 protected:
     void showEvent(QShowEvent *event) override;
     void moveEvent(QMoveEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *objekt, QEvent *event) override;
@@ -106,6 +117,7 @@ private:
     void hinrollen();
     void nachVorn();
     void fokusZumStartknopf();
+    void ablegen();
 
     // Syncs and what they come to.
     void abgleichen(Anlass anlass, bool autostartErlaubt);
@@ -153,6 +165,8 @@ private:
     std::unique_ptr<QObject> knopffrage_;     // what the start button shows is being asked
     std::unique_ptr<QObject> countdownfrage_; // whether a countdown may start is being asked
     bool endgueltig_ = false;
+    bool abgelegt_ = false;                        // put away, but minimised: see verstecken()
+    Weckruf rueckkehr_;                            // the desktop may just be bringing it back
     QPointer<EinstellungenFenster> einstellungen_; // the sheet, while it is open
     QPointer<QMessageBox> startfehler_;            // why rekordbox did not start, while it is shown
     Weckruf bildVerzug_;

@@ -188,7 +188,8 @@ void Hauptfenster::aktionenAnlegen()
     });
     aktionen_.ablegen =
         anlegen(u"Im Dock ablegen"_s, Qt::CTRL | Qt::Key_M, [this] { showMinimized(); });
-    aktionen_.schliessen = anlegen(u"Schließen"_s, Qt::CTRL | Qt::Key_W, [this] { close(); });
+    aktionen_.schliessen = anlegen(u"Schließen"_s, Qt::CTRL | Qt::Key_W,
+                                   [this, bleibt] { bleibt ? verstecken() : (void)close(); });
 }
 
 void Hauptfenster::menueleisteSetzen(QMenuBar *leiste)

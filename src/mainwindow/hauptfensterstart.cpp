@@ -25,11 +25,12 @@ void Hauptfenster::startVerfolgen()
     connect(starter, &Rekordboxstarter::belegt, this, &Hauptfenster::rekordboxLaeuftAnzeigen);
     connect(starter, &Rekordboxstarter::laeuft, this, &Hauptfenster::gestartet);
     connect(starter, &Rekordboxstarter::gescheitert, this, [this](const QString &grund) {
-        // Desktops hide the dialogues of a minimised window with it.
-        if (isVisible() && isMinimized()) {
+        // Desktops hide the dialogues of a minimised window with it. One that was put away stays so.
+        if (offen() && isMinimized()) {
             showNormal();
         }
-        startfehler_ = hinweisfenster(u"rekordbox ließ sich nicht starten"_s, grund, this);
+        startfehler_ = hinweisfenster(u"rekordbox ließ sich nicht starten"_s, grund,
+                                      abgelegt_ ? nullptr : this);
         startfehler_->open();
     });
 }

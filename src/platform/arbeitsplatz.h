@@ -7,6 +7,7 @@
 #include <optional>
 
 class QObject;
+class QWindow;
 
 namespace kalvaro {
 
@@ -36,6 +37,10 @@ public:
     // `geweckt` is called, from the event loop, whenever the computer has woken from sleep; an
     // empty one ends that.
     virtual void beiAufwachen(std::function<void()> geweckt) = 0;
+
+    // Brings a window of this program that is shown to the front, from another workspace too: the
+    // user has asked for it.
+    virtual void nachVorn(QWindow &fenster) = 0;
 
     // How the desktop presents the program from now on.
     virtual void auftreten(Auftritt auftritt) = 0;

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class QMenu;
 
 namespace kalvaro {
@@ -24,6 +26,13 @@ public:
 
     // The menu of the item; must outlive this object. Its aboutToShow comes before it opens.
     virtual void menueSetzen(QMenu *menue) = 0;
+
+    // Whether there is a place where the item shows.
+    [[nodiscard]] virtual bool erreichbar() const = 0;
+
+    // `gewechselt` is called, from the event loop, whenever erreichbar() may have changed; an empty
+    // one ends that.
+    virtual void beiWechsel(std::function<void()> gewechselt) = 0;
 };
 
 } // namespace kalvaro

@@ -1,6 +1,7 @@
 #include "ui/hinweisfenster.h"
 
 #include "ui/eingabe.h"
+#include "ui/symbole.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -16,6 +17,7 @@ QMessageBox *hinweisfenster(const QString &meldung, const QString &erklaerung, Q
     fenster->setAttribute(Qt::WA_DeleteOnClose);
     fenster->setWindowModality(parent != nullptr ? Qt::WindowModal : Qt::ApplicationModal);
     fenster->setWindowTitle(u"kalvaro"_s);
+    fenster->setWindowIcon(programmsymbol());
     fenster->setIcon(QMessageBox::Warning);
     fenster->setTextFormat(Qt::PlainText);
     fenster->setText(meldung);

@@ -132,7 +132,15 @@ private Q_SLOTS:
         }
         nichtsGeschah();
 
+        QVERIFY(!alarm->windowIcon().isNull());
+        QCOMPARE(p->arbeitsplatz.vorne, QList<const QWindow *>{alarm->windowHandle()});
+        alarm->showMinimized();
+        sichtbar.erfuellen(Wunsch::Oeffnen); // a second start
+        QVERIFY(!alarm->isMinimized());
+        QCOMPARE(p->arbeitsplatz.vorne.size(), 2);
         QCOMPARE(laufenLassen([&] { alarm->buttons().first()->click(); }), 0);
+        sichtbar.erfuellen(Wunsch::Oeffnen); // it is about to end
+        QCOMPARE(p->arbeitsplatz.vorne.size(), 2);
     }
 
     void bild_data()

@@ -152,6 +152,70 @@ private Q_SLOTS:
         QCOMPARE(p->mitteilungen.alle.size(), 1);
     }
 
+    // Once for all times that it is put away.
+    void ohneLeisteSagtEineMitteilungWoDasFensterIst()
+    {
+        p->starten(true);
+        p->statusobjekt.leiste(false);
+        p->steuerung->zeigen(false);
+        QVERIFY(p->mitteilungen.alle.isEmpty());
+        p->steuerung->fenster()->verstecken();
+        QCOMPARE(p->mitteilungen.alle.size(), 1);
+        QCOMPARE(p->mitteilungen.alle.first().titel, u"kalvaro läuft weiter"_s);
+        QVERIFY(p->mitteilungen.alle.first().inhalt.contains(u"noch einmal öffnen"_s));
+        QVERIFY(!p->mitteilungen.alle.first().ziel);
+        QVERIFY(!p->steuerung->fensterSichtbar());
+        p->steuerung->zeigen(false);
+        QVERIFY(p->steuerung->fensterSichtbar());
+        p->steuerung->fenster()->verstecken();
+        QCOMPARE(p->mitteilungen.alle.size(), 1);
+    }
+
+    void weggelegtesFensterZeigtNichts()
+    {
+        p->starten(true);
+        p->statusobjekt.leiste(false);
+        p->steuerung->zeigen(false);
+        p->steuerung->fenster()->verstecken();
+        p->steuerung->fenster()->setWindowState(Qt::WindowNoState); // as Wayland tells it
+        p->mitteilungen.alle.clear();
+
+        abgleichen(Anlass::Nachher, gut);
+
+        QCOMPARE(p->mitteilungen.alle.size(), 1);
+    }
+
+    void eineLeisteDieGehtLaesstKeinFensterVerschwinden()
+    {
+        p->starten(true);
+        p->steuerung->zeigen(false);
+        p->steuerung->fenster()->verstecken();
+        p->statusobjekt.leiste(false);
+        p->vor(9);
+        p->statusobjekt.leiste(true); // it only started anew
+        p->vor(60);
+        QVERIFY(!p->steuerung->fenster()->isVisible());
+        QVERIFY(p->mitteilungen.alle.isEmpty());
+
+        p->statusobjekt.leiste(false);
+        p->vor(9);
+        QVERIFY(!p->steuerung->fenster()->isVisible());
+        p->vor(2);
+        QVERIFY(p->steuerung->fenster()->isMinimized());
+        QCOMPARE(p->mitteilungen.alle.size(), 1);
+    }
+
+    // One that was never opened is not missed.
+    void ohneFensterAendertEineLeisteDieGehtNichts()
+    {
+        p->starten(true);
+        p->statusobjekt.leiste(false);
+        p->vor(11);
+        QVERIFY(p->steuerung->fenster() == nullptr);
+        p->beenden();
+        QVERIFY(!p->statusobjekt.gewechselt);
+    }
+
 private:
     // Runs a sync to its end.
     Bewertung abgleichen(Anlass anlass, const Transport::Ergebnis &antwort)

@@ -17,6 +17,11 @@ void FakeArbeitsplatz::oeffnen(const QUrl &adresse)
     adressen.append(adresse);
 }
 
+void FakeArbeitsplatz::nachVorn(QWindow &fenster)
+{
+    vorne.append(&fenster);
+}
+
 void FakeArbeitsplatz::auftreten(Auftritt auftritt)
 {
     auftritte.append(auftritt);

@@ -15,6 +15,7 @@ public:
                  std::function<void(std::optional<QString>)> fertig) override;
     void oeffnen(const QUrl &adresse) override;
     void beiAufwachen(std::function<void()> ruf) override { geweckt = std::move(ruf); }
+    void nachVorn(QWindow &fenster) override;
     void auftreten(Auftritt auftritt) override;
 
     std::optional<QString> fehler; // what the next starts fail with
@@ -24,6 +25,7 @@ public:
     QStringList starts;
     QList<QUrl> adressen;
     QList<Auftritt> auftritte;
+    QList<const QWindow *> vorne; // what was brought to the front
 };
 
 } // namespace kalvaro

@@ -22,4 +22,12 @@ void FakeStatusobjekt::menueSetzen(QMenu *menu)
     verlauf.append(u"Menü"_s);
 }
 
+void FakeStatusobjekt::leiste(bool da)
+{
+    leisteDa = da;
+    if (gewechselt) {
+        gewechselt();
+    }
+}
+
 } // namespace kalvaro

@@ -79,6 +79,12 @@ void Statushost::hostAnmelden()
     Q_EMIT StatusNotifierHostRegistered();
 }
 
+void Statushost::hostAbmelden()
+{
+    host = false;
+    Q_EMIT StatusNotifierHostUnregistered();
+}
+
 void Statushost::RegisterStatusNotifierItem(const QString &wer)
 {
     const QString name = wer.startsWith(u'/') ? message().service() : wer;
@@ -130,6 +136,12 @@ void Statushost::klicken() const
 {
     [[maybe_unused]] const auto antwort =
         rufen(u"/StatusNotifierItem"_s, element, u"Activate"_s, {10, 10});
+}
+
+void Statushost::markeGeben(const QString &marke) const
+{
+    [[maybe_unused]] const auto antwort =
+        rufen(u"/StatusNotifierItem"_s, element, u"ProvideXdgActivationToken"_s, {marke});
 }
 
 QString Statushost::menuepfad() const

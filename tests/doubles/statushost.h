@@ -42,6 +42,7 @@ public:
     ~Statushost() override;
 
     void hostAnmelden();
+    void hostAbmelden();
 
     // The bus names of the items that are there.
     [[nodiscard]] QStringList elemente() const { return angemeldet; }
@@ -53,6 +54,9 @@ public:
     [[nodiscard]] QString hinweis() const;
 
     void klicken() const;
+
+    // Hands over the activation token of the click that follows.
+    void markeGeben(const QString &marke) const;
 
     // Tells the menu that it is about to open, as a panel does before it shows it.
     void menueOeffnen() const;
@@ -67,6 +71,7 @@ Q_SIGNALS:
     void StatusNotifierItemRegistered(const QString &dienst);
     void StatusNotifierItemUnregistered(const QString &dienst);
     void StatusNotifierHostRegistered();
+    void StatusNotifierHostUnregistered();
 
 private:
     [[nodiscard]] QDBusMessage rufen(const QString &pfad, const QString &schnittstelle,

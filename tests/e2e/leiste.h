@@ -3,24 +3,50 @@
 #include <QColor>
 #include <QString>
 
+#include <cstdint>
 #include <optional>
+#include <vector>
 
 struct xcb_connection_t;
 
 namespace kalvaro {
 
 // The tray of an X11 panel, "System Tray Protocol Specification" 0.3: owns the selection on the
-// display and says which colour its text has. It embeds nothing.
+// display, says which colour its text has and counts who asks to be embedded. It embeds nothing.
 class Leiste
 {
 public:
-    Leiste(const QString &anzeige, const std::optional<QColor> &schrift);
+    // How it makes itself known.
+    enum class Ansage {
+        Keine,
+        Richtig,
+        FalscheAuswahl,   // the message names another selection
+        FalscheNachricht, // a message of another kind names the right one
+    };
+
+    explicit Leiste(const QString &anzeige, const std::optional<QColor> &schrift = {},
+                    Ansage ansage = Ansage::Richtig);
     ~Leiste(); // the selection goes with the connection
     Leiste(const Leiste &) = delete;
     Leiste &operator=(const Leiste &) = delete;
 
+    // Makes itself known, again.
+    void ansagen(Ansage ansage) const;
+
+    // Sets a property of its window.
+    void setzen(const char *name, uint32_t art, const std::vector<uint32_t> &werte) const;
+
+    // Gives the selection to another window of its own; the first one stays or goes.
+    void fensterWechseln(bool altesBleibt);
+
+    // How often an item has asked to be embedded since the last call.
+    [[nodiscard]] int bitten() const;
+
 private:
+    void fensterAnlegen();
+
     xcb_connection_t *const x_;
+    uint32_t fenster_ = 0;
 };
 
 } // namespace kalvaro

@@ -1,5 +1,6 @@
 // A program with nothing but its item in the tray. Lines on standard input: "symbol NAME",
-// "hinweis TEXT", "zeile TEXT"; what happens to the menu stands on standard output.
+// "hinweis TEXT", "zeile TEXT", "lage"; what happens to the menu, and whether there is a place for
+// the item, stands on standard output.
 #include "foundation/uhr.h"
 #include "platform/linux/traystatusobjekt.h"
 
@@ -35,7 +36,7 @@ int main(int argc, char *argv[])
     kopf->setEnabled(false);
     menue.addSeparator();
     QObject::connect(menue.addAction(u"eins"_s), &QAction::triggered, &menue,
-                     [] { sagen(u"eins"_s); });
+                     [] { sagen(u"eins"_s + qEnvironmentVariable("XDG_ACTIVATION_TOKEN")); });
     QAction *haken = menue.addAction(u"haken"_s);
     haken->setCheckable(true);
     QObject::connect(&menue, &QMenu::aboutToShow, haken, [haken] {
@@ -48,6 +49,10 @@ int main(int argc, char *argv[])
     status.menueSetzen(&menue);
     status.symbolSetzen(u"icloud"_s);
     status.hinweisSetzen(u"kalvaro"_s);
+    const auto lage = [&status] {
+        sagen(status.erreichbar() ? u"erreichbar"_s : u"unerreichbar"_s);
+    };
+    status.beiWechsel(lage);
 
     QSocketNotifier eingabe(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&eingabe, &QSocketNotifier::activated, &menue, [&] {
@@ -65,6 +70,8 @@ int main(int argc, char *argv[])
             status.hinweisSetzen(wert);
         } else if (befehl.startsWith(u"zeile ")) {
             kopf->setText(wert);
+        } else if (befehl == u"lage") {
+            lage();
         }
         sagen(u"getan"_s);
     });

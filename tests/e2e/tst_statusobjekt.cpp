@@ -37,14 +37,26 @@ private Q_SLOTS:
     void hinweisIstText();
     void menueUeberDenBus();
     void einKlickOeffnetDasMenue();
+    void einUnterstrichIstText();
+    void derKlickGibtSeineMarkeWeiter();
+    void nachXEmbedKommtEinHost();
+    void nachDemHostKommtXEmbed();
+    void obEsEinenPlatzGibt();
+    void xembedKommtUndGeht();
+    void falscheAnsagenGeltenNicht_data();
+    void falscheAnsagenGeltenNicht();
+    void einXEmbedDasUnsinnSagt();
 
 private:
     void programmStarten();
     void befehl(const QString &zeile);
+    [[nodiscard]] QString lage();
+    void andocken();
 
     std::optional<Anzeige> anzeige;
     std::unique_ptr<Testbus> bus;
     std::unique_ptr<Statushost> host;
+    std::unique_ptr<Leiste> xembed;
     std::unique_ptr<Statusprogramm> programm;
     QProcessEnvironment umgebung;
 };
@@ -65,6 +77,7 @@ void TestStatusobjekt::cleanup()
 {
     programm.reset();
     host.reset();
+    xembed.reset();
     bus.reset();
 }
 
@@ -260,6 +273,144 @@ void TestStatusobjekt::einKlickOeffnetDasMenue()
     QTRY_COMPARE(host->elemente().size(), 1);
     host->klicken();
     QTRY_VERIFY(programm->zeilen().contains(u"oeffnet"_s));
+}
+
+// A version "1_4" lost its stroke and got one below a letter.
+void TestStatusobjekt::einUnterstrichIstText()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    befehl(u"zeile Version 1_4__ && &mehr &"_s);
+    QTRY_COMPARE(host->menue().at(0).angaben.value(u"label"_s).toString(),
+                 u"Version 1__4____ & _mehr "_s);
+}
+
+void TestStatusobjekt::derKlickGibtSeineMarkeWeiter()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    QVERIFY(host->eigenschaft(u"ItemIsMenu"_s).toBool());
+    const int eins = host->menue().at(2).id;
+    host->markeGeben(u" marke"_s);
+    host->menueKlicken(eins);
+    QTRY_VERIFY(programm->zeilen().contains(u"eins marke"_s));
+    host->menueKlicken(eins); // it is good for one click
+    QTRY_VERIFY(programm->zeilen().contains(u"eins"_s));
+    host->menueKlicken(host->menue().at(0).id); // a row that only tells
+    host->menueKlicken(99);
+    befehl(u"hinweis x"_s);
+    QCOMPARE(programm->zeilen().filter(u"eins"_s).size(), 2);
+}
+
+// Waits until the item has asked the tray to take it.
+void TestStatusobjekt::andocken()
+{
+    QVERIFY(bald([this] { return xembed->bitten() > 0; }, 10'000));
+}
+
+QString TestStatusobjekt::lage()
+{
+    befehl(u"lage"_s);
+    return programm->zeilen()
+        .filter(u"erreichbar"_s)
+        .value(programm->zeilen().filter(u"erreichbar"_s).size() - 1);
+}
+
+// Qt decides once for all which kind of tray there is; its item then never came to the other.
+void TestStatusobjekt::nachXEmbedKommtEinHost()
+{
+    xembed = std::make_unique<Leiste>(anzeige->name());
+    programmStarten();
+    andocken();
+    host = std::make_unique<Statushost>(bus->verbindung());
+    QTRY_COMPARE(host->elemente().size(), 1);
+    QCOMPARE(host->hinweis(), u"kalvaro"_s);
+    QVERIFY(!host->pixmaps().isEmpty());
+    host.reset();
+    andocken();
+}
+
+void TestStatusobjekt::nachDemHostKommtXEmbed()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    host.reset();
+    xembed = std::make_unique<Leiste>(anzeige->name());
+    andocken();
+    host = std::make_unique<Statushost>(bus->verbindung());
+    QTRY_COMPARE(host->elemente().size(), 1);
+    QCOMPARE(xembed->bitten(), 0);
+}
+
+void TestStatusobjekt::obEsEinenPlatzGibt()
+{
+    programmStarten();
+    QCOMPARE(lage(), u"unerreichbar"_s);
+    host = std::make_unique<Statushost>(bus->verbindung());
+    QTRY_COMPARE(programm->zeilen().last(), u"erreichbar"_s);
+    QCOMPARE(lage(), u"erreichbar"_s);
+    host.reset();
+    QTRY_COMPARE(programm->zeilen().last(), u"unerreichbar"_s);
+    xembed = std::make_unique<Leiste>(anzeige->name());
+    QCOMPARE(lage(), u"erreichbar"_s); // though the item comes later
+    xembed.reset();
+    QCOMPARE(lage(), u"unerreichbar"_s);
+}
+
+void TestStatusobjekt::xembedKommtUndGeht()
+{
+    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"disabled:"_s);
+    programmStarten();
+    QCOMPARE(lage(), u"unerreichbar"_s);
+    for (int i = 0; i < 3; ++i) {
+        xembed = std::make_unique<Leiste>(anzeige->name());
+        andocken();
+        QCOMPARE(programm->zeilen().filter(u"erreichbar"_s).last(), u"erreichbar"_s);
+        // A panel that changes its visual or moves the tray takes another window for it.
+        xembed->fensterWechseln(i == 0);
+        andocken();
+        QCOMPARE(lage(), u"erreichbar"_s);
+        xembed.reset();
+        QTRY_COMPARE(programm->zeilen().filter(u"erreichbar"_s).last(), u"unerreichbar"_s);
+    }
+}
+
+void TestStatusobjekt::falscheAnsagenGeltenNicht_data()
+{
+    QTest::addColumn<Leiste::Ansage>("ansage");
+    QTest::newRow("none") << Leiste::Ansage::Keine;
+    QTest::newRow("of another selection") << Leiste::Ansage::FalscheAuswahl;
+    QTest::newRow("of another kind") << Leiste::Ansage::FalscheNachricht;
+}
+
+// The tray is there all the same, and is found as soon as it says so.
+void TestStatusobjekt::falscheAnsagenGeltenNicht()
+{
+    QFETCH(const Leiste::Ansage, ansage);
+    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"disabled:"_s);
+    programmStarten();
+    xembed = std::make_unique<Leiste>(anzeige->name(), std::nullopt, ansage);
+    befehl(u"hinweis eins"_s);
+    befehl(u"hinweis zwei"_s);
+    QCOMPARE(xembed->bitten(), 0);
+    QVERIFY(programm->zeilen().filter(u"erreichbar"_s).isEmpty());
+    xembed->ansagen(Leiste::Ansage::Richtig);
+    andocken();
+}
+
+void TestStatusobjekt::einXEmbedDasUnsinnSagt()
+{
+    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"disabled:"_s);
+    xembed = std::make_unique<Leiste>(anzeige->name(), std::nullopt, Leiste::Ansage::Keine);
+    xembed->setzen("_NET_SYSTEM_TRAY_VISUAL", 32, {4'000'000'000U}); // a VISUALID that nobody has
+    xembed->setzen("_NET_SYSTEM_TRAY_COLORS", 6, {1, 2});            // fewer than a colour has
+    programmStarten();
+    andocken();
+    befehl(u"symbol icloud.slash"_s);
+    QCOMPARE(lage(), u"erreichbar"_s);
 }
 
 KALVARO_TEST(TestStatusobjekt)

@@ -2,9 +2,11 @@
 
 #include "foundation/einmalruf.h"
 #include "platform/buendel.h"
+#include "platform/linux/dbusaktivierung.h"
 #include "platform/linux/loesen.h"
 #include "platform/linux/logindwache.h"
 #include "platform/linux/startfehler.h"
+#include "platform/linux/vordergrund.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -12,6 +14,7 @@
 #include <QFileInfo>
 #include <QSocketNotifier>
 #include <QUrl>
+#include <QWindow>
 
 #include <algorithm>
 #include <array>
@@ -172,9 +175,25 @@ void LinuxArbeitsplatz::starten(const QString &buendel, QObject *besitzer, Rueck
 void LinuxArbeitsplatz::oeffnen(const QUrl &adresse)
 {
     if (adresse.isValid() && (adresse.scheme() == u"http" || adresse.scheme() == u"https")) {
-        // Queued: finding the browser can take a moment, and the click is to be over by then.
+        // Queued: finding the browser can take a moment, and the click is to be over by then. What
+        // the click brought along so that the browser may come to the front goes with it.
         QMetaObject::invokeMethod(
-            qApp, [adresse] { QDesktopServices::openUrl(adresse); }, Qt::QueuedConnection);
+            qApp,
+            [adresse, aktivierung = Aktivierung::desStarts()] {
+                const Aktivierungsrahmen rahmen(aktivierung);
+                QDesktopServices::openUrl(adresse);
+            },
+            Qt::QueuedConnection);
+    }
+}
+
+void LinuxArbeitsplatz::nachVorn(QWindow &fenster)
+{
+    if (!vordergrund_) {
+        vordergrund_ = std::make_unique<Vordergrund>();
+    }
+    if (!vordergrund_->holen(fenster, Aktivierung::desStarts().kennung)) {
+        fenster.requestActivate();
     }
 }
 

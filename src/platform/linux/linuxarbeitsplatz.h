@@ -8,6 +8,7 @@ namespace kalvaro {
 
 class Logindwache;
 class Uhr;
+class Vordergrund;
 
 // The desktop session under Linux. Needs a QGuiApplication for oeffnen() only.
 class LinuxArbeitsplatz final : public Arbeitsplatz
@@ -25,6 +26,10 @@ public:
 
     void oeffnen(const QUrl &adresse) override;
 
+    // By the window manager of an X11 desktop, else by the toolkit, with the activation that the
+    // environment names.
+    void nachVorn(QWindow &fenster) override;
+
     // By logind on the system bus.
     void beiAufwachen(std::function<void()> geweckt) override;
 
@@ -33,7 +38,8 @@ public:
 
 private:
     Uhr &uhr_;
-    std::unique_ptr<Logindwache> wache_; // while somebody listens
+    std::unique_ptr<Logindwache> wache_;       // while somebody listens
+    std::unique_ptr<Vordergrund> vordergrund_; // once a window came to the front
 };
 
 } // namespace kalvaro

@@ -10,6 +10,7 @@
 #include <QTextDocument>
 
 #include <algorithm>
+#include <utility>
 
 namespace kalvaro {
 
@@ -32,7 +33,8 @@ bool immerDunkleLeiste()
 } // namespace
 
 TrayStatusobjekt::TrayStatusobjekt(Uhr &uhr, const QDBusConnection &sitzung)
-    : wache_(uhr, sitzung, xembed_, [this](Trayart art) { erscheinen(art); })
+    : eintrag_(sitzung, [this] { menueZeigen(); })
+    , wache_(uhr, sitzung, xembed_, [this](auto art) { platzGewechselt(art); })
 {
     qApp->installEventFilter(this);
 }
@@ -57,6 +59,7 @@ void TrayStatusobjekt::hinweisSetzen(const QString &hinweis)
 void TrayStatusobjekt::menueSetzen(QMenu *menue)
 {
     menue_ = menue;
+    eintrag_.menueSetzen(menue_);
     if (zeichen_) {
         zeichen_->setContextMenu(menue_);
     }
@@ -70,10 +73,37 @@ bool TrayStatusobjekt::eventFilter(QObject *objekt, QEvent *ereignis)
     return QObject::eventFilter(objekt, ereignis);
 }
 
-void TrayStatusobjekt::erscheinen(Trayart art)
+// A tray counts from the moment it is there: the item may follow a little later.
+bool TrayStatusobjekt::erreichbar() const
+{
+    return art_.has_value() || xembed_.vorhanden();
+}
+
+void TrayStatusobjekt::beiWechsel(std::function<void()> gewechselt)
+{
+    gewechselt_ = std::move(gewechselt);
+}
+
+void TrayStatusobjekt::platzGewechselt(std::optional<Trayart> art)
 {
     art_ = art;
-    xembed_.beiErscheinen([this] { symbolZeichnen(); }); // another panel, another colour
+    angemeldet_ = angemeldet_ && art_ == Trayart::StatusNotifier;
+    if (art_ == Trayart::XEmbed) {
+        einbetten();
+    } else {
+        zeichen_.reset();
+    }
+    symbolZeichnen(); // another panel, another colour
+    if (gewechselt_) {
+        gewechselt_();
+    }
+}
+
+void TrayStatusobjekt::einbetten()
+{
+    if (zeichen_) {
+        return;
+    }
     zeichen_ = std::make_unique<QSystemTrayIcon>();
     connect(zeichen_.get(), &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason grund) {
@@ -81,18 +111,26 @@ void TrayStatusobjekt::erscheinen(Trayart art)
                     menueZeigen();
                 }
             });
-    hinweisZeigen();
     zeichen_->setContextMenu(menue_);
-    symbolZeichnen();
+    hinweisZeigen();
 }
 
+// Nothing appears before it has a symbol: picture mode never sets one.
 void TrayStatusobjekt::symbolZeichnen()
 {
-    if (zeichen_ && !symbol_.isEmpty()) {
-        const bool imThema = art_ == Trayart::StatusNotifier;
-        zeichen_->setIcon(
-            traysymbol(symbol_, leistenfarbe(), imThema ? symbolImThema(symbol_) : QString()));
-        zeichen_->show(); // not before it has a symbol: picture mode never sets one
+    if (!art_ || symbol_.isEmpty()) {
+        return;
+    }
+    switch (*art_) {
+    case Trayart::StatusNotifier:
+        eintrag_.symbolSetzen(symbol_, leistenfarbe(), symbolImThema(symbol_));
+        if (!std::exchange(angemeldet_, true)) {
+            eintrag_.anmelden();
+        }
+        break;
+    case Trayart::XEmbed:
+        zeichen_->setIcon(traysymbol(symbol_, leistenfarbe()));
+        zeichen_->show();
     }
 }
 
@@ -100,8 +138,9 @@ void TrayStatusobjekt::symbolZeichnen()
 // is markup, so there it is made markup that says what the text says.
 void TrayStatusobjekt::hinweisZeigen()
 {
+    eintrag_.hinweisSetzen(hinweis_);
     if (zeichen_) {
-        const bool raten = art_ == Trayart::XEmbed && Qt::mightBeRichText(hinweis_);
+        const bool raten = Qt::mightBeRichText(hinweis_);
         zeichen_->setToolTip(raten ? Qt::convertFromPlainText(hinweis_) : hinweis_);
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/leisteneintrag.h"
 #include "platform/linux/traywache.h"
 #include "platform/statusobjekt.h"
 
@@ -25,13 +26,16 @@ public:
     void symbolSetzen(const QString &name) override;
     void hinweisSetzen(const QString &hinweis) override;
     void menueSetzen(QMenu *menue) override;
+    [[nodiscard]] bool erreichbar() const override;
+    void beiWechsel(std::function<void()> gewechselt) override;
 
 protected:
     // The application's palette: what colour the symbol takes may follow it.
     bool eventFilter(QObject *objekt, QEvent *ereignis) override;
 
 private:
-    void erscheinen(Trayart art);
+    void platzGewechselt(std::optional<Trayart> art);
+    void einbetten();
     void symbolZeichnen();
     void hinweisZeigen();
     void menueZeigen();
@@ -41,8 +45,11 @@ private:
     QString symbol_;
     QString hinweis_;
     QPointer<QMenu> menue_;
-    Trayart art_ = Trayart::StatusNotifier;
-    std::unique_ptr<QSystemTrayIcon> zeichen_; // once there is a place for it
+    std::function<void()> gewechselt_;
+    std::optional<Trayart> art_; // the place that there is
+    bool angemeldet_ = false;    // with a watcher; only while that is the place
+    Leisteneintrag eintrag_;
+    std::unique_ptr<QSystemTrayIcon> zeichen_; // exactly while the place is XEmbed
     Traywache wache_;
 };
 

@@ -15,10 +15,9 @@ namespace {
 class Maske final : public QIconEngine
 {
 public:
-    Maske(QString name, const QColor &farbe, QString themenname)
+    Maske(QString name, const QColor &farbe)
         : name_(std::move(name))
         , farbe_(farbe)
-        , themenname_(std::move(themenname))
     {
     }
 
@@ -37,31 +36,19 @@ public:
         return symbolbild(name_, qMin(groesse.width(), groesse.height()), farbe_, 1);
     }
 
-    // What goes over the bus: the usual sizes of panels, at 1x and 2x.
-    QList<QSize> availableSizes(QIcon::Mode /*modus*/, QIcon::State /*zustand*/) override
-    {
-        QList<QSize> groessen;
-        for (const int seite : {22, 24, 32, 44, 48, 64}) {
-            groessen.append({seite, seite});
-        }
-        return groessen;
-    }
-
-    QString iconName() override { return themenname_; }
     QString key() const override { return u"kalvaro.maske"_s; }
-    QIconEngine *clone() const override { return new Maske(name_, farbe_, themenname_); }
+    QIconEngine *clone() const override { return new Maske(name_, farbe_); }
 
 private:
     const QString name_;
     const QColor farbe_;
-    const QString themenname_;
 };
 
 } // namespace
 
-QIcon traysymbol(const QString &name, const QColor &farbe, const QString &themenname)
+QIcon traysymbol(const QString &name, const QColor &farbe)
 {
-    return QIcon(new Maske(name, farbe, themenname));
+    return QIcon(new Maske(name, farbe));
 }
 
 QString symbolImThema(const QString &name)

@@ -7,11 +7,10 @@
 namespace kalvaro {
 
 // The icon of the item: the drawing `name` as a mask in `farbe`, drawn anew at each size and scale.
-// `themenname` is the name under which a host finds it in its icon theme and colours it itself;
-// empty when it is not installed there.
-[[nodiscard]] QIcon traysymbol(const QString &name, const QColor &farbe, const QString &themenname);
+[[nodiscard]] QIcon traysymbol(const QString &name, const QColor &farbe);
 
-// The theme's name of the drawing `name` when the theme has it, else empty.
+// The name under which a host finds the drawing `name` in its icon theme and colours it itself;
+// empty when it is not installed there.
 [[nodiscard]] QString symbolImThema(const QString &name);
 
 } // namespace kalvaro

@@ -4,6 +4,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
+#include <utility>
+
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
@@ -18,34 +20,42 @@ constexpr Sekunden bedenken{2};
 } // namespace
 
 Traywache::Traywache(Uhr &uhr, const QDBusConnection &sitzung, XEmbedtray &xembed,
-                     std::function<void(Trayart)> gefunden)
+                     std::function<void(std::optional<Trayart>)> gewechselt)
     : uhr_(uhr)
     , bus_(sitzung)
     , xembed_(xembed)
-    , gefunden_(std::move(gefunden))
+    , gewechselt_(std::move(gewechselt))
 {
     if (bus_.isConnected()) {
         waechter_.setConnection(bus_);
-        waechter_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+        waechter_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
         waechter_.addWatchedService(dienst);
-        connect(&waechter_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
-            fragen_ = 0;
-            hostFragen();
-        });
-        bus_.connect({}, pfad, dienst, u"StatusNotifierHostRegistered"_s, this, SLOT(hostFragen()));
+        connect(&waechter_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+                [this](const QString &, const QString &, const QString &neuer) {
+                    waechterGewechselt(!neuer.isEmpty());
+                });
+        for (const QString &signal :
+             {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
+            bus_.connect({}, pfad, dienst, signal, this, SLOT(hostFragen()));
+        }
         hostFragen();
     }
-    xembed_.beiErscheinen([this] { xembedErschienen(); });
-    if (xembed_.vorhanden()) {
-        xembedErschienen();
+    xembed_.beiWechsel([this] { xembedGewechselt(); });
+    xembedAbwarten();
+}
+
+// Another watcher knows nothing of the item that the last one had.
+void Traywache::waechterGewechselt(bool da)
+{
+    fragen_ = 0;
+    hostVerloren();
+    if (da) {
+        hostFragen();
     }
 }
 
 void Traywache::hostFragen()
 {
-    if (!gefunden_) {
-        return;
-    }
     QDBusMessage frage = QDBusMessage::createMethodCall(
         dienst, pfad, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     frage.setArguments({dienst, u"IsStatusNotifierHostRegistered"_s});
@@ -65,26 +75,52 @@ void Traywache::hostAntwort(bool da, bool gescheitert)
     constexpr int hoechstens = 5;
     constexpr Sekunden abstand{1};
     if (da) {
+        bedenkzeit_ = nullptr;
         melden(Trayart::StatusNotifier);
-    } else if (gescheitert && ++fragen_ < hoechstens) {
+        return;
+    }
+    hostVerloren();
+    if (gescheitert && ++fragen_ < hoechstens) {
         nocheinmal_ = uhr_.nach(abstand, [this] { hostFragen(); });
     }
 }
 
-void Traywache::xembedErschienen()
+void Traywache::hostVerloren()
 {
+    if (art_ == Trayart::StatusNotifier) {
+        melden({});
+        xembedAbwarten();
+    }
+}
+
+void Traywache::xembedGewechselt()
+{
+    if (art_ == Trayart::XEmbed && !xembed_.vorhanden()) {
+        melden({});
+    } else if (art_) {
+        gewechselt_(art_);
+    } else {
+        xembedAbwarten();
+    }
+}
+
+void Traywache::xembedAbwarten()
+{
+    if (!xembed_.vorhanden()) {
+        return;
+    }
     const Sekunden dauer = bus_.isConnected() ? bedenken : Sekunden(0);
     bedenkzeit_ = uhr_.nach(dauer, [this] {
-        if (xembed_.vorhanden()) {
+        if (!art_ && xembed_.vorhanden()) {
             melden(Trayart::XEmbed);
         }
     });
 }
 
-void Traywache::melden(Trayart art)
+void Traywache::melden(std::optional<Trayart> art)
 {
-    if (gefunden_) {
-        std::exchange(gefunden_, {})(art);
+    if (std::exchange(art_, art) != art) {
+        gewechselt_(art);
     }
 }
 

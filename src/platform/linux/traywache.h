@@ -8,6 +8,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
 namespace kalvaro {
 
@@ -17,31 +18,36 @@ enum class Trayart {
     XEmbed,
 };
 
-// Waits for the first place where an item can show, without polling. QSystemTrayIcon decides once
-// per process which of the two it serves, from what is there when the first one is made; so this
-// prefers StatusNotifier, and gives a desktop that has both the time to bring them up.
+// Knows where an item can show, without polling. Of the two kinds it prefers StatusNotifier, and
+// gives a desktop that has both the time to bring them up.
 class Traywache final : public QObject
 {
     Q_OBJECT
 
 public:
-    // `gefunden` is called once, from the event loop.
+    // `gewechselt` is called from the event loop: with the first place that comes, with each other
+    // one, with none when the last has gone, and again with the same one when another panel may
+    // stand there.
     Traywache(Uhr &uhr, const QDBusConnection &sitzung, XEmbedtray &xembed,
-              std::function<void(Trayart)> gefunden);
+              std::function<void(std::optional<Trayart>)> gewechselt);
 
 private Q_SLOTS:
     void hostFragen();
 
 private:
+    void waechterGewechselt(bool da);
     void hostAntwort(bool da, bool gescheitert);
-    void xembedErschienen();
-    void melden(Trayart art);
+    void hostVerloren();
+    void xembedGewechselt();
+    void xembedAbwarten();
+    void melden(std::optional<Trayart> art);
 
     Uhr &uhr_;
     QDBusConnection bus_;
     XEmbedtray &xembed_;
-    std::function<void(Trayart)> gefunden_;
+    const std::function<void(std::optional<Trayart>)> gewechselt_;
     QDBusServiceWatcher waechter_;
+    std::optional<Trayart> art_;
     Weckruf nocheinmal_;
     Weckruf bedenkzeit_;
     int fragen_ = 0; // since the watcher last took its name

@@ -34,9 +34,8 @@ XEmbedtray::XEmbedtray()
     char *rechner = nullptr;
     int anzeige = 0;
     int schirm = 0;
-    if (xcb_parse_display(nullptr, &rechner, &anzeige, &schirm) != 0) { // $DISPLAY
-        std::free(rechner);
-    }
+    xcb_parse_display(nullptr, &rechner, &anzeige, &schirm); // $DISPLAY
+    std::free(rechner);
     auswahl_ = atom(("_NET_SYSTEM_TRAY_S" + QByteArray::number(schirm)).constData());
     manager_ = atom("MANAGER");
     // Qt itself listens on the root window for the message that announces a manager.
@@ -85,14 +84,38 @@ std::optional<QColor> XEmbedtray::schriftfarbe() const
     return QColor(anteil(0), anteil(1), anteil(2));
 }
 
+void XEmbedtray::beiWechsel(std::function<void()> gewechselt)
+{
+    ruf_ = std::move(gewechselt);
+    beobachten();
+}
+
+// One that ends meanwhile has no window left to be told of: whoever has the selection then is the
+// next to be looked at.
+void XEmbedtray::beobachten()
+{
+    constexpr int versuche = 3;
+    beobachtet_ = nichts;
+    for (int i = 0; i < versuche && beobachtet_ != besitzer(); ++i) {
+        beobachtet_ = besitzer();
+        const uint32_t maske = XCB_EVENT_MASK_STRUCTURE_NOTIFY; // the one that Qt takes as well
+        std::free(xcb_request_check(
+            x_, xcb_change_window_attributes_checked(x_, beobachtet_, XCB_CW_EVENT_MASK, &maske)));
+    }
+}
+
 bool XEmbedtray::nativeEventFilter(const QByteArray &art, void *ereignis, qintptr * /*ergebnis*/)
 {
     if (art != "xcb_generic_event_t" || !ruf_) {
         return false;
     }
+    const auto was = static_cast<const xcb_generic_event_t *>(ereignis)->response_type & 0x7FU;
     const auto *nachricht = static_cast<const xcb_client_message_event_t *>(ereignis);
-    if ((nachricht->response_type & 0x7FU) == XCB_CLIENT_MESSAGE && nachricht->type == manager_ &&
-        nachricht->data.data32[1] == auswahl_) {
+    const auto *ende = static_cast<const xcb_destroy_notify_event_t *>(ereignis);
+    const bool neue = was == XCB_CLIENT_MESSAGE && nachricht->type == manager_ &&
+                      nachricht->data.data32[1] == auswahl_;
+    if (neue || (was == XCB_DESTROY_NOTIFY && ende->window == beobachtet_)) {
+        beobachten();
         ruf_();
     }
     return false;

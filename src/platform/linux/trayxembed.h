@@ -27,18 +27,21 @@ public:
     // based on GTK set).
     [[nodiscard]] std::optional<QColor> schriftfarbe() const;
 
-    // `erscheint` is called whenever a tray takes the selection.
-    void beiErscheinen(std::function<void()> erscheint) { ruf_ = std::move(erscheint); }
+    // `gewechselt` is called whenever a tray has taken the selection or the one that had it is
+    // gone.
+    void beiWechsel(std::function<void()> gewechselt);
 
     bool nativeEventFilter(const QByteArray &art, void *ereignis, qintptr *ergebnis) override;
 
 private:
     [[nodiscard]] uint32_t atom(const char *name) const;
     [[nodiscard]] uint32_t besitzer() const;
+    void beobachten();
 
     xcb_connection_t *x_ = nullptr;
-    uint32_t auswahl_ = 0; // atom of the selection
-    uint32_t manager_ = 0; // atom "MANAGER" of the ICCCM
+    uint32_t auswahl_ = 0;    // atom of the selection
+    uint32_t manager_ = 0;    // atom "MANAGER" of the ICCCM
+    uint32_t beobachtet_ = 0; // the window of the tray, whose end is told
     std::function<void()> ruf_;
 };
 

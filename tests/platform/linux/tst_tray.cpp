@@ -12,9 +12,12 @@
 #include <QPixmap>
 
 #include <memory>
+#include <optional>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
+
+using Plaetze = QList<std::optional<Trayart>>;
 
 class TestTray final : public QObject
 {
@@ -28,6 +31,8 @@ private Q_SLOTS:
     void einHostVonAnfangAnWirdGefunden();
     void einHostNachDreissigSekundenWirdGefunden();
     void einHostWirdNurEinmalGemeldet();
+    void einHostDerNeuStartetWirdNeuGemeldet();
+    void einHostDerGehtWirdGemeldet();
     void einWaechterOhneObjektWirdNochmalsGefragt();
     void einWaechterDerNieAntwortetWirdInRuheGelassen();
     void ohneHostUndOhneBusWartetNichts();
@@ -44,7 +49,7 @@ private:
     std::unique_ptr<XEmbedtray> xembed;
     std::unique_ptr<Statushost> host;
     std::unique_ptr<Traywache> wache;
-    QList<Trayart> gefunden;
+    Plaetze gefunden;
 };
 
 void TestTray::init()
@@ -64,14 +69,14 @@ void TestTray::cleanup()
 void TestTray::wachen()
 {
     wache = std::make_unique<Traywache>(uhr, bus->verbindung(), *xembed,
-                                        [this](Trayart art) { gefunden.append(art); });
+                                        [this](auto art) { gefunden.append(art); });
 }
 
 void TestTray::einHostVonAnfangAnWirdGefunden()
 {
     host = std::make_unique<Statushost>(bus->verbindung());
     wachen();
-    QTRY_COMPARE(gefunden, QList<Trayart>({Trayart::StatusNotifier}));
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier}));
 }
 
 void TestTray::einHostNachDreissigSekundenWirdGefunden()
@@ -80,7 +85,7 @@ void TestTray::einHostNachDreissigSekundenWirdGefunden()
     uhr.vor(Sekunden(30));
     QVERIFY(gefunden.isEmpty());
     host = std::make_unique<Statushost>(bus->verbindung());
-    QTRY_COMPARE(gefunden, QList<Trayart>({Trayart::StatusNotifier}));
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier}));
 }
 
 void TestTray::einHostWirdNurEinmalGemeldet()
@@ -89,12 +94,32 @@ void TestTray::einHostWirdNurEinmalGemeldet()
     wachen();
     QTRY_COMPARE(gefunden.size(), 1);
     host->hostAnmelden();
+    host->hostAnmelden();
+    host.reset();
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}}));
+}
+
+// Another watcher knows nothing of what the last one had.
+void TestTray::einHostDerNeuStartetWirdNeuGemeldet()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    wachen();
+    QTRY_COMPARE(gefunden.size(), 1);
     host.reset();
     host = std::make_unique<Statushost>(bus->verbindung());
-    const QDBusConnection frage = bus->verbindung();
-    QTRY_VERIFY(frage.interface()->isServiceRegistered(u"org.kde.StatusNotifierWatcher"_s));
-    uhr.vor(Sekunden(10));
-    QCOMPARE(gefunden.size(), 1);
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}, Trayart::StatusNotifier}));
+}
+
+// The watcher stays, as it does in Plasma when the panel with the tray is removed.
+void TestTray::einHostDerGehtWirdGemeldet()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    wachen();
+    QTRY_COMPARE(gefunden.size(), 1);
+    host->hostAbmelden();
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}}));
+    host->hostAnmelden();
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}, Trayart::StatusNotifier}));
 }
 
 void TestTray::einWaechterOhneObjektWirdNochmalsGefragt()
@@ -106,7 +131,7 @@ void TestTray::einWaechterOhneObjektWirdNochmalsGefragt()
     QVERIFY(frueh.unregisterService(u"org.kde.StatusNotifierWatcher"_s));
     host = std::make_unique<Statushost>(frueh);
     uhr.vor(Sekunden(1));
-    QTRY_COMPARE(gefunden, QList<Trayart>({Trayart::StatusNotifier}));
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier}));
 }
 
 void TestTray::einWaechterDerNieAntwortetWirdInRuheGelassen()
@@ -125,7 +150,7 @@ void TestTray::einWaechterDerNieAntwortetWirdInRuheGelassen()
 void TestTray::ohneHostUndOhneBusWartetNichts()
 {
     const Traywache ohne(uhr, QDBusConnection(u"gibt es nicht"_s), *xembed,
-                         [this](Trayart art) { gefunden.append(art); });
+                         [this](auto art) { gefunden.append(art); });
     QCOMPARE(uhr.offen(), 0);
     uhr.vor(Sekunden(60));
     QVERIFY(gefunden.isEmpty());
@@ -167,7 +192,7 @@ void TestTray::dasSymbolIstScharf()
     QFETCH(int, groesse);
     QFETCH(double, faktor);
     const QColor farbe(0x12, 0x34, 0x56);
-    const QIcon symbol = traysymbol(u"exclamationmark.icloud.fill"_s, farbe, {});
+    const QIcon symbol = traysymbol(u"exclamationmark.icloud.fill"_s, farbe);
     const QPixmap bild = symbol.pixmap(QSize(groesse, groesse), faktor);
     QCOMPARE(bild.size(), QSize(groesse, groesse) * faktor);
     QCOMPARE(bild.devicePixelRatio(), faktor);
@@ -192,7 +217,7 @@ void TestTray::dasSymbolIstScharf()
 
 void TestTray::einUnbekanntesSymbolIstLeer()
 {
-    QVERIFY(traysymbol(u"gibt.es.nicht"_s, Qt::black, {}).pixmap(22, 22).isNull());
+    QVERIFY(traysymbol(u"gibt.es.nicht"_s, Qt::black).pixmap(22, 22).isNull());
     QCOMPARE(symbolImThema(u"gibt.es.nicht"_s), QString());
 }
 
