@@ -1,3 +1,4 @@
+#include "app/farbfolge.h"
 #include "app/kommandozeile.h"
 #include "app/programm.h"
 #include "app/programmordner.h"
@@ -10,7 +11,6 @@
 #include "platform/plattform.h"
 #include "rekordbox/rekordbox.h"
 #include "server/netztransport.h"
-#include "ui/erscheinung.h"
 
 #include <QApplication>
 
@@ -40,7 +40,10 @@ int main(int argc, char *argv[])
         return pruefmodus(argc, argv, kommandozeile.json);
     }
 
-    const Startlage startlage(kommandozeile.plattform);
+    // A picture is to look the same wherever it is drawn.
+    const bool folgsam = !kommandozeile.bild;
+    const Startlage startlage(kommandozeile.plattform,
+                              folgsam ? Startlage::Farben::Desktop : Startlage::Farben::Eigene);
     ordnerAnlegen();
     if (startlage.anzeigemangel() && !kommandozeile.bild) {
         return Programm::ohneAnzeige(*startlage.anzeigemangel());
@@ -64,7 +67,7 @@ int main(int argc, char *argv[])
     if (kommandozeile.beenden) {
         return 0; // nobody else runs
     }
-    erscheinungEinrichten(anwendung);
+    const Farbfolge farbfolge(anwendung, folgsam ? &plattform.farbschema() : nullptr);
 
     Netztransport transport(uhr);
     const Plattform::Anschluesse system = plattform.anschluesse();

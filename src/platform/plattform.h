@@ -11,6 +11,7 @@ namespace kalvaro {
 class Anmeldestart;
 class Arbeitsplatz;
 class Einzelinstanz;
+class Farbschema;
 class Mitteilungen;
 class Prozesse;
 class Schreibtischauskunft;
@@ -21,9 +22,13 @@ class Uhr;
 class Startlage
 {
 public:
+    // What is drawn: in the colours that the desktop wants, or in our own light ones.
+    enum class Farben { Desktop, Eigene };
+
     // `plattform` is the toolkit's platform that the command line asks for; empty without one.
-    // Asks the display whether it answers, for some seconds at most.
-    explicit Startlage(const QString &plattform);
+    // Asks the display whether it answers, for some seconds at most. The desktop is asked for its
+    // colours so early that the answer is usually there before anything is drawn.
+    Startlage(const QString &plattform, Farben farben);
     ~Startlage();
     Startlage(const Startlage &) = delete;
     Startlage &operator=(const Startlage &) = delete;
@@ -50,6 +55,10 @@ public:
     Plattform &operator=(const Plattform &) = delete;
 
     [[nodiscard]] Einzelinstanz &einzelinstanz();
+
+    // Made at the first call, which may wait for the desktop's answer until 100 ms after the
+    // question.
+    [[nodiscard]] Farbschema &farbschema();
 
     struct Anschluesse
     {

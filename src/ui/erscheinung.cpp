@@ -1,5 +1,6 @@
 #include "ui/erscheinung.h"
 
+#include "ui/farbe.h"
 #include "ui/stil.h"
 #include "ui/symbole.h"
 
@@ -58,19 +59,37 @@ QPalette eigenePalette(bool dunkel)
     return p;
 }
 
-void erscheinungEinrichten(QApplication &anwendung, bool dunkel)
+Erscheinung::Erscheinung(QApplication &anwendung, Farbwunsch wunsch)
+    : anwendung_(anwendung)
 {
     // Alerts stand before any window of ours, too.
     QApplication::setWindowIcon(programmsymbol());
     // Without a desktop's theme Qt falls back to Fusion and its standard palette.
-    if (anwendung.style()->name() != u"fusion"_s) {
+    eigenerStil_ = anwendung.style()->name() == u"fusion"_s;
+    if (eigenerStil_) {
+        if (anwendung.palette() != anwendung.style()->standardPalette()) {
+            mitgebracht_ = anwendung.palette();
+        }
+        anwendung.setStyle(new Stil);
+        anpassen(wunsch);
+    }
+}
+
+void Erscheinung::anpassen(Farbwunsch wunsch)
+{
+    if (!eigenerStil_) {
         return;
     }
-    const bool eigene = anwendung.palette() == anwendung.style()->standardPalette();
-    anwendung.setStyle(new Stil);
-    if (eigene) {
-        anwendung.setPalette(eigenePalette(dunkel));
+    const auto passt = [](Helligkeit gewuenscht, bool dunkel) {
+        return gewuenscht == Helligkeit::Offen || (gewuenscht == Helligkeit::Dunkel) == dunkel;
+    };
+    if (mitgebracht_ && passt(wunsch.ausdruecklich, Farbe::istDunkel(*mitgebracht_))) {
+        anwendung_.setPalette(*mitgebracht_);
+        return;
     }
+    const bool offen = wunsch.ausdruecklich == Helligkeit::Offen;
+    anwendung_.setPalette(
+        eigenePalette((offen ? wunsch.thema : wunsch.ausdruecklich) == Helligkeit::Dunkel));
 }
 
 bool wenigerBewegung()

@@ -24,6 +24,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+Farbwunsch thema(bool dunkel)
+{
+    return {.thema = dunkel ? Helligkeit::Dunkel : Helligkeit::Hell};
+}
+
 // One of each view.
 std::unique_ptr<QWidget> allesauf(Uhr &uhr)
 {
@@ -76,6 +81,10 @@ private Q_SLOTS:
     void ohneDesktopDieEigene_data();
     void ohneDesktopDieEigene();
     void paletteDesDesktopsBleibt();
+    void wasDerDesktopWill_data();
+    void wasDerDesktopWill();
+    void wuenscheImLaufenden();
+    void menuesUndAlarmeSindLesbar();
     void stilDesDesktopsBleibt();
     void gesperrtesIstBlasser();
     void wechselImLaufenden_data();
@@ -98,7 +107,7 @@ void TestErscheinung::ohneDesktopDieEigene_data()
 void TestErscheinung::ohneDesktopDieEigene()
 {
     QFETCH(bool, dunkel);
-    erscheinungEinrichten(*qApp, dunkel);
+    erscheinungEinrichten(*qApp, thema(dunkel));
     QVERIFY(qobject_cast<Stil *>(QApplication::style()) != nullptr);
     QCOMPARE(QApplication::palette().color(QPalette::Window),
              eigenePalette(dunkel).color(QPalette::Window));
@@ -112,6 +121,77 @@ void TestErscheinung::paletteDesDesktopsBleibt()
     QApplication::setPalette(fremd);
     erscheinungEinrichten(*qApp);
     QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(1, 2, 3));
+}
+
+void TestErscheinung::wasDerDesktopWill_data()
+{
+    using enum Helligkeit;
+    QTest::addColumn<std::optional<bool>>("mitgebrachte"); // dark
+    QTest::addColumn<Farbwunsch>("wunsch");
+    QTest::addColumn<bool>("dunkel");
+    QTest::addColumn<bool>("eigene");
+    const std::optional<bool> keine;
+    const std::optional helle(false);
+    const std::optional dunkle(true);
+    QTest::newRow("nothing at all") << keine << Farbwunsch{} << false << true;
+    QTest::newRow("dark wanted") << keine << Farbwunsch{Dunkel, Offen} << true << true;
+    QTest::newRow("light wanted in spite of a dark theme")
+        << keine << Farbwunsch{Hell, Dunkel} << false << true;
+    QTest::newRow("dark theme") << keine << Farbwunsch{Offen, Dunkel} << true << true;
+    QTest::newRow("light theme") << keine << Farbwunsch{Offen, Hell} << false << true;
+    QTest::newRow("a palette and no wish") << dunkle << Farbwunsch{} << true << false;
+    QTest::newRow("a palette goes before a theme")
+        << helle << Farbwunsch{Offen, Dunkel} << false << false;
+    QTest::newRow("a palette as it is wanted")
+        << dunkle << Farbwunsch{Dunkel, Offen} << true << false;
+    QTest::newRow("a light palette where dark is wanted")
+        << helle << Farbwunsch{Dunkel, Offen} << true << true;
+    QTest::newRow("a dark palette where light is wanted")
+        << dunkle << Farbwunsch{Hell, Offen} << false << true;
+}
+
+void TestErscheinung::wasDerDesktopWill()
+{
+    QFETCH(std::optional<bool>, mitgebrachte);
+    QFETCH(Farbwunsch, wunsch);
+    QFETCH(bool, dunkel);
+    QFETCH(bool, eigene);
+    if (mitgebrachte) {
+        QPalette fremd = eigenePalette(*mitgebrachte);
+        fremd.setColor(QPalette::Highlight, QColor(1, 2, 3));
+        QApplication::setPalette(fremd);
+    }
+    erscheinungEinrichten(*qApp, wunsch);
+    QCOMPARE(Farbe::istDunkel(QApplication::palette()), dunkel);
+    QCOMPARE(Farbe::akzent(QApplication::palette()) != QColor(1, 2, 3), eigene);
+}
+
+void TestErscheinung::wuenscheImLaufenden()
+{
+    QPalette fremd = eigenePalette(false);
+    fremd.setColor(QPalette::Highlight, QColor(1, 2, 3));
+    QApplication::setPalette(fremd);
+    Erscheinung erscheinung(*qApp);
+    QCOMPARE(Farbe::akzent(QApplication::palette()), QColor(1, 2, 3));
+    erscheinung.anpassen({.ausdruecklich = Helligkeit::Dunkel});
+    QVERIFY(Farbe::istDunkel(QApplication::palette()));
+    erscheinung.anpassen({});
+    QCOMPARE(Farbe::akzent(QApplication::palette()), QColor(1, 2, 3));
+    QVERIFY(!Farbe::istDunkel(QApplication::palette()));
+}
+
+// The style makes readable what a desktop's palette leaves unreadable, also while it runs.
+void TestErscheinung::menuesUndAlarmeSindLesbar()
+{
+    erscheinungEinrichten(*qApp);
+    QPalette palette = eigenePalette(true);
+    palette.setColor(QPalette::PlaceholderText, Qt::black);
+    palette.setColor(QPalette::ToolTipText, palette.color(QPalette::ToolTipBase));
+    QApplication::style()->polish(palette);
+    QVERIFY(Farbe::kontrast(palette.color(QPalette::PlaceholderText),
+                            palette.color(QPalette::Base)) >= 4.5);
+    QVERIFY(Farbe::kontrast(palette.color(QPalette::ToolTipText),
+                            palette.color(QPalette::ToolTipBase)) >= 4.5);
 }
 
 void TestErscheinung::stilDesDesktopsBleibt()
@@ -143,7 +223,7 @@ void TestErscheinung::wechselImLaufenden()
 {
     QFETCH(bool, dunkel);
     Testuhr uhr;
-    erscheinungEinrichten(*qApp, !dunkel);
+    erscheinungEinrichten(*qApp, thema(!dunkel));
     const auto offen = allesauf(uhr);
     offen->show();
     const QImage vorher = offen->grab().toImage();

@@ -314,11 +314,8 @@ void TestFarbe::jedePaletteWirdLesbar()
         palette.setCurrentColorGroup(runde % 2 == 0 ? QPalette::Active : QPalette::Inactive);
         const QColor karte = Farbe::flaeche(palette);
         QList<QColor> gruende{Farbe::fenster(palette), karte};
-        for (const Farbton fuellung : {Farbe::gutWeich, Farbe::warnWeich, Farbe::kritWeich}) {
-            const QColor gefuellt = Farbe::ueber(fuellung(palette), karte);
-            gruende << gefuellt << Farbe::ueber(Farbe::gutWeich(palette), gefuellt)
-                    << Farbe::ueber(Farbe::warnWeich(palette), gefuellt);
-        }
+        const QColor gefuellt = Farbe::ueber(fuellungen[1 + runde % 3](palette), karte);
+        gruende << gefuellt << Farbe::ueber(fuellungen[1 + runde % 2](palette), gefuellt);
         for (const QColor &grund : gruende) {
             QList<double> erreicht;
             for (const Farbton ton : texte) {

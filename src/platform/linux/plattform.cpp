@@ -5,7 +5,9 @@
 #include "platform/linux/dbuseinzelinstanz.h"
 #include "platform/linux/dbusmitteilungen.h"
 #include "platform/linux/endefrist.h"
+#include "platform/linux/farbportal.h"
 #include "platform/linux/linuxarbeitsplatz.h"
+#include "platform/linux/linuxfarbschema.h"
 #include "platform/linux/linuxprozesse.h"
 #include "platform/linux/linuxschreibtisch.h"
 #include "platform/linux/sicherungsreste.h"
@@ -73,15 +75,19 @@ struct Plattform::Geraete
 struct Startlage::Innen
 {
     const Aktivierung aktivierung = Aktivierung::desStarts();
+    std::optional<Farbfrage> farbfrage{};
     std::optional<QString> mangel{};
     XAnzeige anzeige{}; // held until the toolkit has a connection of its own
 };
 
-Startlage::Startlage(const QString &plattform)
+Startlage::Startlage(const QString &plattform, Farben farben)
     : innen_(std::make_unique<Innen>())
 {
     startlageOrdnen();
     sitzungsbusFestlegen();
+    if (farben == Farben::Desktop) {
+        innen_->farbfrage.emplace(sitzungsbusAdresse());
+    }
     const auto angaben = Anzeigeangaben::derUmgebung(plattform);
     const Anzeigewahl wahl = anzeigeWaehlen(
         angaben,
@@ -106,13 +112,16 @@ const std::optional<QString> &Startlage::anzeigemangel() const
 struct Plattform::Innen
 {
     DBusEinzelinstanz einzelinstanz;
+    std::optional<Farbfrage> &farbfrage;
     Uhr &uhr;
+    std::optional<LinuxFarbschema> farbschema{};
     std::optional<Geraete> geraete{};
     std::optional<Signale> signale{};
 };
 
 Plattform::Plattform(const Startlage &startlage, Uhr &uhr)
-    : innen_(new Innen{DBusEinzelinstanz(startlage.innen_->aktivierung), uhr})
+    : innen_(new Innen{DBusEinzelinstanz(startlage.innen_->aktivierung),
+                       startlage.innen_->farbfrage, uhr})
 {
     startlage.innen_->anzeige = {};
 }
@@ -122,6 +131,16 @@ Plattform::~Plattform() = default;
 Einzelinstanz &Plattform::einzelinstanz()
 {
     return innen_->einzelinstanz;
+}
+
+Farbschema &Plattform::farbschema()
+{
+    if (!innen_->farbschema) {
+        const auto antwort = innen_->farbfrage ? innen_->farbfrage->antwort() : std::nullopt;
+        innen_->farbfrage.reset();
+        innen_->farbschema.emplace(sitzungsbus(), antwort);
+    }
+    return *innen_->farbschema;
 }
 
 Plattform::Anschluesse Plattform::anschluesse()

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/farbschema.h"
+
+namespace kalvaro {
+
+// A desktop whose colours the test chooses.
+class FakeFarbschema final : public Farbschema
+{
+public:
+    [[nodiscard]] Farbwunsch wunsch() const override { return jetzt_; }
+    void beiWechsel(std::function<void()> gewechselt) override
+    {
+        gewechselt_ = std::move(gewechselt);
+    }
+
+    void wechseln(Farbwunsch neu)
+    {
+        jetzt_ = neu;
+        if (gewechselt_) {
+            gewechselt_();
+        }
+    }
+
+private:
+    Farbwunsch jetzt_;
+    std::function<void()> gewechselt_;
+};
+
+} // namespace kalvaro
