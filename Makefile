@@ -34,9 +34,11 @@ lint: ## format, warnings of clang, clang-tidy
 	@tools/sperre.sh tools/pakete.sh pruefen
 	@tools/sperre.sh tools/pruefen.sh
 
-pictures: deps ## the pictures of docs/bilder anew
-	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro-bilder
+pictures: ## the pictures of docs/bilder anew, and those of tests/bilder that differ
+	@tools/sperre.sh tools/pakete.sh testen
+	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro-bilder tests_bilder
 	@tools/bilder.sh build/$(STUFE)
+	@tests/bilder/erneuern.sh build/$(STUFE)
 
 bench: ## what start, memory and large libraries cost
 	@tools/sperre.sh tools/pakete.sh testen

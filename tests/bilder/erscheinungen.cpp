@@ -1,0 +1,146 @@
+#include "erscheinungen.h"
+
+#include "ui/erscheinung.h"
+#include "ui/stil.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QPalette>
+#include <QProxyStyle>
+#include <QScreen>
+
+namespace kalvaro {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool bewegt = false;
+
+class Standbildstil final : public QProxyStyle
+{
+public:
+    Standbildstil()
+        : QProxyStyle(new Stil)
+    {
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *mehr) const override
+    {
+        if (hint == SH_Widget_Animation_Duration) {
+            return bewegt ? 1 : 0;
+        }
+        return QProxyStyle::styleHint(hint, option, widget, mehr);
+    }
+};
+
+// As desktops for people with weak sight bring it.
+QPalette kontrastreich()
+{
+    QPalette p(Qt::black, Qt::black);
+    for (const auto rolle : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                             QPalette::BrightText, QPalette::ToolTipText, QPalette::Light}) {
+        p.setColor(rolle, Qt::white);
+    }
+    for (const auto rolle : {QPalette::Window, QPalette::Base, QPalette::Button,
+                             QPalette::AlternateBase, QPalette::ToolTipBase}) {
+        p.setColor(rolle, Qt::black);
+    }
+    p.setColor(QPalette::Midlight, QColor(0xc0c0c0));
+    p.setColor(QPalette::Mid, QColor(0xc0c0c0));
+    p.setColor(QPalette::Dark, QColor(0xc0c0c0));
+    p.setColor(QPalette::PlaceholderText, QColor(0xc0c0c0));
+    p.setColor(QPalette::Highlight, QColor(0x1aebff));
+    p.setColor(QPalette::HighlightedText, Qt::black);
+    p.setColor(QPalette::Link, QColor(0xffff00));
+    p.setColor(QPalette::LinkVisited, QColor(0xffff00));
+    for (const auto rolle : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        p.setColor(QPalette::Disabled, rolle, QColor(0x3ff23f));
+    }
+    return p;
+}
+
+QPalette palette(Erscheinung erscheinung)
+{
+    switch (erscheinung) {
+    case Erscheinung::Dunkel:
+        return eigenePalette(true);
+    case Erscheinung::Kontrast:
+        return kontrastreich();
+    case Erscheinung::Hell:
+    case Erscheinung::Rechts:
+    case Erscheinung::Gross:
+    case Erscheinung::Doppelt:
+        return eigenePalette(false);
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+QList<Erscheinung> erscheinungen()
+{
+    if (QGuiApplication::primaryScreen()->devicePixelRatio() > 1) {
+        return {Erscheinung::Doppelt};
+    }
+    return {Erscheinung::Hell, Erscheinung::Dunkel, Erscheinung::Kontrast, Erscheinung::Rechts,
+            Erscheinung::Gross};
+}
+
+QString name(Erscheinung erscheinung)
+{
+    switch (erscheinung) {
+    case Erscheinung::Hell:
+        return u"hell"_s;
+    case Erscheinung::Dunkel:
+        return u"dunkel"_s;
+    case Erscheinung::Kontrast:
+        return u"kontrast"_s;
+    case Erscheinung::Rechts:
+        return u"rechts"_s;
+    case Erscheinung::Gross:
+        return u"gross"_s;
+    case Erscheinung::Doppelt:
+        return u"doppelt"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+void herstellen(Erscheinung erscheinung)
+{
+    QFont schrift(u"DejaVu Sans"_s);
+    schrift.setPixelSize(erscheinung == Erscheinung::Gross ? 20 : 13);
+    QApplication::setFont(schrift);
+    QApplication::setPalette(palette(erscheinung));
+    QApplication::setLayoutDirection(erscheinung == Erscheinung::Rechts ? Qt::RightToLeft
+                                                                        : Qt::LeftToRight);
+}
+
+void umgebungFestlegen()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("FONTCONFIG_FILE", KALVARO_BILDER_ORDNER "/fonts.conf");
+    for (const char *name : {"QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "QT_FONT_DPI",
+                             "QT_SCREEN_SCALE_FACTORS", "QT_SCALE_FACTOR_ROUNDING_POLICY"}) {
+        qunsetenv(name);
+    }
+}
+
+void stilFestlegen()
+{
+    QApplication::setStyle(new Standbildstil);
+    QApplication::setCursorFlashTime(0);
+}
+
+Bewegung::Bewegung()
+{
+    bewegt = true;
+}
+
+Bewegung::~Bewegung()
+{
+    bewegt = false;
+}
+
+} // namespace kalvaro

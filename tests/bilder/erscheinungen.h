@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QFlags>
+#include <QList>
+#include <QString>
+
+namespace kalvaro {
+
+// One of the looks that the program may have on a desktop.
+enum class Erscheinung {
+    Hell = 1,
+    Dunkel = 2,
+    Kontrast = 4, // the colours of a desktop for weak eyes
+    Rechts = 8,   // read from right to left
+    Gross = 16,   // a large font
+    Doppelt = 32, // two pixels for each logical one
+};
+Q_DECLARE_FLAGS(Erscheinungsbild, Erscheinung)
+Q_DECLARE_OPERATORS_FOR_FLAGS(Erscheinungsbild)
+
+// Those that can be had at this process's scale, which is fixed from its start on.
+[[nodiscard]] QList<Erscheinung> erscheinungen();
+
+[[nodiscard]] QString name(Erscheinung erscheinung);
+
+void herstellen(Erscheinung erscheinung);
+
+// What must be settled before the application: a font of known shape without hinting, and no
+// desktop.
+void umgebungFestlegen();
+
+// Our style, with nothing that moves or blinks by itself. The clock of a scene may still turn what
+// it is asked to: see Bewegung.
+void stilFestlegen();
+
+// While it lives, things move by the scene's clock.
+class Bewegung
+{
+public:
+    Bewegung();
+    ~Bewegung();
+    Bewegung(const Bewegung &) = delete;
+    Bewegung &operator=(const Bewegung &) = delete;
+};
+
+} // namespace kalvaro

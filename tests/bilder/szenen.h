@@ -1,0 +1,32 @@
+#pragma once
+
+#include "erscheinungen.h"
+
+#include <QImage>
+#include <QList>
+#include <QString>
+
+#include <functional>
+
+namespace kalvaro {
+
+constexpr Erscheinungsbild farben = Erscheinung::Hell | Erscheinung::Dunkel | Erscheinung::Kontrast;
+constexpr Erscheinungsbild anordnung = Erscheinung::Hell | Erscheinung::Rechts | Erscheinung::Gross;
+constexpr Erscheinungsbild massstab = Erscheinung::Hell | Erscheinung::Doppelt;
+
+// Something to draw, under the appearance that is set. Its name is part of the file's.
+struct Szene
+{
+    QString name;
+    std::function<QImage()> zeichnen;
+    Erscheinungsbild erscheinungen = farben | anordnung | massstab; // where it may look otherwise
+};
+
+[[nodiscard]] QList<Szene> bedienszenen();       // what can be pressed, chosen or typed into
+[[nodiscard]] QList<Szene> baumszenen();         // the tree of playlists and its scroll bars
+[[nodiscard]] QList<Szene> anzeigeszenen();      // what only shows
+[[nodiscard]] QList<Szene> fensterszenen();      // the main window
+[[nodiscard]] QList<Szene> blattszenen();        // the settings sheet
+[[nodiscard]] QList<Szene> schreibtischszenen(); // menus, alerts, the symbol in the tray
+
+} // namespace kalvaro
