@@ -266,7 +266,6 @@ QPalette lesbarePalette(const QPalette &palette)
         Paar{QPalette::Text, QPalette::Base},
         Paar{QPalette::ButtonText, QPalette::Button},
         Paar{QPalette::ToolTipText, QPalette::ToolTipBase},
-        Paar{QPalette::HighlightedText, QPalette::Highlight},
         Paar{QPalette::Link, QPalette::Window},
         Paar{QPalette::LinkVisited, QPalette::Window},
     };
@@ -280,6 +279,7 @@ QPalette lesbarePalette(const QPalette &palette)
                 neu.setColor(gruppe, paar.schrift, lesbar(vorher, grund, textkontrast(neu)));
             }
         }
+        neu.setColor(gruppe, QPalette::HighlightedText, akzentSchrift(neu));
         const QColor feld = flaeche(neu);
         const double erreicht = kontrast(ueber(neu.color(QPalette::PlaceholderText), feld), feld);
         if (erreicht < textkontrast(neu) || erreicht > kontrast(auf(feld, schrift, neu), feld)) {
