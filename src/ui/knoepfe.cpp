@@ -68,7 +68,7 @@ void Verweis::setBeschaeftigt(const QString &warum)
 
 QSize Verweis::sizeHint() const
 {
-    return textgroesse(*this, text()) + QSize(0, 4);
+    return textgroesse(*this, text()) + QSize(2 * ringplatz, 4);
 }
 
 void Verweis::paintEvent(QPaintEvent *)

@@ -37,6 +37,17 @@ void knopfMalen(QPainter &maler, const QStyleOption &option)
     const QColor kontur = Farbe::ueber(QColor(128, 128, 128, 70), flaeche);
     rundMalen(maler, option.rect, knopfradius, flaeche,
               QPen(kontur, 1, haupt ? Qt::NoPen : Qt::SolidLine));
+    if (option.state.testFlag(QStyle::State_HasFocus) &&
+        option.state.testFlag(QStyle::State_KeyboardFocusChange)) {
+        if (haupt) { // the ring's colour is the button's own
+            maler.setPen(QPen(Farbe::akzentSchrift(palette), 1.5));
+            maler.setBrush(Qt::NoBrush);
+            maler.drawRoundedRect(QRectF(option.rect).adjusted(3, 3, -3, -3), knopfradius - 3,
+                                  knopfradius - 3);
+        } else {
+            fokusMalen(maler, option.rect, knopfradius, palette);
+        }
+    }
 }
 
 // The frame of a list, a tree or a text area; not that of a pop-up list, which is a window.
