@@ -19,8 +19,8 @@ Countdown::Countdown(Uhr &zeit, QWidget *parent)
     lblCountdown_->setObjectName(u"lblCountdown"_s);
     knCountdown_->setObjectName(u"knCountdown"_s);
     auto *const zeile = new QHBoxLayout(this);
-    zeile->setContentsMargins(0, 0, 0, 0);
-    zeile->setSpacing(6);
+    zeile->setContentsMargins(Verweis::ringplatz, 0, 0, 0);
+    zeile->setSpacing(6 - Verweis::ringplatz);
     zeile->addStretch();
     zeile->addWidget(lblCountdown_);
     zeile->addWidget(knCountdown_);

@@ -187,7 +187,8 @@ bool Hauptfenster::beschaeftigt() const
 void Hauptfenster::beschaeftigtZeigen()
 {
     const bool startet = ablauf_.starter.imFenster();
-    lnkAbgleich_->setBeschaeftigt(beschaeftigt() ? u"Der Abgleich läuft noch."_s : QString());
+    lnkAbgleich_->setBeschaeftigt(beschaeftigt() ? u"Beschäftigt: kalvaro wartet auf die Cloud."_s
+                                                 : QString());
     knStart_->setWirkungslos(
         !beschaeftigt() ? QString()
         : startet ? u"Der Start läuft schon: rekordbox kommt, sobald die Cloud geantwortet hat."_s

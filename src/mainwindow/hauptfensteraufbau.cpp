@@ -69,14 +69,19 @@ void Hauptfenster::aufbauen()
     karteUpdate_ = new Updatekarte;
     karteStatus_ = new Statuskarte(ablauf_.umgebung.uhr);
     karteZahlen_ = new Zahlenkarte;
-    auto *const reihe = new QVBoxLayout(ganz_);
-    reihe->setContentsMargins(24, 20, 24, 16);
-    reihe->setSpacing(14);
+    auto *const teile = new QVBoxLayout;
+    teile->setContentsMargins(Verweis::ringplatz, 0, Verweis::ringplatz, 0);
+    teile->setSpacing(14);
     for (QWidget *teil :
          {kopfzeile(), static_cast<QWidget *>(karteUpdate_), static_cast<QWidget *>(karteStatus_),
-          static_cast<QWidget *>(karteZahlen_), startbereich(), fusszeile()}) {
-        reihe->addWidget(teil);
+          static_cast<QWidget *>(karteZahlen_), startbereich()}) {
+        teile->addWidget(teil);
     }
+    auto *const reihe = new QVBoxLayout(ganz_);
+    reihe->setContentsMargins(24 - Verweis::ringplatz, 20, 24 - Verweis::ringplatz, 16);
+    reihe->setSpacing(14);
+    reihe->addLayout(teile);
+    reihe->addWidget(fusszeile());
     reihe->addStretch();
     connect(karteUpdate_, &Updatekarte::gedrueckt, this, [this](const QString &adresse) {
         if (const auto url = updateUrl(adresse)) {
@@ -157,8 +162,8 @@ QWidget *Hauptfenster::fusszeile()
 
     auto *const zeile = new QWidget;
     auto *const layout = new QHBoxLayout(zeile);
-    layout->setContentsMargins(0, 2, 0, 0);
-    layout->setSpacing(22);
+    layout->setContentsMargins(0, 2, Verweis::ringplatz, 0);
+    layout->setSpacing(22 - 2 * Verweis::ringplatz);
     layout->addWidget(lnkEinstellungen);
     layout->addWidget(lnkAbgleich_);
     layout->addStretch();

@@ -85,7 +85,6 @@ Playlistenzeile::Satz Playlistenzeile::gesetzt(const QRect &zeile, const QModelI
     satz.gekuerzt = satz.name != ganz;
     const double breite = std::min(platz, std::ceil(mass.horizontalAdvance(satz.name)));
     satz.vonRechts = vonRechts(ganz);
-    const double rechts = zeile.right() + 1 - seitenrand;
     const double nameAb = satz.vonRechts ? rechts - breite : links;
     const double anzahlAb =
         satz.vonRechts ? nameAb - luecke - anzahlBreite : nameAb + breite + luecke;

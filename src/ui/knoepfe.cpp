@@ -69,7 +69,7 @@ void Verweis::setBeschaeftigt(const QString &warum)
 
 QSize Verweis::sizeHint() const
 {
-    return textgroesse(*this, text()) + QSize(0, 4);
+    return textgroesse(*this, text()) + QSize(2 * ringplatz, 4);
 }
 
 void Verweis::paintEvent(QPaintEvent *)
@@ -149,9 +149,7 @@ void Startknopf::paintEvent(QPaintEvent *)
     maler.drawText(rect(), textschalter,
                    fontMetrics().elidedText(text(), Qt::ElideMiddle, breite, Qt::TextShowMnemonic));
     if (fokusSichtbar()) {
-        maler.setPen(QPen(schrift, 1.5));
-        maler.setBrush(Qt::NoBrush);
-        maler.drawRoundedRect(QRectF(rect()).adjusted(3, 3, -3, -3), radius - 3, radius - 3);
+        innenringMalen(maler, rect(), radius, schrift);
     }
 }
 

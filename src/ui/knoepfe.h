@@ -72,6 +72,10 @@ public:
     void setBeschaeftigt(const QString &warum);
     [[nodiscard]] bool beschaeftigt() const { return beschaeftigt_; }
 
+    // On either side of the text, for the focus ring. Whoever lines the text up with something else
+    // leaves that much less.
+    static constexpr int ringplatz = 3;
+
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:

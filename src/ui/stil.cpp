@@ -41,9 +41,18 @@ QColor knopfflaeche(const QStyleOption &option)
 void knopfMalen(QPainter &maler, const QStyleOption &option, const QColor &grund)
 {
     const QColor flaeche = knopfflaeche(option);
+    const bool haupt = istHauptknopf(&option);
     rundMalen(maler, option.rect, knopfradius, flaeche,
-              istHauptknopf(&option) ? akzentrand(option.palette, grund)
-                                     : QPen(Farbe::kontur(grund, flaeche), 1));
+              haupt ? akzentrand(option.palette, grund) : QPen(Farbe::kontur(grund, flaeche), 1));
+    if (!option.state.testFlag(QStyle::State_HasFocus) ||
+        !option.state.testFlag(QStyle::State_KeyboardFocusChange)) {
+        return;
+    }
+    if (haupt) {
+        innenringMalen(maler, option.rect, knopfradius, Farbe::akzentSchrift(option.palette));
+    } else {
+        fokusMalen(maler, option.rect, knopfradius, Farbe::fokus(option.palette, grund, flaeche));
+    }
 }
 
 QColor grundVon(const QStyleOption &option, const QWidget *widget)

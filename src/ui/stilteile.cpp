@@ -84,6 +84,15 @@ void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QColo
     rundMalen(maler, platz, radius, Qt::NoBrush, QPen(farbe, 2));
 }
 
+void innenringMalen(QPainter &maler, const QRectF &platz, double radius, const QColor &farbe)
+{
+    constexpr double abstand = 3;
+    maler.setPen(QPen(farbe, 1.5));
+    maler.setBrush(Qt::NoBrush);
+    maler.drawRoundedRect(platz.adjusted(abstand, abstand, -abstand, -abstand), radius - abstand,
+                          radius - abstand);
+}
+
 QColor feldflaeche(const QStyleOption &option, const QColor &grund)
 {
     const bool an = option.state.testFlag(QStyle::State_Enabled);

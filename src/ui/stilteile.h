@@ -33,6 +33,9 @@ void kaestchenMalen(QPainter &maler, const QRectF &platz, const QPalette &palett
 // comes from Farbe::fokus().
 void fokusMalen(QPainter &maler, const QRectF &platz, double radius, const QColor &farbe);
 
+// The ring within a control that is filled with the ring's own colour.
+void innenringMalen(QPainter &maler, const QRectF &platz, double radius, const QColor &farbe);
+
 // The fill of a field or a pop-up button.
 [[nodiscard]] QColor feldflaeche(const QStyleOption &option, const QColor &grund);
 

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void escapeUndReturn_data();
     void escapeUndReturn();
     void escapeSchliesstZuerstDieListe();
+    void ringAnDenKnoepfen();
     void ringNachDemGescheitertenSichern();
     void schliessenWaehrendDesLadens();
     void schliessenWaehrendDerUebertragung();
@@ -120,6 +121,25 @@ void TestEinstellungenbedienung::escapeSchliesstZuerstDieListe()
     QCOMPARE(QApplication::focusWidget(), baum);
     QTest::keyClick(baum, Qt::Key_Escape);
     QCOMPARE(ende->value(0).value(0).toInt(), 0);
+}
+
+// Our own style draws them; where the desktop brings one, that does.
+void TestEinstellungenbedienung::ringAnDenKnoepfen()
+{
+    laden(antwort(beispiel()));
+    const auto bild = [](QWidget *knopf) { return knopf->grab().toImage(); };
+    auto *const abbrechen = feld<QPushButton>(u"knAbbrechen"_s);
+    auto *const sichern = feld<QPushButton>(u"knSichern"_s);
+    const QImage abbrechenOhne = bild(abbrechen);
+    const QImage sichernOhne = bild(sichern);
+    feld<QWidget>(u"baum"_s)->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), abbrechen);
+    QVERIFY(bild(abbrechen) != abbrechenOhne);
+    QTest::keyClick(abbrechen, Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), sichern);
+    QVERIFY(bild(sichern) != sichernOhne);
+    QCOMPARE(bild(abbrechen), abbrechenOhne);
 }
 
 // Locked and unlocked again, the control that had the keyboard shows so as before.
