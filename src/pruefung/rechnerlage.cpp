@@ -125,7 +125,8 @@ Befund leistenbefund(Schreibtischauskunft::Leiste leiste)
         b.text = u"nimmt das Symbol auf (XEmbed)"_s;
         break;
     case Leiste::Keine:
-        b.text = u"keine, die Symbole aufnimmt; ein weiterer Start öffnet das Fenster wieder"_s;
+        b.text = u"keine, die Symbole aufnimmt; das Fenster wird nur abgelegt, ein weiterer Start "
+                 "holt es zurück"_s;
         break;
     }
     return b;

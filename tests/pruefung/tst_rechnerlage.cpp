@@ -104,7 +104,8 @@ private Q_SLOTS:
                u"nimmt das Symbol auf (StatusNotifierItem)"_s);
         leiste("XEmbed", leistenbefund(Leiste::XEmbed), u"nimmt das Symbol auf (XEmbed)"_s);
         leiste("no tray is no fault", leistenbefund(Leiste::Keine),
-               u"keine, die Symbole aufnimmt; ein weiterer Start öffnet das Fenster wieder"_s);
+               u"keine, die Symbole aufnimmt; das Fenster wird nur abgelegt, ein weiterer Start "
+               "holt es zurück"_s);
 
         const auto start = zeilen(u"anmeldestart"_s, u"Start beim Anmelden"_s);
         const QString schritt = u"Schalte den Start beim Anmelden in kalvaro aus und, wenn du ihn "

@@ -1,5 +1,6 @@
 #include "platform/linux/dbusverbindung.h"
 
+#include "doubles/testbus.h"
 #include "testlauf.h"
 
 #include <QElapsedTimer>
@@ -23,12 +24,16 @@ const QByteArray zugelassen("OK 0123456789abcdef0123456789abcdef\r\n");
 const QByteArray rueckgabe("l\2\1\1\0\0\0\0\1\0\0\0\0\0\0\0", 16); // of the first call
 const QByteArray fehler("l\3\1\1\0\0\0\0\1\0\0\0\0\0\0\0", 16);
 
-// Something at a socket that says the same to whoever connects, and then nothing more.
+// Something at a socket that says the same, a byte at a time, to whoever connects, and then nothing
+// more.
 class Gegenstelle
 {
 public:
-    explicit Gegenstelle(const QByteArray &pfad, QByteArray sagt = zugelassen + rueckgabe)
+    enum class Danach { Wartet, Schliesst };
+    explicit Gegenstelle(const QByteArray &pfad, QByteArray sagt = zugelassen + rueckgabe,
+                         Danach danach = Danach::Wartet)
         : sagt_(std::move(sagt))
+        , danach_(danach)
         , fd_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         sockaddr_un ort = {};
@@ -59,6 +64,9 @@ private:
             for (const char zeichen : sagt_) { // in as many pieces as can be
                 [[maybe_unused]] const ssize_t bytes = ::send(gast, &zeichen, 1, MSG_NOSIGNAL);
             }
+            if (danach_ == Danach::Schliesst) {
+                ::shutdown(gast, SHUT_WR);
+            }
             std::array<char, 1024> bitte = {};
             while (::recv(gast, bitte.data(), bitte.size(), 0) > 0) { // until the other side goes
             }
@@ -67,6 +75,7 @@ private:
     }
 
     const QByteArray sagt_;
+    const Danach danach_;
     const int fd_;
     std::thread bedienung_;
 };
@@ -128,7 +137,13 @@ private Q_SLOTS:
         QTest::newRow("hangs within the answer") << zugelassen + rueckgabe.first(1) << false;
         QTest::newRow("does not let us in") << QByteArray("REJECTED ANONYMOUS\r\n") << false;
         QTest::newRow("answers with an error") << zugelassen + fehler << false;
+        QTest::newRow("answers with a call") << zugelassen + QByteArray("l\1\0\1", 4) << false;
+        QTest::newRow("another word than OK") << QByteArray("OKAY 0123\r\n") + rueckgabe << false;
+        QTest::newRow("garbage") << QByteArray("HTTP/1.1 400 Bad Request\r\n\r\n") << false;
+        QTest::newRow("only a line end") << QByteArray("\r\n") << false;
         QTest::newRow("talks without end") << QByteArray(10000, 'x') << false;
+        QTest::newRow("a long line, and then an end") // as long as it may be
+            << "OK " + QByteArray(4000, '0') + "\r\n" + rueckgabe << true;
     }
 
     // One that took its first line and then hung held up start and check-up.
@@ -142,6 +157,106 @@ private Q_SLOTS:
         dauer.start();
         QCOMPARE(busAntwortet(adresse(ort_)), antwortet);
         QVERIFY(dauer.elapsed() < 2000);
+    }
+
+    void werEsAnfangsSagtHaeltNichtAuf_data()
+    {
+        QTest::addColumn<QByteArray>("sagt");
+        QTest::addColumn<Gegenstelle::Danach>("danach");
+        constexpr auto schliesst = Gegenstelle::Danach::Schliesst;
+        QTest::newRow("closes at once") << QByteArray() << schliesst;
+        QTest::newRow("closes within the line") << QByteArray("OK 01") << schliesst;
+        QTest::newRow("closes after the line") << zugelassen << schliesst;
+        QTest::newRow("closes within the answer") << zugelassen + rueckgabe.first(1) << schliesst;
+        QTest::newRow("refuses") << QByteArray("REJECTED\r\n") << Gegenstelle::Danach::Wartet;
+        QTest::newRow("talks without end") << QByteArray(10000, 'x') << Gegenstelle::Danach::Wartet;
+    }
+
+    // Whoever has shown that it is none is not waited for.
+    void werEsAnfangsSagtHaeltNichtAuf()
+    {
+        QFETCH(const QByteArray, sagt);
+        QFETCH(const Gegenstelle::Danach, danach);
+        ::unlink(ort_.constData());
+        const Gegenstelle bus(ort_, sagt, danach);
+        QElapsedTimer dauer;
+        dauer.start();
+        QVERIFY(!busAntwortet(adresse(ort_), std::chrono::seconds(20)));
+        QVERIFY(dauer.elapsed() < 10'000);
+    }
+
+    void einStummerWirdNichtLangeGefragt_data()
+    {
+        QTest::addColumn<QByteArray>("sagt");
+        QTest::newRow("silent") << QByteArray();
+        QTest::newRow("half") << zugelassen;
+    }
+
+    void einStummerWirdNichtLangeGefragt()
+    {
+        QFETCH(const QByteArray, sagt);
+        ::unlink(ort_.constData());
+        const Gegenstelle bus(ort_, sagt);
+        QElapsedTimer dauer;
+        dauer.start();
+        QVERIFY(!busAntwortet(adresse(ort_), std::chrono::milliseconds(200)));
+        QVERIFY(dauer.elapsed() >= 190);
+        QVERIFY(dauer.elapsed() < 900);
+    }
+
+    // One that checks what it is told: dbus-daemon drops whoever errs.
+    void einEchterBusNimmtUnsAuf_data()
+    {
+        QTest::addColumn<QString>("wie");
+        QTest::newRow("path") << u"unix:path=%1"_s;
+        QTest::newRow("with other keys") << u"unix:guid=0123,path=%1,x"_s;
+        QTest::newRow("escaped") << u"unix:path=%2"_s;
+        QTest::newRow("behind others")
+            << u"autolaunch:;unix:dir=/tmp;unix:path=/gibt/es/nicht;unix:path=%1"_s;
+    }
+
+    void einEchterBusNimmtUnsAuf()
+    {
+        QFETCH(QString, wie);
+        KALVARO_BRAUCHT(u"dbus-daemon"_s);
+        const Testbus bus;
+        const QString pfad = bus.adresse().section(u'=', 1);
+        wie.replace(u"%1"_s, pfad).replace(u"%2"_s, QString(pfad).replace(u"/"_s, u"%2F"_s));
+        QVERIFY(busAntwortet(wie));
+    }
+
+    void einNameOhneDateiIstEinWeg()
+    {
+        const QByteArray name = "kalvaro-test-" + QByteArray::number(::getpid());
+        const Gegenstelle bus('\0' + name);
+        QVERIFY(busAntwortet(QString::fromLatin1("unix:abstract=" + name)));
+        QVERIFY(!busAntwortet(QString::fromLatin1("unix:abstract=" + name + 'x')));
+    }
+
+    void woDieBusseSind()
+    {
+        const auto gesetzt = [](const char *name, const QByteArray &wert) {
+            const QByteArray vorher = qgetenv(name);
+            wert.isEmpty() ? qunsetenv(name) : qputenv(name, wert);
+            return vorher;
+        };
+        const QByteArray vorher = gesetzt("DBUS_SESSION_BUS_ADDRESS", "autolaunch:;;unix:path=/x");
+        const QString ohneStarter = sitzungsbusAdresse();
+        gesetzt("DBUS_SESSION_BUS_ADDRESS", "autolaunch:scope=*install-path");
+        const QString nurStarter = sitzungsbusAdresse();
+        sitzungsbusFestlegen();
+        const QByteArray festgelegt = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+        gesetzt("DBUS_SESSION_BUS_ADDRESS", vorher);
+        const QByteArray system = gesetzt("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/y");
+        const QString eigener = systembusAdresse();
+        gesetzt("DBUS_SYSTEM_BUS_ADDRESS", {});
+        const QString ueblicher = systembusAdresse();
+        gesetzt("DBUS_SYSTEM_BUS_ADDRESS", system);
+        QCOMPARE(ohneStarter, u"unix:path=/x"_s);
+        QCOMPARE(nurStarter, QString());
+        QCOMPARE(festgelegt, "disabled:");
+        QCOMPARE(eigener, u"unix:path=/y"_s);
+        QCOMPARE(ueblicher, u"unix:path=/run/dbus/system_bus_socket"_s);
     }
 
     void nurSocketsWerdenGefragt_data()

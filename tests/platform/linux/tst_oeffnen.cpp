@@ -1,4 +1,5 @@
 #include "doubles/testuhr.h"
+#include "platform/linux/dbusaktivierung.h"
 #include "platform/linux/linuxarbeitsplatz.h"
 #include "testlauf.h"
 
@@ -31,9 +32,14 @@ public:
     Browser(const Browser &) = delete;
     Browser &operator=(const Browser &) = delete;
 
-    Q_INVOKABLE void oeffnen(const QUrl &url) { adressen.append(url); }
+    Q_INVOKABLE void oeffnen(const QUrl &url)
+    {
+        adressen.append(url);
+        marken.append(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"));
+    }
 
     QList<QUrl> adressen;
+    QStringList marken; // that each of them came with
 
 private:
     const QStringList schemata{u"http"_s, u"https"_s, u"file"_s, u"mailto"_s, u"javascript"_s};
@@ -46,6 +52,7 @@ class TestOeffnen final : public QObject
 private Q_SLOTS:
     void oeffnet_data();
     void oeffnet();
+    void dieMarkeDesKlicksGehtMit();
 };
 
 void TestOeffnen::oeffnet_data()
@@ -79,6 +86,22 @@ void TestOeffnen::oeffnet()
     QCOMPARE(browser.adressen, QList<QUrl>()); // not before the click is over
     QTRY_VERIFY(browser.adressen.contains(letzte));
     QCOMPARE(browser.adressen, geoeffnet ? QList<QUrl>({adresse, letzte}) : QList<QUrl>{letzte});
+}
+
+// It was gone by the time that the browser was started, which then only blinked.
+void TestOeffnen::dieMarkeDesKlicksGehtMit()
+{
+    const Browser browser;
+    Testuhr uhr;
+    LinuxArbeitsplatz arbeitsplatz{uhr};
+    const QUrl adresse(u"https://example.org/"_s);
+    {
+        const Aktivierungsrahmen klick({"vom Klick", {}});
+        arbeitsplatz.oeffnen(adresse);
+    }
+    arbeitsplatz.oeffnen(adresse);
+    QTRY_COMPARE(browser.marken, QStringList({u"vom Klick"_s, QString()}));
+    QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
 }
 
 KALVARO_TEST(TestOeffnen)
