@@ -156,7 +156,8 @@ QImage Bogen::bild() const
         int x = 0;
         int hoehe = 0;
         for (const Feld &feld : reihe) {
-            maler.drawText(QRect(x, y, namensbreite, namenshoehe), Qt::AlignVCenter, feld.name);
+            maler.drawText(QRect(x, y, feld.groesse().width() - luecke, namenshoehe),
+                           Qt::AlignVCenter, feld.name);
             maler.drawImage(QPoint(x, y + namenshoehe), feld.bild);
             x += feld.groesse().width();
             hoehe = std::max(hoehe, feld.groesse().height());

@@ -5,6 +5,8 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QIconEngine>
+#include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QScreen>
@@ -16,6 +18,31 @@ using namespace Qt::StringLiterals;
 namespace {
 
 bool bewegt = false;
+
+// In place of Qt's icons, which are drawn anew now and then: a disc.
+class Scheibe final : public QIconEngine
+{
+public:
+    void paint(QPainter *maler, const QRect &wo, QIcon::Mode modus, QIcon::State) override
+    {
+        maler->setRenderHint(QPainter::Antialiasing);
+        maler->setOpacity(modus == QIcon::Disabled ? 0.5 : 1);
+        maler->setPen(Qt::NoPen);
+        maler->setBrush(Qt::gray);
+        maler->drawEllipse(QRectF(wo).adjusted(1, 1, -1, -1));
+    }
+
+    QPixmap pixmap(const QSize &groesse, QIcon::Mode modus, QIcon::State zustand) override
+    {
+        QPixmap bild(groesse);
+        bild.fill(Qt::transparent);
+        QPainter maler(&bild);
+        paint(&maler, bild.rect(), modus, zustand);
+        return bild;
+    }
+
+    QIconEngine *clone() const override { return new Scheibe; }
+};
 
 class Standbildstil final : public QProxyStyle
 {
@@ -32,6 +59,11 @@ public:
             return bewegt ? 1 : 0;
         }
         return QProxyStyle::styleHint(hint, option, widget, mehr);
+    }
+
+    QIcon standardIcon(StandardPixmap, const QStyleOption *, const QWidget *) const override
+    {
+        return QIcon(new Scheibe);
     }
 };
 

@@ -68,16 +68,18 @@ QImage karten()
 QImage stapelbilder()
 {
     Bogen bogen;
-    const auto teile = [] {
-        return QList<QWidget *>{beschriftung(u"lang genug"_s, 13), beschriftung(u"kurz"_s, 18),
-                                new Haarlinie(Qt::Vertical)};
+    const auto teile = [](Qt::Orientation linie) {
+        return QList<QWidget *>{beschriftung(u"lang genug"_s, 13), new Haarlinie(linie),
+                                beschriftung(u"kurz"_s, 18)};
     };
-    bogen.dazu(u"senkrecht"_s, Buehne(stapel(teile(), Qt::Vertical)).bild());
+    const auto untereinander = [&] { return teile(Qt::Horizontal); };
+    const auto nebeneinander = [&] { return teile(Qt::Vertical); };
+    bogen.dazu(u"senkrecht"_s, Buehne(stapel(untereinander(), Qt::Vertical)).bild());
     bogen.dazu(u"senkrecht, mittig"_s,
-               Buehne(stapel(teile(), Qt::Vertical, 3, Qt::AlignHCenter)).bild());
-    bogen.dazu(u"waagrecht"_s, Buehne(stapel(teile(), Qt::Horizontal)).bild());
+               Buehne(stapel(untereinander(), Qt::Vertical, 3, Qt::AlignHCenter)).bild());
+    bogen.dazu(u"waagrecht"_s, Buehne(stapel(nebeneinander(), Qt::Horizontal)).bild());
     bogen.dazu(u"waagrecht, unten"_s,
-               Buehne(stapel(teile(), Qt::Horizontal, 12, Qt::AlignBottom)).bild());
+               Buehne(stapel(nebeneinander(), Qt::Horizontal, 12, Qt::AlignBottom)).bild());
     return bogen.bild();
 }
 
@@ -106,6 +108,8 @@ QImage zahlen()
         QList<Tabellenzahl *> reihe;
         bogen.dazu(texte.first(), Buehne(zahlenreihe(texte, reihe), {330, 0}).bild());
     }
+    QList<Tabellenzahl *> reihe;
+    bogen.dazu(u"enger"_s, Buehne(zahlenreihe(faelle.last(), reihe), {250, 0}).bild());
     return bogen.bild();
 }
 
@@ -120,13 +124,13 @@ QImage texte()
     };
     Beschriftung *const weit = umbrochen(260, 12);
     weit->setZeilenhoehe(24);
-    Beschriftung *const enger = beschriftung(
-        u"Analysiert: 12.001 Titel   ·   Analysedaten: 52,3 GB   ·   Frei auf dem Mac: 214 GB"_s,
-        11.5, QFont::Normal, Farbe::schrift, 400);
+    const QString zahlen =
+        u"Analysiert: 12.001 Titel   ·   Analysedaten: 52,3 GB   ·   Frei: 214 GB"_s;
+    Beschriftung *const enger = beschriftung(zahlen, 11.5);
+    const int knapp = enger->sizeHint().width() * 95 / 100;
+    enger->setUmbruch(knapp, 3);
     enger->setSchrumpfen(0.9);
-    Beschriftung *const punkte =
-        beschriftung(enger->text(), 11.5, QFont::Normal, Farbe::schrift, 300);
-    punkte->setUmbruch(300, 3);
+    Beschriftung *const punkte = beschriftung(zahlen, 11.5, QFont::Normal, Farbe::schrift, 300);
     Beschriftung *const aufGrund = beschriftung(u"Kontrast"_s, 12, QFont::Normal, Farbe::warn);
     aufGrund->setGrund(QColor(0x808080));
 
@@ -136,7 +140,7 @@ QImage texte()
     bogen.dazu(u"umbrochen"_s, Buehne(umbrochen(260, 12), {260, 0}).bild());
     bogen.dazu(u"zwei Zeilen"_s, Buehne(umbrochen(200, 2), {200, 0}).bild());
     bogen.dazu(u"Zeilenhöhe 24"_s, Buehne(weit, {260, 0}).bild());
-    bogen.dazu(u"geschrumpft"_s, Buehne(enger, {400, 0}).bild());
+    bogen.dazu(u"geschrumpft"_s, Buehne(enger, {knapp, 0}).bild());
     bogen.dazu(u"an Punkten"_s, Buehne(punkte, {300, 0}).bild());
     bogen.dazu(u"auf Grund"_s, Buehne(aufGrund).bild());
     for (const auto &[name, ton] : {std::pair{u"gut"_s, &Farbe::gut},
@@ -175,6 +179,9 @@ QImage zeichen()
     const QStringList dateien = QDir(u":/kalvaro/symbole"_s).entryList({u"*.svg"_s}, QDir::Files);
     for (const QString &datei : dateien) {
         const QString name = datei.chopped(4);
+        if (name == u"de.kalvaro.kalvaro"_s) {
+            continue; // never shown in one colour
+        }
         QList<QWidget *> bilder;
         for (const auto &[groesse, ton] : {std::pair{16, &Farbe::schrift},
                                            {22, &Farbe::systemGruen},
