@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/beschriftung.h"
+
 #include <QCheckBox>
 #include <QPushButton>
 
@@ -9,7 +11,8 @@
 
 namespace kalvaro {
 
-// A button that shows its focus only to those who move it with the keyboard.
+// A button that shows its focus only to those who move it with the keyboard. What it has to cut of
+// its title stands in its tool tip.
 template<typename Knopf>
 class Tastaturknopf : public Knopf
 {
@@ -33,6 +36,15 @@ protected:
             break; // the window came back: as it was
         }
         Knopf::focusInEvent(event);
+    }
+
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::ToolTip) {
+            const bool gekuerzt = this->width() < this->sizeHint().width();
+            this->setToolTip(gekuerzt ? alsHinweis(this->accessibleName()) : QString());
+        }
+        return Knopf::event(event);
     }
 
     [[nodiscard]] bool fokusSichtbar() const { return mitTasten_ && this->hasFocus(); }

@@ -110,6 +110,14 @@ void Stil::drawControl(ControlElement element, const QStyleOption *option, QPain
         QProxyStyle::drawControl(element, &weiss, maler, widget);
         return;
     }
+    const auto *const auswahl = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+    if (element == CE_ComboBoxLabel && auswahl != nullptr && !auswahl->editable) {
+        QStyleOptionComboBox passend = *auswahl;
+        passend.currentText = option->fontMetrics.elidedText(auswahl->currentText, Qt::ElideRight,
+                                                             auswahltext(*auswahl).width() - 2);
+        QProxyStyle::drawControl(element, &passend, maler, widget);
+        return;
+    }
     QProxyStyle::drawControl(element, option, maler, widget);
 }
 

@@ -6,6 +6,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QSignalSpy>
 
 #include <memory>
@@ -72,6 +73,7 @@ private Q_SLOTS:
     void hakenZweiZeilen();
     void hakenKaestchenStehtOben();
     void hakenAnklicken();
+    void hinweisNurWoGekuerzt();
 };
 
 void TestKnoepfe::verweisRuftSeineAktion()
@@ -265,6 +267,21 @@ void TestKnoepfe::hakenAnklicken()
     QVERIFY(!haken.isChecked());
     QTest::keyClick(&haken, Qt::Key_Space);
     QVERIFY(haken.isChecked());
+}
+
+void TestKnoepfe::hinweisNurWoGekuerzt()
+{
+    Haken haken(u"Titel\nzweite <Zeile> & noch mehr"_s);
+    Startknopf start(u"rekordbox <7.1.4> & mehr starten"_s);
+    for (QAbstractButton *knopf : std::initializer_list<QAbstractButton *>{&haken, &start}) {
+        for (const bool knapp : {false, true, false}) {
+            knopf->resize(knopf->sizeHint().width() - (knapp ? 1 : 0), knopf->sizeHint().height());
+            QHelpEvent frage(QEvent::ToolTip, {5, 5}, knopf->mapToGlobal(QPoint(5, 5)));
+            QApplication::sendEvent(knopf, &frage);
+            QCOMPARE(knopf->toolTip(), knapp ? alsHinweis(knopf->accessibleName()) : QString());
+        }
+    }
+    QCOMPARE(haken.accessibleName(), u"Titel zweite <Zeile> & noch mehr"_s);
 }
 
 KALVARO_FENSTERTEST(TestKnoepfe)
