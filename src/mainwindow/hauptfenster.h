@@ -112,6 +112,7 @@ private:
     [[nodiscard]] QWidget *startbereich();
     [[nodiscard]] QWidget *fusszeile();
     void groesseAnpassen();
+    void knappHalten(int breite, int platz);
     void inDieMitte();
     void vorzeigen(const QList<QWidget *> &teile);
     void hinrollen();
@@ -173,7 +174,7 @@ private:
 
     // Where it stands, and what of it is to be seen.
     std::optional<QPoint> mitte_;  // where the frame was put, once it has been shown
-    QMargins rahmen_;              // as it was taken into account
+    QSize platz_;                  // on the screen, as it was taken into account
     QList<QWidget *> vorzuzeigen_; // is to be scrolled into view with the next layout
 };
 

@@ -226,15 +226,17 @@ bool Hauptfenster::eventFilter(QObject *objekt, QEvent *event)
 void Hauptfenster::groesseAnpassen()
 {
     // How wide the frame is turns out after the window has been shown.
-    const bool neuMittig = isVisible() && mitte_ == pos() && rahmen_ != fensterrahmen(*this);
-    rahmen_ = fensterrahmen(*this);
+    const bool neuMittig = isVisible() && mitte_ == pos() && platz_ != fensterplatz(*this);
+    const QSize vorher = size();
+    platz_ = fensterplatz(*this);
     const QWidget *const leisteOben = layout()->menuBar();
     const int menue = leisteOben != nullptr ? leisteOben->sizeHint().height() : 0;
-    const QSize platz = fensterplatz(*this) - QSize(0, menue);
+    const QSize platz = platz_ - QSize(0, menue);
     const auto breiteNeben = [&](int rollbalken) {
         return std::max(ganz_->layout()->totalMinimumSize().width(),
                         std::min(mass(fensterbreite), platz.width() - rollbalken));
     };
+    knappHalten(breiteNeben(0), platz.height());
     const bool rollt = ganz_->layout()->totalHeightForWidth(breiteNeben(0)) > platz.height();
     const int balken = rollt ? rollbereich_->verticalScrollBar()->sizeHint().width() : 0;
     const int breite = breiteNeben(balken);
@@ -242,12 +244,24 @@ void Hauptfenster::groesseAnpassen()
     setFixedSize(breite + balken, menue + std::min(inhalt, platz.height()));
     if (neuMittig) {
         inDieMitte();
-    } else if (isVisible()) {
+    } else if (isVisible() && size().boundedTo(vorher) != size()) {
         hereinruecken(*this);
     }
     if (!vorzuzeigen_.isEmpty()) {
         // Once the content has taken its new places.
         QMetaObject::invokeMethod(this, &Hauptfenster::hinrollen, Qt::QueuedConnection);
+    }
+}
+
+// Before anything scrolls, the status card gives up what it keeps free for longer texts.
+void Hauptfenster::knappHalten(int breite, int platz)
+{
+    const QMargins rand = ganz_->layout()->contentsMargins();
+    const int gespart =
+        karteStatus_->knapp() ? karteStatus_->ersparnis(breite - rand.left() - rand.right()) : 0;
+    const bool knapp = ganz_->layout()->totalHeightForWidth(breite) + gespart > platz;
+    if (knapp != karteStatus_->knapp()) {
+        karteStatus_->setKnapp(knapp);
     }
 }
 
@@ -268,7 +282,7 @@ void Hauptfenster::showEvent(QShowEvent *event)
 void Hauptfenster::moveEvent(QMoveEvent *event)
 {
     QWidget::moveEvent(event);
-    if (isVisible() && rahmen_ != fensterrahmen(*this)) {
+    if (isVisible() && platz_ != fensterplatz(*this)) {
         groesseAnpassen();
     }
 }

@@ -87,7 +87,7 @@ Statuskarte::Statuskarte(Uhr &uhr, QWidget *parent)
     zeile->addWidget(rad_, 0, Qt::AlignTop);
     zeile->addLayout(texte, 1);
     einsetzen(inhalt);
-    setMinimumHeight(mass(mindesthoehe));
+    setKnapp(false);
 }
 
 void Statuskarte::zeige(Art art, const QString &titel, const QString &detail)
@@ -140,6 +140,16 @@ void Statuskarte::betriebZeigen(const QString &betrieb)
     } else if (betrieb == u"scharf"_s) {
         pille_->setzen(u"Aktiv"_s, Farbe::gut, Farbe::gutWeich);
     }
+}
+
+void Statuskarte::setKnapp(bool knapp)
+{
+    setMinimumHeight(knapp ? 0 : mass(mindesthoehe));
+}
+
+int Statuskarte::ersparnis(int breite) const
+{
+    return std::max(0, mass(mindesthoehe) - layout()->totalHeightForWidth(breite));
 }
 
 } // namespace kalvaro

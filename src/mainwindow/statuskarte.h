@@ -28,6 +28,12 @@ public:
     // Shows the mode that the server reported; one that is not known leaves the pill as it is.
     void betriebZeigen(const QString &betrieb);
 
+    // Whether it may be lower than usual where it says little, and how much that saves at this
+    // width.
+    void setKnapp(bool knapp);
+    [[nodiscard]] bool knapp() const { return minimumHeight() == 0; }
+    [[nodiscard]] int ersparnis(int breite) const;
+
     // The kind that is on display; absent while something is under way.
     [[nodiscard]] std::optional<Art> art() const { return art_; }
 

@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyleOptionComboBox>
 
 namespace kalvaro {
 
@@ -24,6 +25,15 @@ namespace {
 QSet<QString> alsMenge(const QStringList &uuids)
 {
     return {uuids.begin(), uuids.end()};
+}
+
+bool passtInAuswahl(const QComboBox &auswahl, const QString &titel)
+{
+    QStyleOptionComboBox option;
+    option.initFrom(&auswahl);
+    const QRect platz = auswahl.style()->subControlRect(QStyle::CC_ComboBox, &option,
+                                                        QStyle::SC_ComboBoxEditField, &auswahl);
+    return auswahl.fontMetrics().horizontalAdvance(titel) <= platz.width() - 2;
 }
 
 } // namespace
@@ -164,6 +174,11 @@ bool EinstellungenFenster::eventFilter(QObject *objekt, QEvent *event)
     if (objekt == popVersion_ && event->type() == QEvent::Wheel && !popVersion_->hasFocus()) {
         event->ignore();
         return true;
+    }
+    if (objekt == popVersion_ && event->type() == QEvent::ToolTip) {
+        const QString titel = popVersion_->currentText();
+        popVersion_->setToolTip(passtInAuswahl(*popVersion_, titel) ? QString()
+                                                                    : alsHinweis(titel));
     }
     return QDialog::eventFilter(objekt, event);
 }

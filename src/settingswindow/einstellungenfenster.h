@@ -103,7 +103,7 @@ private:
 
     QScrollArea *const rollbereich_; // scrolls the inputs where the screen is low
     QWidget *const fuss_;            // what is always to be seen: the line and the buttons
-    QMargins rahmen_;                // the window's frame, as it was taken into account
+    QSize platz_;                    // on the screen, as it was taken into account
 };
 
 } // namespace kalvaro

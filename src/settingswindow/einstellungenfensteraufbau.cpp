@@ -108,8 +108,8 @@ void EinstellungenFenster::aufbauen()
 // all that stands above the line and the buttons scrolls.
 void EinstellungenFenster::groesseAnpassen()
 {
-    rahmen_ = fensterrahmen(*this);
-    const QSize platz = fensterplatz(*this);
+    const QSize vorher = size();
+    const QSize platz = platz_ = fensterplatz(*this);
     const int breite = std::min(mass(fensterbreite), platz.width());
     // A long message leaves room for what it is about.
     const int zeilen = platz.height() / 3 / std::max(1, lblInfo_->minimumSizeHint().height());
@@ -128,7 +128,7 @@ void EinstellungenFenster::groesseAnpassen()
     // In line with what stands above it, left of the scroll bar.
     fuss_->layout()->setContentsMargins(rand, abstand, rand + balken, unterrand);
     setFixedSize(aussen, std::min(inhalt, hoechstens) + unten);
-    if (isVisible()) {
+    if (isVisible() && size().boundedTo(vorher) != size()) {
         hereinruecken(*this);
     }
 }
@@ -136,8 +136,11 @@ void EinstellungenFenster::groesseAnpassen()
 bool EinstellungenFenster::event(QEvent *event)
 {
     const bool ergebnis = QDialog::event(event);
-    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show) {
+    if (event->type() == QEvent::LayoutRequest) {
         groesseAnpassen();
+    } else if (event->type() == QEvent::Show) {
+        groesseAnpassen();
+        hereinruecken(*this);
     }
     return ergebnis;
 }
@@ -146,7 +149,7 @@ bool EinstellungenFenster::event(QEvent *event)
 void EinstellungenFenster::moveEvent(QMoveEvent *event)
 {
     QDialog::moveEvent(event);
-    if (isVisible() && fensterrahmen(*this) != rahmen_) {
+    if (isVisible() && platz_ != fensterplatz(*this)) {
         groesseAnpassen();
     }
 }

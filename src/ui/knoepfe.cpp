@@ -57,7 +57,7 @@ Verweis::Verweis(const QString &titel, QWidget *parent)
 
 void Verweis::setBeschaeftigt(const QString &warum)
 {
-    setToolTip(warum);
+    hinweisSetzen(warum);
     if (beschaeftigt_ == !warum.isEmpty()) {
         return;
     }
@@ -112,7 +112,7 @@ Startknopf::Startknopf(const QString &titel, QWidget *parent)
 void Startknopf::setWirkungslos(const QString &warum)
 {
     wirkungslos_ = !warum.isEmpty();
-    setToolTip(warum);
+    hinweisSetzen(warum);
     setCursor(wirkungslos_ ? Qt::ArrowCursor : Qt::PointingHandCursor);
     update();
 }

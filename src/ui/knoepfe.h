@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/beschriftung.h"
+
 #include <QCheckBox>
 #include <QPushButton>
 
@@ -10,7 +12,8 @@
 
 namespace kalvaro {
 
-// A button that shows its focus only to those who move it with the keyboard.
+// A button that shows its focus only to those who move it with the keyboard. What it has to cut of
+// its title stands in its tool tip.
 template<typename Knopf>
 class Tastaturknopf : public Knopf
 {
@@ -49,8 +52,25 @@ protected:
         Knopf::mousePressEvent(event);
     }
 
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::ToolTip && hinweis_.isEmpty()) {
+            const bool gekuerzt = this->width() < this->sizeHint().width();
+            this->setToolTip(gekuerzt ? alsHinweis(this->accessibleName()) : QString());
+        }
+        return Knopf::event(event);
+    }
+
+    // What the tool tip says in place of a title that is cut; empty for that.
+    void hinweisSetzen(const QString &hinweis)
+    {
+        hinweis_ = hinweis;
+        this->setToolTip(hinweis);
+    }
+
 private:
     bool mitTasten_ = false;
+    QString hinweis_;
 };
 
 // A text as a button's title: "&" would mark a shortcut, so it is doubled.

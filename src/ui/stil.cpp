@@ -153,7 +153,11 @@ void Stil::drawControl(ControlElement element, const QStyleOption *option, QPain
         }
         QProxyStyle::drawControl(element, &kopie, maler, widget);
     } else if (element == CE_ComboBoxLabel && auswahl != nullptr) {
-        const auto kopie = aufGrund(*auswahl, feldflaeche(*auswahl, grundVon(*auswahl, widget)));
+        auto kopie = aufGrund(*auswahl, feldflaeche(*auswahl, grundVon(*auswahl, widget)));
+        if (!auswahl->editable) {
+            kopie.currentText = option->fontMetrics.elidedText(
+                auswahl->currentText, Qt::ElideRight, auswahltext(*auswahl).width() - 2);
+        }
         QProxyStyle::drawControl(element, &kopie, maler, widget);
     } else if ((element == CE_MenuBarItem || element == CE_MenuItem) && zeile != nullptr) {
         const QPalette &palette = zeile->palette;

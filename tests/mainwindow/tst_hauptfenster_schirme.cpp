@@ -6,6 +6,7 @@
 #include "ui/symbole.h"
 
 #include <QApplication>
+#include <QMenuBar>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -21,7 +22,7 @@ class TestHauptfensterSchirme final : public QObject
 public:
     static void vorDerAnwendung()
     {
-        schirmeEinrichten({{2560, 1440}, {1024, 600}, {1093, 614}, {960, 540}, {800, 480}});
+        schirmeEinrichten({{2560, 1440}, {1024, 600}, {1093, 614}, {960, 540}, {800, 480}, {1024, 580}});
     }
 
 private Q_SLOTS:
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void countdownKommtInsBild();
     void updateKommtInsBild();
     void updateRolltNichtVomCountdownWeg();
+    void statuskarteGibtPlatzHer();
     void waechstMitDerSchrift();
 
 private:
@@ -130,12 +132,15 @@ void TestHauptfensterSchirme::ziehtAufEinenKleinerenSchirm()
     Fensterwelt p;
     p.abgeglichen(Fensterwelt::gut(angebot(u"1.10"_s)));
     QVERIFY(!rollbereich(p)->verticalScrollBar()->isVisible());
-    p.fenster->verstecken();
-    p.fenster->setScreen(schirm(4));
-    p.fenster->oeffnen(false);
+    const QSize gross = p.fenster->size();
+    p.fenster->move(schirm(4)->geometry().topLeft());
     Fensterwelt::ruhe();
+    QCOMPARE(p.fenster->screen(), schirm(4));
     QVERIFY(p.fenster->frameGeometry().height() <= 480);
     QVERIFY(rollbereich(p)->verticalScrollBar()->isVisible());
+    p.fenster->move(50, 60);
+    Fensterwelt::ruhe();
+    QCOMPARE(p.fenster->size(), gross);
 }
 
 void TestHauptfensterSchirme::countdownKommtInsBild_data()
@@ -194,6 +199,27 @@ void TestHauptfensterSchirme::updateRolltNichtVomCountdownWeg()
     Fensterwelt::ruhe();
     QVERIFY(!p.teil(u"karteUpdate"_s)->isHidden());
     QVERIFY(!ganzZuSehen(p, u"karteUpdate"_s));
+}
+
+// So that countdown and update card at once just fit.
+void TestHauptfensterSchirme::statuskarteGibtPlatzHer()
+{
+    schriftgroesse(13);
+    Fensterwelt p({.autostart = true});
+    p.fenster->setScreen(schirm(5));
+    p.abgeglichen(Fensterwelt::gut());
+    const int hoch = p.teil(u"karteStatus"_s)->height();
+    QCOMPARE(hoch, 96);
+    auto *const leiste = new QMenuBar;
+    leiste->addMenu(u"kalvaro"_s);
+    p.fenster->menueleisteSetzen(leiste);
+    p.abgeglichen(Fensterwelt::gut(angebot(u"1.10"_s)));
+    QVERIFY(p.teil(u"karteStatus"_s)->height() < hoch);
+    QVERIFY(!rollbereich(p)->verticalScrollBar()->isVisible());
+    // There is room enough again.
+    p.fenster->move(50, 60);
+    Fensterwelt::ruhe();
+    QCOMPARE(p.teil(u"karteStatus"_s)->height(), hoch);
 }
 
 // Twice the usual font gives twice the window, with icons and boxes to match.

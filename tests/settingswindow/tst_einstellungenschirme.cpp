@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScopeGuard>
@@ -33,6 +34,7 @@ private Q_SLOTS:
     void langeMeldungLaesstPlatz();
     void tastenRollenMit();
     void mausradWaehltKeineVersion();
+    void langeVersionWirdGekuerzt();
     void waechstMitDerSchrift();
 
 private:
@@ -182,6 +184,41 @@ void TestEinstellungenschirme::mausradWaehltKeineVersion()
     auswahl->setFocus();
     QVERIFY(drehen());
     QCOMPARE(auswahl->currentIndex(), 1);
+}
+
+// It was cut through a letter, and the whole was nowhere to be read.
+void TestEinstellungenschirme::langeVersionWirdGekuerzt()
+{
+    const QString lang = u"7.1.4 "_s + QString(60, u'W');
+    installationen = {{lang, {}}, {lang.chopped(1) + u'i', {}}};
+    oeffnen();
+    auto *const auswahl = feld<QComboBox>(u"popVersion"_s);
+    QCOMPARE(fenster->width(), 480);
+    const auto bild = [auswahl](int stelle) {
+        auswahl->setCurrentIndex(stelle);
+        ereignisseAbarbeiten();
+        return auswahl->grab().toImage();
+    };
+    // What differs stands behind the "…".
+    const QImage erstes = bild(1);
+    QCOMPARE(bild(2), erstes);
+    const auto hinweis = [auswahl] {
+        QHelpEvent frage(QEvent::ToolTip, {5, 5}, auswahl->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(auswahl, &frage);
+        return auswahl->toolTip();
+    };
+    QVERIFY(hinweis().contains(lang.chopped(1) + u'i'));
+    auswahl->setItemText(0, u"kurz"_s);
+    auswahl->setCurrentIndex(0);
+    QCOMPARE(hinweis(), QString());
+    // The last of the text is "…": three dots at the base line, nothing above them.
+    const QRect rechts(erstes.width() - 45, 0, 8, erstes.height() / 2);
+    const QImage ecke = erstes.copy(rechts);
+    for (int x = 0; x < ecke.width(); ++x) {
+        for (int y = 4; y < ecke.height(); ++y) {
+            QCOMPARE(ecke.pixel(x, y), ecke.pixel(0, 4));
+        }
+    }
 }
 
 void TestEinstellungenschirme::waechstMitDerSchrift()

@@ -6,6 +6,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QSignalSpy>
 
 #include <memory>
@@ -77,6 +78,7 @@ private Q_SLOTS:
     void hakenAnklicken();
     void umrisseSindZuSehen_data();
     void umrisseSindZuSehen();
+    void hinweisNurWoGekuerzt();
 };
 
 void TestKnoepfe::verweisRuftSeineAktion()
@@ -431,6 +433,21 @@ void TestKnoepfe::umrisseSindZuSehen()
     QCoreApplication::sendEvent(&verweis, &mitTab);
     QTRY_VERIFY(verweis.hasFocus());
     QVERIFY(staerkster(verweis, QRect(0, verweis.height() / 2 - 1, 2, 3)) > 2.9);
+}
+
+void TestKnoepfe::hinweisNurWoGekuerzt()
+{
+    Haken haken(u"Titel\nzweite <Zeile> & noch mehr"_s);
+    Startknopf start(u"rekordbox <7.1.4> & mehr starten"_s);
+    for (QAbstractButton *knopf : std::initializer_list<QAbstractButton *>{&haken, &start}) {
+        for (const bool knapp : {false, true, false}) {
+            knopf->resize(knopf->sizeHint().width() - (knapp ? 1 : 0), knopf->sizeHint().height());
+            QHelpEvent frage(QEvent::ToolTip, {5, 5}, knopf->mapToGlobal(QPoint(5, 5)));
+            QApplication::sendEvent(knopf, &frage);
+            QCOMPARE(knopf->toolTip(), knapp ? alsHinweis(knopf->accessibleName()) : QString());
+        }
+    }
+    QCOMPARE(haken.accessibleName(), u"Titel zweite <Zeile> & noch mehr"_s);
 }
 
 KALVARO_FENSTERTEST(TestKnoepfe)
