@@ -31,7 +31,7 @@ void Hauptfenster::startVerfolgen()
 
 void Hauptfenster::rekordboxStarten()
 {
-    countdownStoppen();
+    countdownErledigen();
     if (!beschaeftigt()) {
         ablauf_.starter.starten(Rekordboxstarter::Herkunft::Fenster);
     }
@@ -39,7 +39,7 @@ void Hauptfenster::rekordboxStarten()
 
 void Hauptfenster::startZeigen(Startschritt schritt, Startschritt vorher)
 {
-    countdownStoppen();
+    countdownErledigen();
     lnkAbgleich_->setEnabled(!beschaeftigt());
     startKnopfAktualisieren();
     switch (schritt) {
@@ -82,8 +82,9 @@ void Hauptfenster::rekordboxLaeuftAnzeigen()
 {
     const QString titel = u"rekordbox läuft"_s;
     const QString detail = u"Nach dem Beenden überträgt kalvaro deine Änderungen automatisch."_s;
-    countdownStoppen();
+    countdownErledigen();
     karteStatus_->zeige(Art::Aus, titel, detail);
+    karteStatus_->vorlesen();
     startKnopfAktualisieren();
     Q_EMIT angezeigt(titel, detail);
 }
