@@ -1,5 +1,6 @@
 #include "mainwindow/countdown.h"
 
+#include "ui/ansage.h"
 #include "ui/beschriftung.h"
 #include "ui/knoepfe.h"
 
@@ -13,7 +14,7 @@ Countdown::Countdown(Uhr &zeit, QWidget *parent)
     : QWidget(parent)
     , uhr_(zeit)
     , lblCountdown_(beschriftung({}, 12.5))
-    , knCountdown_(verweis(u"Abbrechen"_s, this, [this] { stopp(); }))
+    , knCountdown_(verweis(u"Abbrechen"_s, this, [this] { abbrechen(); }))
 {
     setObjectName(u"countdown"_s);
     lblCountdown_->setObjectName(u"lblCountdown"_s);
@@ -36,6 +37,7 @@ void Countdown::start(const QString &art, qint64 sekunden)
     countdownText();
     takt_ = uhr_.alle(Sekunden(1), [this] { uhrTick(); });
     show();
+    ansagen(*this, u"rekordbox startet in %1 s"_s.arg(rest_));
 }
 
 void Countdown::countdownText()
@@ -60,6 +62,14 @@ void Countdown::uhrTick()
     const QString art = countdownArt_.value_or(QString());
     stopp();
     Q_EMIT abgelaufen(art);
+}
+
+void Countdown::abbrechen()
+{
+    if (countdownArt_) {
+        ansagen(*this, u"Start von rekordbox abgebrochen"_s);
+    }
+    stopp();
 }
 
 void Countdown::stopp()

@@ -22,8 +22,11 @@ public:
     // Counts `sekunden` down to `art`, which names what happens then. One that runs is replaced.
     void start(const QString &art, qint64 sekunden);
 
-    // Safe to call when nothing runs.
+    // Stops it; safe to call when nothing runs.
     void stopp();
+
+    // The same, told to screen readers where one ran: what it would have done does not happen.
+    void abbrechen();
 
     // What the running countdown will do; absent while it rests.
     [[nodiscard]] const std::optional<QString> &countdownArt() const { return countdownArt_; }

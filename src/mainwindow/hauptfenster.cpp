@@ -167,6 +167,13 @@ void Hauptfenster::countdownStarten()
 void Hauptfenster::countdownStoppen()
 {
     countdownfrage_.reset();
+    countdown_->abbrechen();
+}
+
+// What it was for comes about: nothing was cancelled.
+void Hauptfenster::countdownErledigen()
+{
+    countdownfrage_.reset();
     countdown_->stopp();
 }
 
@@ -218,6 +225,7 @@ void Hauptfenster::anzeigen(const Bewertung &b)
 void Hauptfenster::ergebnisAnzeigen(const Bewertung &b)
 {
     anzeigen(b);
+    karteStatus_->vorlesen();
     startKnopfAktualisieren();
 }
 

@@ -126,6 +126,7 @@ private:
     void abgeschlossen(const Bewertung &b, bool autostartErlaubt);
     void countdownStarten();
     void countdownStoppen();
+    void countdownErledigen();
     void ladenAnzeigen(const QString &titel);
     void anzeigen(const Bewertung &b);
     void gleichtAbSetzen(bool gleichtAb);

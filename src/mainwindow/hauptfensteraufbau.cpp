@@ -5,6 +5,7 @@
 #include "ablauf/ablauf.h"
 #include "foundation/konstanten.h"
 #include "mainwindow/countdown.h"
+#include "mainwindow/fensterzugang.h"
 #include "mainwindow/statuskarte.h"
 #include "mainwindow/updatekarte.h"
 #include "mainwindow/zahlenkarte.h"
@@ -59,6 +60,7 @@ protected:
 
 void Hauptfenster::aufbauen()
 {
+    fensterzugangAnmelden();
     setWindowTitle(u"kalvaro"_s);
     setWindowIcon(programmsymbol());
     setObjectName(u"hauptfenster"_s);

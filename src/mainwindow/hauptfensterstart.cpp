@@ -37,7 +37,7 @@ void Hauptfenster::startVerfolgen()
 
 void Hauptfenster::rekordboxStarten()
 {
-    countdownStoppen();
+    countdownErledigen();
     if (!beschaeftigt()) {
         ablauf_.starter.starten(Rekordboxstarter::Herkunft::Fenster);
     }
@@ -45,7 +45,7 @@ void Hauptfenster::rekordboxStarten()
 
 void Hauptfenster::startZeigen(Startschritt schritt, Startschritt vorher)
 {
-    countdownStoppen();
+    countdownErledigen();
     beschaeftigtZeigen();
     startKnopfAktualisieren();
     switch (schritt) {
@@ -88,8 +88,9 @@ void Hauptfenster::rekordboxLaeuftAnzeigen()
 {
     const QString titel = u"rekordbox läuft"_s;
     const QString detail = u"Nach dem Beenden überträgt kalvaro deine Änderungen automatisch."_s;
-    countdownStoppen();
+    countdownErledigen();
     karteStatus_->zeige(Art::Aus, titel, detail);
+    karteStatus_->vorlesen();
     startKnopfAktualisieren();
     Q_EMIT angezeigt(titel, detail);
 }

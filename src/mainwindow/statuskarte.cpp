@@ -1,5 +1,6 @@
 #include "mainwindow/statuskarte.h"
 
+#include "ui/ansage.h"
 #include "ui/beschriftung.h"
 #include "ui/pille.h"
 #include "ui/rad.h"
@@ -7,7 +8,6 @@
 #include "ui/stapel.h"
 #include "ui/symbole.h"
 
-#include <QAccessible>
 #include <QBoxLayout>
 
 namespace kalvaro {
@@ -120,11 +120,14 @@ void Statuskarte::setzen(const QString &titel, const QString &detail, Farbton sc
     lblTitel_->textSetzen(titel);
     lblDetail_->textSetzen(detail);
 
-    // Told once for each state; the seconds that follow stay silent.
+    // Once for each state; the seconds that follow stay silent.
     const QString punkt = detail.isEmpty() || titel.endsWith(u'…') ? u" "_s : u". "_s;
     setAccessibleName((titel + punkt + lblDetail_->accessibleName()).trimmed());
-    QAccessibleEvent ansage(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&ansage);
+}
+
+void Statuskarte::vorlesen()
+{
+    ansagen(*this, accessibleName());
 }
 
 void Statuskarte::ladetakt()

@@ -25,6 +25,9 @@ public:
     // detail.
     void laden(const QString &titel, const QString &detail);
 
+    // Has screen readers say what is on display.
+    void vorlesen();
+
     // Shows the mode that the server reported; one that is not known leaves the pill as it is.
     void betriebZeigen(const QString &betrieb);
 

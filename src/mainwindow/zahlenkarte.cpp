@@ -63,8 +63,17 @@ QWidget *Zahlenkarte::kachelreihe()
         kachel->layout()->setContentsMargins(zahlen_.isEmpty() ? 0 : 13, 0, 4, 0);
         layout->addWidget(kachel, 1);
         zahlen_.append(zahlenfeld);
+        unterschriften_.append(unterschrift);
+        zahlSetzen(zahlen_.size() - 1, zahlenfeld->text());
     }
     return reihe;
+}
+
+// A figure says what it counts, since screen readers come upon it alone.
+void Zahlenkarte::zahlSetzen(qsizetype stelle, const QString &inhalt)
+{
+    zahlen_[stelle]->textSetzen(inhalt);
+    zahlen_[stelle]->setAccessibleName(unterschriften_[stelle] + u": "_s + inhalt);
 }
 
 void Zahlenkarte::zeige(const QJsonValue &antwort, std::optional<double> frei,
@@ -78,10 +87,10 @@ void Zahlenkarte::zeige(const QJsonValue &antwort, std::optional<double> frei,
             u"Keine Verbindung zur Cloud – Zahlen folgen beim nächsten Abgleich."_s);
         return;
     }
-    zahlen_[0]->textSetzen(fZahl(zahl(s, u"titel")));
-    zahlen_[1]->textSetzen(fZahl(zahl(s, u"playlisten")));
-    zahlen_[2]->textSetzen(fZahl(zahl(s, u"hot_cues")));
-    zahlen_[3]->textSetzen(fGB(zahl(s, u"dateigroesse")));
+    zahlSetzen(0, fZahl(zahl(s, u"titel")));
+    zahlSetzen(1, fZahl(zahl(s, u"playlisten")));
+    zahlSetzen(2, fZahl(zahl(s, u"hot_cues")));
+    zahlSetzen(3, fGB(zahl(s, u"dateigroesse")));
     for (Tabellenzahl *feld : zahlen_) {
         feld->update(); // its neighbours may have changed its size
     }

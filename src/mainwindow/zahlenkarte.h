@@ -26,8 +26,10 @@ public:
 
 private:
     [[nodiscard]] QWidget *kachelreihe();
+    void zahlSetzen(qsizetype stelle, const QString &inhalt);
 
     QList<Tabellenzahl *> zahlen_; // titles, playlists, hot cues, music size
+    QStringList unterschriften_;   // theirs
     Beschriftung *const lblZeile1_;
     Beschriftung *const lblZeile2_;
 };

@@ -3,6 +3,7 @@
 #include "settingswindow/baumzugang.h"
 #include "settingswindow/playlistenmodell.h"
 #include "settingswindow/playlistenzeile.h"
+#include "ui/ansage.h"
 #include "ui/farbe.h"
 #include "ui/schrift.h"
 
@@ -22,15 +23,6 @@ namespace {
 
 constexpr int einzug = 20;
 constexpr int mindestbreite = 180; // of a row, however deep it stands
-
-int ebene(QModelIndex index)
-{
-    int tiefe = 0;
-    for (index = index.parent(); index.isValid(); index = index.parent()) {
-        ++tiefe;
-    }
-    return tiefe;
-}
 
 } // namespace
 
@@ -58,6 +50,39 @@ Baumansicht::Baumansicht(PlaylistenModell &modell, QWidget *parent)
     });
     connect(this, &QTreeView::collapsed, this,
             [this](const QModelIndex &index) { zustandMelden(index, true); });
+}
+
+int Baumansicht::ebene(QModelIndex index)
+{
+    int tiefe = 0;
+    for (index = index.parent(); index.isValid(); index = index.parent()) {
+        ++tiefe;
+    }
+    return tiefe;
+}
+
+// All rows are of one height, so the view finds each of them without looking at the others.
+QModelIndex Baumansicht::zeile(int nummer) const
+{
+    const int hoehe = visualRect(modell_.index(0, 0)).height();
+    const int oben = nummer * hoehe - verticalScrollBar()->value();
+    return nummer >= 0 && hoehe > 0 ? indexAt(QPoint(0, oben)) : QModelIndex();
+}
+
+int Baumansicht::nummer(const QModelIndex &index) const
+{
+    const QRect ort = visualRect(index);
+    return ort.isValid() ? (ort.top() + verticalScrollBar()->value()) / ort.height() : -1;
+}
+
+int Baumansicht::zeilenzahl() const
+{
+    int anzahl = 0;
+    for (int zuviel = static_cast<int>(std::ssize(modell_.alle())) + 1; zuviel - anzahl > 1;) {
+        const int mitte = anzahl + (zuviel - anzahl) / 2;
+        (zeile(mitte - 1).isValid() ? anzahl : zuviel) = mitte;
+    }
+    return anzahl;
 }
 
 void Baumansicht::filtern(const QString &suchwort)
@@ -173,11 +198,31 @@ void Baumansicht::keyboardSearch(const QString &zeichen)
 void Baumansicht::currentChanged(const QModelIndex &neu, const QModelIndex &alt)
 {
     QAbstractItemView::currentChanged(neu, alt); // NOLINT(bugprone-parent-virtual-call)
-    if (QAccessible::isActive() && neu.isValid() && hasFocus()) {
-        if (QAccessibleInterface *const zeile = zeilenzugang(*this, neu)) {
-            QAccessibleEvent ereignis(zeile, QAccessible::Focus);
-            QAccessible::updateAccessibility(&ereignis);
-        }
+    fokusMelden();
+}
+
+// A row has the focus, never the tree alone. Qt tells of the tree once this is over, so the row is
+// told of after that.
+void Baumansicht::focusInEvent(QFocusEvent *event)
+{
+    QTreeView::focusInEvent(event);
+    if (event->reason() != Qt::MouseFocusReason) {
+        zeileWaehlen();
+    }
+    if (QAccessible::isActive()) {
+        QMetaObject::invokeMethod(this, &Baumansicht::fokusMelden, Qt::QueuedConnection);
+    }
+}
+
+// Tells assistive technology which row has the focus.
+void Baumansicht::fokusMelden()
+{
+    if (!QAccessible::isActive() || !hasFocus()) {
+        return;
+    }
+    if (QAccessibleInterface *const zeile = zeilenzugang(*this, currentIndex())) {
+        QAccessibleEvent ereignis(zeile, QAccessible::Focus);
+        QAccessible::updateAccessibility(&ereignis);
     }
 }
 
@@ -205,9 +250,15 @@ void Baumansicht::zustandMelden(const QModelIndex &index, bool aufgeklappt)
     if (QAccessibleInterface *const zeile = zeilenzugang(*this, index)) {
         QAccessible::State geaendert;
         geaendert.expanded = aufgeklappt;
+        geaendert.collapsed = aufgeklappt;
         geaendert.checked = !aufgeklappt;
         QAccessibleStateChangeEvent ereignis(zeile, geaendert);
         QAccessible::updateAccessibility(&ereignis);
+        if (!aufgeklappt && index == currentIndex() && hasFocus() && modell_.hasChildren(index)) {
+            ansagen(*this, index.data(Qt::CheckStateRole).toInt() == Qt::Checked
+                               ? u"angehakt"_s
+                               : u"nicht angehakt"_s);
+        }
     }
 }
 

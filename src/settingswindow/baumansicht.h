@@ -24,6 +24,15 @@ public:
 
     [[nodiscard]] PlaylistenModell &modell() const { return modell_; }
 
+    // How many folders `index` lies in.
+    [[nodiscard]] static int ebene(QModelIndex index);
+
+    // The rows that scrolling can reach, from top to bottom: how many they are, the one with a
+    // number (invalid past them) and the number of one (-1 below a closed folder).
+    [[nodiscard]] int zeilenzahl() const;
+    [[nodiscard]] QModelIndex zeile(int nummer) const;
+    [[nodiscard]] int nummer(const QModelIndex &index) const;
+
     void filtern(const QString &suchwort);
     void alleAufklappen();
     void alleZuklappen();
@@ -42,6 +51,7 @@ Q_SIGNALS:
 
 protected:
     void keyboardSearch(const QString &zeichen) override;
+    void focusInEvent(QFocusEvent *event) override;
     void currentChanged(const QModelIndex &neu, const QModelIndex &alt) override;
     void dataChanged(const QModelIndex &erster, const QModelIndex &letzter,
                      const QList<int> &rollen) override;
@@ -61,6 +71,7 @@ private:
     void merken();
     void wiederherstellen(int stelle);
     void breiteAnpassen(int tiefste);
+    void fokusMelden();
     void zustandMelden(const QModelIndex &index, bool aufgeklappt);
 
     PlaylistenModell &modell_;

@@ -14,7 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The tree: its rows on the top level are its children.
+// The tree: the rows that it shows are its children, also those in folders. Rows below rows lost:
+// screen readers take what a row holds for its text.
 class Baumzugang final : public QAccessibleWidget
 {
 public:
@@ -34,10 +35,10 @@ public:
     // The description of the row, made when first asked for.
     [[nodiscard]] QAccessibleInterface *zeile(const QModelIndex &index);
 
-    [[nodiscard]] int childCount() const override { return ansicht()->modell().rowCount(); }
+    [[nodiscard]] int childCount() const override { return ansicht()->zeilenzahl(); }
     [[nodiscard]] QAccessibleInterface *child(int nummer) const override
     {
-        return const_cast<Baumzugang *>(this)->zeile(ansicht()->modell().index(nummer, 0));
+        return const_cast<Baumzugang *>(this)->zeile(ansicht()->zeile(nummer));
     }
     [[nodiscard]] int indexOfChild(const QAccessibleInterface *kind) const override;
     [[nodiscard]] QAccessibleInterface *childAt(int x, int y) const override
@@ -87,10 +88,13 @@ public:
         switch (art) {
         case QAccessible::Name:
             return index().data().toString();
-        case QAccessible::Description: // what the row says at its right
-            return ansicht_->isExpanded(index())
-                       ? QString()
-                       : index().data(PlaylistenModell::GewaehltRolle).toString();
+        case QAccessible::Description: { // what the row says at its right, and how deep it lies
+            const QString gewaehlt = ansicht_->isExpanded(index())
+                                         ? QString()
+                                         : index().data(PlaylistenModell::GewaehltRolle).toString();
+            const QString ebene = u"Ebene %1"_s.arg(Baumansicht::ebene(index()) + 1);
+            return gewaehlt.isEmpty() ? ebene : QString(gewaehlt + u", "_s + ebene);
+        }
         default:
             return {};
         }
@@ -106,28 +110,10 @@ public:
                    ? QRect()
                    : QRect(flaeche->mapToGlobal(sichtbar.topLeft()), sichtbar.size());
     }
-    [[nodiscard]] QAccessibleInterface *parent() const override
-    {
-        const QModelIndex oben = index().parent();
-        return oben.isValid() ? baum_.zeile(oben) : &baum_;
-    }
-    [[nodiscard]] int childCount() const override
-    {
-        return isValid() && ansicht_->isExpanded(index()) ? ansicht_->modell().rowCount(index())
-                                                          : 0;
-    }
-    [[nodiscard]] QAccessibleInterface *child(int nummer) const override
-    {
-        return nummer < childCount() ? baum_.zeile(ansicht_->modell().index(nummer, 0, index()))
-                                     : nullptr;
-    }
-    [[nodiscard]] int indexOfChild(const QAccessibleInterface *kind) const override
-    {
-        const auto *const zeile = dynamic_cast<const Zeilenzugang *>(kind);
-        return zeile != nullptr && zeile->isValid() && zeile->index().parent() == index()
-                   ? zeile->index().row()
-                   : -1;
-    }
+    [[nodiscard]] QAccessibleInterface *parent() const override { return &baum_; }
+    [[nodiscard]] int childCount() const override { return 0; }
+    [[nodiscard]] QAccessibleInterface *child(int) const override { return nullptr; }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface *) const override { return -1; }
     [[nodiscard]] QAccessible::State state() const override;
 
     void *interface_cast(QAccessible::InterfaceType art) override
@@ -135,16 +121,18 @@ public:
         return art == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface *>(this)
                                                    : nullptr;
     }
+    // Orca knows a check box in a row by an action of exactly this name, which Qt writes with a
+    // capital.
     [[nodiscard]] QStringList actionNames() const override
     {
-        return {toggleAction(), setFocusAction()};
+        return {toggleAction().toLower(), setFocusAction()};
     }
     void doAction(const QString &aktion) override
     {
         if (!isValid() || !ansicht_->isEnabled()) {
             return;
         }
-        if (aktion == toggleAction()) {
+        if (aktion.compare(toggleAction(), Qt::CaseInsensitive) == 0) {
             const bool an = index().data(Qt::CheckStateRole).toInt() == Qt::Checked;
             ansicht_->modell().setData(index(), an ? Qt::Unchecked : Qt::Checked,
                                        Qt::CheckStateRole);
@@ -178,7 +166,7 @@ QAccessible::State Zeilenzugang::state() const
     zustand.expandable = ansicht_->modell().hasChildren(index());
     zustand.expanded = zustand.expandable && ansicht_->isExpanded(index());
     zustand.collapsed = zustand.expandable && !zustand.expanded;
-    zustand.invisible = !ansicht_->isVisible();
+    zustand.invisible = !ansicht_->isVisible() || ansicht_->nummer(index()) < 0;
     zustand.offscreen = rect().isEmpty();
     return zustand;
 }
@@ -204,8 +192,7 @@ int Baumzugang::indexOfChild(const QAccessibleInterface *kind) const
     if (zeile == nullptr || !zeile->isValid()) {
         return -1;
     }
-    const QModelIndex index = ansicht()->modell().zuStelle(zeile->stelle());
-    return index.parent().isValid() ? -1 : index.row();
+    return ansicht()->nummer(ansicht()->modell().zuStelle(zeile->stelle()));
 }
 
 QAccessibleInterface *zugangFuer(const QString &klasse, QObject *objekt)

@@ -5,9 +5,11 @@
 #include "platform/anmeldestart.h"
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/playlistenmodell.h"
+#include "ui/ansage.h"
 #include "ui/beschriftung.h"
 #include "ui/knoepfe.h"
 
+#include <QAccessible>
 #include <QComboBox>
 #include <QJsonArray>
 #include <QKeyEvent>
@@ -56,7 +58,7 @@ void EinstellungenFenster::geladen(const Zentrale::Antwort &antwort)
     }
     if (!antwort) {
         zustand_ = Zustand::Ladefehler;
-        melden(u"Playlisten nicht ladbar: "_s + antwort.error().meldung, Farbe::warn);
+        klagen(u"Playlisten nicht ladbar: "_s + antwort.error().meldung);
         return;
     }
     zustand_ = Zustand::Geladen;
@@ -120,7 +122,7 @@ void EinstellungenFenster::auswahlBeantwortet(const Zentrale::Antwort &antwort, 
     if (!antwort) {
         zustand_ = Zustand::Geladen;
         eingabenSperren(false);
-        melden(u"Nicht gespeichert: "_s + antwort.error().meldung, Farbe::warn);
+        klagen(u"Nicht gespeichert: "_s + antwort.error().meldung);
         return;
     }
     protokoll(u"lokal gespeicherte Playlisten: "_s + QString::number(anzahl));
@@ -146,6 +148,13 @@ void EinstellungenFenster::melden(const QString &meldung, Farbton farbe)
     lblInfo_->textSetzen(meldung);
 }
 
+// A failure, which screen readers say as well.
+void EinstellungenFenster::klagen(const QString &meldung)
+{
+    melden(meldung, Farbe::warn);
+    ansagen(*this, lblInfo_->accessibleName());
+}
+
 // While the choice is under way it must not change: the sheet ends with what was sent. The sheet
 // itself takes the keyboard meanwhile, so that no key lands on "Abbrechen" by accident.
 void EinstellungenFenster::eingabenSperren(bool sperren)
@@ -162,9 +171,17 @@ void EinstellungenFenster::eingabenSperren(bool sperren)
 }
 
 // The arrow key leads from the search field to what it found. The wheel scrolls the sheet; it does
-// not choose another version on the way.
+// not choose another version on the way. And an empty field does not select its text for those who
+// come with the keyboard: Orca would take that for a movement of the cursor and not say where it
+// is.
 bool EinstellungenFenster::eventFilter(QObject *objekt, QEvent *event)
 {
+    if (objekt == suchfeld_ && event->type() == QEvent::FocusIn && QAccessible::isActive() &&
+        suchfeld_->text().isEmpty() &&
+        static_cast<QFocusEvent *>(event)->reason() != Qt::OtherFocusReason) {
+        QFocusEvent still(QEvent::FocusIn, Qt::OtherFocusReason);
+        return suchfeld_->event(&still);
+    }
     if (objekt == suchfeld_ && event->type() == QEvent::KeyPress &&
         static_cast<QKeyEvent *>(event)->key() == Qt::Key_Down) {
         baum_->setFocus();

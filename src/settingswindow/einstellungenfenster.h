@@ -82,6 +82,7 @@ private:
     void auswahlSenden(const QStringList &uuids);
     void auswahlBeantwortet(const Zentrale::Antwort &antwort, qsizetype anzahl);
     void melden(const QString &meldung, Farbton farbe);
+    void klagen(const QString &meldung);
     void eingabenSperren(bool sperren);
     bool eventFilter(QObject *objekt, QEvent *event) override;
 

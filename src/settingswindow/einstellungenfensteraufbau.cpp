@@ -183,6 +183,12 @@ QWidget *EinstellungenFenster::versionszeile()
             popVersion_->setCurrentIndex(static_cast<int>(i) + 1);
         }
     }
+    // Screen readers leave out what a box with a name has chosen, but not what describes it.
+    const auto beschreiben = [this] {
+        popVersion_->setAccessibleDescription(popVersion_->currentText());
+    };
+    beschreiben();
+    connect(popVersion_, &QComboBox::currentIndexChanged, this, beschreiben);
     auto *const titel = beschriftung(u"Diese Version starten:"_s, 13);
     titel->setBuddy(popVersion_);
     titel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);

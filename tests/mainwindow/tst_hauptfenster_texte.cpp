@@ -46,6 +46,7 @@ const QStringList erlaubt{
     u"Hot Cues"_s,
     u"Musik"_s,
     u"–|[\\d.]+|[\\d.,]+ GB"_s,
+    u"(Titel|Playlisten|Hot Cues|Musik): (–|[\\d.]+|[\\d.,]+ GB)"_s,
     u"(Analysiert: \\S+ Titel   ·   Analysedaten: (–|\\S+ GB)   ·   )?"
     "Frei auf dem Mac: (–|\\S+ GB)"_s,
     u"Stand der Cloud: (heute|gestern) [\\d:]+   ·   geprüft heute [\\d:]+"_s,

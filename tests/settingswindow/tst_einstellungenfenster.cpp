@@ -1,3 +1,4 @@
+#include "doubles/vorlesehilfe.h"
 #include "fensterpruefstand.h"
 #include "testlauf.h"
 #include "ui/farbe.h"
@@ -18,6 +19,10 @@ class TestEinstellungenfenster final : public Fensterpruefstand
 private Q_SLOTS:
     void texteUndFolge();
     void alleTexteSindWoertlich();
+    void ladefehlerWirdEinmalAngesagt();
+    void vomVerborgenenBlattKeineAnsage();
+    void auswahlSagtIhrenWert();
+    void leeresSuchfeldMeldetNurDenFokus();
     void vorleseNamen();
     void tabfolge();
     void versionen_data();
@@ -70,6 +75,59 @@ void TestEinstellungenfenster::texteUndFolge()
     QCOMPARE(fenster->width(), 480);
     QCOMPARE(feld<QWidget>(u"baum"_s)->height(), 280);
     QCOMPARE(fenster->windowModality(), Qt::WindowModal);
+}
+
+void TestEinstellungenfenster::ladefehlerWirdEinmalAngesagt()
+{
+    Vorlesehilfe hilfe;
+    oeffnen();
+    weg->dann(Scripttransport::fehler(u"Kein Netz."_s));
+    fenster->laden();
+    const QString meldung = u"Playlisten nicht ladbar: Kein Netz."_s;
+    QTRY_COMPARE(info()->text(), meldung);
+    QCOMPARE(hilfe.ansagen(), QStringList{meldung});
+}
+
+void TestEinstellungenfenster::vomVerborgenenBlattKeineAnsage()
+{
+    Vorlesehilfe hilfe;
+    oeffnen();
+    fenster->hide();
+    weg->dann(Scripttransport::fehler(u"Kein Netz."_s));
+    fenster->laden();
+    QTRY_COMPARE(info()->text(), u"Playlisten nicht ladbar: Kein Netz."_s);
+    QCOMPARE(hilfe.ansagen(), QStringList());
+}
+
+void TestEinstellungenfenster::auswahlSagtIhrenWert()
+{
+    Vorlesehilfe hilfe;
+    oeffnen();
+    auto *const feld = this->feld<QComboBox>(u"popVersion"_s);
+    QAccessibleInterface *const zugang = QAccessible::queryAccessibleInterface(feld);
+    QCOMPARE(zugang->text(QAccessible::Description), u"Immer die neueste (7.1.4)"_s);
+    (void)hilfe.ereignisse();
+    QTest::keyClick(feld, Qt::Key_Down);
+    QCOMPARE(feld->accessibleName(), u"Diese Version starten"_s);
+    QCOMPARE(zugang->text(QAccessible::Description), u"rekordbox 7.1.4"_s);
+    QCOMPARE(hilfe.ereignisse().filter(u"Description"_s).size(), 1);
+}
+
+// A cursor that moves makes Orca think that it knows where it is.
+void TestEinstellungenfenster::leeresSuchfeldMeldetNurDenFokus()
+{
+    Vorlesehilfe hilfe;
+    laden(antwort(beispiel()));
+    auto *const suche = feld<QLineEdit>(u"suchfeld"_s);
+    QSignalSpy auswahl(suche, &QLineEdit::selectionChanged);
+    feld<QWidget>(u"cbAnmeldung"_s)->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), suche);
+    QCOMPARE(auswahl.size(), 0);
+    suche->setText(u"n5"_s);
+    feld<QWidget>(u"cbAnmeldung"_s)->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(suche->selectedText(), u"n5"_s);
 }
 
 void TestEinstellungenfenster::alleTexteSindWoertlich()

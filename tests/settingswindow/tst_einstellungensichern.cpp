@@ -1,3 +1,4 @@
+#include "doubles/vorlesehilfe.h"
 #include "fensterpruefstand.h"
 #include "testlauf.h"
 #include "ui/farbe.h"
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void sichernUebertraegtDieAuswahl();
     void waehrendDerUebertragung();
     void nichtGespeichert();
+    void fehlerWirdEinmalAngesagt();
     void nachFehlerNochmalSichern();
     void optionenBleibenTrotzFehler();
     void anmeldestartNurBeiUnterschied_data();
@@ -148,6 +150,20 @@ void TestEinstellungensichern::nichtGespeichert()
 
     anhaken(5, false);
     QCOMPARE(info()->farbe(), Farbe::sekundaer(info()->palette()));
+}
+
+void TestEinstellungensichern::fehlerWirdEinmalAngesagt()
+{
+    Vorlesehilfe hilfe;
+    laden(antwort(beispiel()));
+    anhaken(5);
+    weg->dann(Scripttransport::antwort(500, R"({"fehler":"Wartung"})"));
+    fenster->sichern();
+    const QString meldung = u"Nicht gespeichert: Die Cloud antwortet mit 500: Wartung"_s;
+    QTRY_COMPARE(info()->text(), meldung);
+    QCOMPARE(hilfe.ansagen(), QStringList{meldung});
+    anhaken(5, false);
+    QCOMPARE(hilfe.ansagen(), QStringList());
 }
 
 void TestEinstellungensichern::nachFehlerNochmalSichern()

@@ -13,6 +13,7 @@
 #include "platform/linux/sicherungsreste.h"
 #include "platform/linux/signale.h"
 #include "platform/linux/traystatusobjekt.h"
+#include "platform/linux/vorlesebus.h"
 #include "platform/linux/xanzeige.h"
 #include "platform/linux/xdganmeldestart.h"
 
@@ -63,6 +64,7 @@ struct Plattform::Geraete
         , arbeitsplatz(uhr)
         , statusobjekt(uhr)
     {
+        vorlesebusEinrichten();
     }
 
     const LinuxProzesse prozesse;
