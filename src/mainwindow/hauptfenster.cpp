@@ -69,7 +69,10 @@ void Hauptfenster::oeffnen(bool mitAbgleich)
 
 void Hauptfenster::nachVorn()
 {
-    abgelegt_ = false;
+    // Under Wayland no program undoes minimising; shown anew, the window is there in any case.
+    if (std::exchange(abgelegt_, false) && !isActiveWindow()) {
+        hide();
+    }
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     QWidget *vorn = this;
