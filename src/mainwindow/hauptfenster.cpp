@@ -71,7 +71,10 @@ void Hauptfenster::oeffnen(bool mitAbgleich)
 void Hauptfenster::nachVorn()
 {
     const bool warWeg = !offen();
-    abgelegt_ = false;
+    // Under Wayland no program undoes minimising; shown anew, the window is there in any case.
+    if (std::exchange(abgelegt_, false) && !isActiveWindow()) {
+        hide();
+    }
     setWindowState(windowState() & ~Qt::WindowMinimized);
     if (!mitte_) {
         groesseAnpassen();

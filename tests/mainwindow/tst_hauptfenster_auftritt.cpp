@@ -38,6 +38,7 @@ private Q_SLOTS:
     void derSchreibtischHoltEsZurueck();
     void derSchreibtischIstSchnell();
     void einAugenblickIstKeineRueckkehr();
+    void wasAbgelegtWarErscheintNeu();
     void dieLeisteKommtSpaeter();
     void dieLeisteGehtVerloren();
 
@@ -311,6 +312,27 @@ void TestHauptfensterAuftritt::einAugenblickIstKeineRueckkehr()
     p.uhr.vor(Sekunden(1));
     QVERIFY(!p.fenster->offen());
     QCOMPARE(p.anlaesse().size(), 1);
+}
+
+// A second start from a terminal, without a token: under GNOME it stayed minimised.
+void TestHauptfensterAuftritt::wasAbgelegtWarErscheintNeu()
+{
+    Fensterwelt p;
+    p.abgeglichen();
+    p.statusobjekt.leiste(false);
+    schliessknopf(p);
+    QWidget anderes;
+    anderes.show();
+    anderes.activateWindow();
+    QTRY_VERIFY(!p.fenster->isActiveWindow());
+    const QSignalSpy gewechselt(p.fenster->windowHandle(), &QWindow::visibleChanged);
+    p.fenster->oeffnen(true);
+    QCOMPARE(gewechselt.size(), 2);
+    QVERIFY(p.fenster->isVisible());
+    anderes.activateWindow();
+    QTRY_VERIFY(!p.fenster->isActiveWindow());
+    p.fenster->oeffnen(true); // it was not put away: it does not even blink
+    QCOMPARE(gewechselt.size(), 2);
 }
 
 void TestHauptfensterAuftritt::dieLeisteKommtSpaeter()
