@@ -88,7 +88,7 @@ private Q_SLOTS:
     void unterschiedAlsBild();
 
 private:
-    const Vorlage vorlage;
+    const Vorlage vorlage{};
     const QImage soll = vorlage.gemalt();
 };
 
