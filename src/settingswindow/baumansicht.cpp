@@ -205,6 +205,14 @@ void Baumansicht::currentChanged(const QModelIndex &neu, const QModelIndex &alt)
 // told of after that.
 void Baumansicht::focusInEvent(QFocusEvent *event)
 {
+    switch (event->reason()) {
+    case Qt::MouseFocusReason:
+    case Qt::ActiveWindowFocusReason:
+    case Qt::PopupFocusReason:
+        break; // the click tells, or it is as it was
+    default:
+        mitTastenSetzen(true);
+    }
     QTreeView::focusInEvent(event);
     if (event->reason() != Qt::MouseFocusReason) {
         zeileWaehlen();
@@ -268,19 +276,6 @@ void Baumansicht::mitTastenSetzen(bool mitTasten)
         mitTasten_ = mitTasten;
         viewport()->update();
     }
-}
-
-void Baumansicht::focusInEvent(QFocusEvent *event)
-{
-    switch (event->reason()) {
-    case Qt::MouseFocusReason:
-    case Qt::ActiveWindowFocusReason:
-    case Qt::PopupFocusReason:
-        break; // the click tells, or it is as it was
-    default:
-        mitTastenSetzen(true);
-    }
-    QTreeView::focusInEvent(event);
 }
 
 void Baumansicht::mousePressEvent(QMouseEvent *event)
