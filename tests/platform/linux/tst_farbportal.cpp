@@ -1,28 +1,16 @@
-#include "doubles/kindprogramm.h"
 #include "doubles/testbus.h"
+#include "doubles/testportal.h"
 #include "platform/linux/farbportal.h"
 #include "platform/linux/linuxfarbschema.h"
 #include "testlauf.h"
 
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusReply>
 #include <QElapsedTimer>
 
-#include <csignal>
 #include <memory>
 #include <optional>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-const QString name = u"org.freedesktop.portal.Desktop"_s;
-const QString pfad = u"/org/freedesktop/portal/desktop"_s;
-const QString schnittstelle = u"org.freedesktop.portal.Settings"_s;
-
-} // namespace
 
 // With a portal that is a process of its own, as the first question is waited for.
 class TestFarbportal final : public QObject
@@ -32,7 +20,7 @@ class TestFarbportal final : public QObject
 private Q_SLOTS:
     void initTestCase();
     void init();
-    void cleanup();
+    void cleanup() { bus.reset(); }
 
     void antwortVorDemErstenBild_data();
     void antwortVorDemErstenBild();
@@ -46,14 +34,7 @@ private Q_SLOTS:
     void schemaFolgtDemPortal();
 
 private:
-    void portalStarten(const QString &wert, const QString &methode = u"Read"_s);
-    void portalBeenden();
-    void rufen(const QString &was, const QVariantList &womit);
-    void melden(const QString &bereich, const QString &schluessel, uint wert);
-
     std::unique_ptr<Testbus> bus;
-    QProcess portal;
-    std::optional<QDBusConnection> frage;
     int gewechselt = 0;
     const std::function<void()> zaehlen = [this] { ++gewechselt; };
 };
@@ -61,7 +42,7 @@ private:
 void TestFarbportal::initTestCase()
 {
     KALVARO_BRAUCHT(u"dbus-daemon"_s);
-    if (QProcess::execute(u"/usr/bin/python3"_s, {u"-c"_s, u"import dbusmock"_s}) != 0) {
+    if (!Testportal::vorhanden()) {
         QSKIP("needs python3-dbusmock");
     }
 }
@@ -70,51 +51,6 @@ void TestFarbportal::init()
 {
     gewechselt = 0;
     bus = std::make_unique<Testbus>();
-    frage.emplace(bus->verbindung());
-}
-
-void TestFarbportal::cleanup()
-{
-    portalBeenden();
-    frage.reset();
-    bus.reset();
-}
-
-void TestFarbportal::rufen(const QString &was, const QVariantList &womit)
-{
-    QDBusMessage ruf =
-        QDBusMessage::createMethodCall(name, pfad, u"org.freedesktop.DBus.Mock"_s, was);
-    ruf.setArguments(womit);
-    QCOMPARE(frage->call(ruf).errorMessage(), QString());
-}
-
-// `wert` is what the method's body returns, in Python.
-void TestFarbportal::portalStarten(const QString &wert, const QString &methode)
-{
-    auto umgebung = QProcessEnvironment::systemEnvironment();
-    umgebung.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus->adresse());
-    portal.setProcessEnvironment(umgebung);
-    anTestBinden(portal);
-    portal.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    portal.setStandardOutputFile(QProcess::nullDevice());
-    portal.start(u"/usr/bin/python3"_s,
-                 {u"-m"_s, u"dbusmock"_s, u"--session"_s, name, pfad, schnittstelle});
-    QTRY_VERIFY(frage->interface()->isServiceRegistered(name));
-    rufen(u"AddMethod"_s, {schnittstelle, methode, u"ss"_s, u"v"_s, QString(u"ret = "_s + wert)});
-}
-
-void TestFarbportal::portalBeenden()
-{
-    if (portal.state() != QProcess::NotRunning) {
-        portal.kill();
-        portal.waitForFinished();
-    }
-}
-
-void TestFarbportal::melden(const QString &bereich, const QString &schluessel, uint wert)
-{
-    const QVariantList inhalt{bereich, schluessel, QVariant(wert)};
-    rufen(u"EmitSignal"_s, {schnittstelle, u"SettingChanged"_s, u"ssv"_s, inhalt});
 }
 
 void TestFarbportal::antwortVorDemErstenBild_data()
@@ -134,7 +70,7 @@ void TestFarbportal::antwortVorDemErstenBild_data()
 void TestFarbportal::antwortVorDemErstenBild()
 {
     QFETCH(QString, wert);
-    portalStarten(wert);
+    const Testportal portal(*bus, wert);
     Farbfrage fragend(bus->adresse());
     QTEST(fragend.antwort().value(), "erwartet");
 }
@@ -157,8 +93,8 @@ void TestFarbportal::ohneBus()
 
 void TestFarbportal::haengendesPortalAntwortetSpaeter()
 {
-    portalStarten(u"dbus.UInt32(1)"_s);
-    ::kill(static_cast<pid_t>(portal.processId()), SIGSTOP);
+    Testportal portal(*bus, u"dbus.UInt32(1)"_s);
+    portal.anhalten();
     QElapsedTimer seit;
     seit.start();
     Farbfrage fragend(bus->adresse());
@@ -169,14 +105,14 @@ void TestFarbportal::haengendesPortalAntwortetSpaeter()
 
     const Farbportal spaeter(bus->verbindung(), antwort, zaehlen);
     QCOMPARE(spaeter.helligkeit(), Helligkeit::Offen);
-    ::kill(static_cast<pid_t>(portal.processId()), SIGCONT);
+    portal.fortsetzen();
     QTRY_COMPARE(spaeter.helligkeit(), Helligkeit::Dunkel);
     QCOMPARE(gewechselt, 1);
 }
 
 void TestFarbportal::nurDieNeueFrage()
 {
-    portalStarten(u"dbus.UInt32(1)"_s, u"ReadOne"_s);
+    Testportal portal(*bus, u"dbus.UInt32(1)"_s, u"ReadOne"_s);
     Farbfrage fragend(bus->adresse());
     const auto antwort = fragend.antwort();
     QVERIFY(!antwort);
@@ -186,30 +122,30 @@ void TestFarbportal::nurDieNeueFrage()
 
 void TestFarbportal::wechselImLaufenden()
 {
-    portalStarten(u"dbus.UInt32(0)"_s);
+    Testportal portal(*bus, u"dbus.UInt32(0)"_s);
     const Farbportal laufend(bus->verbindung(), Helligkeit::Offen, zaehlen);
-    melden(u"org.freedesktop.appearance"_s, u"color-scheme"_s, 1);
+    portal.schemaMelden(1);
     QTRY_COMPARE(laufend.helligkeit(), Helligkeit::Dunkel);
-    melden(u"org.freedesktop.appearance"_s, u"color-scheme"_s, 1);
-    melden(u"org.freedesktop.appearance"_s, u"color-scheme"_s, 2);
+    portal.schemaMelden(1);
+    portal.schemaMelden(2);
     QTRY_COMPARE(laufend.helligkeit(), Helligkeit::Hell);
     QCOMPARE(gewechselt, 2);
 }
 
 void TestFarbportal::fremdeEinstellungenZaehlenNicht()
 {
-    portalStarten(u"dbus.UInt32(0)"_s);
+    Testportal portal(*bus, u"dbus.UInt32(0)"_s);
     const Farbportal laufend(bus->verbindung(), Helligkeit::Offen, zaehlen);
-    melden(u"org.freedesktop.appearance"_s, u"contrast"_s, 1);
-    melden(u"org.gnome.desktop.interface"_s, u"color-scheme"_s, 1);
-    melden(u"org.freedesktop.appearance"_s, u"color-scheme"_s, 2); // comes after them
+    portal.melden(u"org.freedesktop.appearance"_s, u"contrast"_s, 1);
+    portal.melden(u"org.gnome.desktop.interface"_s, u"color-scheme"_s, 1);
+    portal.schemaMelden(2); // comes after them
     QTRY_COMPARE(laufend.helligkeit(), Helligkeit::Hell);
     QCOMPARE(gewechselt, 1);
 }
 
 void TestFarbportal::derBusGeht()
 {
-    portalStarten(u"dbus.UInt32(1)"_s);
+    Testportal portal(*bus, u"dbus.UInt32(1)"_s);
     Farbfrage fragend(bus->adresse());
     QCOMPARE(fragend.antwort(), std::optional(Helligkeit::Dunkel));
     const QDBusConnection leitung = bus->verbindung();
@@ -222,11 +158,11 @@ void TestFarbportal::derBusGeht()
 
 void TestFarbportal::schemaFolgtDemPortal()
 {
-    portalStarten(u"dbus.UInt32(0)"_s);
+    Testportal portal(*bus, u"dbus.UInt32(0)"_s);
     LinuxFarbschema schema(bus->verbindung(), Helligkeit::Offen);
     schema.beiWechsel(zaehlen);
     QCOMPARE(schema.wunsch(), Farbwunsch{});
-    melden(u"org.freedesktop.appearance"_s, u"color-scheme"_s, 1);
+    portal.schemaMelden(1);
     QTRY_COMPARE(gewechselt, 1);
     QCOMPARE(schema.wunsch(), (Farbwunsch{.ausdruecklich = Helligkeit::Dunkel}));
 }

@@ -1,0 +1,172 @@
+#include "doubles/datenordner.h"
+#include "doubles/kindprogramm.h"
+#include "doubles/testbus.h"
+#include "doubles/testportal.h"
+#include "e2e/anzeige.h"
+#include "e2e/xeinstellungen.h"
+#include "testlauf.h"
+#include "ui/erscheinung.h"
+
+#include <memory>
+
+using namespace kalvaro;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int geduld = 30'000; // milliseconds
+
+} // namespace
+
+// The real program in sessions that are light or dark, and change.
+class TestFarbwechsel final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void dunklesThema();
+    void themaKommtSpaeter();
+    void portalGehtVor();
+    void haengendesPortalHaeltNichtsAuf();
+    void bilderBleibenHell();
+
+private:
+    void starten();
+    // Whether the window is to be seen in the window colour of our own palette.
+    [[nodiscard]] bool zuSehen(bool dunkel) const;
+    [[nodiscard]] bool wird(bool dunkel) const
+    {
+        return bald([&] { return zuSehen(dunkel); }, geduld);
+    }
+    [[nodiscard]] QProcessEnvironment umgebung() const;
+
+    Datenordner daten;
+    std::unique_ptr<Anzeige> anzeige;
+    std::unique_ptr<Testbus> bus;
+    std::unique_ptr<QProcess> kalvaro;
+};
+
+void TestFarbwechsel::initTestCase()
+{
+    KALVARO_BRAUCHT(u"Xvfb"_s, u"dbus-daemon"_s, u"import"_s);
+    if (!Testportal::vorhanden()) {
+        QSKIP("needs python3-dbusmock");
+    }
+    // Nobody listens there.
+    daten.schreiben(u"konto.json"_s, R"({"name":"Demo-Mac","geraet":"demo-mac",
+        "schluessel":"demo-schluessel","server":["http://127.0.0.1:1"]})");
+}
+
+void TestFarbwechsel::init()
+{
+    anzeige = std::make_unique<Anzeige>();
+    bus = std::make_unique<Testbus>();
+}
+
+void TestFarbwechsel::cleanup()
+{
+    if (kalvaro) {
+        kalvaro->terminate();
+        kalvaro->waitForFinished();
+        kalvaro.reset();
+    }
+    bus.reset();
+    anzeige.reset();
+}
+
+QProcessEnvironment TestFarbwechsel::umgebung() const
+{
+    QProcessEnvironment liste = anzeige->umgebung(bus->adresse());
+    liste.insert(u"XDG_DATA_HOME"_s, qEnvironmentVariable("XDG_DATA_HOME"));
+    liste.remove(u"GTK_THEME"_s);
+    return liste;
+}
+
+void TestFarbwechsel::starten()
+{
+    kalvaro = std::make_unique<QProcess>();
+    kalvaro->setProcessEnvironment(umgebung());
+    kalvaro->setProcessChannelMode(QProcess::ForwardedChannels);
+    anTestBinden(*kalvaro);
+    kalvaro->start(QStringLiteral(KALVARO_PROGRAMM), QStringList());
+    QVERIFY(kalvaro->waitForStarted(geduld));
+}
+
+bool TestFarbwechsel::zuSehen(bool dunkel) const
+{
+    constexpr int vieles = 20'000; // pixels, of more than 200,000 of the window
+    const QRgb gesucht = eigenePalette(dunkel).color(QPalette::Window).rgb();
+    const QImage bild = anzeige->bild();
+    int anzahl = 0;
+    for (int y = 0; y < bild.height(); ++y) {
+        for (int x = 0; x < bild.width(); ++x) {
+            anzahl += bild.pixel(x, y) == gesucht ? 1 : 0;
+        }
+    }
+    return anzahl > vieles;
+}
+
+void TestFarbwechsel::dunklesThema()
+{
+    XEinstellungen thema(anzeige->name(), "Greybird-dark");
+    starten();
+    QVERIFY(wird(true));
+    thema.themaSetzen("Greybird");
+    QVERIFY(wird(false));
+    thema.themaSetzen("Adwaita-dark");
+    QVERIFY(wird(true));
+}
+
+void TestFarbwechsel::themaKommtSpaeter()
+{
+    starten();
+    QVERIFY(wird(false));
+    XEinstellungen thema(anzeige->name(), "Adwaita-dark");
+    QVERIFY(wird(true));
+    thema.themaSetzen("Adwaita");
+    QVERIFY(wird(false));
+}
+
+void TestFarbwechsel::portalGehtVor()
+{
+    Testportal portal(*bus, u"dbus.UInt32(1)"_s);
+    const XEinstellungen thema(anzeige->name(), "Adwaita");
+    starten();
+    QVERIFY(wird(true));
+    portal.schemaMelden(2);
+    QVERIFY(wird(false));
+    portal.schemaMelden(1);
+    QVERIFY(wird(true));
+    portal.schemaMelden(0);
+    QVERIFY(wird(false));
+}
+
+void TestFarbwechsel::haengendesPortalHaeltNichtsAuf()
+{
+    Testportal portal(*bus, u"dbus.UInt32(1)"_s);
+    portal.anhalten();
+    starten();
+    QVERIFY(wird(false));
+    portal.fortsetzen();
+    QVERIFY(wird(true));
+}
+
+void TestFarbwechsel::bilderBleibenHell()
+{
+    const Testportal portal(*bus, u"dbus.UInt32(1)"_s);
+    const QString pfad = bus->ordner() + u"/bild.png"_s;
+    QProcess zeichner;
+    zeichner.setProcessEnvironment(umgebung());
+    anTestBinden(zeichner);
+    zeichner.start(QStringLiteral(KALVARO_PROGRAMM), {u"--bild"_s, pfad});
+    QVERIFY(zeichner.waitForFinished(geduld));
+    const QImage bild(pfad);
+    QCOMPARE(bild.pixelColor(2, 2), eigenePalette(false).color(QPalette::Window));
+}
+
+KALVARO_TEST(TestFarbwechsel)
+#include "tst_farbwechsel.moc"
