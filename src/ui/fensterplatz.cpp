@@ -14,16 +14,10 @@ namespace {
 constexpr int titelleiste = 40; // more than most desktops take
 constexpr int leiste = 48;      // likewise for a panel
 
-// The window, or the parent that it will appear on.
-const QWidget &gezeigtes(const QWidget &fenster)
-{
-    const QWidget *const eltern = fenster.isVisible() ? nullptr : fenster.parentWidget();
-    return eltern != nullptr ? *eltern->window() : fenster;
-}
-
 QRect schirmflaeche(const QWidget &fenster)
 {
-    const QScreen *const schirm = gezeigtes(fenster).screen();
+    const QWidget *const eltern = fenster.isVisible() ? nullptr : fenster.parentWidget();
+    const QScreen *const schirm = (eltern != nullptr ? eltern : &fenster)->screen();
     const QRect frei = schirm->availableGeometry();
     // Wayland tells nobody of its panels.
     const bool verschwiegen =
@@ -35,10 +29,16 @@ QRect schirmflaeche(const QWidget &fenster)
 
 QMargins fensterrahmen(const QWidget &fenster)
 {
-    const QWidget &vorbild = gezeigtes(fenster);
-    const QWindow *const handle = vorbild.isVisible() ? vorbild.windowHandle() : nullptr;
-    const QMargins bekannt = handle != nullptr ? handle->frameMargins() : QMargins();
-    return bekannt.isNull() ? QMargins(0, titelleiste, 0, 0) : bekannt;
+    const QWidget *eltern = &fenster;
+    while (eltern != nullptr) {
+        const QWidget *const oben = eltern->window();
+        const QWindow *const handle = oben->isVisible() ? oben->windowHandle() : nullptr;
+        if (handle != nullptr && !handle->frameMargins().isNull()) {
+            return handle->frameMargins();
+        }
+        eltern = oben->parentWidget();
+    }
+    return {0, titelleiste, 0, 0};
 }
 
 QSize fensterplatz(const QWidget &fenster)
