@@ -58,7 +58,7 @@ void Hauptfenster::oeffnen(bool mitAbgleich)
     ablauf_.starter.installationenLesen();
     nachVorn();
     if (mitAbgleich && !beschaeftigt()) {
-        abgleichen(Anlass::Vorstart, !einstellungen_);
+        abgleichen(Anlass::Vorstart, !verdeckt());
         return;
     }
     ablauf_.abgleichMoeglich(this, [this](bool moeglich) {
@@ -147,8 +147,8 @@ void Hauptfenster::abgeschlossen(const Bewertung &b, bool autostartErlaubt)
 {
     ergebnisAnzeigen(b);
     gleichtAbSetzen(false);
-    // Nothing counts down in a window that the user has put away meanwhile, nor behind its sheet.
-    const bool imBlick = offen() && !einstellungen_;
+    // Nothing counts down in a window that the user has put away meanwhile.
+    const bool imBlick = offen() && !verdeckt();
     if (autostartErlaubt && ablauf_.einst.autostart && b.startbar && imBlick && !beschaeftigt() &&
         ablauf_.starter.gewaehlt()) {
         countdownStarten();
@@ -190,6 +190,12 @@ void Hauptfenster::gleichtAbSetzen(bool gleichtAb)
 bool Hauptfenster::beschaeftigt() const
 {
     return gleichtAb_ || ablauf_.starter.imFenster();
+}
+
+// Nothing counts down behind what keeps the user from cancelling it.
+bool Hauptfenster::verdeckt() const
+{
+    return einstellungen_ || startfehler_;
 }
 
 // Both keep the keyboard: a focus that moves on by itself brings the next key where nobody meant

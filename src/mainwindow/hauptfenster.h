@@ -131,6 +131,7 @@ private:
     void anzeigen(const Bewertung &b);
     void gleichtAbSetzen(bool gleichtAb);
     [[nodiscard]] bool beschaeftigt() const;
+    [[nodiscard]] bool verdeckt() const;
     void beschaeftigtZeigen();
 
     // The start of rekordbox.

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void startFehlschlag_data();
     void startFehlschlag();
     void startFehlschlagSperrtDasFensterDasWiederkommt();
+    void hinterDemHinweisZaehltNichtsHerunter();
     void alleinWirdAbgelegt();
 
 private:
@@ -398,6 +399,23 @@ void TestHauptfensterStart::startFehlschlag()
     QCOMPARE(p.titel(), u"rekordbox läuft"_s);
     QCOMPARE(daten.protokollzeilen().last(), protokollzeile());
     QVERIFY(!p.fenster->isMinimized()); // the alert would have gone with it
+}
+
+// It could not be cancelled there.
+void TestHauptfensterStart::hinterDemHinweisZaehltNichtsHerunter()
+{
+    Fensterwelt p({.autostart = true});
+    p.arbeitsplatz.fehler = u"Grund."_s;
+    p.fenster->oeffnen(false);
+    p.knopf(u"knStart"_s)->click();
+    QTRY_VERIFY(alarm() != nullptr);
+    p.abgeglichen();
+    QCOMPARE(p.titel(), u"Bibliothek ist abgeglichen"_s);
+    QVERIFY(p.countdown().isEmpty());
+    alarm()->accept();
+    QTRY_VERIFY(alarm() == nullptr);
+    p.abgeglichen();
+    QVERIFY(!p.countdown().isEmpty());
 }
 
 // The window was hidden when the alert came.
