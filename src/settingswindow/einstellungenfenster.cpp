@@ -188,7 +188,7 @@ bool EinstellungenFenster::eventFilter(QObject *objekt, QEvent *event)
         baum_->zeileWaehlen();
         return true;
     }
-    if (objekt == popVersion_ && event->type() == QEvent::Wheel && !popVersion_->hasFocus()) {
+    if (objekt == popVersion_ && event->type() == QEvent::Wheel) {
         event->ignore();
         return true;
     }

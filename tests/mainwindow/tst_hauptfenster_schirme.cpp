@@ -22,7 +22,8 @@ class TestHauptfensterSchirme final : public QObject
 public:
     static void vorDerAnwendung()
     {
-        schirmeEinrichten({{2560, 1440}, {1024, 600}, {1093, 614}, {960, 540}, {800, 480}, {1024, 580}});
+        schirmeEinrichten(
+            {{2560, 1440}, {1024, 600}, {1093, 614}, {960, 540}, {800, 480}, {1024, 580}});
     }
 
 private Q_SLOTS:

@@ -178,12 +178,11 @@ void TestEinstellungenschirme::mausradWaehltKeineVersion()
         QApplication::sendEvent(auswahl, &rad);
         return rad.isAccepted();
     };
-    feld<QWidget>(u"knSichern"_s)->setFocus();
-    QVERIFY(!drehen()); // so the sheet gets it
-    QCOMPARE(auswahl->currentIndex(), 0);
-    auswahl->setFocus();
-    QVERIFY(drehen());
-    QCOMPARE(auswahl->currentIndex(), 1);
+    for (const char *wer : {"knSichern", "popVersion"}) { // has the keyboard
+        feld<QWidget>(QString::fromLatin1(wer))->setFocus();
+        QVERIFY(!drehen()); // so the sheet gets it
+        QCOMPARE(auswahl->currentIndex(), 0);
+    }
 }
 
 // It was cut through a letter, and the whole was nowhere to be read.
