@@ -5,6 +5,7 @@
 #include "ui/symbole.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QStyle>
 
 namespace kalvaro {
@@ -68,7 +69,9 @@ Erscheinung::Erscheinung(QApplication &anwendung, Farbwunsch wunsch)
     eigenerStil_ = anwendung.style()->name() == u"fusion"_s;
     if (eigenerStil_) {
         if (anwendung.palette() != anwendung.style()->standardPalette()) {
-            mitgebracht_ = anwendung.palette();
+            const bool gesetzt = QApplication::testAttribute(Qt::AA_SetPalette);
+            mitgebracht_ = gesetzt ? anwendung.palette() : QPalette();
+            anwendung.installEventFilter(this);
         }
         anwendung.setStyle(new Stil);
         anpassen(wunsch);
@@ -77,19 +80,32 @@ Erscheinung::Erscheinung(QApplication &anwendung, Farbwunsch wunsch)
 
 void Erscheinung::anpassen(Farbwunsch wunsch)
 {
+    wunsch_ = wunsch;
     if (!eigenerStil_) {
         return;
     }
     const auto passt = [](Helligkeit gewuenscht, bool dunkel) {
         return gewuenscht == Helligkeit::Offen || (gewuenscht == Helligkeit::Dunkel) == dunkel;
     };
-    if (mitgebracht_ && passt(wunsch.ausdruecklich, Farbe::istDunkel(*mitgebracht_))) {
+    if (mitgebracht_) {
         anwendung_.setPalette(*mitgebracht_);
-        return;
+        if (passt(wunsch.ausdruecklich, Farbe::istDunkel(QApplication::palette()))) {
+            return;
+        }
     }
     const bool offen = wunsch.ausdruecklich == Helligkeit::Offen;
     anwendung_.setPalette(
         eigenePalette((offen ? wunsch.thema : wunsch.ausdruecklich) == Helligkeit::Dunkel));
+}
+
+// The desktop's palette may change before its wish or after it.
+bool Erscheinung::eventFilter(QObject *objekt, QEvent *ereignis)
+{
+    if (ereignis->type() == QEvent::ThemeChange && objekt->isWindowType()) {
+        QMetaObject::invokeMethod(
+            this, [this] { anpassen(wunsch_); }, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(objekt, ereignis);
 }
 
 bool wenigerBewegung()

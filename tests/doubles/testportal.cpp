@@ -52,9 +52,9 @@ bool Testportal::vorhanden()
     return QProcess::execute(python, {u"-c"_s, u"import dbusmock"_s}) == 0;
 }
 
-void Testportal::melden(const QString &bereich, const QString &schluessel, uint wert)
+void Testportal::melden(const QString &bereich, const QString &schluessel, const QVariant &wert)
 {
-    const QVariantList inhalt{bereich, schluessel, QVariant(wert)};
+    const QVariantList inhalt{bereich, schluessel, wert};
     rufen(u"EmitSignal"_s, {schnittstelle, u"SettingChanged"_s, u"ssv"_s, inhalt});
 }
 

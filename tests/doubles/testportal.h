@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QProcess>
+#include <QVariant>
 
 namespace kalvaro {
 
@@ -22,7 +23,7 @@ public:
     [[nodiscard]] static bool vorhanden();
 
     // Says that a setting has become `wert`.
-    void melden(const QString &bereich, const QString &schluessel, uint wert);
+    void melden(const QString &bereich, const QString &schluessel, const QVariant &wert);
     void schemaMelden(uint wert);
 
     // SIGSTOP and SIGCONT: a portal that hangs.

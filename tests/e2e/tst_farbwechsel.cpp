@@ -1,3 +1,4 @@
+#include "doubles/dateien.h"
 #include "doubles/datenordner.h"
 #include "doubles/kindprogramm.h"
 #include "doubles/testbus.h"
@@ -6,6 +7,8 @@
 #include "e2e/xeinstellungen.h"
 #include "testlauf.h"
 #include "ui/erscheinung.h"
+
+#include <QDir>
 
 #include <memory>
 
@@ -33,14 +36,17 @@ private Q_SLOTS:
     void portalGehtVor();
     void haengendesPortalHaeltNichtsAuf();
     void bilderBleibenHell();
+    void kdeWechseltSeineFarben();
 
 private:
-    void starten();
-    // Whether the window is to be seen in the window colour of our own palette.
-    [[nodiscard]] bool zuSehen(bool dunkel) const;
+    void starten() { starten(umgebung()); }
+    void starten(const QProcessEnvironment &worin);
+    [[nodiscard]] bool zuSehen(const QColor &fensterfarbe) const;
+    // Whether the window comes to show our own palette.
     [[nodiscard]] bool wird(bool dunkel) const
     {
-        return bald([&] { return zuSehen(dunkel); }, geduld);
+        const QColor farbe = eigenePalette(dunkel).color(QPalette::Window);
+        return bald([&] { return zuSehen(farbe); }, geduld);
     }
     [[nodiscard]] QProcessEnvironment umgebung() const;
 
@@ -86,20 +92,20 @@ QProcessEnvironment TestFarbwechsel::umgebung() const
     return liste;
 }
 
-void TestFarbwechsel::starten()
+void TestFarbwechsel::starten(const QProcessEnvironment &worin)
 {
     kalvaro = std::make_unique<QProcess>();
-    kalvaro->setProcessEnvironment(umgebung());
+    kalvaro->setProcessEnvironment(worin);
     kalvaro->setProcessChannelMode(QProcess::ForwardedChannels);
     anTestBinden(*kalvaro);
     kalvaro->start(QStringLiteral(KALVARO_PROGRAMM), QStringList());
     QVERIFY(kalvaro->waitForStarted(geduld));
 }
 
-bool TestFarbwechsel::zuSehen(bool dunkel) const
+bool TestFarbwechsel::zuSehen(const QColor &fensterfarbe) const
 {
     constexpr int vieles = 20'000; // pixels, of more than 200,000 of the window
-    const QRgb gesucht = eigenePalette(dunkel).color(QPalette::Window).rgb();
+    const QRgb gesucht = fensterfarbe.rgb();
     const QImage bild = anzeige->bild();
     int anzahl = 0;
     for (int y = 0; y < bild.height(); ++y) {
@@ -166,6 +172,36 @@ void TestFarbwechsel::bilderBleibenHell()
     QVERIFY(zeichner.waitForFinished(geduld));
     const QImage bild(pfad);
     QCOMPARE(bild.pixelColor(2, 2), eigenePalette(false).color(QPalette::Window));
+}
+
+// The desktop's own palette is taken up while the program runs, also where the portal's wish has
+// come first.
+void TestFarbwechsel::kdeWechseltSeineFarben()
+{
+    const auto farbsatz = [](const QByteArray &flaeche, const QByteArray &schrift) {
+        QByteArray alles("[General]\nColorScheme=Eigenes\n");
+        for (const char *bereich : {"Window", "View", "Button", "Tooltip", "Selection"}) {
+            alles += "[Colors:" + QByteArray(bereich) + "]\nBackgroundNormal=" + flaeche +
+                     "\nForegroundNormal=" + schrift + "\nForegroundLink=" + schrift +
+                     "\nForegroundVisited=" + schrift + '\n';
+        }
+        return alles;
+    };
+    QProcessEnvironment kde = umgebung();
+    kde.insert(u"XDG_CURRENT_DESKTOP"_s, u"KDE"_s);
+    kde.insert(u"KDE_SESSION_VERSION"_s, u"5"_s);
+    const QString datei = kde.value(u"XDG_CONFIG_HOME"_s) + u"/kdeglobals"_s;
+    QVERIFY(QDir().mkpath(kde.value(u"XDG_CONFIG_HOME"_s)));
+    dateiSchreiben(datei, farbsatz("250,240,230", "20,10,0"));
+    Testportal portal(*bus, u"dbus.UInt32(2)"_s);
+    starten(kde);
+    QVERIFY(bald([this] { return zuSehen(QColor(250, 240, 230)); }, geduld));
+
+    portal.schemaMelden(1);
+    QVERIFY(wird(true)); // as long as the palette is the light one
+    dateiSchreiben(datei, farbsatz("10,20,40", "240,240,250"));
+    portal.melden(u"org.kde.kdeglobals.General"_s, u"ColorScheme"_s, u"Eigenes"_s);
+    QVERIFY(bald([this] { return zuSehen(QColor(10, 20, 40)); }, geduld));
 }
 
 KALVARO_TEST(TestFarbwechsel)

@@ -136,8 +136,8 @@ void TestFarbportal::fremdeEinstellungenZaehlenNicht()
 {
     Testportal portal(*bus, u"dbus.UInt32(0)"_s);
     const Farbportal laufend(bus->verbindung(), Helligkeit::Offen, zaehlen);
-    portal.melden(u"org.freedesktop.appearance"_s, u"contrast"_s, 1);
-    portal.melden(u"org.gnome.desktop.interface"_s, u"color-scheme"_s, 1);
+    portal.melden(u"org.freedesktop.appearance"_s, u"contrast"_s, 1U);
+    portal.melden(u"org.gnome.desktop.interface"_s, u"color-scheme"_s, 1U);
     portal.schemaMelden(2); // comes after them
     QTRY_COMPARE(laufend.helligkeit(), Helligkeit::Hell);
     QCOMPARE(gewechselt, 1);
