@@ -8,6 +8,8 @@
 
 #include <array>
 #include <cstring>
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <thread>
@@ -61,8 +63,14 @@ private:
     {
         for (int gast = ::accept(fd_, nullptr, nullptr); gast >= 0;
              gast = ::accept(fd_, nullptr, nullptr)) {
-            for (const char zeichen : sagt_) { // in as many pieces as can be
-                [[maybe_unused]] const ssize_t bytes = ::send(gast, &zeichen, 1, MSG_NOSIGNAL);
+            for (const char zeichen : sagt_) {
+                int ungelesen = 1;
+                if (::send(gast, &zeichen, 1, MSG_NOSIGNAL) != 1) {
+                    break;
+                }
+                while (::ioctl(gast, SIOCOUTQ, &ungelesen) == 0 && ungelesen > 0) {
+                    std::this_thread::yield(); // each byte is read by itself
+                }
             }
             if (danach_ == Danach::Schliesst) {
                 ::shutdown(gast, SHUT_WR);
