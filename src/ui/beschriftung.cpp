@@ -182,7 +182,10 @@ Beschriftung::Enge Beschriftung::enge(double breite) const
             return {.laufweite = laufweite};
         }
     }
-    for (double groesse = breite / noetig; groesse >= schrumpfen_; groesse -= schritt) {
+    const double anteil = breite / noetig;
+    const auto versuche = static_cast<int>(std::floor((anteil - schrumpfen_) / schritt));
+    for (int versuch = 0; versuch <= versuche; ++versuch) { // none where that is below 0
+        const double groesse = anteil - versuch * schritt;
         if (passt({.groesse = groesse})) {
             return {.groesse = groesse};
         }
