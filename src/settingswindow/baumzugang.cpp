@@ -2,6 +2,7 @@
 
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/playlistenmodell.h"
+#include "ui/ansage.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -89,7 +90,8 @@ public:
         case QAccessible::Name:
             return index().data().toString();
         case QAccessible::Description:
-            return u"Ebene %1"_s.arg(Baumansicht::ebene(index()) + 1);
+            return (zeilenSindZellen() ? QString() : hakenwort(index()) + u", "_s) +
+                   u"Ebene %1"_s.arg(Baumansicht::ebene(index()) + 1);
         default:
             return {};
         }
@@ -199,6 +201,12 @@ QAccessibleInterface *zugangFuer(const QString &klasse, QObject *objekt)
 }
 
 } // namespace
+
+QString hakenwort(const QModelIndex &index)
+{
+    const bool an = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    return an ? u"angehakt"_s : u"nicht angehakt"_s;
+}
 
 void baumzugangAnmelden()
 {
