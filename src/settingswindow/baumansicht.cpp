@@ -262,10 +262,9 @@ void Baumansicht::zustandMelden(const QModelIndex &index, bool aufgeklappt)
         geaendert.checked = !aufgeklappt;
         QAccessibleStateChangeEvent ereignis(zeile, geaendert);
         QAccessible::updateAccessibility(&ereignis);
-        if (!aufgeklappt && index == currentIndex() && hasFocus() && modell_.hasChildren(index)) {
-            ansagen(*this, index.data(Qt::CheckStateRole).toInt() == Qt::Checked
-                               ? u"angehakt"_s
-                               : u"nicht angehakt"_s);
+        if (!aufgeklappt && index == currentIndex() && hasFocus() &&
+            (modell_.hasChildren(index) || !zeilenSindZellen())) {
+            ansagen(*this, hakenwort(index));
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/playlistenmodell.h"
+#include "ui/ansage.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -88,13 +89,8 @@ public:
         switch (art) {
         case QAccessible::Name:
             return index().data().toString();
-        case QAccessible::Description: { // what the row says at its right, and how deep it lies
-            const QString gewaehlt = ansicht_->isExpanded(index())
-                                         ? QString()
-                                         : index().data(PlaylistenModell::GewaehltRolle).toString();
-            const QString ebene = u"Ebene %1"_s.arg(Baumansicht::ebene(index()) + 1);
-            return gewaehlt.isEmpty() ? ebene : QString(gewaehlt + u", "_s + ebene);
-        }
+        case QAccessible::Description:
+            return beschreibung();
         default:
             return {};
         }
@@ -115,6 +111,7 @@ public:
     [[nodiscard]] QAccessibleInterface *child(int) const override { return nullptr; }
     [[nodiscard]] int indexOfChild(const QAccessibleInterface *) const override { return -1; }
     [[nodiscard]] QAccessible::State state() const override;
+    [[nodiscard]] QString beschreibung() const;
 
     void *interface_cast(QAccessible::InterfaceType art) override
     {
@@ -171,6 +168,22 @@ QAccessible::State Zeilenzugang::state() const
     return zustand;
 }
 
+// Whether it is checked, where nothing else says so, what it says at its right, and how deep it
+// lies.
+QString Zeilenzugang::beschreibung() const
+{
+    QStringList teile;
+    if (!zeilenSindZellen()) {
+        teile << hakenwort(index());
+    }
+    const QString gewaehlt = index().data(PlaylistenModell::GewaehltRolle).toString();
+    if (!gewaehlt.isEmpty() && !ansicht_->isExpanded(index())) {
+        teile << gewaehlt;
+    }
+    teile << u"Ebene %1"_s.arg(Baumansicht::ebene(index()) + 1);
+    return teile.join(u", "_s);
+}
+
 QAccessibleInterface *Baumzugang::zeile(const QModelIndex &index)
 {
     if (!index.isValid()) {
@@ -204,6 +217,12 @@ QAccessibleInterface *zugangFuer(const QString &klasse, QObject *objekt)
 }
 
 } // namespace
+
+QString hakenwort(const QModelIndex &index)
+{
+    const bool an = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    return an ? u"angehakt"_s : u"nicht angehakt"_s;
+}
 
 void baumzugangAnmelden()
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 class QAccessibleInterface;
 class QModelIndex;
 
@@ -12,6 +14,9 @@ class Baumansicht;
 
 // From now on every Baumansicht is described so. Idempotent.
 void baumzugangAnmelden();
+
+// Whether a row is checked, in a word.
+[[nodiscard]] QString hakenwort(const QModelIndex &index);
 
 // The description of a row; null where assistive technology is not to be had. Qt owns it.
 [[nodiscard]] QAccessibleInterface *zeilenzugang(Baumansicht &ansicht, const QModelIndex &index);

@@ -14,4 +14,8 @@ void ansagen(QWidget &woher, const QString &inhalt);
 // How that reaches them with the Qt that this is built with.
 void ansageAbgeben(QWidget &fenster, const QString &inhalt);
 
+// Whether screen readers take the rows of a tree for table cells with this Qt. Of those they say by
+// themselves whether they are checked; of tree items they do not.
+[[nodiscard]] bool zeilenSindZellen();
+
 } // namespace kalvaro

@@ -80,6 +80,11 @@ void ansageAbgeben(QWidget &fenster, const QString &inhalt)
     QAccessible::updateAccessibility(&ereignis);
 }
 
+bool zeilenSindZellen()
+{
+    return true;
+}
+
 } // namespace kalvaro
 
 #include "ansagestelle.moc"

@@ -230,7 +230,8 @@ def baum_nennt_zeilen(a):
     for state in (pyatspi.STATE_EXPANDABLE, pyatspi.STATE_COLLAPSED, pyatspi.STATE_FOCUSED):
         if not stand.contains(state):
             raise Gescheitert(f"{zeile.name} lacks {state}")
-    gleich(zeile.description, "Ebene 1")
+    if not zeile.description.endswith("Ebene 1"):
+        raise Gescheitert(zeile.description)
     gleich(zeile.queryAction().getName(0), "toggle")
     gleich(zeile.childCount, 0)
 
@@ -243,7 +244,8 @@ def baum_meldet_klappen_und_haken(a):
     a.taste("Right")
     warten(a, "expanded 1", f"^{re.escape(name)}$")
     bald(lambda: baum.childCount > bisher, "no more rows")
-    gleich(baum[1].description, "Ebene 2")
+    if not baum[1].description.endswith("Ebene 2"):
+        raise Gescheitert(baum[1].description)
     a.taste("space")
     warten(a, "checked 1", f"^{re.escape(name)}$")
     warten(a, ANSAGE, "^angehakt$")
