@@ -30,6 +30,7 @@ void Hauptfenster::startVerfolgen()
             showNormal();
         }
         startfehler_ = hinweisfenster(u"rekordbox ließ sich nicht starten"_s, grund, this);
+        connect(startfehler_, &QDialog::finished, this, [this] { startfehler_.clear(); });
         startfehler_->open();
     });
 }
