@@ -31,6 +31,7 @@ void Hauptfenster::startVerfolgen()
         }
         startfehler_ = hinweisfenster(u"rekordbox ließ sich nicht starten"_s, grund,
                                       abgelegt_ ? nullptr : this);
+        connect(startfehler_, &QDialog::finished, this, [this] { startfehler_.clear(); });
         startfehler_->open();
     });
 }
