@@ -23,7 +23,7 @@ public:
 
     [[nodiscard]] QByteArray stueck(qsizetype laenge)
     {
-        const QByteArray teil = bytes_.mid(ort_, laenge);
+        QByteArray teil = bytes_.mid(ort_, laenge);
         ort_ = teil.size() < laenge ? bytes_.size() : ort_ + laenge;
         return teil;
     }
@@ -31,7 +31,7 @@ public:
     // A text fills up to a multiple of four.
     [[nodiscard]] QByteArray text(qsizetype laenge)
     {
-        const QByteArray inhalt = stueck(laenge);
+        QByteArray inhalt = stueck(laenge);
         ueberspringen((4 - laenge % 4) % 4);
         return inhalt;
     }
