@@ -46,7 +46,7 @@ scheitern() {
 
 # What has been spoken so far, one utterance per line, without the echo of keys.
 gesprochen() {
-    sed -n "s/^.*SPEECH OUTPUT: '\(.*\)' *\({.*\)\{0,1\}\$/\1/p" "$log" | grep -v '^[^ ]* $' || true
+    sed -n "s/^.*SPEECH OUTPUT: '\(.*\)' *\([[{].*\)\{0,1\}\$/\1/p" "$log" | grep -v '^[^ ]* $' || true
 }
 
 # Waits until Orca has had nothing to do for a second and a half.
