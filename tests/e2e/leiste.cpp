@@ -19,7 +19,7 @@ xcb_atom_t atom(xcb_connection_t *x, const char *name)
 
 uint32_t anteil(int wert)
 {
-    return static_cast<uint32_t>(wert) * 0x101U; // 8 bits as 16
+    return static_cast<uint32_t>(wert) << 8U | 0x5AU; // 16 bits, of which the upper 8 count
 }
 
 } // namespace
@@ -56,9 +56,10 @@ void Leiste::fensterAnlegen()
     xcb_set_selection_owner(x_, fenster_, atom(x_, "_NET_SYSTEM_TRAY_S0"), XCB_CURRENT_TIME);
 }
 
-void Leiste::setzen(const char *name, uint32_t art, const std::vector<uint32_t> &werte) const
+void Leiste::setzen(const char *name, uint32_t art, const std::vector<uint32_t> &werte,
+                    uint8_t format) const
 {
-    xcb_change_property(x_, XCB_PROP_MODE_REPLACE, fenster_, atom(x_, name), art, 32,
+    xcb_change_property(x_, XCB_PROP_MODE_REPLACE, fenster_, atom(x_, name), art, format,
                         static_cast<uint32_t>(werte.size()), werte.data());
 }
 

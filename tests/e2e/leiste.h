@@ -33,8 +33,9 @@ public:
     // Makes itself known, again.
     void ansagen(Ansage ansage) const;
 
-    // Sets a property of its window.
-    void setzen(const char *name, uint32_t art, const std::vector<uint32_t> &werte) const;
+    // Sets a property of its window; `format` other than 32 makes nonsense of it.
+    void setzen(const char *name, uint32_t art, const std::vector<uint32_t> &werte,
+                uint8_t format = 32) const;
 
     // Gives the selection to another window of its own; the first one stays or goes.
     void fensterWechseln(bool altesBleibt);

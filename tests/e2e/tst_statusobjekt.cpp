@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <vector>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -46,6 +47,9 @@ private Q_SLOTS:
     void falscheAnsagenGeltenNicht_data();
     void falscheAnsagenGeltenNicht();
     void einXEmbedDasUnsinnSagt();
+    void eineFarbeDieKeineIst_data();
+    void eineFarbeDieKeineIst();
+    void xembedWarSchonDa();
 
 private:
     void programmStarten();
@@ -411,6 +415,48 @@ void TestStatusobjekt::einXEmbedDasUnsinnSagt()
     andocken();
     befehl(u"symbol icloud.slash"_s);
     QCOMPARE(lage(), u"erreichbar"_s);
+}
+
+void TestStatusobjekt::eineFarbeDieKeineIst_data()
+{
+    QTest::addColumn<std::vector<uint32_t>>("werte");
+    QTest::addColumn<int>("format");
+    QTest::newRow("too few") << std::vector<uint32_t>{0xFFFF, 0xFFFF} << 32;
+    QTest::newRow("bytes") << std::vector<uint32_t>(12, 0xFFFFFFFF) << 8;
+}
+
+// Then it is the one that the windows have.
+void TestStatusobjekt::eineFarbeDieKeineIst()
+{
+    QFETCH(const std::vector<uint32_t>, werte);
+    QFETCH(const int, format);
+    host = std::make_unique<Statushost>(bus->verbindung());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    const QByteArray ohne = host->pixmaps().value(0).bytes;
+    programm.reset();
+    QTRY_VERIFY(host->elemente().isEmpty());
+    constexpr uint32_t kardinal = 6;
+    xembed = std::make_unique<Leiste>(anzeige->name());
+    xembed->setzen("_NET_SYSTEM_TRAY_COLORS", kardinal, werte, static_cast<uint8_t>(format));
+    xembed->ansagen(Leiste::Ansage::Richtig);
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    QVERIFY(!ohne.isEmpty());
+    QCOMPARE(host->pixmaps().value(0).bytes, ohne);
+}
+
+// A bus is there, so Qt has not looked at the tray yet.
+void TestStatusobjekt::xembedWarSchonDa()
+{
+    host = std::make_unique<Statushost>(bus->verbindung());
+    xembed = std::make_unique<Leiste>(anzeige->name());
+    programmStarten();
+    QTRY_COMPARE(host->elemente().size(), 1);
+    host.reset();
+    andocken();
+    xembed.reset();
+    QTRY_COMPARE(programm->zeilen().filter(u"erreichbar"_s).last(), u"unerreichbar"_s);
 }
 
 KALVARO_TEST(TestStatusobjekt)

@@ -75,7 +75,6 @@ void Traywache::hostAntwort(bool da, bool gescheitert)
     constexpr int hoechstens = 5;
     constexpr Sekunden abstand{1};
     if (da) {
-        bedenkzeit_ = nullptr;
         melden(Trayart::StatusNotifier);
         return;
     }

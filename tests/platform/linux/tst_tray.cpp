@@ -145,6 +145,14 @@ void TestTray::einWaechterDerNieAntwortetWirdInRuheGelassen()
     }
     QTRY_COMPARE(uhr.offen(), 0);
     QVERIFY(gefunden.isEmpty());
+    // Another one is asked as often.
+    QVERIFY(leer.unregisterService(u"org.kde.StatusNotifierWatcher"_s));
+    QVERIFY(leer.registerService(u"org.kde.StatusNotifierWatcher"_s));
+    for (int i = 0; i < 4; ++i) {
+        QTRY_COMPARE(uhr.offen(), 1);
+        uhr.vor(Sekunden(1));
+    }
+    QTRY_COMPARE(uhr.offen(), 0);
 }
 
 void TestTray::ohneHostUndOhneBusWartetNichts()
