@@ -13,10 +13,10 @@ namespace {
 
 // Qt's connection to the accessibility bus, and its paths there. Where Qt calls them otherwise,
 // nothing is sent.
-const QString busname = u"a11y"_s;
-const QString pfad = u"/org/a11y/atspi/accessible/%1"_s;
+const QString zugangsbus = u"a11y"_s;
+const QString zugangspfad = u"/org/a11y/atspi/accessible/%1"_s;
 
-struct Nachricht
+struct Zugangsnachricht
 {
     QString art;
     QString was;
@@ -24,12 +24,13 @@ struct Nachricht
     QString inhalt;
 };
 
-void senden(QAccessibleInterface *zugang, const Nachricht &n)
+void zugangSenden(QAccessibleInterface *zugang, const Zugangsnachricht &n)
 {
-    const QDBusConnection bus(busname);
+    const QDBusConnection bus(zugangsbus);
     if (bus.isConnected()) {
-        QDBusMessage signal = QDBusMessage::createSignal(pfad.arg(QAccessible::uniqueId(zugang)),
-                                                         u"org.a11y.atspi.Event.Object"_s, n.art);
+        QDBusMessage signal =
+            QDBusMessage::createSignal(zugangspfad.arg(QAccessible::uniqueId(zugang)),
+                                       u"org.a11y.atspi.Event.Object"_s, n.art);
         signal.setArguments(
             {n.was, n.an ? 1 : 0, 0, QVariant::fromValue(QDBusVariant(n.inhalt)), QVariantMap()});
         bus.send(signal);
@@ -43,12 +44,12 @@ void ergaenzen(QAccessibleEvent *ereignis)
         return;
     }
     if (ereignis->type() == QAccessible::DescriptionChanged) {
-        senden(zugang, {u"PropertyChange"_s, u"accessible-description"_s, false,
-                        zugang->text(QAccessible::Description)});
+        zugangSenden(zugang, {u"PropertyChange"_s, u"accessible-description"_s, false,
+                              zugang->text(QAccessible::Description)});
     } else if (static_cast<QAccessibleStateChangeEvent *>(ereignis)->changedStates().expanded) {
         const QAccessible::State stand = zugang->state();
-        senden(zugang, {u"StateChanged"_s, u"expanded"_s, stand.expanded != 0, {}});
-        senden(zugang, {u"StateChanged"_s, u"collapsed"_s, stand.collapsed != 0, {}});
+        zugangSenden(zugang, {u"StateChanged"_s, u"expanded"_s, stand.expanded != 0, {}});
+        zugangSenden(zugang, {u"StateChanged"_s, u"collapsed"_s, stand.collapsed != 0, {}});
     }
 }
 
