@@ -98,7 +98,8 @@ Farbportal::Farbportal(const QDBusConnection &sitzung, std::optional<Helligkeit>
     if (!bus_.isConnected()) {
         return;
     }
-    bus_.connect(dienst, objekt, schnittstelle, u"SettingChanged"_s,
+    // From whomever: Qt loses sight of who has the name when our question has just started it.
+    bus_.connect({}, objekt, schnittstelle, u"SettingChanged"_s,
                  {bereichFarben, schluesselFarben}, u"ssv"_s, this,
                  SLOT(geaendert(QString, QString, QDBusVariant)));
     if (!bisher) {
