@@ -8,6 +8,7 @@
 #include <QStyleOptionComboBox>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kalvaro {
 
@@ -34,6 +35,19 @@ void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush
     maler.setBrush(flaeche);
     const double halb = rand.widthF() / 2;
     maler.drawRoundedRect(platz.adjusted(halb, halb, -halb, -halb), radius, radius);
+}
+
+QRectF gespiegelt(const QRectF &stueck, const QRectF &ganz, Qt::LayoutDirection anordnung)
+{
+    return anordnung == Qt::RightToLeft
+               ? stueck.translated(ganz.left() + ganz.right() - stueck.left() - stueck.right(), 0)
+               : stueck;
+}
+
+double haarbreite(const QPainter &maler)
+{
+    const double massstab = maler.deviceTransform().m11();
+    return std::max(1.0, std::floor(massstab)) / massstab;
 }
 
 QPen akzentrand(const QPalette &palette, const QColor &grund)
@@ -198,8 +212,10 @@ QRect rollbalkenstueck(const QStyleOptionSlider &option, QStyle::SubControl stue
     const int ab = QStyle::sliderPositionFromValue(
         option.minimum, option.maximum, option.sliderPosition, laenge - daumen, option.upsideDown);
     const auto abschnitt = [&](int von, int wieviel) {
-        return waagrecht ? QRect(ganz.x() + von, ganz.y(), wieviel, ganz.height())
-                         : QRect(ganz.x(), ganz.y() + von, ganz.width(), wieviel);
+        return waagrecht
+                   ? QStyle::visualRect(option.direction, ganz,
+                                        QRect(ganz.x() + von, ganz.y(), wieviel, ganz.height()))
+                   : QRect(ganz.x(), ganz.y() + von, ganz.width(), wieviel);
     };
     switch (stueck) {
     case QStyle::SC_ScrollBarGroove:
