@@ -133,8 +133,12 @@ void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option, const QCo
     const bool an = option.state.testFlag(QStyle::State_Enabled);
     const QColor winkel =
         Farbe::auf(flaeche, an ? Farbe::sekundaer : Farbe::gesperrt, option.palette);
-    const QPointF mitte(option.rect.right() - winkelplatz() / 2.0 - 1,
-                        QRectF(option.rect).center().y() + 1);
+    const QRectF ganz(option.rect);
+    const QPointF mitte =
+        gespiegelt(
+            {QPointF(ganz.right() - winkelplatz() / 2.0 - 2, ganz.center().y() + 1), QSizeF(0, 0)},
+            ganz, option.direction)
+            .topLeft();
     maler.setPen(QPen(winkel, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     maler.setBrush(Qt::NoBrush);
     const double f = schriftfaktor();
@@ -149,13 +153,15 @@ void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option, const QCo
 
 QRect auswahltext(const QStyleOptionComboBox &option)
 {
-    return option.rect.adjusted(textrand - 1, 1, -winkelplatz(), -1);
+    return QStyle::visualRect(option.direction, option.rect,
+                              option.rect.adjusted(textrand - 1, 1, -winkelplatz(), -1));
 }
 
 void listeMalen(QPainter &maler, const QStyleOption &option)
 {
-    rundMalen(maler, option.rect, listenradius, Farbe::flaeche(option.palette),
-              Farbe::haarlinie(option.palette));
+    const QColor flaeche = Farbe::flaeche(option.palette);
+    rundMalen(maler, option.rect, listenradius, flaeche,
+              Farbe::haarlinieAuf(flaeche, option.palette));
 }
 
 void klappzeichenMalen(QPainter &maler, const QStyleOption &option)
