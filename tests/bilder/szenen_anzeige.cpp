@@ -1,5 +1,5 @@
+#include "ansichten.h"
 #include "buehne.h"
-#include "erscheinungen.h"
 #include "szenen.h"
 
 #include "doubles/testuhr.h"
@@ -38,7 +38,6 @@ QImage pillen()
     Bogen bogen;
     for (const Fuellung &f : fuellungen) {
         auto *const pille = new Pille;
-        pille->setUnterlage(Farbe::fenster(pille->palette()));
         pille->setzen(u"Probebetrieb"_s, f.schrift, f.grund);
         bogen.dazu(f.name, Buehne(pille).bild());
     }
@@ -131,8 +130,8 @@ QImage texte()
     enger->setUmbruch(knapp, 3);
     enger->setSchrumpfen(0.9);
     Beschriftung *const punkte = beschriftung(zahlen, 11.5, QFont::Normal, Farbe::schrift, 300);
-    Beschriftung *const aufGrund = beschriftung(u"Kontrast"_s, 12, QFont::Normal, Farbe::warn);
-    aufGrund->setGrund(QColor(0x808080));
+    auto *const aufGrau = new Pille;
+    aufGrau->setzen(u"Kontrast"_s, Farbe::warn, [](const QPalette &) { return QColor(0x808080); });
 
     Bogen bogen;
     bogen.dazu(u"fett, 26"_s, Buehne(beschriftung(u"kalvaro"_s, 26, QFont::Bold)).bild());
@@ -142,7 +141,7 @@ QImage texte()
     bogen.dazu(u"Zeilenhöhe 24"_s, Buehne(weit, {260, 0}).bild());
     bogen.dazu(u"geschrumpft"_s, Buehne(enger, {knapp, 0}).bild());
     bogen.dazu(u"an Punkten"_s, Buehne(punkte, {300, 0}).bild());
-    bogen.dazu(u"auf Grund"_s, Buehne(aufGrund).bild());
+    bogen.dazu(u"auf Grau"_s, Buehne(aufGrau).bild());
     for (const auto &[name, ton] : {std::pair{u"gut"_s, &Farbe::gut},
                                     {u"warn"_s, &Farbe::warn},
                                     {u"krit"_s, &Farbe::krit},
@@ -212,7 +211,7 @@ QImage programmzeichen()
 
 QList<Szene> anzeigeszenen()
 {
-    return {{u"pille"_s, pillen, farben | Erscheinung::Gross},
+    return {{u"pille"_s, pillen, farben | Ansicht::Gross},
             {u"karte"_s, karten},
             {u"stapel"_s, stapelbilder, anordnung},
             {u"zahlen"_s, zahlen},

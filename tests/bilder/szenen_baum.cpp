@@ -163,17 +163,17 @@ QImage rollbalken()
 
 QList<Szene> baumszenen()
 {
-    return {{u"baum-zu"_s, zugeklappt, anordnung},
-            {u"baum-offen"_s, aufgeklappt},
-            {u"baum-angehakt"_s, angehakt, farben},
-            {u"baum-tasten"_s, mitTasten},
-            {u"baum-gesperrt"_s, gesperrt, farben},
-            {u"baum-gefiltert"_s, [] { return gefiltert(u"peak"_s); }, anordnung},
-            {u"baum-nichts"_s, [] { return gefiltert(u"gibt es nicht"_s); },
-             farben | Erscheinung::Gross},
-            {u"baum-tief"_s, tief, anordnung},
-            {u"baum-leer"_s, leer, farben},
-            {u"rollbalken"_s, rollbalken}};
+    return {
+        {u"baum-zu"_s, zugeklappt, anordnung},
+        {u"baum-offen"_s, aufgeklappt},
+        {u"baum-angehakt"_s, angehakt, farben},
+        {u"baum-tasten"_s, mitTasten},
+        {u"baum-gesperrt"_s, gesperrt, farben},
+        {u"baum-gefiltert"_s, [] { return gefiltert(u"peak"_s); }, anordnung},
+        {u"baum-nichts"_s, [] { return gefiltert(u"gibt es nicht"_s); }, farben | Ansicht::Gross},
+        {u"baum-tief"_s, tief, anordnung},
+        {u"baum-leer"_s, leer, farben},
+        {u"rollbalken"_s, rollbalken}};
 }
 
 } // namespace kalvaro

@@ -225,11 +225,11 @@ QImage menueleiste()
 QList<Szene> fensterszenen()
 {
     return {{u"fenster-gut"_s, [] { return nach(gut()); }},
-            {u"fenster-offline"_s, [] { return nach(offline()); }, Erscheinung::Hell},
+            {u"fenster-offline"_s, [] { return nach(offline()); }, Ansicht::Hell},
             {u"fenster-lang"_s, lang},
-            {u"fenster-blatt"_s, blattOffen, Erscheinung::Hell},
+            {u"fenster-blatt"_s, blattOffen, Ansicht::Hell},
             {u"fenster-zustaende"_s, zustaende, farben},
-            {u"fenster-start"_s, start, farben | Erscheinung::Gross},
+            {u"fenster-start"_s, start, farben | Ansicht::Gross},
             {u"fenster-update"_s, update, farben | anordnung},
             {u"fenster-tasten"_s, tasten, farben | anordnung},
             {u"fenster-menueleiste"_s, menueleiste, farben | anordnung}};

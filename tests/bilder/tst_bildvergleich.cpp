@@ -1,5 +1,5 @@
+#include "ansichten.h"
 #include "bildvergleich.h"
-#include "erscheinungen.h"
 #include "testlauf.h"
 
 #include <QPainter>

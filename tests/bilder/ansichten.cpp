@@ -1,4 +1,4 @@
-#include "erscheinungen.h"
+#include "ansichten.h"
 
 #include "ui/erscheinung.h"
 #include "ui/stil.h"
@@ -93,17 +93,17 @@ QPalette kontrastreich()
     return p;
 }
 
-QPalette palette(Erscheinung erscheinung)
+QPalette palette(Ansicht ansicht)
 {
-    switch (erscheinung) {
-    case Erscheinung::Dunkel:
+    switch (ansicht) {
+    case Ansicht::Dunkel:
         return eigenePalette(true);
-    case Erscheinung::Kontrast:
+    case Ansicht::Kontrast:
         return kontrastreich();
-    case Erscheinung::Hell:
-    case Erscheinung::Rechts:
-    case Erscheinung::Gross:
-    case Erscheinung::Doppelt:
+    case Ansicht::Hell:
+    case Ansicht::Rechts:
+    case Ansicht::Gross:
+    case Ansicht::Doppelt:
         return eigenePalette(false);
     }
     Q_UNREACHABLE();
@@ -111,42 +111,41 @@ QPalette palette(Erscheinung erscheinung)
 
 } // namespace
 
-QList<Erscheinung> erscheinungen()
+QList<Ansicht> ansichten()
 {
     if (QGuiApplication::primaryScreen()->devicePixelRatio() > 1) {
-        return {Erscheinung::Doppelt};
+        return {Ansicht::Doppelt};
     }
-    return {Erscheinung::Hell, Erscheinung::Dunkel, Erscheinung::Kontrast, Erscheinung::Rechts,
-            Erscheinung::Gross};
+    return {Ansicht::Hell, Ansicht::Dunkel, Ansicht::Kontrast, Ansicht::Rechts, Ansicht::Gross};
 }
 
-QString name(Erscheinung erscheinung)
+QString name(Ansicht ansicht)
 {
-    switch (erscheinung) {
-    case Erscheinung::Hell:
+    switch (ansicht) {
+    case Ansicht::Hell:
         return u"hell"_s;
-    case Erscheinung::Dunkel:
+    case Ansicht::Dunkel:
         return u"dunkel"_s;
-    case Erscheinung::Kontrast:
+    case Ansicht::Kontrast:
         return u"kontrast"_s;
-    case Erscheinung::Rechts:
+    case Ansicht::Rechts:
         return u"rechts"_s;
-    case Erscheinung::Gross:
+    case Ansicht::Gross:
         return u"gross"_s;
-    case Erscheinung::Doppelt:
+    case Ansicht::Doppelt:
         return u"doppelt"_s;
     }
     Q_UNREACHABLE();
 }
 
-void herstellen(Erscheinung erscheinung)
+void herstellen(Ansicht ansicht)
 {
     QFont schrift(u"DejaVu Sans"_s);
-    schrift.setPixelSize(erscheinung == Erscheinung::Gross ? 20 : 13);
+    schrift.setPixelSize(ansicht == Ansicht::Gross ? 20 : 13);
     QApplication::setFont(schrift);
-    QApplication::setPalette(palette(erscheinung));
-    QApplication::setLayoutDirection(erscheinung == Erscheinung::Rechts ? Qt::RightToLeft
-                                                                        : Qt::LeftToRight);
+    QApplication::setPalette(palette(ansicht));
+    QApplication::setLayoutDirection(ansicht == Ansicht::Rechts ? Qt::RightToLeft
+                                                                : Qt::LeftToRight);
 }
 
 void umgebungFestlegen()
