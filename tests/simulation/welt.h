@@ -61,6 +61,7 @@ public:
                  std::function<void(Fehler)> fertig) override;
     void oeffnen(const QUrl &) override {}
     void beiAufwachen(std::function<void()> ruf) override { geweckt = std::move(ruf); }
+    void nachVorn(QWindow & /*fenster*/) override {}
     void auftreten(Auftritt) override {}
 
     [[nodiscard]] bool startUnterwegs() const { return start != nullptr; }
