@@ -25,6 +25,16 @@ QSize textgroesse(const QWidget &widget, const QString &inhalt)
     return widget.fontMetrics().size(Qt::TextShowMnemonic | Qt::TextSingleLine, inhalt);
 }
 
+// The colours of `knopf`; those of a disabled one also where it only does nothing for now.
+QPalette farben(const QWidget &knopf, bool wirkt)
+{
+    QPalette palette = knopf.palette();
+    if (!wirkt) {
+        palette.setCurrentColorGroup(QPalette::Disabled);
+    }
+    return palette;
+}
+
 QFont zweiteSchrift()
 {
     return systemschrift(12);
@@ -80,7 +90,7 @@ void Verweis::paintEvent(QPaintEvent *)
     QFont schrift = font();
     schrift.setUnderline(wirkt() && (underMouse() || fokusSichtbar()));
     maler.setFont(schrift);
-    maler.setPen(Farbe::auf(grund, ton, palette()));
+    maler.setPen(Farbe::auf(grund, ton, farben(*this, wirkt())));
     maler.drawText(rect(), textschalter, text());
     if (fokusSichtbar()) {
         fokusMalen(maler, rect(), 4, Farbe::fokus(palette(), grund, grund));
@@ -137,7 +147,8 @@ void Startknopf::paintEvent(QPaintEvent *)
     QColor flaeche =
         aktiv ? Farbe::akzent(palette()) : Farbe::ueber(QColor(128, 128, 128, 40), grund);
     const QColor schrift =
-        aktiv ? Farbe::akzentSchrift(palette()) : Farbe::auf(flaeche, Farbe::gesperrt, palette());
+        aktiv ? Farbe::akzentSchrift(palette())
+              : Farbe::auf(flaeche, Farbe::gesperrt, farben(*this, false));
     if (aktiv && (isDown() || underMouse())) {
         flaeche = unterZeiger(flaeche, schrift, isDown());
     }
