@@ -103,7 +103,9 @@ QPalette palette(Ansicht ansicht)
     case Ansicht::Hell:
     case Ansicht::Rechts:
     case Ansicht::Gross:
+    case Ansicht::Riesig:
     case Ansicht::Doppelt:
+    case Ansicht::Krumm:
         return eigenePalette(false);
     }
     Q_UNREACHABLE();
@@ -113,10 +115,12 @@ QPalette palette(Ansicht ansicht)
 
 QList<Ansicht> ansichten()
 {
-    if (QGuiApplication::primaryScreen()->devicePixelRatio() > 1) {
-        return {Ansicht::Doppelt};
+    const double massstab = QGuiApplication::primaryScreen()->devicePixelRatio();
+    if (massstab > 1) {
+        return {massstab < 2 ? Ansicht::Krumm : Ansicht::Doppelt};
     }
-    return {Ansicht::Hell, Ansicht::Dunkel, Ansicht::Kontrast, Ansicht::Rechts, Ansicht::Gross};
+    return {Ansicht::Hell,   Ansicht::Dunkel, Ansicht::Kontrast,
+            Ansicht::Rechts, Ansicht::Gross,  Ansicht::Riesig};
 }
 
 QString name(Ansicht ansicht)
@@ -132,8 +136,12 @@ QString name(Ansicht ansicht)
         return u"rechts"_s;
     case Ansicht::Gross:
         return u"gross"_s;
+    case Ansicht::Riesig:
+        return u"riesig"_s;
     case Ansicht::Doppelt:
         return u"doppelt"_s;
+    case Ansicht::Krumm:
+        return u"krumm"_s;
     }
     Q_UNREACHABLE();
 }
@@ -141,7 +149,7 @@ QString name(Ansicht ansicht)
 void herstellen(Ansicht ansicht)
 {
     QFont schrift(u"DejaVu Sans"_s);
-    schrift.setPixelSize(ansicht == Ansicht::Gross ? 20 : 13);
+    schrift.setPixelSize(ansicht == Ansicht::Riesig ? 26 : ansicht == Ansicht::Gross ? 20 : 13);
     QApplication::setFont(schrift);
     QApplication::setPalette(palette(ansicht));
     QApplication::setLayoutDirection(ansicht == Ansicht::Rechts ? Qt::RightToLeft
@@ -150,7 +158,10 @@ void herstellen(Ansicht ansicht)
 
 void umgebungFestlegen()
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // With a large scale the screen has more pixels, too.
+    qputenv("QT_QPA_PLATFORM", qEnvironmentVariableIsSet("QT_SCALE_FACTOR")
+                                   ? "offscreen:configfile=" KALVARO_BILDER_ORDNER "/schirm.json"
+                                   : "offscreen");
     qputenv("FONTCONFIG_FILE", KALVARO_BILDER_ORDNER "/fonts.conf");
     for (const char *name : {"QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "QT_FONT_DPI",
                              "QT_SCREEN_SCALE_FACTORS", "QT_SCALE_FACTOR_ROUNDING_POLICY"}) {

@@ -13,7 +13,9 @@ enum class Ansicht {
     Kontrast = 4, // the colours of a desktop for weak eyes
     Rechts = 8,   // read from right to left
     Gross = 16,   // a large font
-    Doppelt = 32, // two pixels for each logical one
+    Riesig = 32,  // the largest that desktops offer
+    Doppelt = 64, // two pixels for each logical one
+    Krumm = 128,  // one and a quarter
 };
 Q_DECLARE_FLAGS(Ansichten, Ansicht)
 Q_DECLARE_OPERATORS_FOR_FLAGS(Ansichten)

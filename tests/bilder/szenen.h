@@ -13,13 +13,14 @@ namespace kalvaro {
 constexpr Ansichten farben = Ansicht::Hell | Ansicht::Dunkel | Ansicht::Kontrast;
 constexpr Ansichten anordnung = Ansicht::Hell | Ansicht::Rechts | Ansicht::Gross;
 constexpr Ansichten massstab = Ansicht::Hell | Ansicht::Doppelt;
+constexpr Ansichten alles = farben | anordnung | massstab;
 
 // Something to draw, under the appearance that is set. Its name is part of the file's.
 struct Szene
 {
     QString name;
     std::function<QImage()> zeichnen;
-    Ansichten ansichten = farben | anordnung | massstab; // where it may look otherwise
+    Ansichten ansichten = alles; // where it may look otherwise
 };
 
 [[nodiscard]] QList<Szene> bedienszenen();       // what can be pressed, chosen or typed into

@@ -73,12 +73,15 @@ QImage stapelbilder()
     };
     const auto untereinander = [&] { return teile(Qt::Horizontal); };
     const auto nebeneinander = [&] { return teile(Qt::Vertical); };
+    const auto ohneLinie = [] {
+        return QList<QWidget *>{beschriftung(u"lang genug"_s, 13), beschriftung(u"kurz"_s, 18)};
+    };
     bogen.dazu(u"senkrecht"_s, Buehne(stapel(untereinander(), Qt::Vertical)).bild());
     bogen.dazu(u"senkrecht, mittig"_s,
-               Buehne(stapel(untereinander(), Qt::Vertical, 3, Qt::AlignHCenter)).bild());
+               Buehne(stapel(ohneLinie(), Qt::Vertical, 3, Qt::AlignHCenter)).bild());
     bogen.dazu(u"waagrecht"_s, Buehne(stapel(nebeneinander(), Qt::Horizontal)).bild());
     bogen.dazu(u"waagrecht, unten"_s,
-               Buehne(stapel(nebeneinander(), Qt::Horizontal, 12, Qt::AlignBottom)).bild());
+               Buehne(stapel(ohneLinie(), Qt::Horizontal, 12, Qt::AlignBottom)).bild());
     return bogen.bild();
 }
 
@@ -141,6 +144,12 @@ QImage texte()
     bogen.dazu(u"Zeilenhöhe 24"_s, Buehne(weit, {260, 0}).bild());
     bogen.dazu(u"geschrumpft"_s, Buehne(enger, {knapp, 0}).bild());
     bogen.dazu(u"an Punkten"_s, Buehne(punkte, {300, 0}).bild());
+    bogen.dazu(u"hebräisch"_s,
+               Buehne(beschriftung(u"תקליטייה 12, חדר ראשון"_s, 13), {260, 0}).bild());
+    bogen.dazu(u"hebräisch, gekürzt"_s,
+               Buehne(beschriftung(u"תקליטייה 12, חדר ראשון"_s, 13), {120, 0}).bild());
+    bogen.dazu(u"gemischt"_s,
+               Buehne(beschriftung(u"Studio-Mac · תקליטייה 12"_s, 13), {260, 0}).bild());
     bogen.dazu(u"auf Grau"_s, Buehne(aufGrau).bild());
     for (const auto &[name, ton] : {std::pair{u"gut"_s, &Farbe::gut},
                                     {u"warn"_s, &Farbe::warn},
@@ -212,9 +221,9 @@ QImage programmzeichen()
 QList<Szene> anzeigeszenen()
 {
     return {{u"pille"_s, pillen, farben | Ansicht::Gross},
-            {u"karte"_s, karten},
+            {u"karte"_s, karten, alles | Ansicht::Krumm},
             {u"stapel"_s, stapelbilder, anordnung},
-            {u"zahlen"_s, zahlen},
+            {u"zahlen"_s, zahlen, alles | Ansicht::Krumm},
             {u"texte"_s, texte},
             {u"rad"_s, raeder, farben | massstab},
             {u"zeichen"_s, zeichen, farben | massstab},

@@ -224,15 +224,16 @@ QImage menueleiste()
 
 QList<Szene> fensterszenen()
 {
-    return {{u"fenster-gut"_s, [] { return nach(gut()); }},
-            {u"fenster-offline"_s, [] { return nach(offline()); }, Ansicht::Hell},
-            {u"fenster-lang"_s, lang},
-            {u"fenster-blatt"_s, blattOffen, Ansicht::Hell},
-            {u"fenster-zustaende"_s, zustaende, farben},
-            {u"fenster-start"_s, start, farben | Ansicht::Gross},
-            {u"fenster-update"_s, update, farben | anordnung},
-            {u"fenster-tasten"_s, tasten, farben | anordnung},
-            {u"fenster-menueleiste"_s, menueleiste, farben | anordnung}};
+    return {
+        {u"fenster-gut"_s, [] { return nach(gut()); }, alles | Ansicht::Riesig | Ansicht::Krumm},
+        {u"fenster-offline"_s, [] { return nach(offline()); }, Ansicht::Hell},
+        {u"fenster-lang"_s, lang, alles | Ansicht::Riesig},
+        {u"fenster-blatt"_s, blattOffen, Ansicht::Hell},
+        {u"fenster-zustaende"_s, zustaende, farben},
+        {u"fenster-start"_s, start, farben | Ansicht::Gross},
+        {u"fenster-update"_s, update, farben | anordnung},
+        {u"fenster-tasten"_s, tasten, farben | anordnung},
+        {u"fenster-menueleiste"_s, menueleiste, farben | anordnung}};
 }
 
 } // namespace kalvaro
