@@ -57,10 +57,14 @@ QWidget *Zahlenkarte::kachelreihe()
         zahlenfeld->setFont(systemschrift(22, QFont::DemiBold));
         zahlenfeld->setObjectName(u"zahlen%1"_s.arg(zahlen_.size()));
         zahlenfeld->setReihe(&zahlen_);
-        QWidget *const kachel =
+        QWidget *const inhalt =
             stapel({zahlenfeld, beschriftung(unterschrift, 11, QFont::Normal, Farbe::sekundaer)},
                    Qt::Vertical, 0);
-        kachel->layout()->setContentsMargins(zahlen_.isEmpty() ? 0 : 13, 0, 4, 0);
+        QWidget *const kachel = stapel({}, Qt::Horizontal, 0);
+        auto *const raender = qobject_cast<QBoxLayout *>(kachel->layout());
+        raender->addSpacing(zahlen_.isEmpty() ? 0 : 13); // margins would not change sides
+        raender->addWidget(inhalt, 1);
+        raender->addSpacing(4);
         layout->addWidget(kachel, 1);
         zahlen_.append(zahlenfeld);
         unterschriften_.append(unterschrift);

@@ -63,6 +63,11 @@ Playlistenzeile::Satz Playlistenzeile::gesetzt(const QRect &zeile, const QModelI
     const QFontMetricsF zahlmass(normal_);
     const QString ganz = einzeilig(index.data(PlaylistenModell::NameRolle).toString());
 
+    const auto *const ansicht = qobject_cast<const Baumansicht *>(parent());
+    const Qt::LayoutDirection anordnung =
+        ansicht != nullptr ? ansicht->layoutDirection() : Qt::LeftToRight;
+
+    // As from left to right; mirrored at the end.
     Satz satz;
     satz.anzahl = index.data(PlaylistenModell::AnzahlRolle).toString();
     const int seite = kaestchen();
@@ -73,8 +78,7 @@ Playlistenzeile::Satz Playlistenzeile::gesetzt(const QRect &zeile, const QModelI
     const double drei = zahlmass.horizontalAdvance(u"   "_s);
     const double luecke = satz.anzahl.isEmpty() ? 0 : drei;
     double rechts = zeile.right() + 1 - seitenrand;
-    if (const auto *const ansicht = qobject_cast<const Baumansicht *>(parent());
-        ansicht != nullptr && !ansicht->isExpanded(index)) {
+    if (ansicht != nullptr && !ansicht->isExpanded(index)) {
         satz.gewaehlt = index.data(PlaylistenModell::GewaehltRolle).toString();
         const double breite = std::ceil(zahlmass.horizontalAdvance(satz.gewaehlt));
         satz.gewaehltOrt = QRectF(rechts - breite, zeile.top(), breite, zeile.height());
@@ -85,11 +89,14 @@ Playlistenzeile::Satz Playlistenzeile::gesetzt(const QRect &zeile, const QModelI
     satz.gekuerzt = satz.name != ganz;
     const double breite = std::min(platz, std::ceil(mass.horizontalAdvance(satz.name)));
     satz.vonRechts = vonRechts(ganz);
-    const double nameAb = satz.vonRechts ? rechts - breite : links;
-    const double anzahlAb =
-        satz.vonRechts ? nameAb - luecke - anzahlBreite : nameAb + breite + luecke;
+    const bool amEnde = satz.vonRechts && anordnung == Qt::LeftToRight;
+    const double nameAb = amEnde ? rechts - breite : links;
+    const double anzahlAb = amEnde ? nameAb - luecke - anzahlBreite : nameAb + breite + luecke;
     satz.nameOrt = QRectF(nameAb, zeile.top(), breite, zeile.height());
     satz.anzahlOrt = QRectF(anzahlAb, zeile.top(), anzahlBreite, zeile.height());
+    for (QRectF *ort : {&satz.kasten, &satz.nameOrt, &satz.anzahlOrt, &satz.gewaehltOrt}) {
+        *ort = gespiegelt(*ort, zeile, anordnung);
+    }
     return satz;
 }
 
@@ -112,8 +119,9 @@ void Playlistenzeile::paint(QPainter *maler, const QStyleOptionViewItem &option,
     maler->save();
     maler->setFont(schriftFuer(index));
     maler->setPen(stift(Farbe::schrift));
-    maler->setLayoutDirection(satz.vonRechts ? Qt::RightToLeft : option.direction);
+    maler->setLayoutDirection(satz.vonRechts ? Qt::RightToLeft : Qt::LeftToRight);
     maler->drawText(satz.nameOrt, flags, satz.name);
+    maler->setLayoutDirection(Qt::LeftToRight);
     maler->setFont(normal_);
     maler->setPen(stift(Farbe::sekundaer));
     maler->drawText(satz.anzahlOrt, flags, satz.anzahl);
@@ -136,9 +144,9 @@ QSize Playlistenzeile::sizeHint(const QStyleOptionViewItem &, const QModelIndex 
 QRect Playlistenzeile::tastflaeche(const QRect &zeile, const QModelIndex &index) const
 {
     const Satz satz = gesetzt(zeile, index);
-    const double rechts = std::max(satz.nameOrt.right(), satz.anzahlOrt.right());
-    return QRectF(satz.kasten.left() - seitenrand, zeile.top(),
-                  rechts - satz.kasten.left() + 2 * seitenrand, zeile.height())
+    const QRectF ganz = satz.kasten | satz.nameOrt | satz.anzahlOrt;
+    return QRectF(ganz.left() - seitenrand, zeile.top(), ganz.width() + 2 * seitenrand,
+                  zeile.height())
         .toAlignedRect();
 }
 

@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QPainter>
 #include <QRegularExpression>
+#include <QStyle>
 #include <QTextLayout>
 
 #include <cmath>
@@ -216,7 +217,7 @@ Beschriftung::Satz Beschriftung::gesetzt(int platz) const
                                                  : enge(breite));
     QTextLayout layout(inhalt, satz.schrift);
     QTextOption option;
-    option.setTextDirection(vonRechts(inhalt) ? Qt::RightToLeft : layoutDirection());
+    option.setTextDirection(leserichtung(inhalt));
     option.setWrapMode(umbruch_ ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     layout.setTextOption(option);
     layout.beginLayout();
@@ -234,6 +235,9 @@ Beschriftung::Satz Beschriftung::gesetzt(int platz) const
             satz.gekuerzt = true;
         }
         stueck.remove(QChar::LineSeparator);
+        while (stueck.endsWith(u' ')) {
+            stueck.chop(1); // would keep the line away from the right edge
+        }
         satz.zeilen.append(mehr && !letzte ? ohnePunkt(stueck) : stueck);
         satz.breite = std::max(satz.breite, std::min(zeile.naturalTextWidth(), breite));
         if (letzte) {
@@ -273,15 +277,16 @@ void Beschriftung::paintEvent(QPaintEvent *)
     const double hoehe = zeilenabstand();
     const Satz satz = gesetzt(width());
     maler.setFont(satz.schrift);
-    if (vonRechts(text().left(meisteZeichen))) {
-        maler.setLayoutDirection(Qt::RightToLeft); // turns the alignment round as well
-    }
+    const Qt::LayoutDirection richtung = leserichtung(text().left(meisteZeichen));
+    maler.setLayoutDirection(richtung);
+    const Qt::Alignment seite = QStyle::visualAlignment(
+        richtung == Qt::RightToLeft ? richtung : layoutDirection(), alignment());
     double oben = umbruch_ ? 0 : (height() - hoehe) / 2;
     for (const QString &zeile : satz.zeilen) {
         const QRectF platz(0, oben, width(), hoehe);
         maler.drawText(platz,
-                       static_cast<int>((alignment() & Qt::AlignHorizontal_Mask)) |
-                           Qt::AlignVCenter | Qt::TextSingleLine,
+                       static_cast<int>(seite & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter |
+                           Qt::TextSingleLine,
                        zeile);
         oben += hoehe;
     }
@@ -317,11 +322,18 @@ bool vonRechts(const QString &inhalt)
     return rechts;
 }
 
+Qt::LayoutDirection leserichtung(const QString &inhalt)
+{
+    return vonRechts(inhalt) ? Qt::RightToLeft : Qt::LeftToRight;
+}
+
 QString alsHinweis(const QString &inhalt)
 {
     const bool lang = inhalt.size() > meisteHinweiszeichen;
     const QString kurz = inhalt.left(meisteHinweiszeichen) + (lang ? u"…"_s : QString());
-    return u"<p style='white-space:pre-wrap'>"_s + kurz.toHtmlEscaped() + u"</p>"_s;
+    const QString richtung = vonRechts(kurz) ? u"rtl"_s : u"ltr"_s;
+    return u"<p dir='"_s + richtung + u"' style='white-space:pre-wrap'>"_s + kurz.toHtmlEscaped() +
+           u"</p>"_s;
 }
 
 } // namespace kalvaro

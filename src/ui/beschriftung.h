@@ -10,7 +10,7 @@ namespace kalvaro {
 
 // A text label that shows every text literally, whatever it holds, and never claims more width than
 // it is given: a text that does not fit is cut with "…" and stands whole in the tool tip. One that
-// is written from right to left as a whole begins at the right.
+// is written from right to left as a whole begins at the right, as all do in a layout that does.
 class Beschriftung : public QLabel
 {
     Q_OBJECT
@@ -95,6 +95,10 @@ private:
                                          QFont::Weight gewicht = QFont::Normal,
                                          Farbton farbe = Farbe::schrift,
                                          std::optional<int> umbruch = std::nullopt);
+
+// The direction in which `inhalt` is read, however the layout lies: what is not written from right
+// to left as a whole is a German text, whose brackets, numbers and dots stay where they are.
+[[nodiscard]] Qt::LayoutDirection leserichtung(const QString &inhalt);
 
 // Whether `inhalt` is written from right to left as a whole: it has letters of such a script, and
 // none of any other.

@@ -311,6 +311,21 @@ QColor kontur(const QColor &aussen, const QColor &innen)
     return umriss(ueber(QColor(128, 128, 128, 110), innen), aussen, innen);
 }
 
+// All cards alike, so their own colour decides and not what is laid over it.
+QColor kartenrand(const QColor &aussen, const QColor &innen, const QPalette &palette)
+{
+    constexpr double unterscheidbar = 1.05;
+    return kontrast(flaeche(palette), aussen) < unterscheidbar ? kontur(aussen, innen) : QColor();
+}
+
+QColor haarlinieAuf(const QColor &grund, const QPalette &palette)
+{
+    constexpr double kaumSichtbar = 1.1;
+    constexpr double deutlich = 1.25; // as ours on a card
+    const QColor linie = haarlinie(palette);
+    return kontrast(linie, grund) < kaumSichtbar ? lesbar(linie, grund, deutlich) : linie;
+}
+
 QColor fokus(const QPalette &palette, const QColor &aussen, const QColor &innen)
 {
     const QColor farbe = akzent(palette);

@@ -75,6 +75,13 @@ constexpr double erkennbarerKontrast = 3;
 // The outline of a control that is filled with `innen` and stands on `aussen`, and the ring around
 // one that has the keyboard: recognisable on both, or at least from outside.
 [[nodiscard]] QColor kontur(const QColor &aussen, const QColor &innen);
+
+// The edge of a card that is filled with `innen` and stands on `aussen`: invalid where the
+// palette's cards can be told from that without one.
+[[nodiscard]] QColor kartenrand(const QColor &aussen, const QColor &innen, const QPalette &palette);
+
+// haarlinie() so that it can be seen on the opaque colour `grund`.
+[[nodiscard]] QColor haarlinieAuf(const QColor &grund, const QPalette &palette);
 [[nodiscard]] QColor fokus(const QPalette &palette, const QColor &aussen, const QColor &innen);
 
 } // namespace Farbe

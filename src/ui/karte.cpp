@@ -86,8 +86,16 @@ void Karte::paintEvent(QPaintEvent *)
 {
     const bool laufend = wechsel_.state() == QAbstractAnimation::Running;
     QPainter maler(this);
-    rundMalen(maler, rect(), radius,
-              laufend ? wechsel_.currentValue().value<QColor>() : grundfarbe());
+    const QColor farbe = laufend ? wechsel_.currentValue().value<QColor>() : grundfarbe();
+    const QColor rand = Farbe::kartenrand(untergrund(*this), farbe, palette());
+    if (!rand.isValid()) {
+        rundMalen(maler, rect(), radius, farbe);
+        return;
+    }
+    const QTransform aufSchirm = maler.deviceTransform();
+    const QRectF ganz(aufSchirm.mapRect(QRectF(rect())).toRect());
+    rundMalen(maler, aufSchirm.inverted().mapRect(ganz), radius, farbe,
+              QPen(rand, haarbreite(maler)));
 }
 
 Grund::Grund(QWidget *parent)
@@ -120,13 +128,11 @@ Haarlinie::Haarlinie(Qt::Orientation richtung, QWidget *parent)
     }
 }
 
-// A whole number of the screen's own pixels: at 1.25 and 1.5, lines one logical pixel wide come out
-// one wide here and two wide there, depending on where they lie.
 void Haarlinie::paintEvent(QPaintEvent *)
 {
     QPainter maler(this);
     const QTransform aufSchirm = maler.deviceTransform();
-    const double dicke = std::max(1.0, std::floor(aufSchirm.m11()));
+    const double dicke = haarbreite(maler) * aufSchirm.m11();
     QRectF linie = aufSchirm.mapRect(QRectF(rect()));
     if (richtung_ == Qt::Horizontal) {
         linie.setTop(std::round(linie.top()));
@@ -135,7 +141,8 @@ void Haarlinie::paintEvent(QPaintEvent *)
         linie.setLeft(std::round(linie.left()));
         linie.setWidth(dicke);
     }
-    maler.fillRect(aufSchirm.inverted().mapRect(linie), Farbe::haarlinie(palette()));
+    maler.fillRect(aufSchirm.inverted().mapRect(linie),
+                   Farbe::haarlinieAuf(untergrund(*this), palette()));
 }
 
 } // namespace kalvaro

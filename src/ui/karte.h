@@ -8,7 +8,8 @@
 
 namespace kalvaro {
 
-// A rounded card. Its soft shadow falls on the Grund that it lies on, which draws it.
+// A rounded card. Its soft shadow falls on the Grund that it lies on, which draws it. Where the
+// palette gives cards nearly the window's colour they have an edge.
 class Karte : public QWidget, public Unterlage
 {
     Q_OBJECT

@@ -8,6 +8,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyle>
 
 #include <cmath>
 
@@ -91,6 +92,7 @@ void Verweis::paintEvent(QPaintEvent *)
     schrift.setUnderline(wirkt() && (underMouse() || fokusSichtbar()));
     maler.setFont(schrift);
     maler.setPen(Farbe::auf(grund, ton, farben(*this, wirkt())));
+    maler.setLayoutDirection(leserichtung(text()));
     maler.drawText(rect(), textschalter, text());
     if (fokusSichtbar()) {
         fokusMalen(maler, rect(), 4, Farbe::fokus(palette(), grund, grund));
@@ -156,6 +158,7 @@ void Startknopf::paintEvent(QPaintEvent *)
     rundMalen(maler, rect(), radius, flaeche,
               aktiv ? akzentrand(palette(), grund) : QPen(Qt::NoPen));
     maler.setPen(schrift);
+    maler.setLayoutDirection(leserichtung(text()));
     const int breite = width() - 2 * 16;
     maler.drawText(rect(), textschalter,
                    fontMetrics().elidedText(text(), Qt::ElideMiddle, breite, Qt::TextShowMnemonic));
@@ -200,8 +203,11 @@ void Haken::paintEvent(QPaintEvent *)
     const double oben = 2 + std::max(0.0, (erste.height() - kaestchen()) / 2);
     const QColor grund = untergrund(*this);
     maler.save();
-    kaestchenMalen(maler, QRectF(0, std::round(oben), kaestchen(), kaestchen()), palette(), grund,
-                   isChecked(), !isEnabled());
+    const auto ort = [this](const QRectF &stueck) {
+        return gespiegelt(stueck, rect(), layoutDirection());
+    };
+    kaestchenMalen(maler, ort(QRectF(0, std::round(oben), kaestchen(), kaestchen())), palette(),
+                   grund, isChecked(), !isEnabled());
     maler.restore();
 
     const QStringList zeilen = text().split(u'\n');
@@ -215,9 +221,11 @@ void Haken::paintEvent(QPaintEvent *)
                             : i == 0     ? Farbe::schrift
                                          : Farbe::sekundaer;
         maler.setPen(Farbe::auf(grund, ton, palette()));
+        maler.setLayoutDirection(leserichtung(zeilen[i]));
         maler.drawText(
-            QRectF(links, y, width() - links, mass.height()),
-            Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic,
+            ort(QRectF(links, y, width() - links, mass.height())),
+            static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)) |
+                Qt::AlignVCenter | Qt::TextShowMnemonic,
             mass.elidedText(zeilen[i], Qt::ElideRight, width() - links, Qt::TextShowMnemonic));
         y += mass.height() + 1;
     }
@@ -225,15 +233,17 @@ void Haken::paintEvent(QPaintEvent *)
         // Around the title: the box stands at the edge, which would cut it off.
         constexpr double abstand = kaestchenAbstand / 2.0;
         const QSize ganz = sizeHint().boundedTo(size());
-        fokusMalen(maler,
-                   QRectF(links - abstand, 0, ganz.width() - links + abstand, sizeHint().height()),
-                   5, Farbe::fokus(palette(), grund, grund));
+        fokusMalen(
+            maler,
+            ort(QRectF(links - abstand, 0, ganz.width() - links + abstand, sizeHint().height())), 5,
+            Farbe::fokus(palette(), grund, grund));
     }
 }
 
 bool Haken::hitButton(const QPoint &ort) const
 {
-    return QRect(QPoint(), sizeHint()).intersects(QRect(ort, QSize(1, 1)));
+    return QStyle::visualRect(layoutDirection(), rect(), QRect(QPoint(), sizeHint()))
+        .intersects(QRect(ort, QSize(1, 1)));
 }
 
 Verweis *verweis(const QString &titel, QObject *ziel, std::function<void()> aktion)

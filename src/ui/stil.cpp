@@ -1,5 +1,6 @@
 #include "ui/stil.h"
 
+#include "ui/beschriftung.h"
 #include "ui/farbe.h"
 #include "ui/stilteile.h"
 #include "ui/unterlage.h"
@@ -67,6 +68,19 @@ Option aufGrund(const Option &option, const QColor &grund)
     Option kopie = option;
     kopie.palette = Farbe::aufGrund(option.palette, grund);
     return kopie;
+}
+
+// The text of a menu's row, which Qt draws in the menu's own direction, with its order kept; what
+// follows the tabulator is a shortcut.
+QString abgesetzt(const QString &zeile)
+{
+    constexpr QChar linksNachRechts(0x2066); // the Unicode isolate, and its end
+    constexpr QChar ende(0x2069);
+    const qsizetype tab = zeile.indexOf(u'\t');
+    const QString titel = zeile.left(tab);
+    return vonRechts(titel) || titel.isEmpty()
+               ? zeile
+               : linksNachRechts + titel + ende + zeile.mid(titel.size());
 }
 
 // The frame of a list, a tree or a text area; not that of a pop-up list, which is a window.
@@ -155,15 +169,18 @@ void Stil::drawControl(ControlElement element, const QStyleOption *option, QPain
     } else if (element == CE_ComboBoxLabel && auswahl != nullptr) {
         auto kopie = aufGrund(*auswahl, feldflaeche(*auswahl, grundVon(*auswahl, widget)));
         if (!auswahl->editable) {
-            kopie.currentText = option->fontMetrics.elidedText(
-                auswahl->currentText, Qt::ElideRight, auswahltext(*auswahl).width() - 2);
+            kopie.currentText = option->fontMetrics.elidedText(auswahl->currentText, Qt::ElideRight,
+                                                               auswahltext(*auswahl).width() - 2);
         }
         QProxyStyle::drawControl(element, &kopie, maler, widget);
     } else if ((element == CE_MenuBarItem || element == CE_MenuItem) && zeile != nullptr) {
         const QPalette &palette = zeile->palette;
-        const auto kopie =
+        auto kopie =
             aufGrund(*zeile, element == CE_MenuBarItem ? Farbe::fenster(palette)
                                                        : Farbe::flaeche(palette).lighter(108));
+        if (element == CE_MenuItem && zeile->direction == Qt::RightToLeft) {
+            kopie.text = abgesetzt(zeile->text);
+        }
         QProxyStyle::drawControl(element, &kopie, maler, widget);
     } else {
         QProxyStyle::drawControl(element, option, maler, widget);
@@ -184,6 +201,19 @@ void Stil::drawComplexControl(ComplexControl element, const QStyleOptionComplex 
         QProxyStyle::drawComplexControl(element, option, maler, widget);
     }
     maler->restore();
+}
+
+void Stil::drawItemText(QPainter *maler, const QRect &platz, int flags, const QPalette &palette,
+                        bool an, const QString &inhalt, QPalette::ColorRole rolle) const
+{
+    const Qt::LayoutDirection vorher = maler->layoutDirection();
+    const Qt::Alignment seite =
+        QStyle::visualAlignment(vorher, Qt::Alignment(flags & Qt::AlignHorizontal_Mask));
+    constexpr int fest = Qt::AlignHorizontal_Mask | Qt::TextForceRightToLeft;
+    maler->setLayoutDirection(leserichtung(inhalt));
+    QProxyStyle::drawItemText(maler, platz, (flags & ~fest) | static_cast<int>(seite), palette, an,
+                              inhalt, rolle);
+    maler->setLayoutDirection(vorher);
 }
 
 QRect Stil::subControlRect(ComplexControl element, const QStyleOptionComplex *option,

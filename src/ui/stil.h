@@ -23,6 +23,10 @@ public:
                      const QWidget *widget) const override;
     void drawComplexControl(ComplexControl element, const QStyleOptionComplex *option,
                             QPainter *maler, const QWidget *widget) const override;
+    // A German text stays in its order where the layout goes from right to left.
+    void drawItemText(QPainter *maler, const QRect &platz, int flags, const QPalette &palette,
+                      bool an, const QString &inhalt,
+                      QPalette::ColorRole rolle = QPalette::NoRole) const override;
     [[nodiscard]] QRect subControlRect(ComplexControl element, const QStyleOptionComplex *option,
                                        SubControl stueck, const QWidget *widget) const override;
     [[nodiscard]] QRect subElementRect(SubElement element, const QStyleOption *option,

@@ -8,6 +8,7 @@
 #include <QStyleOptionComboBox>
 
 #include <algorithm>
+#include <cmath>
 
 namespace kalvaro {
 
@@ -34,6 +35,19 @@ void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush
     maler.setBrush(flaeche);
     const double halb = rand.widthF() / 2;
     maler.drawRoundedRect(platz.adjusted(halb, halb, -halb, -halb), radius, radius);
+}
+
+QRectF gespiegelt(const QRectF &stueck, const QRectF &ganz, Qt::LayoutDirection anordnung)
+{
+    return anordnung == Qt::RightToLeft
+               ? stueck.translated(ganz.left() + ganz.right() - stueck.left() - stueck.right(), 0)
+               : stueck;
+}
+
+double haarbreite(const QPainter &maler)
+{
+    const double massstab = maler.deviceTransform().m11();
+    return std::max(1.0, std::floor(massstab)) / massstab;
 }
 
 QPen akzentrand(const QPalette &palette, const QColor &grund)
@@ -119,8 +133,12 @@ void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option, const QCo
     const bool an = option.state.testFlag(QStyle::State_Enabled);
     const QColor winkel =
         Farbe::auf(flaeche, an ? Farbe::sekundaer : Farbe::gesperrt, option.palette);
-    const QPointF mitte(option.rect.right() - winkelplatz() / 2.0 - 1,
-                        QRectF(option.rect).center().y() + 1);
+    const QRectF ganz(option.rect);
+    const QPointF mitte =
+        gespiegelt(
+            {QPointF(ganz.right() - winkelplatz() / 2.0 - 2, ganz.center().y() + 1), QSizeF(0, 0)},
+            ganz, option.direction)
+            .topLeft();
     maler.setPen(QPen(winkel, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     maler.setBrush(Qt::NoBrush);
     const double f = schriftfaktor();
@@ -135,13 +153,15 @@ void auswahlMalen(QPainter &maler, const QStyleOptionComboBox &option, const QCo
 
 QRect auswahltext(const QStyleOptionComboBox &option)
 {
-    return option.rect.adjusted(textrand - 1, 1, -winkelplatz(), -1);
+    return QStyle::visualRect(option.direction, option.rect,
+                              option.rect.adjusted(textrand - 1, 1, -winkelplatz(), -1));
 }
 
 void listeMalen(QPainter &maler, const QStyleOption &option)
 {
-    rundMalen(maler, option.rect, listenradius, Farbe::flaeche(option.palette),
-              Farbe::haarlinie(option.palette));
+    const QColor flaeche = Farbe::flaeche(option.palette);
+    rundMalen(maler, option.rect, listenradius, flaeche,
+              Farbe::haarlinieAuf(flaeche, option.palette));
 }
 
 void klappzeichenMalen(QPainter &maler, const QStyleOption &option)
@@ -198,8 +218,10 @@ QRect rollbalkenstueck(const QStyleOptionSlider &option, QStyle::SubControl stue
     const int ab = QStyle::sliderPositionFromValue(
         option.minimum, option.maximum, option.sliderPosition, laenge - daumen, option.upsideDown);
     const auto abschnitt = [&](int von, int wieviel) {
-        return waagrecht ? QRect(ganz.x() + von, ganz.y(), wieviel, ganz.height())
-                         : QRect(ganz.x(), ganz.y() + von, ganz.width(), wieviel);
+        return waagrecht
+                   ? QStyle::visualRect(option.direction, ganz,
+                                        QRect(ganz.x() + von, ganz.y(), wieviel, ganz.height()))
+                   : QRect(ganz.x(), ganz.y() + von, ganz.width(), wieviel);
     };
     switch (stueck) {
     case QStyle::SC_ScrollBarGroove:

@@ -14,6 +14,14 @@ namespace kalvaro {
 void rundMalen(QPainter &maler, const QRectF &platz, double radius, const QBrush &flaeche,
                const QPen &rand = QPen(Qt::NoBrush, 0, Qt::NoPen));
 
+// Where `stueck`, which belongs there in a layout from left to right, lies in `ganz`.
+[[nodiscard]] QRectF gespiegelt(const QRectF &stueck, const QRectF &ganz,
+                                Qt::LayoutDirection anordnung);
+
+// The thickness of a hairline in logical pixels: a whole number of the screen's own. At 1.25 and
+// 1.5, lines one logical pixel wide come out one wide here and two wide there.
+[[nodiscard]] double haarbreite(const QPainter &maler);
+
 // Wherever something is drawn, `grund` is the opaque colour that it stands on.
 
 // The edge of a control that is filled with the accent: none where that stands out from `grund`.

@@ -76,7 +76,6 @@ void Tabellenzahl::paintEvent(QPaintEvent *)
     maler.setFont(schrift);
     maler.setPen(stift());
     const double grundlinie = (height() + mass.ascent() - mass.descent()) / 2;
-    double links = 0;
     QString inhalt = text();
     if (gesamtbreite(inhalt, mass) > width()) {
         while (!inhalt.isEmpty() && gesamtbreite(inhalt + u'…', mass) > width()) {
@@ -84,6 +83,7 @@ void Tabellenzahl::paintEvent(QPaintEvent *)
         }
         inhalt += u'…';
     }
+    double links = layoutDirection() == Qt::RightToLeft ? width() - gesamtbreite(inhalt, mass) : 0;
     for (const QChar zeichen : std::as_const(inhalt)) {
         const double breite = zellbreite(zeichen, mass);
         const double spiel = breite - mass.horizontalAdvance(zeichen);

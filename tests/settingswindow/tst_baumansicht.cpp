@@ -76,6 +76,8 @@ private Q_SLOTS:
     void hinweisNurWoGekuerzt();
     void zeilenhoehe();
     void nameVonRechts();
+    void gespiegelt();
+    void gewaehltBleibtGeordnet();
 
     void vorgelesenWirdJedeZeile();
     void vorgeleseneZeilenStehenUeberallAmOrt();
@@ -118,6 +120,7 @@ void TestBaumansicht::initTestCase()
 
 void TestBaumansicht::init()
 {
+    QApplication::setLayoutDirection(Qt::LeftToRight);
     ansicht.reset();
     modell = std::make_unique<PlaylistenModell>();
     ansicht = std::make_unique<Baumansicht>(*modell);
@@ -582,6 +585,81 @@ void TestBaumansicht::nameVonRechts()
     QCOMPARE(anfang(lang), anfang(kurz));
     klicken(titel(kurz).center());
     QVERIFY(an(kurz));
+}
+
+// On a desktop that is read from right to left: the box at the right, the title left of it.
+void TestBaumansicht::gespiegelt()
+{
+    modell->setKnoten(baumAus(antwort({ordner(u"1"_s, {}, {{u"name"_s, u"Ordner (2)"_s}}),
+                                       eintrag(u"2"_s, u"1"_s, {{u"name"_s, u"(3) Titel …"_s}}),
+                                       eintrag(u"3"_s, u"1"_s, {{u"name"_s, u"Andere"_s}})})));
+    modell->setData(zeile(u"Andere"_s), Qt::Checked, Qt::CheckStateRole);
+    ansicht->setCurrentIndex({});
+    const QStringList namen{u"Ordner (2)"_s, u"(3) Titel …"_s};
+    const auto schirm = [this] { return ansicht->viewport()->grab().toImage(); };
+    for (const bool offen : {false, true}) {
+        ansicht->setExpanded(zeile(namen[0]), offen);
+        QApplication::setLayoutDirection(Qt::LeftToRight);
+        ereignisseAbarbeiten();
+        const QImage links = schirm();
+        QList<QRect> flaechen;
+        for (const QString &name : namen) {
+            flaechen.append(titel(name));
+        }
+        QApplication::setLayoutDirection(Qt::RightToLeft);
+        ereignisseAbarbeiten();
+        const QImage rechts = schirm();
+        for (int i = 0; i < (offen ? 2 : 1); ++i) {
+            const auto drueben = [&](const QRect &stueck) {
+                return QStyle::visualRect(Qt::RightToLeft, ansicht->viewport()->rect(), stueck);
+            };
+            QCOMPARE(titel(namen[i]), drueben(flaechen[i]));
+            const QRect kasten(flaechen[i].left() + 4, flaechen[i].top(), 16, 26);
+            QCOMPARE(rechts.copy(drueben(kasten)), links.copy(kasten));
+            // Name, then number, from the box on; each of them in its own order.
+            const QFontMetricsF mass(systemschrift(13, i == 0 ? QFont::DemiBold : QFont::Normal));
+            const int breite = qCeil(mass.horizontalAdvance(namen[i]));
+            const QRect name(kasten.right() + 8, kasten.top(), breite, 26);
+            QCOMPARE(rechts.copy(drueben(name)), links.copy(name));
+        }
+    }
+    const QRect flaeche = titel(namen[1]);
+    klicken(QPoint(flaeche.right() - 12, flaeche.center().y())); // the box
+    QVERIFY(an(namen[1]));
+    klicken(QPoint(flaeche.left() + 6, flaeche.center().y()));
+    QVERIFY(!an(namen[1]));
+    klicken(QPoint(20, flaeche.center().y()));
+    QVERIFY(!an(namen[1]));
+}
+
+// "2 gewählt" reads so beside a Hebrew name and on the other side as well.
+void TestBaumansicht::gewaehltBleibtGeordnet()
+{
+    const QString hebraeisch = u"שירים"_s;
+    modell->setKnoten(
+        baumAus(antwort({ordner(u"1"_s, {}, {{u"name"_s, u"Ordner"_s}}), eintrag(u"2"_s, u"1"_s),
+                         ordner(u"3"_s, {}, {{u"name"_s, hebraeisch}}), eintrag(u"4"_s, u"3"_s)})));
+    ansicht->collapseAll();
+    for (const QString &name : {u"N2"_s, u"N4"_s}) {
+        modell->setData(zeile(name), Qt::Checked, Qt::CheckStateRole);
+    }
+    ansicht->setCurrentIndex({});
+    ansicht->collapseAll();
+    const QString wort = u"1 gewählt"_s;
+    const int breite = qCeil(QFontMetricsF(systemschrift(13)).horizontalAdvance(wort));
+    const auto ende = [&](const QString &name, bool rechts) {
+        const QRect reihe = ansicht->visualRect(zeile(name));
+        const int ab = rechts ? reihe.right() + 1 - 4 - breite : reihe.left() + 4;
+        return ansicht->viewport()->grab({ab, reihe.top(), breite, reihe.height()}).toImage();
+    };
+    ereignisseAbarbeiten();
+    const QImage erwartet = ende(u"Ordner"_s, true);
+    // A name that begins at the right stands left of it.
+    QCOMPARE(ende(hebraeisch, true), erwartet);
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    ereignisseAbarbeiten();
+    QCOMPARE(ende(u"Ordner"_s, false), erwartet);
+    QCOMPARE(ende(hebraeisch, false), erwartet);
 }
 
 void TestBaumansicht::vorgelesenWirdJedeZeile()

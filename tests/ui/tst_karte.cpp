@@ -45,6 +45,15 @@ double imKreis(int x, int y, double mitte, double radius)
     return double(drin) / (punkte * punkte);
 }
 
+// Window and cards of these colours, the rest as in the appearance.
+QPalette flaechen(const QColor &fenster, const QColor &karte, bool dunkel)
+{
+    QPalette palette = eigenePalette(dunkel);
+    palette.setColor(QPalette::Window, fenster);
+    palette.setColor(QPalette::Base, karte);
+    return palette;
+}
+
 } // namespace
 
 class TestKarte final : public QObject
@@ -76,6 +85,12 @@ private Q_SLOTS:
     void haarlinie();
     void haarlinienSindGleichBreit_data();
     void haarlinienSindGleichBreit();
+    void haarlinieIstZuSehen_data();
+    void haarlinieIstZuSehen();
+    void karteIstZuSehen_data();
+    void karteIstZuSehen();
+    void kartenrandIstEineHaarlinie_data() { haarlinienSindGleichBreit_data(); }
+    void kartenrandIstEineHaarlinie();
 };
 
 // Red card on white: the red share of each pixel at the corner tells its coverage.
@@ -344,6 +359,114 @@ void TestKarte::haarlinienSindGleichBreit()
             davor = tinte;
         }
         QCOMPARE(breiten, QList<int>(stellen, pixel));
+    }
+}
+
+void TestKarte::haarlinieIstZuSehen_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::newRow("ours, light") << eigenePalette(false);
+    QTest::newRow("ours, dark") << eigenePalette(true);
+    QTest::newRow("black") << flaechen(Qt::black, Qt::black, true);
+    QPalette grau = flaechen(QColor(0xc0c0c0), Qt::white, false);
+    grau.setColor(QPalette::Midlight, QColor(0xc0c0c0));
+    QTest::newRow("that of the window, on cards") << grau;
+    QPalette blass = flaechen(Qt::white, Qt::white, false);
+    blass.setColor(QPalette::Midlight, Qt::white);
+    blass.setColor(QPalette::WindowText, QColor(0xf4f4f4));
+    QTest::newRow("a text that is none") << blass;
+}
+
+// In a card, filled or not, and in the window. Ours are as the palette has them.
+void TestKarte::haarlinieIstZuSehen()
+{
+    QFETCH(const QPalette, palette);
+    QApplication::setPalette(palette);
+    Muster muster;
+    Haarlinie inKarte(Qt::Horizontal, &muster.karte);
+    Haarlinie imFenster(Qt::Horizontal, &muster.grund);
+    inKarte.setGeometry(20, 50, 100, 1);
+    imFenster.setGeometry(20, 4, 100, 1);
+    for (const Farbton ton : {Farbton(Farbe::durchsichtig), Farbton(Farbe::warnWeich)}) {
+        muster.karte.setFuellung(ton);
+        for (Haarlinie *linie : {&inKarte, &imFenster}) {
+            const QColor farbe = linie->grab().toImage().pixelColor(50, 0);
+            const double erreicht = Farbe::kontrast(farbe, untergrund(*linie));
+            QVERIFY2(erreicht >= 1.1, qPrintable(QString::number(erreicht)));
+            const bool eigene = palette == eigenePalette(false) || palette == eigenePalette(true);
+            if (eigene && ton == Farbton(Farbe::durchsichtig)) {
+                QCOMPARE(farbe, palette.color(QPalette::Midlight));
+            }
+        }
+    }
+}
+
+void TestKarte::karteIstZuSehen_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::addColumn<bool>("rand");
+    QTest::newRow("ours, light") << eigenePalette(false) << false;
+    QTest::newRow("ours, dark") << eigenePalette(true) << false;
+    QTest::newRow("black on black") << flaechen(Qt::black, Qt::black, true) << true;
+    QTest::newRow("white on white") << flaechen(Qt::white, Qt::white, false) << true;
+    QTest::newRow("nearly the same, light") << flaechen(QColor(0xfcfcfc), Qt::white, false) << true;
+    QTest::newRow("nearly the same, dark")
+        << flaechen(QColor(0x1e1e20), QColor(0x202022), true) << true;
+    QTest::newRow("grey") << flaechen(Qt::gray, Qt::gray, false) << true;
+    QTest::newRow("told apart") << flaechen(QColor(0xeff0f1), QColor(0xfcfcfc), false) << false;
+}
+
+// By its colour, else by an edge, which all cards have then, whatever lies over them.
+void TestKarte::karteIstZuSehen()
+{
+    QFETCH(const QPalette, palette);
+    QFETCH(const bool, rand);
+    QApplication::setPalette(palette);
+    Muster muster;
+    for (const Farbton ton : {Farbton(Farbe::durchsichtig), Farbton(Farbe::gutWeich)}) {
+        muster.karte.setFuellung(ton);
+        const QImage bild = muster.bild();
+        const QColor innen = bild.pixelColor(platz.center());
+        QCOMPARE(innen.rgb(), muster.karte.grundfarbe().rgb());
+        const int mitte = platz.center().y();
+        QCOMPARE(bild.pixelColor(platz.left() + 1, mitte), innen);
+        for (const int x : {platz.left(), platz.right()}) {
+            const QColor kante = bild.pixelColor(x, mitte);
+            if (!rand) {
+                QCOMPARE(kante, innen);
+                continue;
+            }
+            const double erreicht = Farbe::kontrast(kante, Farbe::fenster(palette));
+            QVERIFY2(erreicht >= 3, qPrintable(QString::number(erreicht)));
+        }
+    }
+}
+
+void TestKarte::kartenrandIstEineHaarlinie()
+{
+    QFETCH(const double, massstab);
+    QFETCH(const int, pixel);
+    QApplication::setPalette(flaechen(Qt::black, Qt::black, true));
+    Muster muster;
+    QImage bild(muster.grund.size() * massstab, QImage::Format_RGB32);
+    bild.setDevicePixelRatio(massstab);
+    muster.grund.render(&bild);
+    const int y = qRound(platz.center().y() * massstab);
+    const int x = qRound(platz.center().x() * massstab);
+    QList<QColor> waagrecht;
+    QList<QColor> senkrecht;
+    for (int i = 0; i < bild.width(); ++i) {
+        waagrecht.append(bild.pixelColor(i, y));
+    }
+    for (int i = 0; i < bild.height(); ++i) {
+        senkrecht.append(bild.pixelColor(x, i));
+    }
+    for (QList<QColor> *reihe : {&waagrecht, &senkrecht}) {
+        reihe->removeIf([](const QColor &farbe) { return farbe.lightness() < 5; }); // black
+        QCOMPARE(reihe->size(), 2 * pixel);
+        for (const QColor &farbe : std::as_const(*reihe)) {
+            QVERIFY(Farbe::kontrast(farbe, Qt::black) > 2.9); // but for rounding
+        }
     }
 }
 
