@@ -6,6 +6,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QStyle>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -54,6 +55,7 @@ private Q_SLOTS:
     void kachelnSindGleichGross();
     void schriften();
     void zeilenBrechenZwischenDenAngaben();
+    void vonRechtsNachLinks();
 
 private:
     [[nodiscard]] QStringList kacheln() const
@@ -232,6 +234,29 @@ void TestZahlenkarte::zeilenBrechenZwischenDenAngaben()
         return gemalt;
     };
     QCOMPARE(bild(*zeile), bild(erwartet));
+}
+
+// Tiles change sides, with what they keep free: the first stands at the card's edge.
+void TestZahlenkarte::vonRechtsNachLinks()
+{
+    karte->zeige(antwort(volle()), 214e9, jetzt);
+    karte->resize(472, karte->sizeHint().height());
+    const auto orte = [this](Qt::LayoutDirection anordnung) {
+        karte->setLayoutDirection(anordnung);
+        (void)karte->grab(); // lays it out
+        QList<QRect> stellen;
+        for (int i = 0; i < 4; ++i) {
+            const Beschriftung *const feld = label(u"zahlen%1"_s.arg(i));
+            stellen.append(QRect(feld->mapTo(karte.get(), QPoint()), feld->size()));
+        }
+        return stellen;
+    };
+    QList<QRect> erwartet = orte(Qt::LeftToRight);
+    QCOMPARE(erwartet[0].left(), 18);
+    for (QRect &stelle : erwartet) {
+        stelle = QStyle::visualRect(Qt::RightToLeft, karte->rect(), stelle);
+    }
+    QCOMPARE(orte(Qt::RightToLeft), erwartet);
 }
 
 KALVARO_FENSTERTEST(TestZahlenkarte)
