@@ -319,8 +319,11 @@ bool Baumansicht::klappen(int taste)
 QPoint Baumansicht::menueort() const
 {
     const QRect zeile = visualRect(currentIndex()) & viewport()->rect();
-    return viewport()->mapToGlobal(zeile.isEmpty() ? viewport()->rect().center()
-                                                   : QPoint(zeile.left() + einzug, zeile.bottom()));
+    if (zeile.isEmpty()) {
+        return viewport()->mapToGlobal(viewport()->rect().center());
+    }
+    const int ab = isRightToLeft() ? zeile.right() - einzug : zeile.left() + einzug;
+    return viewport()->mapToGlobal(QPoint(ab, zeile.bottom()));
 }
 
 void Baumansicht::contextMenuEvent(QContextMenuEvent *event)
@@ -339,7 +342,7 @@ void Baumansicht::menueZeigen(const QPoint &ort)
     menue->setAttribute(Qt::WA_DeleteOnClose);
     menue->addAction(u"Alle aufklappen"_s, this, &Baumansicht::alleAufklappen);
     menue->addAction(u"Alle zuklappen"_s, this, &Baumansicht::alleZuklappen);
-    menue->popup(ort);
+    menue->popup(isRightToLeft() ? ort - QPoint(menue->sizeHint().width(), 0) : ort);
     menue_ = menue;
 }
 

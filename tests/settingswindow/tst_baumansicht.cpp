@@ -66,6 +66,7 @@ private Q_SLOTS:
     void kontextmenue();
     void kontextmenueMitTasten_data();
     void kontextmenueMitTasten();
+    void kontextmenueVonRechts();
     void alleZuklappenBehaeltDieZeile();
     void zugeklapptSagtWieVieleGewaehltSind();
     void zeilenringNurMitTasten();
@@ -396,6 +397,22 @@ void TestBaumansicht::kontextmenueMitTasten()
     QTest::keyClick(menue, Qt::Key_Escape);
     QVERIFY(QApplication::activePopupWidget() == nullptr);
     QVERIFY(ansicht->hasFocus());
+}
+
+// It hangs below the title, to the left, where that goes.
+void TestBaumansicht::kontextmenueVonRechts()
+{
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    ereignisseAbarbeiten();
+    ansicht->setCurrentIndex(zeile(u"N4"_s));
+    QTest::keyClick(ansicht.get(), Qt::Key_Menu);
+    auto *const menue = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(menue != nullptr);
+    const QRect reihe = ansicht->visualRect(zeile(u"N4"_s));
+    const int rechts = ansicht->viewport()->mapToGlobal(reihe.bottomRight()).x();
+    const int ende = menue->geometry().right();
+    QVERIFY2(ende < rechts && ende > rechts - 40, qPrintable(u"%1, %2"_s.arg(ende).arg(rechts)));
+    menue->close();
 }
 
 // A check that is out of sight is still known of.
