@@ -166,6 +166,20 @@ QImage start()
     return bogen.bild();
 }
 
+// The countdown scrolls into view where the window is higher than the screen.
+QImage countdownUnten()
+{
+    Fensterwelt::Aufbau aufbau;
+    aufbau.autostart = true;
+    Fensterwelt welt(aufbau);
+    welt.fenster->oeffnen(true);
+    QJsonObject mehr = angebot(u"1.10"_s);
+    mehr.insert(u"betrieb"_s, u"schatten"_s);
+    welt.beantworten(Fensterwelt::gut(mehr));
+    welt.vor(2);
+    return aufnahme(welt);
+}
+
 QImage lang()
 {
     Fensterwelt::Aufbau aufbau;
@@ -231,6 +245,7 @@ QList<Szene> fensterszenen()
         {u"fenster-blatt"_s, blattOffen, Ansicht::Hell},
         {u"fenster-zustaende"_s, zustaende, farben},
         {u"fenster-start"_s, start, farben | Ansicht::Gross},
+        {u"fenster-countdown"_s, countdownUnten, Ansicht::Riesig},
         {u"fenster-update"_s, update, farben | anordnung},
         {u"fenster-tasten"_s, tasten, farben | anordnung},
         {u"fenster-menueleiste"_s, menueleiste, farben | anordnung}};
