@@ -3,7 +3,8 @@
 #   tools/bilder.sh BUILD_FOLDER
 set -eu
 mkdir -p docs/bilder
-export QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=2
+# Twice as many pixels need a screen that is larger, too.
+export QT_QPA_PLATFORM="offscreen:configfile=$PWD/tests/bilder/schirm.json" QT_SCALE_FACTOR=2
 export FONTCONFIG_FILE="$PWD/tools/bilder/fonts.conf"
 fehler=$(mktemp)
 trap 'rm -f "$fehler"' EXIT

@@ -20,8 +20,9 @@ Countdown::Countdown(Uhr &zeit, QWidget *parent)
     lblCountdown_->setObjectName(u"lblCountdown"_s);
     knCountdown_->setObjectName(u"knCountdown"_s);
     auto *const zeile = new QHBoxLayout(this);
-    zeile->setContentsMargins(Verweis::ringplatz, 0, 0, 0);
+    zeile->setContentsMargins(0, 0, 0, 0);
     zeile->setSpacing(6 - Verweis::ringplatz);
+    zeile->addSpacing(Verweis::ringplatz); // margins would not be mirrored
     zeile->addStretch();
     zeile->addWidget(lblCountdown_);
     zeile->addWidget(knCountdown_);

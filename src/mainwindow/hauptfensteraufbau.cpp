@@ -161,12 +161,13 @@ QWidget *Hauptfenster::fusszeile()
 
     auto *const zeile = new QWidget;
     auto *const layout = new QHBoxLayout(zeile);
-    layout->setContentsMargins(0, 2, Verweis::ringplatz, 0);
+    layout->setContentsMargins(0, 2, 0, 0);
     layout->setSpacing(22 - 2 * Verweis::ringplatz);
     layout->addWidget(lnkEinstellungen);
     layout->addWidget(lnkAbgleich_);
     layout->addStretch();
     layout->addWidget(version);
+    layout->addSpacing(Verweis::ringplatz); // margins would not be mirrored
     return zeile;
 }
 

@@ -26,6 +26,16 @@ QSize textgroesse(const QWidget &widget, const QString &inhalt)
     return widget.fontMetrics().size(Qt::TextShowMnemonic | Qt::TextSingleLine, inhalt);
 }
 
+// The colours of `knopf`; those of a disabled one also where it only does nothing for now.
+QPalette farben(const QWidget &knopf, bool wirkt)
+{
+    QPalette palette = knopf.palette();
+    if (!wirkt) {
+        palette.setCurrentColorGroup(QPalette::Disabled);
+    }
+    return palette;
+}
+
 QFont zweiteSchrift()
 {
     return systemschrift(12);
@@ -81,7 +91,7 @@ void Verweis::paintEvent(QPaintEvent *)
     QFont schrift = font();
     schrift.setUnderline(wirkt() && (underMouse() || fokusSichtbar()));
     maler.setFont(schrift);
-    maler.setPen(Farbe::auf(grund, ton, palette()));
+    maler.setPen(Farbe::auf(grund, ton, farben(*this, wirkt())));
     maler.setLayoutDirection(leserichtung(text()));
     maler.drawText(rect(), textschalter, text());
     if (fokusSichtbar()) {
@@ -139,7 +149,8 @@ void Startknopf::paintEvent(QPaintEvent *)
     QColor flaeche =
         aktiv ? Farbe::akzent(palette()) : Farbe::ueber(QColor(128, 128, 128, 40), grund);
     const QColor schrift =
-        aktiv ? Farbe::akzentSchrift(palette()) : Farbe::auf(flaeche, Farbe::gesperrt, palette());
+        aktiv ? Farbe::akzentSchrift(palette())
+              : Farbe::auf(flaeche, Farbe::gesperrt, farben(*this, false));
     if (aktiv && (isDown() || underMouse())) {
         flaeche = unterZeiger(flaeche, schrift, isDown());
     }

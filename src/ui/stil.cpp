@@ -238,6 +238,13 @@ QRect Stil::subElementRect(SubElement element, const QStyleOption *option,
     return element == SE_LineEditContents ? platz.adjusted(textrand, 0, -textrand, 0) : platz;
 }
 
+int Stil::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                    QStyleHintReturn *mehr) const
+{
+    // A second copy in the palette's Light, which on a dark desktop may be the stronger one.
+    return hint == SH_EtchDisabledText ? 0 : QProxyStyle::styleHint(hint, option, widget, mehr);
+}
+
 int Stil::pixelMetric(PixelMetric mass, const QStyleOption *option, const QWidget *widget) const
 {
     switch (mass) {

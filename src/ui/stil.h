@@ -33,6 +33,8 @@ public:
                                        const QWidget *widget) const override;
     [[nodiscard]] int pixelMetric(PixelMetric mass, const QStyleOption *option,
                                   const QWidget *widget) const override;
+    [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                                QStyleHintReturn *mehr) const override;
     [[nodiscard]] QSize sizeFromContents(ContentsType art, const QStyleOption *option,
                                          const QSize &inhalt, const QWidget *widget) const override;
 };

@@ -18,7 +18,11 @@ constexpr int rundung = 1;
 // the whole contrast.
 constexpr double kantenanteil = 0.25;
 
-// So many pixels may be beyond that.
+// The part of a tile's contrast by which its lightest and its darkest may differ.
+constexpr double farbanteil = 0.1;
+constexpr int kachelseite = 16;
+
+// So many pixels and tiles may be beyond that.
 constexpr qsizetype ausreisser = 2;
 
 constexpr QRgb anders = 0xffff0000;
@@ -36,21 +40,29 @@ QRgb punkt(const QImage &bild, int x, int y)
     return reinterpret_cast<const QRgb *>(bild.constScanLine(y))[x];
 }
 
-// By how much each channel varies between a pixel and its neighbours.
-Kanaele kontrastUm(const QImage &bild, int x, int y)
+// From the least to the most of each channel.
+struct Spanne
 {
     Kanaele kleinste{255, 255, 255};
     Kanaele groesste{0, 0, 0};
-    for (int v = std::max(0, y - 1); v <= std::min(bild.height() - 1, y + 1); ++v) {
-        for (int u = std::max(0, x - 1); u <= std::min(bild.width() - 1, x + 1); ++u) {
-            const Kanaele farbe = kanaele(punkt(bild, u, v));
-            for (size_t i = 0; i < farbe.size(); ++i) {
-                kleinste[i] = std::min(kleinste[i], farbe[i]);
-                groesste[i] = std::max(groesste[i], farbe[i]);
+
+    [[nodiscard]] int weite(size_t kanal) const { return groesste[kanal] - kleinste[kanal]; }
+};
+
+Spanne spanne(const QImage &bild, const QRect &wo)
+{
+    Spanne ergebnis;
+    const QRect platz = wo.intersected(bild.rect());
+    for (int y = platz.top(); y <= platz.bottom(); ++y) {
+        for (int x = platz.left(); x <= platz.right(); ++x) {
+            const Kanaele farbe = kanaele(punkt(bild, x, y));
+            for (size_t k = 0; k < farbe.size(); ++k) {
+                ergebnis.kleinste[k] = std::min(ergebnis.kleinste[k], farbe[k]);
+                ergebnis.groesste[k] = std::max(ergebnis.groesste[k], farbe[k]);
             }
         }
     }
-    return {groesste[0] - kleinste[0], groesste[1] - kleinste[1], groesste[2] - kleinste[2]};
+    return ergebnis;
 }
 
 bool weichtAb(const QImage &erwartet, const QImage &gezeichnet, int x, int y)
@@ -62,9 +74,25 @@ bool weichtAb(const QImage &erwartet, const QImage &gezeichnet, int x, int y)
     }
     const Kanaele s = kanaele(soll);
     const Kanaele i = kanaele(ist);
-    const Kanaele kontrast = kontrastUm(erwartet, x, y);
+    const Spanne umgebung = spanne(erwartet, QRect(x - 1, y - 1, 3, 3));
     for (size_t k = 0; k < s.size(); ++k) {
-        if (std::abs(s[k] - i[k]) > rundung + kantenanteil * kontrast[k]) {
+        if (std::abs(s[k] - i[k]) > rundung + kantenanteil * umgebung.weite(k)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Whether something in the tile is of another colour: a text, all of whose pixels are edges.
+bool andersGefaerbt(const QImage &erwartet, const QImage &gezeichnet, const QRect &kachel)
+{
+    const Spanne s = spanne(erwartet, kachel);
+    const Spanne i = spanne(gezeichnet, kachel);
+    const Spanne umgebung = spanne(erwartet, kachel.adjusted(-1, -1, 1, 1));
+    for (size_t k = 0; k < s.kleinste.size(); ++k) {
+        const double erlaubt = rundung + farbanteil * umgebung.weite(k);
+        if (std::abs(s.kleinste[k] - i.kleinste[k]) > erlaubt ||
+            std::abs(s.groesste[k] - i.groesste[k]) > erlaubt) {
             return true;
         }
     }
@@ -75,6 +103,31 @@ QRgb verblasst(QRgb farbe)
 {
     const int grau = 255 - (255 - qGray(farbe)) / blass;
     return qRgb(grau, grau, grau);
+}
+
+// How many pixels of the tile differ, or 1 where it is only of another colour. Fades those on the
+// map that do not.
+qsizetype kachelVergleichen(const QImage &erwartet, const QImage &gezeichnet, const QRect &kachel,
+                            QImage &karte)
+{
+    qsizetype anzahl = 0;
+    bool gleich = true;
+    for (int y = kachel.top(); y <= kachel.bottom(); ++y) {
+        auto *const zeile = reinterpret_cast<QRgb *>(karte.scanLine(y));
+        for (int x = kachel.left(); x <= kachel.right(); ++x) {
+            gleich = gleich && punkt(erwartet, x, y) == punkt(gezeichnet, x, y);
+            if (weichtAb(erwartet, gezeichnet, x, y)) {
+                ++anzahl;
+            } else {
+                zeile[x] = verblasst(punkt(gezeichnet, x, y));
+            }
+        }
+    }
+    if (gleich || anzahl > 0 || !andersGefaerbt(erwartet, gezeichnet, kachel)) {
+        return anzahl;
+    }
+    QPainter(&karte).fillRect(kachel, QColor(anders));
+    return 1;
 }
 
 QImage ohneDeckung(const QImage &bild)
@@ -99,14 +152,11 @@ Bildabstand abstand(const QImage &erwartet, const QImage &gezeichnet)
     const QSize ganz = soll.size().expandedTo(ist.size());
     Bildabstand ergebnis{0, QImage(ganz, QImage::Format_RGB32)};
     ergebnis.karte.fill(anders);
-    for (int y = 0; y < gemeinsam.height(); ++y) {
-        auto *const zeile = reinterpret_cast<QRgb *>(ergebnis.karte.scanLine(y));
-        for (int x = 0; x < gemeinsam.width(); ++x) {
-            if (weichtAb(soll, ist, x, y)) {
-                ++ergebnis.punkte;
-            } else {
-                zeile[x] = verblasst(punkt(ist, x, y));
-            }
+    for (int y = 0; y < gemeinsam.height(); y += kachelseite) {
+        for (int x = 0; x < gemeinsam.width(); x += kachelseite) {
+            const QRect kachel =
+                QRect(x, y, kachelseite, kachelseite).intersected(QRect(QPoint(), gemeinsam));
+            ergebnis.punkte += kachelVergleichen(soll, ist, kachel, ergebnis.karte);
         }
     }
     // Another size is never the same picture.

@@ -9,7 +9,7 @@ namespace kalvaro {
 // anything stand a pixel beside its place.
 struct Bildabstand
 {
-    qsizetype punkte = 0; // those that differ
+    qsizetype punkte = 0; // pixels that differ, and tiles of another colour
     QImage karte;         // shows them; as large as the larger of the two pictures
 
     [[nodiscard]] bool gleich() const;

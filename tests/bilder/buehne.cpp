@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QTest>
 
+#include <cmath>
+
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
@@ -18,8 +20,15 @@ constexpr int rand = 10; // around a control, for what it draws beside itself
 
 // On a sheet.
 constexpr int namensbreite = 90; // at least
-constexpr int namenshoehe = 15;
+constexpr int namenshoehe = 16;
 constexpr int luecke = 4;
+
+// To a length that is whole pixels at each scale.
+int aufgerundet(double laenge)
+{
+    constexpr int raster = 4;
+    return static_cast<int>(std::ceil(laenge / raster)) * raster;
+}
 
 QString zustandsname(Zustand zustand)
 {
@@ -107,8 +116,9 @@ void zeigen(QWidget &widget, const QPoint &ort)
 
 QSize Bogen::Feld::groesse() const
 {
-    const QSize innen = bild.deviceIndependentSize().toSize();
-    return {std::max(innen.width(), namensbreite) + luecke, innen.height() + namenshoehe + luecke};
+    const QSizeF innen = bild.deviceIndependentSize();
+    return {aufgerundet(std::max<double>(innen.width(), namensbreite)) + luecke,
+            aufgerundet(innen.height()) + namenshoehe + luecke};
 }
 
 void Bogen::dazu(const QString &name, const QImage &bild)

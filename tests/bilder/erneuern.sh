@@ -10,8 +10,8 @@ trap 'rm -f "$ausgabe"' EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM HUP
 
-for massstab in 1 2; do
-    QT_SCALE_FACTOR=$massstab KALVARO_BILDER=erneuern "$1/tests/tests_bilder" TestBilder \
+for massstab in "" 2 1.25; do
+    env ${massstab:+"QT_SCALE_FACTOR=$massstab"} KALVARO_BILDER=erneuern "$1/tests/tests_bilder" TestBilder \
         >"$ausgabe" 2>&1 || {
         grep -A1 '^FAIL' "$ausgabe" >&2 || cat "$ausgabe" >&2
         exit 1

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "erscheinungen.h"
+#include "ansichten.h"
 
 #include <QImage>
 #include <QList>
@@ -10,16 +10,17 @@
 
 namespace kalvaro {
 
-constexpr Erscheinungsbild farben = Erscheinung::Hell | Erscheinung::Dunkel | Erscheinung::Kontrast;
-constexpr Erscheinungsbild anordnung = Erscheinung::Hell | Erscheinung::Rechts | Erscheinung::Gross;
-constexpr Erscheinungsbild massstab = Erscheinung::Hell | Erscheinung::Doppelt;
+constexpr Ansichten farben = Ansicht::Hell | Ansicht::Dunkel | Ansicht::Kontrast;
+constexpr Ansichten anordnung = Ansicht::Hell | Ansicht::Rechts | Ansicht::Gross;
+constexpr Ansichten massstab = Ansicht::Hell | Ansicht::Doppelt;
+constexpr Ansichten alles = farben | anordnung | massstab;
 
 // Something to draw, under the appearance that is set. Its name is part of the file's.
 struct Szene
 {
     QString name;
     std::function<QImage()> zeichnen;
-    Erscheinungsbild erscheinungen = farben | anordnung | massstab; // where it may look otherwise
+    Ansichten ansichten = alles; // where it may look otherwise
 };
 
 [[nodiscard]] QList<Szene> bedienszenen();       // what can be pressed, chosen or typed into

@@ -1,5 +1,5 @@
+#include "ansichten.h"
 #include "buehne.h"
-#include "erscheinungen.h"
 #include "szenen.h"
 
 #include "doubles/testuhr.h"
@@ -38,7 +38,6 @@ QImage pillen()
     Bogen bogen;
     for (const Fuellung &f : fuellungen) {
         auto *const pille = new Pille;
-        pille->setUnterlage(Farbe::fenster(pille->palette()));
         pille->setzen(u"Probebetrieb"_s, f.schrift, f.grund);
         bogen.dazu(f.name, Buehne(pille).bild());
     }
@@ -74,12 +73,15 @@ QImage stapelbilder()
     };
     const auto untereinander = [&] { return teile(Qt::Horizontal); };
     const auto nebeneinander = [&] { return teile(Qt::Vertical); };
+    const auto ohneLinie = [] {
+        return QList<QWidget *>{beschriftung(u"lang genug"_s, 13), beschriftung(u"kurz"_s, 18)};
+    };
     bogen.dazu(u"senkrecht"_s, Buehne(stapel(untereinander(), Qt::Vertical)).bild());
     bogen.dazu(u"senkrecht, mittig"_s,
-               Buehne(stapel(untereinander(), Qt::Vertical, 3, Qt::AlignHCenter)).bild());
+               Buehne(stapel(ohneLinie(), Qt::Vertical, 3, Qt::AlignHCenter)).bild());
     bogen.dazu(u"waagrecht"_s, Buehne(stapel(nebeneinander(), Qt::Horizontal)).bild());
     bogen.dazu(u"waagrecht, unten"_s,
-               Buehne(stapel(nebeneinander(), Qt::Horizontal, 12, Qt::AlignBottom)).bild());
+               Buehne(stapel(ohneLinie(), Qt::Horizontal, 12, Qt::AlignBottom)).bild());
     return bogen.bild();
 }
 
@@ -131,8 +133,8 @@ QImage texte()
     enger->setUmbruch(knapp, 3);
     enger->setSchrumpfen(0.9);
     Beschriftung *const punkte = beschriftung(zahlen, 11.5, QFont::Normal, Farbe::schrift, 300);
-    Beschriftung *const aufGrund = beschriftung(u"Kontrast"_s, 12, QFont::Normal, Farbe::warn);
-    aufGrund->setGrund(QColor(0x808080));
+    auto *const aufGrau = new Pille;
+    aufGrau->setzen(u"Kontrast"_s, Farbe::warn, [](const QPalette &) { return QColor(0x808080); });
 
     Bogen bogen;
     bogen.dazu(u"fett, 26"_s, Buehne(beschriftung(u"kalvaro"_s, 26, QFont::Bold)).bild());
@@ -142,7 +144,13 @@ QImage texte()
     bogen.dazu(u"Zeilenhöhe 24"_s, Buehne(weit, {260, 0}).bild());
     bogen.dazu(u"geschrumpft"_s, Buehne(enger, {knapp, 0}).bild());
     bogen.dazu(u"an Punkten"_s, Buehne(punkte, {300, 0}).bild());
-    bogen.dazu(u"auf Grund"_s, Buehne(aufGrund).bild());
+    bogen.dazu(u"hebräisch"_s,
+               Buehne(beschriftung(u"תקליטייה 12, חדר ראשון"_s, 13), {260, 0}).bild());
+    bogen.dazu(u"hebräisch, gekürzt"_s,
+               Buehne(beschriftung(u"תקליטייה 12, חדר ראשון"_s, 13), {120, 0}).bild());
+    bogen.dazu(u"gemischt"_s,
+               Buehne(beschriftung(u"Studio-Mac · תקליטייה 12"_s, 13), {260, 0}).bild());
+    bogen.dazu(u"auf Grau"_s, Buehne(aufGrau).bild());
     for (const auto &[name, ton] : {std::pair{u"gut"_s, &Farbe::gut},
                                     {u"warn"_s, &Farbe::warn},
                                     {u"krit"_s, &Farbe::krit},
@@ -212,10 +220,10 @@ QImage programmzeichen()
 
 QList<Szene> anzeigeszenen()
 {
-    return {{u"pille"_s, pillen, farben | Erscheinung::Gross},
-            {u"karte"_s, karten},
+    return {{u"pille"_s, pillen, farben | Ansicht::Gross},
+            {u"karte"_s, karten, alles | Ansicht::Krumm},
             {u"stapel"_s, stapelbilder, anordnung},
-            {u"zahlen"_s, zahlen},
+            {u"zahlen"_s, zahlen, alles | Ansicht::Krumm},
             {u"texte"_s, texte},
             {u"rad"_s, raeder, farben | massstab},
             {u"zeichen"_s, zeichen, farben | massstab},

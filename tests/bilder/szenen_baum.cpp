@@ -33,7 +33,8 @@ QJsonArray playlisten()
             eintrag(u"9"_s, u""_s,
                     benannt(u"Alles, was seit dem letzten Sommer in keiner anderen Liste steht und "
                             "noch gehört werden will"_s,
-                            12345, 4))};
+                            12345, 4)),
+            eintrag(u"10"_s, u""_s, benannt(u"תקליטייה 12, חדר ראשון"_s, 77, 5))};
 }
 
 // A tree on a stage.
@@ -64,7 +65,7 @@ struct Baum
 
 QImage zugeklappt()
 {
-    return Baum().buehne.bild();
+    return Baum(playlisten(), {u"u2"_s, u"u5"_s}).buehne.bild();
 }
 
 QImage aufgeklappt()
@@ -163,17 +164,17 @@ QImage rollbalken()
 
 QList<Szene> baumszenen()
 {
-    return {{u"baum-zu"_s, zugeklappt, anordnung},
-            {u"baum-offen"_s, aufgeklappt},
-            {u"baum-angehakt"_s, angehakt, farben},
-            {u"baum-tasten"_s, mitTasten},
-            {u"baum-gesperrt"_s, gesperrt, farben},
-            {u"baum-gefiltert"_s, [] { return gefiltert(u"peak"_s); }, anordnung},
-            {u"baum-nichts"_s, [] { return gefiltert(u"gibt es nicht"_s); },
-             farben | Erscheinung::Gross},
-            {u"baum-tief"_s, tief, anordnung},
-            {u"baum-leer"_s, leer, farben},
-            {u"rollbalken"_s, rollbalken}};
+    return {
+        {u"baum-zu"_s, zugeklappt, farben | anordnung},
+        {u"baum-offen"_s, aufgeklappt, alles | Ansicht::Krumm},
+        {u"baum-angehakt"_s, angehakt, farben},
+        {u"baum-tasten"_s, mitTasten},
+        {u"baum-gesperrt"_s, gesperrt, farben},
+        {u"baum-gefiltert"_s, [] { return gefiltert(u"peak"_s); }, anordnung},
+        {u"baum-nichts"_s, [] { return gefiltert(u"gibt es nicht"_s); }, farben | Ansicht::Gross},
+        {u"baum-tief"_s, tief, anordnung},
+        {u"baum-leer"_s, leer, farben},
+        {u"rollbalken"_s, rollbalken}};
 }
 
 } // namespace kalvaro

@@ -61,15 +61,26 @@ QImage startknoepfe()
     const auto mit = [](const QString &titel) {
         return [titel]() -> QWidget * { return new Startknopf(titel); };
     };
-    return zustandsbogen(
-        {{mit(u"starten"_s), {200, 0}}, {mit(u"rekordbox 7.1.4-beta starten"_s), {120, 0}}},
-        alleZustaende);
+    const auto wirkungslos = []() -> QWidget * {
+        auto *const knopf = new Startknopf(u"ohne Wirkung"_s);
+        knopf->setWirkungslos(u"Der Abgleich läuft noch."_s);
+        return knopf;
+    };
+    return zustandsbogen({{mit(u"starten"_s), {200, 0}},
+                          {mit(u"rekordbox 7.1.4-beta starten"_s), {120, 0}},
+                          {wirkungslos, {200, 0}}},
+                         alleZustaende);
 }
 
 QImage verweise()
 {
-    return zustandsbogen({{[]() -> QWidget * { return new Verweis(u"Jetzt abgleichen"_s); }, {}}},
-                         alleZustaende);
+    const auto frei = []() -> QWidget * { return new Verweis(u"Jetzt abgleichen"_s); };
+    const auto beschaeftigt = []() -> QWidget * {
+        auto *const link = new Verweis(u"Jetzt abgleichen"_s);
+        link->setBeschaeftigt(u"Der Abgleich läuft noch."_s);
+        return link;
+    };
+    return zustandsbogen({{frei, {}}, {beschaeftigt, {}}}, alleZustaende);
 }
 
 QImage hakenAlle()
@@ -122,9 +133,12 @@ QImage suchfelder()
 
 QList<Szene> bedienszenen()
 {
-    return {{u"startknopf"_s, startknoepfe}, {u"verweis"_s, verweise},
-            {u"haken"_s, hakenAlle},         {u"druckknopf"_s, druckknoepfe},
-            {u"auswahl"_s, auswahlfelder},   {u"auswahlliste"_s, auswahlliste},
+    return {{u"startknopf"_s, startknoepfe},
+            {u"verweis"_s, verweise, alles | Ansicht::Krumm},
+            {u"haken"_s, hakenAlle, alles | Ansicht::Riesig | Ansicht::Krumm},
+            {u"druckknopf"_s, druckknoepfe, alles | Ansicht::Krumm},
+            {u"auswahl"_s, auswahlfelder},
+            {u"auswahlliste"_s, auswahlliste},
             {u"suchfeld"_s, suchfelder}};
 }
 

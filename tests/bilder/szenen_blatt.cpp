@@ -10,6 +10,8 @@
 #include "settingswindow/playlistenmodell.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
 
@@ -134,6 +136,27 @@ QImage zustaende()
     return bogen.bild();
 }
 
+// A long name is cut in the field and whole in the list.
+QImage versionen()
+{
+    Blatt b(
+        geladen(), {},
+        {u"7.1.4"_s, u"7.1.4-beta-mit-einem-sehr-langen-Namen-und-noch-mehr-davon"_s, u"6.8.5"_s});
+    auto *const auswahl = b.teil<QComboBox>(u"popVersion"_s);
+    const int hoehe = auswahl->mapTo(&b.blatt, auswahl->rect().bottomLeft()).y() + 8;
+    Bogen bogen;
+    for (const auto &[name, stelle] : {std::pair{u"neueste"_s, 0}, {u"gewählt"_s, 1}}) {
+        auswahl->setCurrentIndex(stelle);
+        ereignisseAbarbeiten();
+        bogen.dazu(name, b.blatt.grab(QRect(0, 0, b.blatt.width(), hoehe)).toImage());
+    }
+    auswahl->showPopup();
+    ereignisseAbarbeiten();
+    bogen.dazu(u"offen"_s, auswahl->view()->window()->grab().toImage());
+    auswahl->hidePopup();
+    return bogen.bild();
+}
+
 QImage gesperrt()
 {
     Blatt b(geladen(), {}, {});
@@ -153,7 +176,8 @@ QImage tasten()
 
 QList<Szene> blattszenen()
 {
-    return {{u"blatt-offen"_s, offen},
+    return {{u"blatt-offen"_s, offen, alles | Ansicht::Riesig | Ansicht::Krumm},
+            {u"blatt-versionen"_s, versionen, farben | anordnung},
             {u"blatt-gesperrt"_s, gesperrt, farben},
             {u"blatt-zustaende"_s, zustaende, farben},
             {u"blatt-tasten"_s, tasten, farben | anordnung}};

@@ -166,6 +166,20 @@ QImage start()
     return bogen.bild();
 }
 
+// The countdown scrolls into view where the window is higher than the screen.
+QImage countdownUnten()
+{
+    Fensterwelt::Aufbau aufbau;
+    aufbau.autostart = true;
+    Fensterwelt welt(aufbau);
+    welt.fenster->oeffnen(true);
+    QJsonObject mehr = angebot(u"1.10"_s);
+    mehr.insert(u"betrieb"_s, u"schatten"_s);
+    welt.beantworten(Fensterwelt::gut(mehr));
+    welt.vor(2);
+    return aufnahme(welt);
+}
+
 QImage lang()
 {
     Fensterwelt::Aufbau aufbau;
@@ -224,15 +238,17 @@ QImage menueleiste()
 
 QList<Szene> fensterszenen()
 {
-    return {{u"fenster-gut"_s, [] { return nach(gut()); }},
-            {u"fenster-offline"_s, [] { return nach(offline()); }, Erscheinung::Hell},
-            {u"fenster-lang"_s, lang},
-            {u"fenster-blatt"_s, blattOffen, Erscheinung::Hell},
-            {u"fenster-zustaende"_s, zustaende, farben},
-            {u"fenster-start"_s, start, farben | Erscheinung::Gross},
-            {u"fenster-update"_s, update, farben | anordnung},
-            {u"fenster-tasten"_s, tasten, farben | anordnung},
-            {u"fenster-menueleiste"_s, menueleiste, farben | anordnung}};
+    return {
+        {u"fenster-gut"_s, [] { return nach(gut()); }, alles | Ansicht::Riesig | Ansicht::Krumm},
+        {u"fenster-offline"_s, [] { return nach(offline()); }, Ansicht::Hell},
+        {u"fenster-lang"_s, lang, alles | Ansicht::Riesig},
+        {u"fenster-blatt"_s, blattOffen, Ansicht::Hell},
+        {u"fenster-zustaende"_s, zustaende, farben},
+        {u"fenster-start"_s, start, farben | Ansicht::Gross},
+        {u"fenster-countdown"_s, countdownUnten, Ansicht::Riesig},
+        {u"fenster-update"_s, update, farben | anordnung},
+        {u"fenster-tasten"_s, tasten, farben | anordnung},
+        {u"fenster-menueleiste"_s, menueleiste, farben | anordnung}};
 }
 
 } // namespace kalvaro

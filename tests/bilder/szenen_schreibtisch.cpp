@@ -99,7 +99,7 @@ QImage traysymbole()
         int x = 6;
         for (const QColor &farbe : {QColor(Qt::white), QColor(0x202024)}) {
             for (const int seite : {16, 22, 24, 48}) {
-                traysymbol(name, farbe, {}).paint(&maler, x, 4, seite, 48);
+                traysymbol(name, farbe).paint(&maler, x, 4, seite, 48);
                 x += seite + 10;
             }
             x = 166;

@@ -1,5 +1,5 @@
+#include "ansichten.h"
 #include "bildvergleich.h"
-#include "erscheinungen.h"
 #include "szenen.h"
 #include "testlauf.h"
 
@@ -20,9 +20,9 @@ QList<Szene> alleSzenen()
            schreibtischszenen();
 }
 
-QString dateiname(const Szene &szene, Erscheinung erscheinung)
+QString dateiname(const Szene &szene, Ansicht ansicht)
 {
-    return szene.name + u'-' + name(erscheinung) + u".png"_s;
+    return szene.name + u'-' + name(ansicht) + u".png"_s;
 }
 
 bool erneuern()
@@ -62,13 +62,12 @@ void TestBilder::initTestCase()
 void TestBilder::bild_data()
 {
     QTest::addColumn<int>("szene");
-    QTest::addColumn<Erscheinung>("erscheinung");
-    const QList<Erscheinung> alle = erscheinungen();
-    for (const Erscheinung erscheinung : alle) {
+    QTest::addColumn<Ansicht>("ansicht");
+    const QList<Ansicht> alle = ansichten();
+    for (const Ansicht ansicht : alle) {
         for (int i = 0; i < szenen.size(); ++i) {
-            if (szenen[i].erscheinungen.testFlag(erscheinung)) {
-                QTest::newRow(qPrintable(dateiname(szenen[i], erscheinung).chopped(4)))
-                    << i << erscheinung;
+            if (szenen[i].ansichten.testFlag(ansicht)) {
+                QTest::newRow(qPrintable(dateiname(szenen[i], ansicht).chopped(4))) << i << ansicht;
             }
         }
     }
@@ -77,9 +76,9 @@ void TestBilder::bild_data()
 void TestBilder::bild()
 {
     QFETCH(int, szene);
-    QFETCH(Erscheinung, erscheinung);
-    const QString datei = dateiname(szenen[szene], erscheinung);
-    herstellen(erscheinung);
+    QFETCH(Ansicht, ansicht);
+    const QString datei = dateiname(szenen[szene], ansicht);
+    herstellen(ansicht);
     const QImage ist = szenen[szene].zeichnen();
     const QImage soll(vorlagen.filePath(datei));
     const Bildabstand a = abstand(soll, ist);
@@ -103,13 +102,13 @@ void TestBilder::bild()
 // A picture that nobody draws any more holds nothing.
 void TestBilder::keinesZuviel()
 {
-    const QList<Erscheinung> alle = erscheinungen();
+    const QList<Ansicht> alle = ansichten();
     QStringList dateien;
-    for (const Erscheinung erscheinung : alle) {
-        dateien += vorlagen.entryList({u"*-"_s + name(erscheinung) + u".png"_s}, QDir::Files);
+    for (const Ansicht ansicht : alle) {
+        dateien += vorlagen.entryList({u"*-"_s + name(ansicht) + u".png"_s}, QDir::Files);
         for (const Szene &szene : szenen) {
-            if (szene.erscheinungen.testFlag(erscheinung)) {
-                dateien.removeAll(dateiname(szene, erscheinung));
+            if (szene.ansichten.testFlag(ansicht)) {
+                dateien.removeAll(dateiname(szene, ansicht));
             }
         }
     }

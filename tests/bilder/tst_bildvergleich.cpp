@@ -1,5 +1,5 @@
+#include "ansichten.h"
 #include "bildvergleich.h"
-#include "erscheinungen.h"
 #include "testlauf.h"
 
 #include <QPainter>
@@ -22,6 +22,7 @@ struct Vorlage
     int abstand = 20; // between the hairline and the text
     QColor flaeche{0xf2f2f4};
     QColor strich{0xe6e6ea};
+    QColor tinte{Qt::black};
 
     [[nodiscard]] QImage gemalt() const
     {
@@ -34,8 +35,9 @@ struct Vorlage
         if (umrisse) {
             QPainterPath schrift;
             schrift.addText(ort, maler.font(), u"Playlisten"_s);
-            maler.fillPath(schrift, Qt::black);
+            maler.fillPath(schrift, tinte);
         } else {
+            maler.setPen(tinte);
             maler.drawText(ort, u"Playlisten"_s);
         }
         maler.translate(versatz, 0);
@@ -159,6 +161,7 @@ void TestBildvergleich::gefunden_data()
     zeile("everything a pixel to the side", [](Vorlage &v) { v.spalten = 1; });
     zeile("shapes half a pixel to the side", [](Vorlage &v) { v.versatz = 0.5; });
     zeile("ground by two grey levels", [](Vorlage &v) { v.flaeche = QColor(0xf2f2f6); });
+    zeile("text in a weaker black", [](Vorlage &v) { v.tinte = QColor(0x202020); });
     zeile("hairline in another grey", [](Vorlage &v) { v.strich = QColor(0xe0e0e4); });
 }
 

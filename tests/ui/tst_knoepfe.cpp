@@ -159,6 +159,7 @@ void TestKnoepfe::startknopfWirkungslos()
     start.resize(472, 38);
     const auto bild = [&] { return start.grab().toImage(); };
     const QImage bunt = bild();
+    QCOMPARE(start.cursor().shape(), Qt::PointingHandCursor);
     start.setEnabled(false);
     const QImage grau = bild();
     start.setEnabled(true);
@@ -166,6 +167,7 @@ void TestKnoepfe::startknopfWirkungslos()
     QVERIFY(start.isEnabled());
     QCOMPARE(bild(), grau);
     QCOMPARE(start.toolTip(), u"Grund"_s);
+    QCOMPARE(start.cursor().shape(), Qt::ArrowCursor);
     start.setDown(true);
     QCOMPARE(bild(), grau);
     start.setDown(false);

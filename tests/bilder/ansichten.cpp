@@ -1,4 +1,4 @@
-#include "erscheinungen.h"
+#include "ansichten.h"
 
 #include "ui/erscheinung.h"
 #include "ui/stil.h"
@@ -93,17 +93,19 @@ QPalette kontrastreich()
     return p;
 }
 
-QPalette palette(Erscheinung erscheinung)
+QPalette palette(Ansicht ansicht)
 {
-    switch (erscheinung) {
-    case Erscheinung::Dunkel:
+    switch (ansicht) {
+    case Ansicht::Dunkel:
         return eigenePalette(true);
-    case Erscheinung::Kontrast:
+    case Ansicht::Kontrast:
         return kontrastreich();
-    case Erscheinung::Hell:
-    case Erscheinung::Rechts:
-    case Erscheinung::Gross:
-    case Erscheinung::Doppelt:
+    case Ansicht::Hell:
+    case Ansicht::Rechts:
+    case Ansicht::Gross:
+    case Ansicht::Riesig:
+    case Ansicht::Doppelt:
+    case Ansicht::Krumm:
         return eigenePalette(false);
     }
     Q_UNREACHABLE();
@@ -111,47 +113,55 @@ QPalette palette(Erscheinung erscheinung)
 
 } // namespace
 
-QList<Erscheinung> erscheinungen()
+QList<Ansicht> ansichten()
 {
-    if (QGuiApplication::primaryScreen()->devicePixelRatio() > 1) {
-        return {Erscheinung::Doppelt};
+    const double massstab = QGuiApplication::primaryScreen()->devicePixelRatio();
+    if (massstab > 1) {
+        return {massstab < 2 ? Ansicht::Krumm : Ansicht::Doppelt};
     }
-    return {Erscheinung::Hell, Erscheinung::Dunkel, Erscheinung::Kontrast, Erscheinung::Rechts,
-            Erscheinung::Gross};
+    return {Ansicht::Hell,   Ansicht::Dunkel, Ansicht::Kontrast,
+            Ansicht::Rechts, Ansicht::Gross,  Ansicht::Riesig};
 }
 
-QString name(Erscheinung erscheinung)
+QString name(Ansicht ansicht)
 {
-    switch (erscheinung) {
-    case Erscheinung::Hell:
+    switch (ansicht) {
+    case Ansicht::Hell:
         return u"hell"_s;
-    case Erscheinung::Dunkel:
+    case Ansicht::Dunkel:
         return u"dunkel"_s;
-    case Erscheinung::Kontrast:
+    case Ansicht::Kontrast:
         return u"kontrast"_s;
-    case Erscheinung::Rechts:
+    case Ansicht::Rechts:
         return u"rechts"_s;
-    case Erscheinung::Gross:
+    case Ansicht::Gross:
         return u"gross"_s;
-    case Erscheinung::Doppelt:
+    case Ansicht::Riesig:
+        return u"riesig"_s;
+    case Ansicht::Doppelt:
         return u"doppelt"_s;
+    case Ansicht::Krumm:
+        return u"krumm"_s;
     }
     Q_UNREACHABLE();
 }
 
-void herstellen(Erscheinung erscheinung)
+void herstellen(Ansicht ansicht)
 {
     QFont schrift(u"DejaVu Sans"_s);
-    schrift.setPixelSize(erscheinung == Erscheinung::Gross ? 20 : 13);
+    schrift.setPixelSize(ansicht == Ansicht::Riesig ? 26 : ansicht == Ansicht::Gross ? 20 : 13);
     QApplication::setFont(schrift);
-    QApplication::setPalette(palette(erscheinung));
-    QApplication::setLayoutDirection(erscheinung == Erscheinung::Rechts ? Qt::RightToLeft
-                                                                        : Qt::LeftToRight);
+    QApplication::setPalette(palette(ansicht));
+    QApplication::setLayoutDirection(ansicht == Ansicht::Rechts ? Qt::RightToLeft
+                                                                : Qt::LeftToRight);
 }
 
 void umgebungFestlegen()
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // With a large scale the screen has more pixels, too.
+    qputenv("QT_QPA_PLATFORM", qEnvironmentVariableIsSet("QT_SCALE_FACTOR")
+                                   ? "offscreen:configfile=" KALVARO_BILDER_ORDNER "/schirm.json"
+                                   : "offscreen");
     qputenv("FONTCONFIG_FILE", KALVARO_BILDER_ORDNER "/fonts.conf");
     for (const char *name : {"QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "QT_FONT_DPI",
                              "QT_SCREEN_SCALE_FACTORS", "QT_SCALE_FACTOR_ROUNDING_POLICY"}) {

@@ -7,23 +7,25 @@
 namespace kalvaro {
 
 // One of the looks that the program may have on a desktop.
-enum class Erscheinung {
+enum class Ansicht {
     Hell = 1,
     Dunkel = 2,
     Kontrast = 4, // the colours of a desktop for weak eyes
     Rechts = 8,   // read from right to left
     Gross = 16,   // a large font
-    Doppelt = 32, // two pixels for each logical one
+    Riesig = 32,  // the largest that desktops offer
+    Doppelt = 64, // two pixels for each logical one
+    Krumm = 128,  // one and a quarter
 };
-Q_DECLARE_FLAGS(Erscheinungsbild, Erscheinung)
-Q_DECLARE_OPERATORS_FOR_FLAGS(Erscheinungsbild)
+Q_DECLARE_FLAGS(Ansichten, Ansicht)
+Q_DECLARE_OPERATORS_FOR_FLAGS(Ansichten)
 
 // Those that can be had at this process's scale, which is fixed from its start on.
-[[nodiscard]] QList<Erscheinung> erscheinungen();
+[[nodiscard]] QList<Ansicht> ansichten();
 
-[[nodiscard]] QString name(Erscheinung erscheinung);
+[[nodiscard]] QString name(Ansicht ansicht);
 
-void herstellen(Erscheinung erscheinung);
+void herstellen(Ansicht ansicht);
 
 // What must be settled before the application: a font of known shape without hinting, and no
 // desktop.
