@@ -1,8 +1,10 @@
 #include "ui/symbole.h"
 
 #include "ui/unterlage.h"
+#include "ui/zeichnung.h"
 
-#include <QImageReader>
+#include <QFile>
+#include <QIconEngine>
 #include <QPainter>
 
 // The resources of a static library must be asked for by name, from outside any namespace.
@@ -17,24 +19,59 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString ort(const QString &name)
+Zeichnung zeichnung(const QString &name)
 {
     symboleLaden();
-    return u":/kalvaro/symbole/%1.svg"_s.arg(name);
+    QFile datei(u":/kalvaro/symbole/%1.svg"_s.arg(name));
+    return Zeichnung(datei.open(QIODevice::ReadOnly) ? datei.readAll() : QByteArray());
 }
+
+QImage gezeichnet(const Zeichnung &zeichnung, const QSize &pixel)
+{
+    QImage bild(pixel, QImage::Format_ARGB32_Premultiplied);
+    bild.fill(Qt::transparent);
+    QPainter maler(&bild);
+    zeichnung.malen(maler, QRectF(QPointF(), QSizeF(pixel)));
+    return bild;
+}
+
+// Draws the icon in whatever size is asked for.
+class Symbolmaler final : public QIconEngine
+{
+public:
+    explicit Symbolmaler(Zeichnung zeichnung)
+        : zeichnung_(std::move(zeichnung))
+    {
+    }
+
+    void paint(QPainter *maler, const QRect &platz, QIcon::Mode modus, QIcon::State stand) override
+    {
+        const double faktor = maler->device()->devicePixelRatioF();
+        maler->drawPixmap(platz, pixmap(platz.size() * faktor, modus, stand));
+    }
+
+    QPixmap pixmap(const QSize &pixel, QIcon::Mode /*modus*/, QIcon::State /*stand*/) override
+    {
+        const int seite = std::min(pixel.width(), pixel.height());
+        return seite > 0 ? QPixmap::fromImage(gezeichnet(zeichnung_, {seite, seite})) : QPixmap();
+    }
+
+    [[nodiscard]] QIconEngine *clone() const override { return new Symbolmaler(*this); }
+
+private:
+    const Zeichnung zeichnung_;
+};
 
 } // namespace
 
 QPixmap symbolbild(const QString &name, int groesse, const QColor &farbe, double faktor)
 {
+    const Zeichnung vorlage = zeichnung(name);
     const int pixel = qRound(groesse * faktor);
-    QImageReader leser(ort(name), "svg");
-    leser.setScaledSize({pixel, pixel});
-    QImage maske = leser.read();
-    if (maske.isNull()) {
+    if (vorlage.leer() || pixel <= 0) {
         return {};
     }
-    maske = std::move(maske).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QImage maske = gezeichnet(vorlage, {pixel, pixel});
     QPainter maler(&maske);
     maler.setCompositionMode(QPainter::CompositionMode_SourceIn);
     maler.fillRect(maske.rect(), farbe);
@@ -45,7 +82,7 @@ QPixmap symbolbild(const QString &name, int groesse, const QColor &farbe, double
 
 QIcon programmsymbol()
 {
-    return QIcon(ort(u"de.kalvaro.kalvaro"_s));
+    return QIcon(new Symbolmaler(zeichnung(u"de.kalvaro.kalvaro"_s)));
 }
 
 Zeichen::Zeichen(int groesse, QWidget *parent)
