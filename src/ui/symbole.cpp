@@ -1,11 +1,10 @@
 #include "ui/symbole.h"
 
 #include "ui/unterlage.h"
-#include "ui/zeichnung.h"
 
-#include <QFile>
 #include <QIconEngine>
 #include <QPainter>
+#include <QPicture>
 
 // The resources of a static library must be asked for by name, from outside any namespace.
 static void symboleLaden()
@@ -19,19 +18,24 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-Zeichnung zeichnung(const QString &name)
+// A square drawing; null when there is none of that name.
+QPicture zeichnung(const QString &name)
 {
     symboleLaden();
-    QFile datei(u":/kalvaro/symbole/%1.svg"_s.arg(name));
-    return Zeichnung(datei.open(QIODevice::ReadOnly) ? datei.readAll() : QByteArray());
+    QPicture bild;
+    bild.load(u":/kalvaro/symbole/%1.zeichnung"_s.arg(name));
+    return bild;
 }
 
-QImage gezeichnet(const Zeichnung &zeichnung, const QSize &pixel)
+QImage gezeichnet(QPicture zeichnung, int seite)
 {
-    QImage bild(pixel, QImage::Format_ARGB32_Premultiplied);
+    QImage bild(seite, seite, QImage::Format_ARGB32_Premultiplied);
     bild.fill(Qt::transparent);
     QPainter maler(&bild);
-    zeichnung.malen(maler, QRectF(QPointF(), QSizeF(pixel)));
+    const QRect blatt = zeichnung.boundingRect();
+    maler.scale(double(seite) / blatt.width(), double(seite) / blatt.height());
+    maler.translate(-blatt.topLeft());
+    zeichnung.play(&maler);
     return bild;
 }
 
@@ -39,7 +43,7 @@ QImage gezeichnet(const Zeichnung &zeichnung, const QSize &pixel)
 class Symbolmaler final : public QIconEngine
 {
 public:
-    explicit Symbolmaler(Zeichnung zeichnung)
+    explicit Symbolmaler(QPicture zeichnung)
         : zeichnung_(std::move(zeichnung))
     {
     }
@@ -53,25 +57,25 @@ public:
     QPixmap pixmap(const QSize &pixel, QIcon::Mode /*modus*/, QIcon::State /*stand*/) override
     {
         const int seite = std::min(pixel.width(), pixel.height());
-        return seite > 0 ? QPixmap::fromImage(gezeichnet(zeichnung_, {seite, seite})) : QPixmap();
+        return seite > 0 ? QPixmap::fromImage(gezeichnet(zeichnung_, seite)) : QPixmap();
     }
 
     [[nodiscard]] QIconEngine *clone() const override { return new Symbolmaler(*this); }
 
 private:
-    const Zeichnung zeichnung_;
+    const QPicture zeichnung_;
 };
 
 } // namespace
 
 QPixmap symbolbild(const QString &name, int groesse, const QColor &farbe, double faktor)
 {
-    const Zeichnung vorlage = zeichnung(name);
+    const QPicture vorlage = zeichnung(name);
     const int pixel = qRound(groesse * faktor);
-    if (vorlage.leer() || pixel <= 0) {
+    if (vorlage.isNull() || pixel <= 0) {
         return {};
     }
-    QImage maske = gezeichnet(vorlage, {pixel, pixel});
+    QImage maske = gezeichnet(vorlage, pixel);
     QPainter maler(&maske);
     maler.setCompositionMode(QPainter::CompositionMode_SourceIn);
     maler.fillRect(maske.rect(), farbe);

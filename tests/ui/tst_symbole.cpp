@@ -1,12 +1,8 @@
 #include "testlauf.h"
 #include "ui/erscheinung.h"
 #include "ui/symbole.h"
-#include "ui/zeichnung.h"
 
 #include <QApplication>
-#include <QFile>
-#include <QImageReader>
-#include <QPainter>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -48,23 +44,6 @@ int tinte(const QImage &bild)
     return anzahl;
 }
 
-// The largest difference of any channel of any pixel.
-int groessterAbstand(const QImage &eines, const QImage &anderes)
-{
-    int groesster = 0;
-    for (int y = 0; y < eines.height(); ++y) {
-        for (int x = 0; x < eines.width(); ++x) {
-            const QRgb a = eines.pixel(x, y);
-            const QRgb b = anderes.pixel(x, y);
-            for (const int abstand : {qRed(a) - qRed(b), qGreen(a) - qGreen(b), qBlue(a) - qBlue(b),
-                                      qAlpha(a) - qAlpha(b)}) {
-                groesster = std::max(groesster, std::abs(abstand));
-            }
-        }
-    }
-    return groesster;
-}
-
 } // namespace
 
 class TestSymbole final : public QObject
@@ -76,8 +55,6 @@ private Q_SLOTS:
 
     void zeichnung_data();
     void zeichnung();
-    void wieQtSieZeichnet_data();
-    void wieQtSieZeichnet();
     void alleSindVerschieden();
     void unbekannterName();
     void programmsymbol();
@@ -129,38 +106,6 @@ void TestSymbole::zeichnung()
             .toImage()
             .scaled(bild.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     QVERIFY(weiche(bild) < weiche(gestreckt) * 8 / 10);
-}
-
-void TestSymbole::wieQtSieZeichnet_data()
-{
-    QTest::addColumn<QString>("name");
-    for (const QString &name : namen) {
-        QTest::newRow(qPrintable(name)) << name;
-    }
-    QTest::newRow("the program's icon") << u"de.kalvaro.kalvaro"_s;
-}
-
-// Our reader knows few parts of SVG; a drawing that uses another one would lack it.
-void TestSymbole::wieQtSieZeichnet()
-{
-    QFETCH(const QString, name);
-    // Qt takes the corners of a rectangle in whole percents of its sides.
-    const int erlaubt = name == u"de.kalvaro.kalvaro" ? 16 : 0;
-    for (const int groesse : {16, 22, 44, 128}) {
-        QImageReader leser(u":/kalvaro/symbole/%1.svg"_s.arg(name), "svg");
-        leser.setScaledSize({groesse, groesse});
-        const QImage vorlage = leser.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
-        QVERIFY2(!vorlage.isNull(), qPrintable(leser.errorString()));
-        QImage unseres(vorlage.size(), vorlage.format());
-        unseres.fill(Qt::transparent);
-        QFile datei(leser.fileName());
-        QVERIFY(datei.open(QIODevice::ReadOnly));
-        QPainter maler(&unseres);
-        Zeichnung(datei.readAll()).malen(maler, unseres.rect());
-        maler.end();
-        const int abstand = groessterAbstand(unseres, vorlage);
-        QVERIFY2(abstand <= erlaubt, qPrintable(QString::number(abstand)));
-    }
 }
 
 void TestSymbole::alleSindVerschieden()
