@@ -66,8 +66,6 @@ void EinstellungenFenster::aufbauen()
 {
     baumAufbauen();
     auto *const oben = new QVBoxLayout(eingaben_);
-    oben->setContentsMargins(rand, oberrand, rand, 0);
-    oben->setSpacing(abstand);
     oben->addWidget(versionszeile());
     oben->addWidget(optionen());
     oben->addWidget(new Haarlinie(Qt::Horizontal));
@@ -85,7 +83,6 @@ void EinstellungenFenster::aufbauen()
     lblInfo_->setObjectName(u"lblInfo"_s);
     lblInfo_->setMinimumHeight(2 * lblInfo_->sizeHint().height());
     lblInfo_->setSchrumpfen(0.9);
-    fuss_->layout()->setContentsMargins(rand, abstand, rand, unterrand);
 
     auto *const ganz = new QVBoxLayout(this);
     ganz->setContentsMargins({});
@@ -94,7 +91,7 @@ void EinstellungenFenster::aufbauen()
     ganz->addWidget(fuss_);
     tabfolge();
     new Eingabe(*this, *knSichern_);
-    groesseAnpassen();
+    groesseFestlegen();
 }
 
 QWidget *EinstellungenFenster::versionszeile()
@@ -155,14 +152,16 @@ void EinstellungenFenster::baumAufbauen()
     suchfeld_->setMinimumHeight(mass(zeilenhoehe));
     suchfeld_->setClearButtonEnabled(true);
     suchfeld_->setEnabled(false); // until there is something to find
-    suchfeld_->installEventFilter(this);
     connect(suchfeld_, &QLineEdit::textChanged, baum_, &Baumansicht::filtern);
 
     baum_->setObjectName(u"baum"_s);
     baum_->setAccessibleName(ueberschrift);
     baum_->setAccessibleDescription(erklaerung);
-    baum_->setFixedHeight(mass(baumhoehe));
-    popVersion_->installEventFilter(this);
+    connect(baum_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        if (baum_->hasFocus() && baum_->mitTasten()) {
+            inSichtRollen(*baum_);
+        }
+    });
     connect(baum_, &Baumansicht::getippt, this, [this](const QString &zeichen) {
         suchfeld_->setFocus();
         suchfeld_->insert(zeichen);
@@ -194,6 +193,9 @@ void EinstellungenFenster::tabfolge()
                                  baum_,       knAbbrechen_, knSichern_};
     for (qsizetype i = 1; i < folge.size(); ++i) {
         setTabOrder(folge[i - 1], folge[i]);
+    }
+    for (QWidget *const teil : folge) {
+        teil->installEventFilter(this);
     }
 }
 

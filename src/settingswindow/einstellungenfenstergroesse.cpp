@@ -18,16 +18,44 @@ using namespace blattmasse;
 
 namespace {
 
-constexpr int baummindesthoehe = 116; // four rows
+constexpr int enger = 7;       // what each gap gives up where the screen is low
+constexpr int vieleZeilen = 4; // of the tree; with fewer the gaps give way
+constexpr int wenigeZeilen = 3;
 
 } // namespace
 
+// Once all parts are there. Only fonts tell when the screen is too low for the usual gaps, so that
+// no message moves anything.
+void EinstellungenFenster::groesseFestlegen()
+{
+    abstaendeSetzen(false);
+    baum_->setFixedHeight(baum_->hoeheFuer(vieleZeilen));
+    const int breite = mass(fensterbreite);
+    ueblicheHoehe_ = eingaben_->layout()->totalHeightForWidth(breite) +
+                     fuss_->layout()->totalHeightForWidth(breite);
+    groesseAnpassen();
+}
+
+void EinstellungenFenster::abstaendeSetzen(bool eng)
+{
+    const int weniger = eng ? enger : 0;
+    eingaben_->layout()->setContentsMargins(rand, oberrand - weniger, rand, 0);
+    eingaben_->layout()->setSpacing(abstand - weniger);
+    fuss_->layout()->setContentsMargins(rand, abstand - weniger, rand, unterrand - weniger);
+    fuss_->layout()->setSpacing(abstand - weniger);
+    eng_ = eng;
+}
+
 // As large as the content, up to the screen. Where that is too low, first the tree gets lower, then
-// all that stands above the line and the buttons scrolls.
+// the gaps, then all that stands above the line and the buttons scrolls. Where fewer than three
+// rows are in sight, none of them is cut.
 void EinstellungenFenster::groesseAnpassen()
 {
     const QSize vorher = size();
     const QSize platz = platz_ = fensterplatz(*this);
+    if (const bool eng = platz.height() < ueblicheHoehe_; eng != eng_) {
+        abstaendeSetzen(eng);
+    }
     const int breite = std::min(mass(fensterbreite), platz.width());
     // A long message leaves room for what it is about.
     const int zeilen = platz.height() / 3 / std::max(1, lblInfo_->minimumSizeHint().height());
@@ -37,15 +65,24 @@ void EinstellungenFenster::groesseAnpassen()
     const auto oben = [this](int wie) {
         return eingaben_->layout()->totalHeightForWidth(wie) - baum_->minimumHeight();
     };
-    const int baum = std::clamp(hoechstens - oben(breite), mass(baummindesthoehe), mass(baumhoehe));
+    const int mindestens =
+        baum_->hoeheFuer(std::clamp(baum_->zeilenIn(hoechstens), 1, wenigeZeilen));
+    const int baum = std::clamp(hoechstens - oben(breite), mindestens, mass(baumhoehe));
     const bool rollt = oben(breite) + baum > hoechstens;
     const int balken = rollt ? rollbereich_->verticalScrollBar()->sizeHint().width() : 0;
     const int aussen = std::min(breite + balken, platz.width());
-    const int inhalt = oben(aussen - balken) + baum;
+    const int bisBaum = oben(aussen - balken);
+    int inhalt = std::min(bisBaum + baum, hoechstens);
+    if (inhalt > bisBaum && baum_->zeilenIn(inhalt - bisBaum) < wenigeZeilen) {
+        const int ganze = baum_->zeilenIn(inhalt - bisBaum);
+        inhalt = bisBaum + (ganze > 0 ? baum_->hoeheFuer(ganze) - baum_->frameWidth() : 0);
+    }
     baum_->setFixedHeight(baum);
     // In line with what stands above it, left of the scroll bar.
-    fuss_->layout()->setContentsMargins(rand, abstand, rand + balken, unterrand);
-    setFixedSize(aussen, std::min(inhalt, hoechstens) + unten);
+    QMargins fussrand = fuss_->layout()->contentsMargins();
+    fussrand.setRight(rand + balken);
+    fuss_->layout()->setContentsMargins(fussrand);
+    setFixedSize(aussen, inhalt + unten);
     if (isVisible() && size().boundedTo(vorher) != size()) {
         hereinruecken(*this);
     }
@@ -72,13 +109,12 @@ void EinstellungenFenster::moveEvent(QMoveEvent *event)
     }
 }
 
-bool EinstellungenFenster::focusNextPrevChild(bool vor)
+// Scrolls the sheet so far that all of `teil` can be seen; the tree with its frame and all its
+// rows.
+void EinstellungenFenster::inSichtRollen(const QWidget &teil)
 {
-    const bool weiter = QDialog::focusNextPrevChild(vor);
-    if (weiter && eingaben_->isAncestorOf(focusWidget())) {
-        rollbereich_->ensureWidgetVisible(focusWidget());
-    }
-    return weiter;
+    const QRect ort(teil.mapTo(eingaben_, QPoint()), teil.size());
+    rollbereich_->ensureVisible(ort.center().x(), ort.center().y(), 0, ort.height() / 2 + 1);
 }
 
 } // namespace kalvaro
