@@ -21,9 +21,13 @@ constexpr int fensterbreite = 520;
 
 } // namespace
 
-// As large as the content; higher than the screen it scrolls inside.
+// As large as the content; higher than the screen it scrolls inside. Not while it is minimised: on
+// X11 Qt maps a window to which it gives a size or place, and that brings it back.
 void Hauptfenster::groesseAnpassen()
 {
+    if (isMinimized()) {
+        return;
+    }
     // How wide the frame is turns out after the window has been shown.
     const bool neuMittig = isVisible() && mitte_ == pos() && platz_ != fensterplatz(*this);
     const QSize vorher = size();

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void updateRolltNichtVomCountdownWeg();
     void statuskarteGibtPlatzHer();
     void waechstMitDerSchrift();
+    void waechstNichtWaehrendEsAbgelegtIst();
 
 private:
     static void schriftgroesse(int pixel)
@@ -241,6 +242,25 @@ void TestHauptfensterSchirme::waechstMitDerSchrift()
         ++kasten;
     }
     QVERIFY2(qAbs(kasten - 32) <= 1, qPrintable(QString::number(kasten)));
+}
+
+// A new size or place brought it back, so one that lost its bar popped up in place of the task bar.
+void TestHauptfensterSchirme::waechstNichtWaehrendEsAbgelegtIst()
+{
+    Fensterwelt p;
+    p.abgeglichen(Fensterwelt::gut());
+    const QSize vorher = p.fenster->size();
+    p.fenster->showMinimized();
+    Bewertung b;
+    b.titel = u"Bibliothek ist abgeglichen"_s;
+    b.neueVersion = u"1.10"_s;
+    b.updateAdresse = u"https://kalvaro.example/"_s;
+    p.fenster->ergebnisAnzeigen(b);
+    Fensterwelt::ruhe();
+    QCOMPARE(p.fenster->size(), vorher);
+    p.fenster->showNormal();
+    Fensterwelt::ruhe();
+    QVERIFY(p.fenster->height() > vorher.height());
 }
 
 KALVARO_FENSTERTEST(TestHauptfensterSchirme)
