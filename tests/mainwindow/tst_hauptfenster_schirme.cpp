@@ -45,6 +45,7 @@ private Q_SLOTS:
     void statuskarteGibtPlatzHer();
     void waechstMitDerSchrift();
     void waechstNichtWaehrendEsAbgelegtIst();
+    void bildIstVomSchirmUnabhaengig();
 
 private:
     static void schriftgroesse(int pixel)
@@ -261,6 +262,25 @@ void TestHauptfensterSchirme::waechstNichtWaehrendEsAbgelegtIst()
     p.fenster->showNormal();
     Fensterwelt::ruhe();
     QVERIFY(p.fenster->height() > vorher.height());
+}
+
+// At a scale of two the screen of pictures is 400 x 400: the window was drawn narrow, with most of
+// its texts cut.
+void TestHauptfensterSchirme::bildIstVomSchirmUnabhaengig()
+{
+    schriftgroesse(26);
+    QSize erste;
+    for (const int stelle : {0, 4}) {
+        Fensterwelt p({.bild = u"/nirgends/bild.png"_s});
+        p.fenster->setScreen(schirm(stelle));
+        p.fenster->move(schirm(stelle)->geometry().topLeft());
+        p.abgeglichen(Fensterwelt::gut(angebot(u"1.10"_s)));
+        QVERIFY(!rollbereich(p)->verticalScrollBar()->isVisible());
+        const QSize groesse = p.teil(u"ganz"_s)->size();
+        erste = stelle == 0 ? groesse : erste;
+        QCOMPARE(groesse, erste);
+        QCOMPARE(groesse.width(), 2 * 520);
+    }
 }
 
 KALVARO_FENSTERTEST(TestHauptfensterSchirme)
