@@ -38,6 +38,9 @@ private Q_SLOTS:
     void einHostWirdNurEinmalGemeldet();
     void einHostDerNeuStartetWirdNeuGemeldet();
     void einHostDerGehtWirdGemeldet();
+    void einHostDerAbstuerztGiltNichtMehr_data();
+    void einHostDerAbstuerztGiltNichtMehr();
+    void einHostOhneNamenGiltNachEinemMitNamen();
     void einWaechterOhneObjektWirdNochmalsGefragt();
     void einWaechterDerNieAntwortetWirdInRuheGelassen();
     void ohneHostUndOhneBusWartetNichts();
@@ -129,6 +132,64 @@ void TestTray::einHostDerGehtWirdGemeldet()
     host->hostAbmelden();
     QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}}));
     host->hostAnmelden();
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}, Trayart::StatusNotifier}));
+}
+
+void TestTray::einHostDerAbstuerztGiltNichtMehr_data()
+{
+    QTest::addColumn<bool>("schonDa");
+    QTest::newRow("that was there before") << true;
+    QTest::newRow("that came later") << false;
+}
+
+// KDE's watcher went on saying that there is one; a window that was closed then was lost.
+void TestTray::einHostDerAbstuerztGiltNichtMehr()
+{
+    QFETCH(const bool, schonDa);
+    const QString erster = u"org.kde.StatusNotifierHost-1"_s;
+    const QString zweiter = u"org.kde.StatusNotifierHost-2"_s;
+    const Plaetze da{Trayart::StatusNotifier};
+    QDBusConnection leiste = bus->verbindung();
+    host = std::make_unique<Statushost>(bus->verbindung(), schonDa);
+    if (!schonDa) {
+        wachen();
+    }
+    QVERIFY(leiste.registerService(erster));
+    if (schonDa) {
+        wachen();
+    } else {
+        host->hostAnmelden();
+    }
+    QTRY_COMPARE(gefunden, da);
+    QVERIFY(leiste.registerService(zweiter));
+    QVERIFY(leiste.unregisterService(erster));
+    QVERIFY(leiste.registerService(u"org.kde.StatusNotifierItem-1-1"_s)); // no host
+    QTest::qWait(0);
+    QCOMPARE(gefunden, da);
+    QVERIFY(leiste.unregisterService(zweiter));
+    QTRY_COMPARE(gefunden, da + Plaetze({{}}));
+    const int gefragt = host->fragen();
+    host->hostAnmelden(); // of which there is none
+    QTRY_COMPARE(host->fragen(), gefragt + 1);
+    host->hostAbmelden();
+    QTRY_COMPARE(host->fragen(), gefragt + 2);
+    host->hostAnmelden();
+    QVERIFY(leiste.registerService(erster));
+    QTRY_COMPARE(gefunden, da + Plaetze({{}}) + da);
+}
+
+void TestTray::einHostOhneNamenGiltNachEinemMitNamen()
+{
+    const QString name = u"org.kde.StatusNotifierHost-1"_s;
+    QDBusConnection leiste = bus->verbindung();
+    host = std::make_unique<Statushost>(bus->verbindung());
+    QVERIFY(leiste.registerService(name));
+    wachen();
+    QTRY_COMPARE(gefunden.size(), 1);
+    QVERIFY(leiste.unregisterService(name));
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}}));
+    host.reset();
+    host = std::make_unique<Statushost>(bus->verbindung());
     QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}, Trayart::StatusNotifier}));
 }
 
