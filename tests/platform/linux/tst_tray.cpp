@@ -161,14 +161,17 @@ void TestTray::einHostDerAbstuerztGiltNichtMehr()
         host->hostAnmelden();
     }
     QTRY_COMPARE(gefunden, da);
+    int gefragt = schonDa ? 1 : 3; // at the start; for its name, for its word
+    QTRY_COMPARE(host->fragen(), gefragt);
     QVERIFY(leiste.registerService(zweiter));
+    ++gefragt;
+    QTRY_COMPARE(host->fragen(), gefragt);
     QVERIFY(leiste.unregisterService(erster));
     QVERIFY(leiste.registerService(u"org.kde.StatusNotifierItem-1-1"_s)); // no host
     QTest::qWait(0);
     QCOMPARE(gefunden, da);
     QVERIFY(leiste.unregisterService(zweiter));
     QTRY_COMPARE(gefunden, da + Plaetze({{}}));
-    const int gefragt = host->fragen();
     host->hostAnmelden(); // of which there is none
     QTRY_COMPARE(host->fragen(), gefragt + 1);
     host->hostAbmelden();
