@@ -82,7 +82,8 @@ QPixmap symbolbild(const QString &name, int groesse, const QColor &farbe, double
 
 QIcon programmsymbol()
 {
-    return QIcon(new Symbolmaler(zeichnung(u"de.kalvaro.kalvaro"_s)));
+    static const Zeichnung vorlage = zeichnung(u"de.kalvaro.kalvaro"_s);
+    return QIcon(new Symbolmaler(vorlage));
 }
 
 Zeichen::Zeichen(int groesse, QWidget *parent)
