@@ -10,9 +10,7 @@
 
 #include <array>
 #include <cstdarg>
-#include <cstdlib>
 #include <dlfcn.h>
-#include <unistd.h>
 
 namespace {
 
@@ -120,15 +118,35 @@ auto gesetzt(Setzer setzer, Griff griff, Option was, std::va_list werte)
     return setzer(griff, was, va_arg(werte, void *));
 }
 
+// Whether nobody has put functions of his own before those of the C library: for another way into
+// the network, another clock, other files, or to look after the memory. All of these are one
+// object's.
+bool unterlageUnberuehrt()
+{
+    const void *unterlage = nullptr;
+    for (const char *const name :
+         {"abort",  "accept", "bind",        "clock_gettime", "close",         "connect",
+          "fopen",  "free",   "getaddrinfo", "getenv",        "gethostbyname", "malloc",
+          "open",   "open64", "poll",        "read",          "recv",          "recvfrom",
+          "select", "send",   "sendmsg",     "sendto",        "socket",        "write"}) {
+        Dl_info woher = {};
+        void *const dort = ::dlsym(RTLD_DEFAULT, name);
+        if (dort == nullptr || ::dladdr(dort, &woher) == 0) {
+            return false;
+        }
+        unterlage = unterlage == nullptr ? woher.dli_fbase : unterlage;
+        if (woher.dli_fbase != unterlage) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // The libraries find each other's functions in half the time where they need not look through all
-// of the program's first; which they must where somebody has put functions of his own before them
-// all.
+// of the program's first.
 int suchart()
 {
-    const char *const vorgeladen = std::getenv("LD_PRELOAD");
-    const bool frei =
-        (vorgeladen == nullptr || *vorgeladen == '\0') && ::access("/etc/ld.so.preload", F_OK) != 0;
-    return RTLD_LAZY | RTLD_LOCAL | (frei ? KALVARO_EIGENES_ZUERST : 0);
+    return RTLD_LAZY | RTLD_LOCAL | (unterlageUnberuehrt() ? KALVARO_EIGENES_ZUERST : 0);
 }
 
 } // namespace
