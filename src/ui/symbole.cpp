@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QIconEngine>
 #include <QPainter>
+#include <QPixmapCache>
 
 // The resources of a static library must be asked for by name, from outside any namespace.
 static void symboleLaden()
@@ -35,6 +36,18 @@ QImage gezeichnet(const Zeichnung &zeichnung, const QSize &pixel)
     return bild;
 }
 
+// The picture of that name, drawn by `malen` where it has not been, or not for some time.
+template<typename Malen>
+QPixmap gemerkt(const QString &name, Malen malen)
+{
+    QPixmap bild;
+    if (!QPixmapCache::find(name, &bild)) {
+        bild = QPixmap::fromImage(malen());
+        QPixmapCache::insert(name, bild);
+    }
+    return bild;
+}
+
 // Draws the icon in whatever size is asked for.
 class Symbolmaler final : public QIconEngine
 {
@@ -53,7 +66,9 @@ public:
     QPixmap pixmap(const QSize &pixel, QIcon::Mode /*modus*/, QIcon::State /*stand*/) override
     {
         const int seite = std::min(pixel.width(), pixel.height());
-        return seite > 0 ? QPixmap::fromImage(gezeichnet(zeichnung_, {seite, seite})) : QPixmap();
+        return gemerkt(u"kalvaro-symbol-%1"_s.arg(seite), [&] {
+            return seite > 0 ? gezeichnet(zeichnung_, {seite, seite}) : QImage();
+        });
     }
 
     [[nodiscard]] QIconEngine *clone() const override { return new Symbolmaler(*this); }
@@ -66,18 +81,22 @@ private:
 
 QPixmap symbolbild(const QString &name, int groesse, const QColor &farbe, double faktor)
 {
-    const Zeichnung vorlage = zeichnung(name);
     const int pixel = qRound(groesse * faktor);
-    if (vorlage.leer() || pixel <= 0) {
-        return {};
-    }
-    QImage maske = gezeichnet(vorlage, {pixel, pixel});
-    QPainter maler(&maske);
-    maler.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    maler.fillRect(maske.rect(), farbe);
-    maler.end();
-    maske.setDevicePixelRatio(faktor);
-    return QPixmap::fromImage(std::move(maske));
+    const QString schluessel = u"kalvaro-%1-%2-%3-%4"_s.arg(name).arg(pixel).arg(faktor).arg(
+        QString::number(farbe.rgba(), 16));
+    return gemerkt(schluessel, [&] {
+        const Zeichnung vorlage = zeichnung(name);
+        if (vorlage.leer() || pixel <= 0) {
+            return QImage();
+        }
+        QImage maske = gezeichnet(vorlage, {pixel, pixel});
+        QPainter maler(&maske);
+        maler.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        maler.fillRect(maske.rect(), farbe);
+        maler.end();
+        maske.setDevicePixelRatio(faktor);
+        return maske;
+    });
 }
 
 QIcon programmsymbol()
