@@ -204,9 +204,12 @@ QFont Beschriftung::verengt(const Enge &enge) const
 Beschriftung::Enge Beschriftung::enge(double breite) const
 {
     constexpr double schritt = 0.01;
+    if (schrumpfen_ >= 1) {
+        return {};
+    }
     const QString inhalt = satztext();
     const double noetig = QFontMetricsF(font()).horizontalAdvance(inhalt);
-    if (noetig <= breite || schrumpfen_ >= 1) {
+    if (noetig <= breite) {
         return {};
     }
     const auto passt = [&](const Enge &wie) {
@@ -244,9 +247,14 @@ QString Beschriftung::satztext() const
 Beschriftung::Satz Beschriftung::gesetzt(int platz) const
 {
     const double breite = umbruch_ ? std::min(platz, *umbruch_) : platz;
-    const auto da = std::find_if(gemerkt_.begin(), gemerkt_.end(), [&](const Gemerkt &g) {
-        return g.breite == breite && g.dpi == logicalDpiY();
-    });
+    // Lines that were set for more room and fit all the same break no earlier here, either.
+    const bool starr = schrumpfen_ >= 1 && gefaehrte_ == nullptr;
+    const auto gilt = [&](const Gemerkt &g) {
+        return g.dpi == logicalDpiY() &&
+               (g.breite == breite ||
+                (starr && !g.satz.gekuerzt && g.breite >= breite && g.satz.breite <= breite));
+    };
+    const auto da = std::find_if(gemerkt_.begin(), gemerkt_.end(), gilt);
     if (da != gemerkt_.end()) {
         return da->satz;
     }

@@ -1,5 +1,7 @@
 #include "ui/farbe.h"
 
+#include <QRgba64>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -73,14 +75,33 @@ QColor schriftAuf(const QPalette &palette, const QColor &grund)
     return lesbar(ueber(amFenster, grund), grund, deutlicherKontrast); // room for weaker texts
 }
 
+double linear(double kanal)
+{
+    return kanal <= 0.04045 ? kanal / 12.92 : std::pow((kanal + 0.055) / 1.055, 2.4);
+}
+
+// linear() of a channel of 16 bits, from a table for those that have a value of eight bits.
+double linear16(quint16 kanal)
+{
+    constexpr int schritt = 0x101;
+    constexpr float ganz = 0xffff;
+    static const auto tabelle = [] {
+        std::array<double, 256> werte{};
+        for (size_t i = 0; i < werte.size(); ++i) {
+            werte[i] = linear(static_cast<double>(static_cast<float>(i * schritt) / ganz));
+        }
+        return werte;
+    }();
+    return kanal % schritt == 0 ? tabelle[static_cast<size_t>(kanal / schritt)]
+                                : linear(static_cast<double>(static_cast<float>(kanal) / ganz));
+}
+
 // Relative luminance of an sRGB colour (WCAG 2.1).
 double leuchtdichte(const QColor &farbe)
 {
-    const auto linear = [](double kanal) {
-        return kanal <= 0.04045 ? kanal / 12.92 : std::pow((kanal + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(farbe.redF()) + 0.7152 * linear(farbe.greenF()) +
-           0.0722 * linear(farbe.blueF());
+    const QRgba64 kanaele = farbe.rgba64();
+    return 0.2126 * linear16(kanaele.red()) + 0.7152 * linear16(kanaele.green()) +
+           0.0722 * linear16(kanaele.blue());
 }
 
 } // namespace

@@ -6,7 +6,9 @@
 #include "ui/unterlage.h"
 
 #include <QAbstractScrollArea>
+#include <QIconEngine>
 #include <QPainter>
+#include <QPointer>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
 
@@ -100,6 +102,43 @@ QColor rollgrund(const QPalette &palette, const QWidget *balken)
     return bereich != nullptr ? palette.color(bereich->viewport()->backgroundRole())
                               : Farbe::flaeche(palette);
 }
+
+// A standard icon of Qt's that is read when it is drawn.
+class Spaetsymbol final : public QIconEngine
+{
+public:
+    Spaetsymbol(const QProxyStyle &stil, QStyle::StandardPixmap welches)
+        : stil_(&stil)
+        , welches_(welches)
+    {
+    }
+
+    void paint(QPainter *maler, const QRect &platz, QIcon::Mode modus, QIcon::State stand) override
+    {
+        symbol().paint(maler, platz, Qt::AlignCenter, modus, stand);
+    }
+
+    QPixmap pixmap(const QSize &groesse, QIcon::Mode modus, QIcon::State stand) override
+    {
+        return symbol().pixmap(groesse, modus, stand);
+    }
+
+    QSize actualSize(const QSize &groesse, QIcon::Mode modus, QIcon::State stand) override
+    {
+        return symbol().actualSize(groesse, modus, stand);
+    }
+
+    [[nodiscard]] QIconEngine *clone() const override { return new Spaetsymbol(*this); }
+
+private:
+    [[nodiscard]] QIcon symbol() const
+    {
+        return stil_ ? stil_->baseStyle()->standardIcon(welches_) : QIcon();
+    }
+
+    QPointer<const QProxyStyle> stil_;
+    QStyle::StandardPixmap welches_;
+};
 
 } // namespace
 
@@ -252,6 +291,16 @@ int Stil::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *w
 {
     // A second copy in the palette's Light, which on a dark desktop may be the stronger one.
     return hint == SH_EtchDisabledText ? 0 : QProxyStyle::styleHint(hint, option, widget, mehr);
+}
+
+// Each menu bar has this one for the button of what does not fit, which ours never shows; reading
+// it searches all plug-ins for image formats.
+QIcon Stil::standardIcon(StandardPixmap welches, const QStyleOption *option,
+                         const QWidget *widget) const
+{
+    return welches == SP_ToolBarHorizontalExtensionButton
+               ? QIcon(new Spaetsymbol(*this, welches))
+               : QProxyStyle::standardIcon(welches, option, widget);
 }
 
 int Stil::pixelMetric(PixelMetric mass, const QStyleOption *option, const QWidget *widget) const

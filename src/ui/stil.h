@@ -31,6 +31,8 @@ public:
                                        SubControl stueck, const QWidget *widget) const override;
     [[nodiscard]] QRect subElementRect(SubElement element, const QStyleOption *option,
                                        const QWidget *widget) const override;
+    [[nodiscard]] QIcon standardIcon(StandardPixmap welches, const QStyleOption *option,
+                                     const QWidget *widget) const override;
     [[nodiscard]] int pixelMetric(PixelMetric mass, const QStyleOption *option,
                                   const QWidget *widget) const override;
     [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,

@@ -5,6 +5,7 @@
 #include <QIconEngine>
 #include <QPainter>
 #include <QPicture>
+#include <QPixmapCache>
 
 // The resources of a static library must be asked for by name, from outside any namespace.
 static void symboleLaden()
@@ -39,6 +40,18 @@ QImage gezeichnet(QPicture zeichnung, int seite)
     return bild;
 }
 
+// The picture of that name, drawn by `malen` where it has not been, or not for some time.
+template<typename Malen>
+QPixmap gemerkt(const QString &name, Malen malen)
+{
+    QPixmap bild;
+    if (!QPixmapCache::find(name, &bild)) {
+        bild = QPixmap::fromImage(malen());
+        QPixmapCache::insert(name, bild);
+    }
+    return bild;
+}
+
 // Draws the icon in whatever size is asked for.
 class Symbolmaler final : public QIconEngine
 {
@@ -57,7 +70,9 @@ public:
     QPixmap pixmap(const QSize &pixel, QIcon::Mode /*modus*/, QIcon::State /*stand*/) override
     {
         const int seite = std::min(pixel.width(), pixel.height());
-        return seite > 0 ? QPixmap::fromImage(gezeichnet(zeichnung_, seite)) : QPixmap();
+        return gemerkt(u"kalvaro-symbol-%1"_s.arg(seite), [&] {
+            return seite > 0 ? gezeichnet(zeichnung_, seite) : QImage();
+        });
     }
 
     [[nodiscard]] QIconEngine *clone() const override { return new Symbolmaler(*this); }
@@ -70,23 +85,28 @@ private:
 
 QPixmap symbolbild(const QString &name, int groesse, const QColor &farbe, double faktor)
 {
-    const QPicture vorlage = zeichnung(name);
     const int pixel = qRound(groesse * faktor);
-    if (vorlage.isNull() || pixel <= 0) {
-        return {};
-    }
-    QImage maske = gezeichnet(vorlage, pixel);
-    QPainter maler(&maske);
-    maler.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    maler.fillRect(maske.rect(), farbe);
-    maler.end();
-    maske.setDevicePixelRatio(faktor);
-    return QPixmap::fromImage(std::move(maske));
+    const QString schluessel = u"kalvaro-%1-%2-%3-%4"_s.arg(name).arg(pixel).arg(faktor).arg(
+        QString::number(farbe.rgba(), 16));
+    return gemerkt(schluessel, [&] {
+        const QPicture vorlage = zeichnung(name);
+        if (vorlage.isNull() || pixel <= 0) {
+            return QImage();
+        }
+        QImage maske = gezeichnet(vorlage, pixel);
+        QPainter maler(&maske);
+        maler.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        maler.fillRect(maske.rect(), farbe);
+        maler.end();
+        maske.setDevicePixelRatio(faktor);
+        return maske;
+    });
 }
 
 QIcon programmsymbol()
 {
-    return QIcon(new Symbolmaler(zeichnung(u"de.kalvaro.kalvaro"_s)));
+    static const QPicture vorlage = zeichnung(u"de.kalvaro.kalvaro"_s);
+    return QIcon(new Symbolmaler(vorlage));
 }
 
 Zeichen::Zeichen(int groesse, QWidget *parent)

@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <dirent.h>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <unistd.h>
 #include <utility>
@@ -170,24 +171,37 @@ QStringList LinuxProzesse::buendel() const
     }
     ++blick_;
     const auto jetzt = uhr_.laufzeit();
-    const auto vorher = std::exchange(draussen_, {});
-    draussen_.reserve(vorher.size());
+    draussen_.swap(vorher_);
+    draussen_.clear();
+    const auto vorPid = [](const Aussenseiter &einer, int pid) { return einer.pid < pid; };
+    auto ort = vorher_.cbegin();
     while (const dirent *eintrag = ::readdir(ordner.get())) {
         const int pid = std::atoi(eintrag->d_name);
         if (pid <= 0) {
             continue;
         }
-        const auto seit = vorher.value(pid, jetzt);
+        // The kernel lists them by number, so the next one is mostly the next one.
+        const bool zurueck = ort != vorher_.cbegin() && std::prev(ort)->pid >= pid;
+        if (zurueck || (ort != vorher_.cend() && ort->pid < pid && ++ort != vorher_.cend() &&
+                        ort->pid < pid)) {
+            ort = std::lower_bound(zurueck ? vorher_.cbegin() : ort, vorher_.cend(), pid, vorPid);
+        }
+        const bool bekannt = ort != vorher_.cend() && ort->pid == pid;
+        const auto seit = bekannt ? ort->seit : jetzt;
         if (jetzt - seit >= jung && (pid + blick_) % reihum != 0) {
-            draussen_.insert(pid, seit);
+            draussen_.push_back({pid, seit});
             continue;
         }
         const QString name = buendelVon(::dirfd(ordner.get()), eintrag->d_name);
         if (name.isEmpty()) {
-            draussen_.insert(pid, seit);
+            draussen_.push_back({pid, seit});
         } else if (!liste.contains(name)) {
             liste.append(name);
         }
+    }
+    const auto nachPid = [](const Aussenseiter &a, const Aussenseiter &b) { return a.pid < b.pid; };
+    if (!std::is_sorted(draussen_.cbegin(), draussen_.cend(), nachPid)) {
+        std::sort(draussen_.begin(), draussen_.end(), nachPid);
     }
     return liste;
 }

@@ -4,9 +4,9 @@
 #include "platform/prozesse.h"
 
 #include <QByteArray>
-#include <QHash>
 
 #include <chrono>
+#include <vector>
 
 namespace kalvaro {
 
@@ -30,13 +30,19 @@ public:
     [[nodiscard]] QStringList buendel() const override;
 
 private:
+    struct Aussenseiter
+    {
+        int pid = 0;
+        std::chrono::milliseconds seit{}; // first seen outside of all bundles, Uhr::laufzeit()
+    };
+
     Uhr &uhr_;
     const QString werkzeug_;
     const QByteArray proc_;
 
-    // Process id → when it was first seen outside of all bundles, in Uhr::laufzeit().
-    mutable QHash<int, std::chrono::milliseconds> draussen_;
-    mutable int blick_ = 0; // number of the call
+    mutable std::vector<Aussenseiter> draussen_; // by pid
+    mutable std::vector<Aussenseiter> vorher_;   // those of the call before; keeps its memory
+    mutable int blick_ = 0;                      // number of the call
 };
 
 } // namespace kalvaro

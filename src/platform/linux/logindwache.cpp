@@ -1,7 +1,6 @@
 #include "platform/linux/logindwache.h"
 
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QUuid>
 
 namespace kalvaro {
@@ -18,8 +17,8 @@ QString socketpfad(const QString &adresse)
         return {};
     }
     const QString rest = adresse.mid(anfang + 10);
-    const qsizetype ende = rest.indexOf(QRegularExpression(u"[,;]"_s));
-    return QString::fromUtf8(QByteArray::fromPercentEncoding(rest.left(ende).toUtf8()));
+    const QString pfad = rest.section(u',', 0, 0).section(u';', 0, 0);
+    return QString::fromUtf8(QByteArray::fromPercentEncoding(pfad.toUtf8()));
 }
 
 } // namespace

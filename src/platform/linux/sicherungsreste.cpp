@@ -3,8 +3,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <ctime>
@@ -44,18 +44,26 @@ void restEntfernen(const QByteArray &pfad)
     ::close(fd); // and the lease with it
 }
 
+bool nurBuchstaben(QStringView text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar zeichen) {
+        return (zeichen >= u'A' && zeichen <= u'Z') || (zeichen >= u'a' && zeichen <= u'z');
+    });
+}
+
 } // namespace
 
 void sicherungsresteEntfernen(const QString &datei)
 {
     const QFileInfo ziel(datei);
-    const QRegularExpression name(
-        u"\\A%1\\.[A-Za-z]{6}\\z"_s.arg(QRegularExpression::escape(ziel.fileName())));
     const QDir ordner(ziel.path());
-    const QStringList namen = ordner.entryList({ziel.fileName() + u".??????"_s},
-                                               QDir::Files | QDir::Hidden | QDir::System);
+    const QString anfang = ziel.fileName() + u'.';
+    constexpr qsizetype zufall = 6; // letters
+    // Without a pattern, which would be the only thing in a start that a regular expression is for.
+    const QStringList namen = ordner.entryList(QDir::Files | QDir::Hidden | QDir::System);
     for (const QString &einer : namen) {
-        if (name.match(einer).hasMatch()) {
+        if (einer.startsWith(anfang) && einer.size() == anfang.size() + zufall &&
+            nurBuchstaben(einer.last(zufall))) {
             restEntfernen(QFile::encodeName(ordner.filePath(einer)));
         }
     }

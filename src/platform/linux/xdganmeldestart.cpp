@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QIcon>
 
+#include <algorithm>
+
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
@@ -80,6 +82,21 @@ QString eintrag(const QString &programm, const QString &symbol, bool pruefbar)
            u"\nTerminal=false\nStartupNotify=false\n"_s;
 }
 
+// Whether a theme has the program's icon. Reading a theme's lists takes longer than building a
+// window and stays in memory, so only an entry that is to be written or compared asks, and first
+// for the place where the package puts it, which every theme falls back to.
+bool hatSymbol()
+{
+    const QStringList orte = QIcon::themeSearchPaths();
+    const auto hat = [&](const QString &datei) {
+        return std::any_of(orte.begin(), orte.end(), [&](const QString &ort) {
+            return QFileInfo::exists(ort + u"/hicolor/"_s + datei);
+        });
+    };
+    return (hat(u"index.theme"_s) && hat(u"48x48/apps/%1.png"_s.arg(KENNUNG))) ||
+           QIcon::hasThemeIcon(KENNUNG);
+}
+
 } // namespace
 
 QString startprogramm(const QString &eigenes)
@@ -123,11 +140,9 @@ XdgAnmeldestart::XdgAnmeldestart()
 {
 }
 
-// Reading the theme's lists takes longer than building a window, so only an entry that is to be
-// written or compared asks for it.
 QByteArray XdgAnmeldestart::inhalt() const
 {
-    const QString symbol = symbol_ ? *symbol_ : QIcon::hasThemeIcon(KENNUNG) ? KENNUNG : QString();
+    const QString symbol = symbol_ ? *symbol_ : hatSymbol() ? KENNUNG : QString();
     return eintrag(programm_, symbol, true).toUtf8();
 }
 
