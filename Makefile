@@ -1,5 +1,5 @@
 # The short front for people; CMakePresets.json has the whole story.
-.PHONY: help deps build demo test faults fuzz lint bench pictures coverage install package clean
+.PHONY: help deps build demo test faults fuzz lint bench bench-vergleich pictures coverage install package clean
 
 STUFE ?= release
 SEKUNDEN ?= 600
@@ -40,10 +40,16 @@ pictures: ## the pictures of docs/bilder anew, and those of tests/bilder that di
 	@tools/bilder.sh build/$(STUFE)
 	@tests/bilder/erneuern.sh build/$(STUFE)
 
-bench: ## what start, memory and large libraries cost
-	@tools/sperre.sh tools/pakete.sh testen
-	@KALVARO_CMAKE=-DKALVARO_BENCH=ON tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro-bench kalvaro-demorekordbox
-	@tools/bench.sh build/$(STUFE)
+bench: ## what kalvaro costs, against a bare window (NUR=start, JSON=1, BAU=1)
+	@tools/sperre.sh tools/pakete.sh messen
+	@tools/sperre.sh tools/bauen.sh bench kalvaro-bench
+	@tests/eigene-prozesse.sh /usr/bin/python3 -B bench/tafel.py build/bench $(if $(NUR),--nur $(NUR)) \
+		$(if $(JSON),--json) $(if $(BAU),--bau)
+
+bench-vergleich: ## start and memory beside other tray programs that are installed here
+	@tools/sperre.sh tools/pakete.sh messen
+	@tools/sperre.sh tools/bauen.sh bench kalvaro-bench
+	@tests/eigene-prozesse.sh /usr/bin/python3 -B bench/vergleich.py build/bench
 
 coverage: ## which lines of the rooms below the windows the tests reach
 	@tools/sperre.sh tools/pakete.sh pruefen
@@ -60,4 +66,4 @@ clean: ## away with build/
 	rm -rf build
 
 help: ## this list
-	@sed -n 's/^\([a-z]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 18
+	@sed -n 's/^\([a-z-]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 24
