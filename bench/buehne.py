@@ -192,7 +192,7 @@ class Buehne:
         kein = "unix:path=" + os.path.join(self.ordner, "keinbus")
         self.umgebung = {"PATH": "/usr/local/bin:/usr/bin:/bin", "LC_ALL": "C.UTF-8",
                          "QT_QPA_PLATFORM": "xcb", "DBUS_SESSION_BUS_ADDRESS": kein,
-                         "DBUS_SYSTEM_BUS_ADDRESS": kein, "NO_AT_BRIDGE": "1"}
+                         "DBUS_SYSTEM_BUS_ADDRESS": kein, "NO_AT_BRIDGE": "1", "QT_HASH_SEED": "0"}
         lesen_, schreiben = os.pipe()
         self.starten(["Xvfb", "-displayfd", str(schreiben), "-screen", "0", "1280x1024x24", "-nolisten",
                       "tcp", "-noreset"], pass_fds=[schreiben], stderr=subprocess.DEVNULL)
