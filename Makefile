@@ -5,6 +5,8 @@ STUFE ?= release
 SEKUNDEN ?= 600
 PREFIX ?= /usr/local
 export CMAKE_BUILD_PARALLEL_LEVEL ?= $(shell nproc 2>/dev/null || echo 2)
+# Half as many again as there are processors: many tests wait for most of their time.
+TESTS_ZUGLEICH = $(shell expr $(CMAKE_BUILD_PARALLEL_LEVEL) \* 3 / 2)
 
 build: deps ## the program and the demo, in build/release
 	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro kalvaro-democloud kalvaro-demorekordbox
@@ -18,12 +20,12 @@ demo: build ## kalvaro with a demo cloud; without a display a picture (BILD=PATH
 test: ## all tests
 	@tools/sperre.sh tools/pakete.sh testen
 	@tools/sperre.sh tools/bauen.sh $(STUFE) all
-	@ctest --preset $(STUFE) -j $(CMAKE_BUILD_PARALLEL_LEVEL)
+	@ctest --preset $(STUFE) -j $(TESTS_ZUGLEICH)
 
 faults: ## what may go wrong around the program: hostile servers, broken files, kills
 	@tools/sperre.sh tools/pakete.sh testen
 	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro faults_sichern
-	@ctest --preset $(STUFE) -L faults -j $(CMAKE_BUILD_PARALLEL_LEVEL)
+	@ctest --preset $(STUFE) -L faults -j $(TESTS_ZUGLEICH)
 
 fuzz: ## each reader of what comes from outside, SEKUNDEN=600 each (ZIELE="plist konto")
 	@tools/sperre.sh tools/pakete.sh pruefen
