@@ -23,11 +23,9 @@ verdict, says in plain German what happened, and only then lets rekordbox
 start. It watches rekordbox, syncs after it has quit and catches up what
 failed.")
 
-# What dpkg-shlibdeps cannot see because it is loaded, run or read only later. The SVG plug-in had
-# no package of its own before Qt 6.5.
+# What dpkg-shlibdeps cannot see because it is loaded, run or read only later.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-svg-plugins | libqt6svg6 (<< 6.5~), qt6-translations-l10n, \
-procps, hicolor-icon-theme, ca-certificates")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-translations-l10n, procps, hicolor-icon-theme, ca-certificates")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "qt6-wayland, qt6-gtk-platformtheme, default-dbus-session-bus | dbus-session-bus")
 

@@ -3,7 +3,6 @@
 #include "foundation/konstanten.h"
 #include "mainwindow/hauptfenster.h"
 #include "ui/hinweisfenster.h"
-#include "ui/symbole.h"
 
 #include <QMenuBar>
 #include <QMessageBox>
@@ -19,7 +18,6 @@ void ueberZeigen(Hauptfenster &fenster)
     QMessageBox *const box = hinweisfenster(
         u"kalvaro "_s + VERSION,
         u"Hält die rekordbox-Bibliothek dieses Macs mit der Cloud im Gleichstand."_s, &fenster);
-    box->setIconPixmap(programmsymbol().pixmap(64));
     box->setWindowTitle(u"Über kalvaro"_s);
     box->open();
 }

@@ -274,8 +274,11 @@ void Hauptfenster::auffindbarMachen()
 void Hauptfenster::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    const bool zeichen = event->type() == QEvent::ActivationChange ||
-                         (event->type() == QEvent::WindowStateChange && !isMinimized());
+    const bool zurueck = event->type() == QEvent::WindowStateChange && !isMinimized();
+    if (zurueck) {
+        groesseAnpassen();
+    }
+    const bool zeichen = event->type() == QEvent::ActivationChange || zurueck;
     if (abgelegt_ && zeichen && isActiveWindow()) {
         rueckkehr_ = ablauf_.umgebung.uhr.nach(rueckkehrverzug, [this] {
             if (abgelegt_ && isActiveWindow() && !isMinimized()) {

@@ -111,6 +111,7 @@ private:
     [[nodiscard]] QWidget *kopfzeile() const;
     [[nodiscard]] QWidget *startbereich();
     [[nodiscard]] QWidget *fusszeile();
+    [[nodiscard]] QSize verfuegbar() const;
     void groesseAnpassen();
     void knappHalten(int breite, int platz);
     void inDieMitte();

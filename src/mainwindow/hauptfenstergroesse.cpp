@@ -21,13 +21,23 @@ constexpr int fensterbreite = 520;
 
 } // namespace
 
-// As large as the content; higher than the screen it scrolls inside.
+// A picture shows all of it, however small the screen that it is drawn on.
+QSize Hauptfenster::verfuegbar() const
+{
+    return bildPfad_ ? QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX) : fensterplatz(*this);
+}
+
+// As large as the content; higher than the screen it scrolls inside. Not while it is minimised: on
+// X11 Qt maps a window to which it gives a size or place, and that brings it back.
 void Hauptfenster::groesseAnpassen()
 {
+    if (isMinimized()) {
+        return;
+    }
     // How wide the frame is turns out after the window has been shown.
-    const bool neuMittig = isVisible() && mitte_ == pos() && platz_ != fensterplatz(*this);
+    const bool neuMittig = isVisible() && mitte_ == pos() && platz_ != verfuegbar();
     const QSize vorher = size();
-    platz_ = fensterplatz(*this);
+    platz_ = verfuegbar();
     const QWidget *const leisteOben = layout()->menuBar();
     const int menue = leisteOben != nullptr ? leisteOben->sizeHint().height() : 0;
     const QSize platz = platz_ - QSize(0, menue);
@@ -81,7 +91,7 @@ void Hauptfenster::showEvent(QShowEvent *event)
 void Hauptfenster::moveEvent(QMoveEvent *event)
 {
     QWidget::moveEvent(event);
-    if (isVisible() && platz_ != fensterplatz(*this)) {
+    if (isVisible() && platz_ != verfuegbar()) {
         groesseAnpassen();
     }
 }

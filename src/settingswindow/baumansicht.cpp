@@ -85,6 +85,16 @@ int Baumansicht::zeilenzahl() const
     return anzahl;
 }
 
+int Baumansicht::hoeheFuer(int zeilen) const
+{
+    return zeilen * itemDelegate()->sizeHint({}, {}).height() + 2 * frameWidth();
+}
+
+int Baumansicht::zeilenIn(int hoehe) const
+{
+    return (hoehe - 2 * frameWidth()) / itemDelegate()->sizeHint({}, {}).height();
+}
+
 void Baumansicht::filtern(const QString &suchwort)
 {
     const bool vorher = modell_.gefiltert();

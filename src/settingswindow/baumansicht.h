@@ -33,6 +33,11 @@ public:
     [[nodiscard]] QModelIndex zeile(int nummer) const;
     [[nodiscard]] int nummer(const QModelIndex &index) const;
 
+    // The height of the view in which so many rows can be seen, and how many whole ones can be seen
+    // in a height, both with the frame.
+    [[nodiscard]] int hoeheFuer(int zeilen) const;
+    [[nodiscard]] int zeilenIn(int hoehe) const;
+
     void filtern(const QString &suchwort);
     void alleAufklappen();
     void alleZuklappen();

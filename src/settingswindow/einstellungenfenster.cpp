@@ -170,12 +170,20 @@ void EinstellungenFenster::eingabenSperren(bool sperren)
     }
 }
 
-// The arrow key leads from the search field to what it found. The wheel scrolls the sheet; it does
-// not choose another version on the way. And an empty field does not select its text for those who
-// come with the keyboard: Orca would take that for a movement of the cursor and not say where it
-// is.
+// What gets the keyboard comes in sight, but not below a pointer that has just pressed it. The
+// arrow key leads from the search field to what it found. The wheel scrolls the sheet; it does not
+// choose another version on the way. And an empty field does not select its text for those who come
+// with the keyboard: Orca would take that for a movement of the cursor and not say where it is.
 bool EinstellungenFenster::eventFilter(QObject *objekt, QEvent *event)
 {
+    if (event->type() == QEvent::FocusIn) {
+        const auto *const teil = static_cast<QWidget *>(objekt);
+        const auto grund = static_cast<QFocusEvent *>(event)->reason();
+        if (grund != Qt::MouseFocusReason && grund != Qt::ActiveWindowFocusReason &&
+            grund != Qt::PopupFocusReason && eingaben_->isAncestorOf(teil)) {
+            inSichtRollen(*teil);
+        }
+    }
     if (objekt == suchfeld_ && event->type() == QEvent::FocusIn && QAccessible::isActive() &&
         suchfeld_->text().isEmpty() &&
         static_cast<QFocusEvent *>(event)->reason() != Qt::OtherFocusReason) {

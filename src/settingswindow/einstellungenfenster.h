@@ -63,7 +63,6 @@ public:
 protected:
     bool event(QEvent *event) override;
     void moveEvent(QMoveEvent *event) override;
-    bool focusNextPrevChild(bool vor) override;
 
 private:
     enum class Zustand { Neu, Laedt, Geladen, Ladefehler, Sichert, Beendet };
@@ -75,7 +74,10 @@ private:
     [[nodiscard]] QWidget *tastenzeile();
     void baumAufbauen();
     void tabfolge();
+    void groesseFestlegen();
     void groesseAnpassen();
+    void abstaendeSetzen(bool eng);
+    void inSichtRollen(const QWidget &teil);
 
     void geladen(const Zentrale::Antwort &antwort);
     void optionenSichern();
@@ -105,6 +107,8 @@ private:
     QScrollArea *const rollbereich_; // scrolls the inputs where the screen is low
     QWidget *const fuss_;            // what is always to be seen: the line and the buttons
     QSize platz_;                    // on the screen, as it was taken into account
+    int ueblicheHoehe_ = 0;          // with a low tree and the usual gaps
+    bool eng_ = false;               // the gaps are smaller
 };
 
 } // namespace kalvaro

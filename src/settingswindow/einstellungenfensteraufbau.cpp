@@ -5,10 +5,10 @@
 #include "foundation/einstellungen.h"
 #include "platform/anmeldestart.h"
 #include "settingswindow/baumansicht.h"
+#include "settingswindow/blattmasse.h"
 #include "settingswindow/playlistenmodell.h"
 #include "ui/beschriftung.h"
 #include "ui/eingabe.h"
-#include "ui/fensterplatz.h"
 #include "ui/karte.h"
 #include "ui/knoepfe.h"
 #include "ui/schrift.h"
@@ -18,23 +18,16 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
+using namespace blattmasse;
 
 namespace {
 
-constexpr int fensterbreite = 480;
-constexpr int rand = 22;
-constexpr int oberrand = 20;
-constexpr int unterrand = 18;
-constexpr int abstand = 12;
-constexpr int baumhoehe = 280;
-constexpr int baummindesthoehe = 116; // four rows
-constexpr int zeilenhoehe = 28;       // of fields and buttons
+constexpr int zeilenhoehe = 28; // of fields and buttons
 constexpr int umbruchbreite = 400;
 
 const QString ueberschrift = u"Playlisten lokal speichern"_s;
@@ -73,8 +66,6 @@ void EinstellungenFenster::aufbauen()
 {
     baumAufbauen();
     auto *const oben = new QVBoxLayout(eingaben_);
-    oben->setContentsMargins(rand, oberrand, rand, 0);
-    oben->setSpacing(abstand);
     oben->addWidget(versionszeile());
     oben->addWidget(optionen());
     oben->addWidget(new Haarlinie(Qt::Horizontal));
@@ -92,7 +83,6 @@ void EinstellungenFenster::aufbauen()
     lblInfo_->setObjectName(u"lblInfo"_s);
     lblInfo_->setMinimumHeight(2 * lblInfo_->sizeHint().height());
     lblInfo_->setSchrumpfen(0.9);
-    fuss_->layout()->setContentsMargins(rand, abstand, rand, unterrand);
 
     auto *const ganz = new QVBoxLayout(this);
     ganz->setContentsMargins({});
@@ -101,66 +91,7 @@ void EinstellungenFenster::aufbauen()
     ganz->addWidget(fuss_);
     tabfolge();
     new Eingabe(*this, *knSichern_);
-    groesseAnpassen();
-}
-
-// As large as the content, up to the screen. Where that is too low, first the tree gets lower, then
-// all that stands above the line and the buttons scrolls.
-void EinstellungenFenster::groesseAnpassen()
-{
-    const QSize vorher = size();
-    const QSize platz = platz_ = fensterplatz(*this);
-    const int breite = std::min(mass(fensterbreite), platz.width());
-    // A long message leaves room for what it is about.
-    const int zeilen = platz.height() / 3 / std::max(1, lblInfo_->minimumSizeHint().height());
-    lblInfo_->setUmbruch(breite - 2 * rand, std::clamp(zeilen, 2, 12));
-    const int unten = fuss_->layout()->totalHeightForWidth(breite);
-    const int hoechstens = platz.height() - unten;
-    const auto oben = [this](int wie) {
-        return eingaben_->layout()->totalHeightForWidth(wie) - baum_->minimumHeight();
-    };
-    const int baum = std::clamp(hoechstens - oben(breite), mass(baummindesthoehe), mass(baumhoehe));
-    const bool rollt = oben(breite) + baum > hoechstens;
-    const int balken = rollt ? rollbereich_->verticalScrollBar()->sizeHint().width() : 0;
-    const int aussen = std::min(breite + balken, platz.width());
-    const int inhalt = oben(aussen - balken) + baum;
-    baum_->setFixedHeight(baum);
-    // In line with what stands above it, left of the scroll bar.
-    fuss_->layout()->setContentsMargins(rand, abstand, rand + balken, unterrand);
-    setFixedSize(aussen, std::min(inhalt, hoechstens) + unten);
-    if (isVisible() && size().boundedTo(vorher) != size()) {
-        hereinruecken(*this);
-    }
-}
-
-bool EinstellungenFenster::event(QEvent *event)
-{
-    const bool ergebnis = QDialog::event(event);
-    if (event->type() == QEvent::LayoutRequest) {
-        groesseAnpassen();
-    } else if (event->type() == QEvent::Show) {
-        groesseAnpassen();
-        hereinruecken(*this);
-    }
-    return ergebnis;
-}
-
-// How wide the frame is turns out after the sheet has been shown, and anew on another screen.
-void EinstellungenFenster::moveEvent(QMoveEvent *event)
-{
-    QDialog::moveEvent(event);
-    if (isVisible() && platz_ != fensterplatz(*this)) {
-        groesseAnpassen();
-    }
-}
-
-bool EinstellungenFenster::focusNextPrevChild(bool vor)
-{
-    const bool weiter = QDialog::focusNextPrevChild(vor);
-    if (weiter && eingaben_->isAncestorOf(focusWidget())) {
-        rollbereich_->ensureWidgetVisible(focusWidget());
-    }
-    return weiter;
+    groesseFestlegen();
 }
 
 QWidget *EinstellungenFenster::versionszeile()
@@ -221,14 +152,16 @@ void EinstellungenFenster::baumAufbauen()
     suchfeld_->setMinimumHeight(mass(zeilenhoehe));
     suchfeld_->setClearButtonEnabled(true);
     suchfeld_->setEnabled(false); // until there is something to find
-    suchfeld_->installEventFilter(this);
     connect(suchfeld_, &QLineEdit::textChanged, baum_, &Baumansicht::filtern);
 
     baum_->setObjectName(u"baum"_s);
     baum_->setAccessibleName(ueberschrift);
     baum_->setAccessibleDescription(erklaerung);
-    baum_->setFixedHeight(mass(baumhoehe));
-    popVersion_->installEventFilter(this);
+    connect(baum_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        if (baum_->hasFocus() && baum_->mitTasten()) {
+            inSichtRollen(*baum_);
+        }
+    });
     connect(baum_, &Baumansicht::getippt, this, [this](const QString &zeichen) {
         suchfeld_->setFocus();
         suchfeld_->insert(zeichen);
@@ -260,6 +193,9 @@ void EinstellungenFenster::tabfolge()
                                  baum_,       knAbbrechen_, knSichern_};
     for (qsizetype i = 1; i < folge.size(); ++i) {
         setTabOrder(folge[i - 1], folge[i]);
+    }
+    for (QWidget *const teil : folge) {
+        teil->installEventFilter(this);
     }
 }
 

@@ -5,10 +5,10 @@
 
 #include <QEvent>
 #include <QPainter>
-#include <QRegularExpression>
 #include <QStyle>
 #include <QTextLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kalvaro {
@@ -21,14 +21,35 @@ namespace {
 constexpr qsizetype meisteZeichen = 4000;
 constexpr qsizetype meisteHinweiszeichen = 2000;
 constexpr int meisteZeilen = 12;
+constexpr size_t meisteGemerkte = 6;
+
+bool istZiffer(QChar zeichen)
+{
+    return zeichen >= u'0' && zeichen <= u'9';
+}
+
+// Whether `inhalt` begins with `einheit` as a word.
+bool beginntMit(QStringView inhalt, QStringView einheit)
+{
+    if (!inhalt.startsWith(einheit)) {
+        return false;
+    }
+    const QChar danach = inhalt.size() > einheit.size() ? inhalt[einheit.size()] : u' ';
+    return !istZiffer(danach) && danach != u'_' && !(danach >= u'A' && danach <= u'Z') &&
+           !(danach >= u'a' && danach <= u'z');
+}
 
 // `inhalt` with blanks that no line may break at: before a unit, and between two middle dots, so
 // that what belongs together moves to the next line together.
 QString zusammengehalten(QString inhalt)
 {
-    static const QRegularExpression vorEinheit(u"(?<=\\d) (?=(?:s|GB)\\b)"_s);
     static const QString punkt = u"   ·   "_s;
-    inhalt.replace(vorEinheit, QString(QChar::Nbsp));
+    for (qsizetype ort = inhalt.indexOf(u' ', 1); ort > 0; ort = inhalt.indexOf(u' ', ort + 1)) {
+        const QStringView rest = QStringView(inhalt).sliced(ort + 1);
+        if (istZiffer(inhalt[ort - 1]) && (beginntMit(rest, u"s") || beginntMit(rest, u"GB"))) {
+            inhalt[ort] = QChar::Nbsp;
+        }
+    }
     if (inhalt.contains(punkt)) {
         QStringList stuecke = inhalt.split(punkt);
         for (QString &stueck : stuecke) {
@@ -63,7 +84,21 @@ void Beschriftung::textSetzen(const QString &inhalt)
 
 void Beschriftung::textLautlosSetzen(const QString &inhalt)
 {
+    if (inhalt == text()) {
+        return;
+    }
     QLabel::setText(inhalt);
+    neuSetzen();
+}
+
+// What decides how the text goes into lines has changed, so it has for the companion.
+void Beschriftung::neuSetzen()
+{
+    for (Beschriftung *const betroffen : {this, gefaehrte_}) {
+        if (betroffen != nullptr) {
+            betroffen->gemerkt_.clear();
+        }
+    }
     for (Beschriftung *const betroffen : {this, gefaehrte_}) {
         if (betroffen != nullptr) {
             betroffen->hinweisErneuern();
@@ -99,8 +134,7 @@ void Beschriftung::setUmbruch(int breite, int zeilen)
     QSizePolicy regel(QSizePolicy::Preferred, QSizePolicy::Preferred);
     regel.setHeightForWidth(true);
     setSizePolicy(regel);
-    hinweisErneuern();
-    updateGeometry();
+    neuSetzen();
 }
 
 void Beschriftung::setZeilenhoehe(double hoehe)
@@ -112,13 +146,14 @@ void Beschriftung::setZeilenhoehe(double hoehe)
 void Beschriftung::setSchrumpfen(double faktor)
 {
     schrumpfen_ = faktor;
-    updateGeometry();
+    neuSetzen();
 }
 
 void Beschriftung::gemeinsamSchrumpfen(Beschriftung &eine, Beschriftung &andere)
 {
     eine.gefaehrte_ = &andere;
     andere.gefaehrte_ = &eine;
+    eine.neuSetzen();
 }
 
 QSize Beschriftung::sizeHint() const
@@ -205,10 +240,24 @@ QString Beschriftung::satztext() const
     return zusammengehalten(inhalt.replace(u'\n', QChar::LineSeparator));
 }
 
-// Breaks the text into lines for `platz` pixels.
+// The text in lines for `platz` pixels.
 Beschriftung::Satz Beschriftung::gesetzt(int platz) const
 {
     const double breite = umbruch_ ? std::min(platz, *umbruch_) : platz;
+    const auto da = std::find_if(gemerkt_.begin(), gemerkt_.end(), [&](const Gemerkt &g) {
+        return g.breite == breite && g.dpi == logicalDpiY();
+    });
+    if (da != gemerkt_.end()) {
+        return da->satz;
+    }
+    if (gemerkt_.size() >= meisteGemerkte) {
+        gemerkt_.clear();
+    }
+    return gemerkt_.emplace_back(Gemerkt{breite, logicalDpiY(), setzen(breite)}).satz;
+}
+
+Beschriftung::Satz Beschriftung::setzen(double breite) const
+{
     Satz satz;
     const QString inhalt = satztext();
     satz.gekuerzt = text().size() > meisteZeichen;
@@ -251,14 +300,19 @@ Beschriftung::Satz Beschriftung::gesetzt(int platz) const
     return satz;
 }
 
+// Without a size of its own nothing is cut yet.
 void Beschriftung::hinweisErneuern()
 {
+    if (!platziert_) {
+        return;
+    }
     setToolTip(gesetzt(width()).gekuerzt ? alsHinweis(text()) : QString());
 }
 
 void Beschriftung::resizeEvent(QResizeEvent *event)
 {
     QLabel::resizeEvent(event);
+    platziert_ = true;
     hinweisErneuern();
 }
 
@@ -266,7 +320,7 @@ void Beschriftung::changeEvent(QEvent *event)
 {
     QLabel::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
-        hinweisErneuern();
+        neuSetzen();
     }
 }
 

@@ -5,6 +5,7 @@
 #include <QLabel>
 
 #include <optional>
+#include <vector>
 
 namespace kalvaro {
 
@@ -67,6 +68,14 @@ private:
         bool gekuerzt = false;
     };
 
+    // A text in lines, and what it was set for.
+    struct Gemerkt
+    {
+        double breite = 0;
+        int dpi = 0; // of the screen, from which fonts take their pixels
+        Satz satz;
+    };
+
     // How far a text is closed up to fit into one line; the tighter, the less.
     struct Enge
     {
@@ -77,10 +86,12 @@ private:
 
     [[nodiscard]] QString satztext() const;
     [[nodiscard]] Satz gesetzt(int platz) const;
+    [[nodiscard]] Satz setzen(double breite) const;
     [[nodiscard]] QFont verengt(const Enge &enge) const;
     [[nodiscard]] Enge enge(double breite) const;
     [[nodiscard]] double zeilenabstand() const;
     void hinweisErneuern();
+    void neuSetzen();
 
     Farbton ton_ = Farbe::schrift;
     std::optional<int> umbruch_;
@@ -88,6 +99,10 @@ private:
     double zeilenhoehe_ = 0;
     double schrumpfen_ = 1;
     Beschriftung *gefaehrte_ = nullptr; // shrinks along
+    bool platziert_ = false;            // has been given a size
+
+    // Layouts ask for the same few widths many times over.
+    mutable std::vector<Gemerkt> gemerkt_;
 };
 
 // A label of the given size in points; with `umbruch` it wraps at that width (logical pixels).

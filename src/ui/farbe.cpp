@@ -8,6 +8,8 @@ namespace kalvaro::Farbe {
 
 namespace {
 
+constexpr double deutlicherKontrast = 7;
+
 QColor mitAlpha(QColor farbe, float alpha)
 {
     farbe.setAlphaF(alpha);
@@ -61,7 +63,6 @@ QColor annaehern(const QColor &farbe, const QColor &ziel, std::initializer_list<
 // The text colour that the palette has for such a ground, or one that can be read on it.
 QColor schriftAuf(const QPalette &palette, const QColor &grund)
 {
-    constexpr double deutlich = 7; // leaves room for weaker texts
     const QColor amFenster = palette.color(QPalette::WindowText);
     const QColor imFeld = palette.color(QPalette::Text);
     for (const QColor &farbe : {amFenster, imFeld}) {
@@ -69,7 +70,7 @@ QColor schriftAuf(const QPalette &palette, const QColor &grund)
             return ueber(farbe, grund);
         }
     }
-    return lesbar(ueber(amFenster, grund), grund, deutlich);
+    return lesbar(ueber(amFenster, grund), grund, deutlicherKontrast); // room for weaker texts
 }
 
 // Relative luminance of an sRGB colour (WCAG 2.1).
@@ -191,8 +192,16 @@ QColor tertiaer(const QPalette &palette)
     return annaehern(mischen(staerker, grund, 0.2), staerker, {grund}, textkontrast(palette));
 }
 
+// Palettes rich in contrast have one that is meant to be read (7 : 1), and told from what can be
+// used by its hue: it is not made any weaker.
 QColor gesperrt(const QPalette &palette)
 {
+    const QColor eigene = schrift(palette);
+    if (palette.currentColorGroup() == QPalette::Disabled &&
+        eigene != palette.color(QPalette::Active, QPalette::WindowText) &&
+        kontrast(eigene, fenster(palette)) >= deutlicherKontrast) {
+        return eigene;
+    }
     const QColor staerker = sekundaer(palette);
     const QColor grund = fenster(palette);
     return annaehern(mischen(staerker, grund, 0.35), staerker, {grund}, erkennbarerKontrast);
@@ -248,8 +257,11 @@ QPalette aufGrund(const QPalette &palette, const QColor &grund)
     for (const auto rolle : {QPalette::Window, QPalette::Base, QPalette::Button}) {
         neu.setColor(rolle, grund);
     }
+    // Beside the text of what cannot be used stays the other one, to tell whether it is weaker.
+    const bool gesperrt = palette.currentColorGroup() == QPalette::Disabled;
+    const auto gruppe = gesperrt ? QPalette::Disabled : QPalette::All;
     for (const auto rolle : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        neu.setColor(rolle, schrift);
+        neu.setColor(gruppe, rolle, schrift);
     }
     return neu;
 }

@@ -11,6 +11,12 @@ namespace kalvaro {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int symbolseite = 64;
+
+} // namespace
+
 QMessageBox *hinweisfenster(const QString &meldung, const QString &erklaerung, QWidget *parent)
 {
     auto *const fenster = new QMessageBox(parent);
@@ -18,7 +24,7 @@ QMessageBox *hinweisfenster(const QString &meldung, const QString &erklaerung, Q
     fenster->setWindowModality(parent != nullptr ? Qt::WindowModal : Qt::ApplicationModal);
     fenster->setWindowTitle(u"kalvaro"_s);
     fenster->setWindowIcon(programmsymbol());
-    fenster->setIcon(QMessageBox::Warning);
+    fenster->setIconPixmap(programmsymbol().pixmap(symbolseite));
     fenster->setTextFormat(Qt::PlainText);
     fenster->setText(meldung);
     fenster->setInformativeText(erklaerung);

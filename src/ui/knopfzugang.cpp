@@ -33,10 +33,10 @@ public:
     }
     void doAction(const QString &aktion) override
     {
-        if (aktion == pressAction()) {
-            knopf()->click();
-        } else {
+        if (aktion != pressAction()) {
             QAccessibleWidget::doAction(aktion);
+        } else if (!knopf()->beschaeftigt()) {
+            knopf()->animateClick(); // as Qt presses the other buttons, so that order is kept
         }
     }
 

@@ -182,6 +182,15 @@ void Stil::drawControl(ControlElement element, const QStyleOption *option, QPain
             kopie.text = abgesetzt(zeile->text);
         }
         QProxyStyle::drawControl(element, &kopie, maler, widget);
+        if (element == CE_MenuBarItem && !zeile->state.testFlag(State_Selected)) {
+            // At scales above 1 Fusion's line under the bar stops short of each title's end.
+            kopie.rect.adjust(-1, 0, 1, 0);
+            maler->save();
+            maler->setClipRect(zeile->rect.adjusted(0, zeile->rect.height() - 2, 0, 0),
+                               Qt::IntersectClip);
+            QProxyStyle::drawControl(CE_MenuBarEmptyArea, &kopie, maler, widget);
+            maler->restore();
+        }
     } else {
         QProxyStyle::drawControl(element, option, maler, widget);
     }

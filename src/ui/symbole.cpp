@@ -2,8 +2,9 @@
 
 #include "ui/unterlage.h"
 
-#include <QImageReader>
+#include <QIconEngine>
 #include <QPainter>
+#include <QPicture>
 
 // The resources of a static library must be asked for by name, from outside any namespace.
 static void symboleLaden()
@@ -17,24 +18,64 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString ort(const QString &name)
+// A square drawing; null when there is none of that name.
+QPicture zeichnung(const QString &name)
 {
     symboleLaden();
-    return u":/kalvaro/symbole/%1.svg"_s.arg(name);
+    QPicture bild;
+    bild.load(u":/kalvaro/symbole/%1.zeichnung"_s.arg(name));
+    return bild;
 }
+
+QImage gezeichnet(QPicture zeichnung, int seite)
+{
+    QImage bild(seite, seite, QImage::Format_ARGB32_Premultiplied);
+    bild.fill(Qt::transparent);
+    QPainter maler(&bild);
+    const QRect blatt = zeichnung.boundingRect();
+    maler.scale(double(seite) / blatt.width(), double(seite) / blatt.height());
+    maler.translate(-blatt.topLeft());
+    zeichnung.play(&maler);
+    return bild;
+}
+
+// Draws the icon in whatever size is asked for.
+class Symbolmaler final : public QIconEngine
+{
+public:
+    explicit Symbolmaler(QPicture zeichnung)
+        : zeichnung_(std::move(zeichnung))
+    {
+    }
+
+    void paint(QPainter *maler, const QRect &platz, QIcon::Mode modus, QIcon::State stand) override
+    {
+        const double faktor = maler->device()->devicePixelRatioF();
+        maler->drawPixmap(platz, pixmap(platz.size() * faktor, modus, stand));
+    }
+
+    QPixmap pixmap(const QSize &pixel, QIcon::Mode /*modus*/, QIcon::State /*stand*/) override
+    {
+        const int seite = std::min(pixel.width(), pixel.height());
+        return seite > 0 ? QPixmap::fromImage(gezeichnet(zeichnung_, seite)) : QPixmap();
+    }
+
+    [[nodiscard]] QIconEngine *clone() const override { return new Symbolmaler(*this); }
+
+private:
+    const QPicture zeichnung_;
+};
 
 } // namespace
 
 QPixmap symbolbild(const QString &name, int groesse, const QColor &farbe, double faktor)
 {
+    const QPicture vorlage = zeichnung(name);
     const int pixel = qRound(groesse * faktor);
-    QImageReader leser(ort(name), "svg");
-    leser.setScaledSize({pixel, pixel});
-    QImage maske = leser.read();
-    if (maske.isNull()) {
+    if (vorlage.isNull() || pixel <= 0) {
         return {};
     }
-    maske = std::move(maske).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QImage maske = gezeichnet(vorlage, pixel);
     QPainter maler(&maske);
     maler.setCompositionMode(QPainter::CompositionMode_SourceIn);
     maler.fillRect(maske.rect(), farbe);
@@ -45,7 +86,7 @@ QPixmap symbolbild(const QString &name, int groesse, const QColor &farbe, double
 
 QIcon programmsymbol()
 {
-    return QIcon(ort(u"de.kalvaro.kalvaro"_s));
+    return QIcon(new Symbolmaler(zeichnung(u"de.kalvaro.kalvaro"_s)));
 }
 
 Zeichen::Zeichen(int groesse, QWidget *parent)

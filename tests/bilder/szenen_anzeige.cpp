@@ -13,6 +13,7 @@
 #include "ui/tabellenzahl.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QVBoxLayout>
 
 namespace kalvaro {
@@ -184,9 +185,9 @@ QImage zeichen()
 {
     (void)programmsymbol(); // loads the drawings
     Bogen bogen;
-    const QStringList dateien = QDir(u":/kalvaro/symbole"_s).entryList({u"*.svg"_s}, QDir::Files);
+    const QStringList dateien = QDir(u":/kalvaro/symbole"_s).entryList({u"*.zeichnung"_s}, QDir::Files);
     for (const QString &datei : dateien) {
-        const QString name = datei.chopped(4);
+        const QString name = QFileInfo(datei).completeBaseName();
         if (name == u"de.kalvaro.kalvaro"_s) {
             continue; // never shown in one colour
         }

@@ -85,27 +85,36 @@ QImage ueber()
     return box->grab().toImage();
 }
 
-// On panels of both kinds, at their sizes.
+// In bars of every kind, at their sizes: first where the bar has said its colour, then guessed.
 QImage traysymbole()
 {
+    const QColor hell(0xf0, 0xf0, 0xf4);
+    const QColor dunkel(0x20, 0x20, 0x24);
+    const std::pair<QColor, Leistentinte> leisten[] = {
+        {dunkel, Leistentinte::gesagt(Qt::white)},  {hell, Leistentinte::gesagt(dunkel)},
+        {Qt::black, Leistentinte::geraten(dunkel)}, {hell, Leistentinte::geraten(dunkel)},
+        {Qt::gray, Leistentinte::geraten(dunkel)},  {dunkel, Leistentinte::geraten(hell)},
+        {Qt::white, Leistentinte::geraten(hell)},   {Qt::gray, Leistentinte::geraten(hell)},
+    };
+    constexpr int breite = 160;
     Bogen bogen;
     for (const QString &name :
          {u"icloud"_s, u"arrow.clockwise.icloud"_s, u"checkmark.icloud"_s,
           u"exclamationmark.icloud"_s, u"exclamationmark.icloud.fill"_s, u"icloud.slash"_s}) {
-        QImage leiste(320, 56, QImage::Format_RGB32);
-        QPainter maler(&leiste);
-        maler.fillRect(0, 0, 160, 56, QColor(0x202024));
-        maler.fillRect(160, 0, 160, 56, QColor(0xf0f0f4));
-        int x = 6;
-        for (const QColor &farbe : {QColor(Qt::white), QColor(0x202024)}) {
+        QImage bild(breite * static_cast<int>(std::size(leisten)), 56, QImage::Format_RGB32);
+        QPainter maler(&bild);
+        int links = 0;
+        for (const auto &[grund, tinte] : leisten) {
+            maler.fillRect(links, 0, breite, bild.height(), grund);
+            int x = links + 6;
             for (const int seite : {16, 22, 24, 48}) {
-                traysymbol(name, farbe).paint(&maler, x, 4, seite, 48);
+                traysymbol(name, tinte).paint(&maler, x, 4, seite, 48);
                 x += seite + 10;
             }
-            x = 166;
+            links += breite;
         }
         maler.end();
-        bogen.dazu(name, leiste);
+        bogen.dazu(name, bild);
     }
     return bogen.bild();
 }

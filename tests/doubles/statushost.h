@@ -46,7 +46,14 @@ public:
 
     // The bus names of the items that are there.
     [[nodiscard]] QStringList elemente() const { return angemeldet; }
-    [[nodiscard]] bool hostDa() const { return host; }
+    [[nodiscard]] bool hostDa() const
+    {
+        ++gefragt;
+        return host;
+    }
+
+    // How often somebody has asked whether there is a host.
+    [[nodiscard]] int fragen() const { return gefragt; }
     [[nodiscard]] int fassung() const { return 0; }
 
     [[nodiscard]] QVariant eigenschaft(const QString &name) const;
@@ -82,6 +89,7 @@ private:
     QDBusServiceWatcher waechter;
     QStringList angemeldet;
     bool host;
+    mutable int gefragt = 0;
 };
 
 } // namespace kalvaro

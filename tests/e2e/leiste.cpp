@@ -107,4 +107,22 @@ int Leiste::bitten() const
     return anzahl;
 }
 
+void aufrollen(const QString &anzeige, uint32_t fenster)
+{
+    xcb_connection_t *const x = xcb_connect(anzeige.toLatin1().constData(), nullptr);
+    const xcb_window_t wurzel = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
+    xcb_client_message_event_t nachricht = {};
+    nachricht.response_type = XCB_CLIENT_MESSAGE;
+    nachricht.format = 32;
+    nachricht.window = fenster;
+    nachricht.type = atom(x, "_NET_WM_STATE");
+    nachricht.data.data32[0] = 1; // add
+    nachricht.data.data32[1] = atom(x, "_NET_WM_STATE_SHADED");
+    xcb_send_event(x, 0, wurzel,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char *>(&nachricht));
+    std::free(xcb_get_input_focus_reply(x, xcb_get_input_focus(x), nullptr)); // so it has arrived
+    xcb_disconnect(x);
+}
+
 } // namespace kalvaro

@@ -50,4 +50,7 @@ private:
     uint32_t fenster_ = 0;
 };
 
+// Has the window manager roll a window up to its title bar, as its own menu would.
+void aufrollen(const QString &anzeige, uint32_t fenster);
+
 } // namespace kalvaro

@@ -159,6 +159,8 @@ void TestFarbwechsel::haengendesPortalHaeltNichtsAuf()
     QVERIFY(wird(false));
     portal.fortsetzen();
     QVERIFY(wird(true));
+    portal.schemaMelden(2);
+    QVERIFY(wird(false));
 }
 
 void TestFarbwechsel::bilderBleibenHell()

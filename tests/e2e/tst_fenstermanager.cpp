@@ -6,6 +6,7 @@
 #include "doubles/statushost.h"
 #include "doubles/testbus.h"
 #include "e2e/anzeige.h"
+#include "e2e/leiste.h"
 #include "testlauf.h"
 
 #include <csignal>
@@ -36,6 +37,7 @@ private Q_SLOTS:
 
     void einZweiterStartHoltVonDerAnderenArbeitsflaeche_data();
     void einZweiterStartHoltVonDerAnderenArbeitsflaeche();
+    void einZweiterStartRolltAus();
     void derHinweisOhneKontoLiegtVorn();
     void ohneLeisteLegtSchliessenNurAb();
     void mitLeisteVerschwindetEs();
@@ -158,6 +160,27 @@ void TestFenstermanager::einZweiterStartHoltVonDerAnderenArbeitsflaeche()
     QVERIFY(dieFlaecheWechseln(1));
     QVERIFY(!vorn(u"kalvaro"_s));
     QCOMPARE(nocheinmal(kennung), 0);
+    QVERIFY(bald([this] { return vorn(u"kalvaro"_s); }, geduld));
+}
+
+// Only its title bar came to the front, where the window manager leaves that to who asks (xfwm4).
+void TestFenstermanager::einZweiterStartRolltAus()
+{
+    KALVARO_BRAUCHT(u"xfwm4"_s);
+    const auto aufgerollt = [this] { return zustand().contains(u"_NET_WM_STATE_SHADED"_s); };
+    manager = std::make_unique<Kindprogramm>(u"xfwm4"_s, QStringList{u"--replace"_s},
+                                             anzeige->umgebung(bus->adresse()));
+    const auto bereit = [this] { // an extension that openbox does not know
+        return anzeige->ausgabe(u"xprop"_s, {u"-root"_s, u"_NET_SUPPORTED"_s})
+            .contains(u"_GTK_FRAME_EXTENTS"_s);
+    };
+    QVERIFY(bald(bereit, geduld));
+    zuhause->kontoSchreiben(u"http://127.0.0.1:9"_s);
+    programmStarten();
+    aufrollen(anzeige->name(), aktives().toUInt());
+    QVERIFY(bald(aufgerollt, geduld));
+    QCOMPARE(nocheinmal(), 0);
+    QVERIFY(bald([&] { return !aufgerollt(); }, geduld));
     QVERIFY(bald([this] { return vorn(u"kalvaro"_s); }, geduld));
 }
 

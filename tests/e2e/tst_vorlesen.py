@@ -22,7 +22,7 @@ try:
 except ImportError as fehler:
     print(f"SKIP   : TestVorlesen::alles(needs {fehler.name})")
     sys.exit(0)
-for programm in ("Xvfb", "xdotool", "dbus-daemon"):
+for programm in ("Xvfb", "openbox", "xdotool", "dbus-daemon"):
     if not shutil.which(programm):
         print(f"SKIP   : TestVorlesen::alles(needs {programm})")
         sys.exit(0)
@@ -81,7 +81,7 @@ def bald(bedingung, was):
     ende = time.monotonic() + GEDULD
     while not bedingung():
         if time.monotonic() > ende:
-            raise Gescheitert(was)
+            raise Gescheitert(was() if callable(was) else was)
         laufen(0.02)
 
 
@@ -104,6 +104,9 @@ class Auftritt:
             pass_fds=[schreiben], stderr=subprocess.DEVNULL)
         os.close(schreiben)
         self.anzeige = f":{os.fdopen(lesen).readline().strip()}"
+        # Without a window manager nobody gives the keyboard back when a dialogue goes.
+        self.starten(["openbox", "--sm-disable", "--config-file", "/dev/null"],
+                     env=dict(os.environ, DISPLAY=self.anzeige), stderr=subprocess.DEVNULL)
         self.cloud = self.starten([self.cloudprogramm, "--port", "0", "--dauer", "0.2"],
                                   stdout=subprocess.PIPE, text=True)
         self.adresse = f"http://127.0.0.1:{self.cloud.stdout.readline().strip().split('=')[1]}"
@@ -164,16 +167,16 @@ class Auftritt:
         bald(da, f"no {rolle} {name or muster}")
         return gefunden[0]
 
-    def druecken(self, name):
+    def druecken(self, name, aktion="press"):
         knopf = self.finden(pyatspi.ROLE_PUSH_BUTTON, name)
         tun = knopf.queryAction()
-        nummer = [tun.getName(i).lower() for i in range(tun.nActions)].index("press")
+        nummer = [tun.getName(i).lower() for i in range(tun.nActions)].index(aktion)
         tun.doAction(nummer)
 
 
 def warten(a, art, inhalt):
     bald(lambda: any(x == art and re.search(inhalt, str(y)) for x, y in a.gehoert.alles),
-         f"not told: {art} {inhalt}; only {a.gehoert.alles}")
+         lambda: f"not told: {art} {inhalt}; only {a.gehoert.alles}")
 
 
 def urteil_und_countdown(a):
@@ -195,6 +198,21 @@ def neuer_abgleich_ist_neu(a):
     if not all(x.startswith("Bibliothek ist abgeglichen. ") for x in a.gehoert.ansagen()):
         raise Gescheitert(a.gehoert.ansagen())
     gleich(len(a.gehoert.ansagen()), 2)
+
+
+def tastatur_kommt_aus_dem_blatt_zurueck(a):
+    def zuletzt(name):
+        bald(lambda: a.gehoert.alles[-1:] == [("focused 1", name)],
+             lambda: f"{name}: {a.gehoert.alles}")
+
+    a.gehoert.leeren()
+    a.druecken("Einstellungen …", "setfocus")
+    zuletzt("Einstellungen …")
+    for taste in ("Escape", "Return"):  # cancels, saves
+        a.taste("space")
+        zuletzt("Immer die neueste (7.1.4)")
+        a.taste("Tab", taste)
+        zuletzt("Einstellungen …")
 
 
 def fenster_und_zahlen(a):
@@ -225,7 +243,8 @@ def baum_nennt_zeilen(a):
     a.taste("Tab", "Tab", "Tab", "Tab")
     zeile = baum[0]
     # The row has the last word, not the tree.
-    bald(lambda: a.gehoert.alles[-1:] == [("focused 1", zeile.name)], f"{a.gehoert.alles}")
+    bald(lambda: a.gehoert.alles[-1:] == [("focused 1", zeile.name)],
+         lambda: f"{a.gehoert.alles}")
     stand = zeile.getState()
     for state in (pyatspi.STATE_EXPANDABLE, pyatspi.STATE_COLLAPSED, pyatspi.STATE_FOCUSED):
         if not stand.contains(state):
@@ -272,7 +291,8 @@ def main():
     a = Auftritt(sys.argv[1:4])
     schlecht = 0
     try:
-        for fall in (urteil_und_countdown, neuer_abgleich_ist_neu, fenster_und_zahlen,
+        for fall in (urteil_und_countdown, neuer_abgleich_ist_neu,
+                     tastatur_kommt_aus_dem_blatt_zurueck, fenster_und_zahlen,
                      auswahl_sagt_ihren_wert, baum_nennt_zeilen, baum_meldet_klappen_und_haken,
                      fehler_werden_angesagt):
             try:

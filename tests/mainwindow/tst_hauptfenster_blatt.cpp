@@ -2,7 +2,9 @@
 #include "settingswindow/einstellungenfenster.h"
 #include "testlauf.h"
 
+#include <QAccessible>
 #include <QCheckBox>
+#include <QPointer>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -18,6 +20,7 @@ private Q_SLOTS:
     void abgewaehltUndGesichert();
     void verstecktSichMitDemFenster();
     void rekordboxStartNimmtDasBlattMit();
+    void hilfenDrueckenDerReiheNach();
 
 private:
     static EinstellungenFenster *blatt(const Fensterwelt &p)
@@ -122,6 +125,24 @@ void TestHauptfensterBlatt::rekordboxStartNimmtDasBlattMit()
     QCOMPARE(p.arbeitsplatz.starts.size(), 1);
     QVERIFY(!p.fenster->isVisible());
     QVERIFY(!offenes->isVisible());
+}
+
+// A screen reader closed the sheet and opened it again at once: buttons go down before they act,
+// links did not, so the sheet that was about to close came forward and went.
+void TestHauptfensterBlatt::hilfenDrueckenDerReiheNach()
+{
+    Fensterwelt p;
+    p.abgeglichen();
+    const QPointer<EinstellungenFenster> erstes = blattOeffnen(p);
+    const auto druecken = [](QWidget *knopf) {
+        QAccessible::queryAccessibleInterface(knopf)->actionInterface()->doAction(
+            QAccessibleActionInterface::pressAction());
+    };
+    druecken(erstes->findChild<QAbstractButton *>(u"knAbbrechen"_s));
+    druecken(p.knopf(u"lnkEinstellungen"_s));
+    QTRY_VERIFY(!erstes);
+    QTRY_VERIFY(p.fenster->findChild<EinstellungenFenster *>() != nullptr);
+    QVERIFY(blatt(p)->isVisible());
 }
 
 KALVARO_FENSTERTEST(TestHauptfensterBlatt)

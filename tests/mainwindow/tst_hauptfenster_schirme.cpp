@@ -44,6 +44,8 @@ private Q_SLOTS:
     void updateRolltNichtVomCountdownWeg();
     void statuskarteGibtPlatzHer();
     void waechstMitDerSchrift();
+    void waechstNichtWaehrendEsAbgelegtIst();
+    void bildIstVomSchirmUnabhaengig();
 
 private:
     static void schriftgroesse(int pixel)
@@ -241,6 +243,44 @@ void TestHauptfensterSchirme::waechstMitDerSchrift()
         ++kasten;
     }
     QVERIFY2(qAbs(kasten - 32) <= 1, qPrintable(QString::number(kasten)));
+}
+
+// A new size or place brought it back, so one that lost its bar popped up in place of the task bar.
+void TestHauptfensterSchirme::waechstNichtWaehrendEsAbgelegtIst()
+{
+    Fensterwelt p;
+    p.abgeglichen(Fensterwelt::gut());
+    const QSize vorher = p.fenster->size();
+    p.fenster->showMinimized();
+    Bewertung b;
+    b.titel = u"Bibliothek ist abgeglichen"_s;
+    b.neueVersion = u"1.10"_s;
+    b.updateAdresse = u"https://kalvaro.example/"_s;
+    p.fenster->ergebnisAnzeigen(b);
+    Fensterwelt::ruhe();
+    QCOMPARE(p.fenster->size(), vorher);
+    p.fenster->showNormal();
+    Fensterwelt::ruhe();
+    QVERIFY(p.fenster->height() > vorher.height());
+}
+
+// At a scale of two the screen of pictures is 400 x 400: the window was drawn narrow, with most of
+// its texts cut.
+void TestHauptfensterSchirme::bildIstVomSchirmUnabhaengig()
+{
+    schriftgroesse(26);
+    QSize erste;
+    for (const int stelle : {0, 4}) {
+        Fensterwelt p({.bild = u"/nirgends/bild.png"_s});
+        p.fenster->setScreen(schirm(stelle));
+        p.fenster->move(schirm(stelle)->geometry().topLeft());
+        p.abgeglichen(Fensterwelt::gut(angebot(u"1.10"_s)));
+        QVERIFY(!rollbereich(p)->verticalScrollBar()->isVisible());
+        const QSize groesse = p.teil(u"ganz"_s)->size();
+        erste = stelle == 0 ? groesse : erste;
+        QCOMPARE(groesse, erste);
+        QCOMPARE(groesse.width(), 2 * 520);
+    }
 }
 
 KALVARO_FENSTERTEST(TestHauptfensterSchirme)

@@ -13,6 +13,8 @@
 #include <QScrollBar>
 #include <QWheelEvent>
 
+#include <cmath>
+
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
@@ -24,15 +26,19 @@ class TestEinstellungenschirme final : public Fensterpruefstand
 public:
     static void vorDerAnwendung()
     {
-        schirmeEinrichten({{2560, 1440}, {1024, 600}, {1093, 614}, {960, 540}, {800, 480}});
+        schirmeEinrichten(
+            {{2560, 1440}, {1024, 600}, {1093, 614}, {960, 540}, {800, 480}, {800, 440}});
     }
 
 private Q_SLOTS:
     void sichernBleibtErreichbar_data();
     void sichernBleibtErreichbar();
     void zuerstWirdDerBaumNiedriger();
+    void niedrigerSchirmZeigtGanzeZeilen_data();
+    void niedrigerSchirmZeigtGanzeZeilen();
     void langeMeldungLaesstPlatz();
     void tastenRollenMit();
+    void aktuelleZeileKommtInSicht();
     void mausradWaehltKeineVersion();
     void langeVersionWirdGekuerzt();
     void waechstMitDerSchrift();
@@ -54,6 +60,21 @@ private:
     {
         const auto *const teil = feld<QWidget>(name);
         return teil->visibleRegion() == QRegion(teil->rect());
+    }
+    [[nodiscard]] int zeilenhoehe() const
+    {
+        return feld<Baumansicht>(u"baum"_s)->itemDelegate()->sizeHint({}, {}).height();
+    }
+    [[nodiscard]] bool baumGanzZuSehen() const
+    {
+        const auto *const inhalt = feld<QAbstractScrollArea>(u"baum"_s)->viewport();
+        return inhalt->visibleRegion() == QRegion(inhalt->rect());
+    }
+    // How many rows of the tree can be seen.
+    [[nodiscard]] double sichtbareZeilen() const
+    {
+        const auto *const inhalt = feld<QAbstractScrollArea>(u"baum"_s)->viewport();
+        return inhalt->visibleRegion().boundingRect().height() / double(zeilenhoehe());
     }
     void scheitern(const QString &meldung)
     {
@@ -127,10 +148,52 @@ void TestEinstellungenschirme::zuerstWirdDerBaumNiedriger()
     QCOMPARE(fenster->width(), 480);
     delete fenster.data();
 
-    aufSchirm(4);
+    aufSchirm(4); // then the gaps, and nothing scrolls
     oeffnen();
-    QCOMPARE(feld<QWidget>(u"baum"_s)->height(), 116);
-    QVERIFY(rollt());
+    QVERIFY(sichtbareZeilen() >= 3);
+    QVERIFY(!rollt());
+    QCOMPARE(fenster->frameGeometry().height(), 480);
+    delete fenster.data();
+
+    aufSchirm(0); // only on the low screen
+    oeffnen();
+    QCOMPARE(fenster->height(), voll);
+}
+
+void TestEinstellungenschirme::niedrigerSchirmZeigtGanzeZeilen_data()
+{
+    QTest::addColumn<int>("stelle");
+    QTest::addColumn<int>("pixel");
+    const auto schirme = QGuiApplication::screens();
+    for (int stelle = 1; stelle < schirme.size(); ++stelle) {
+        for (const int pixel : {13, 18, 20, 22, 24, 26}) {
+            QTest::addRow("%s, font %d", qPrintable(schirme[stelle]->name()), pixel)
+                << stelle << pixel;
+        }
+    }
+}
+
+// One and a half rows were in sight, and the second was cut through its middle. Whoever goes to the
+// tree sees all of it, three rows at least where the screen has room for them.
+void TestEinstellungenschirme::niedrigerSchirmZeigtGanzeZeilen()
+{
+    QFETCH(const int, stelle);
+    QFETCH(const int, pixel);
+    const auto schrift = schriftgroesse(pixel);
+    aufSchirm(stelle);
+    laden(antwort(beispiel()));
+    const auto pruefen = [this] {
+        const double zeilen = sichtbareZeilen();
+        QVERIFY2(zeilen >= 3 || zeilen == std::floor(zeilen), qPrintable(QString::number(zeilen)));
+    };
+    pruefen();
+    feld<QWidget>(u"suchfeld"_s)->setFocus();
+    QTest::keyClick(fenster->focusWidget(), Qt::Key_Tab);
+    QVERIFY(feld<QWidget>(u"baum"_s)->hasFocus());
+    QVERIFY(baumGanzZuSehen());
+    pruefen();
+    const int platz = rollbereich()->viewport()->height();
+    QVERIFY(sichtbareZeilen() >= std::min(3, (platz - 12) / zeilenhoehe()));
 }
 
 void TestEinstellungenschirme::langeMeldungLaesstPlatz()
@@ -164,6 +227,29 @@ void TestEinstellungenschirme::tastenRollenMit()
         QVERIFY2(!fenster->focusWidget()->visibleRegion().isEmpty(), name);
         QVERIFY2(QByteArray(name) == "baum" || ganzZuSehen(QString::fromLatin1(name)), name);
     }
+}
+
+// Also after the sheet has been scrolled away by other means.
+void TestEinstellungenschirme::aktuelleZeileKommtInSicht()
+{
+    const auto schrift = schriftgroesse(26);
+    aufSchirm(4);
+    laden(antwort(beispiel()));
+    auto *const baum = feld<Baumansicht>(u"baum"_s);
+    QScrollBar &balken = *rollbereich()->verticalScrollBar();
+    QTest::keyClick(feld<QWidget>(u"suchfeld"_s), Qt::Key_Down);
+    QVERIFY(baumGanzZuSehen());
+    balken.setValue(0);
+    QTest::keyClick(baum, Qt::Key_Down);
+    QVERIFY(baumGanzZuSehen());
+
+    // A click leaves things where they are: the pointer would be above another row.
+    balken.setValue(balken.maximum() - 10);
+    const int stand = balken.value();
+    const QRect zeile = baum->visualRect(baum->zeile(0));
+    QTest::mouseClick(baum->viewport(), Qt::LeftButton, {}, zeile.center());
+    QCOMPARE(baum->currentIndex(), baum->zeile(0));
+    QCOMPARE(balken.value(), stand);
 }
 
 void TestEinstellungenschirme::mausradWaehltKeineVersion()

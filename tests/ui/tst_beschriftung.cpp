@@ -141,7 +141,7 @@ void TestBeschriftung::zeilenwechsel()
 void TestBeschriftung::ohneUmbruchNieZweiZeilen()
 {
     const auto lang = label(u"Wort "_s.repeated(80));
-    lang->resize(100, 60);
+    bild(*lang, 100);
     QCOMPARE(lang->sizeHint().height(), 20);
     QCOMPARE(lang->heightForWidth(100), -1);
     QVERIFY(!lang->toolTip().isEmpty());
@@ -165,7 +165,7 @@ void TestBeschriftung::zehnKilobyteOhneLeerzeichen()
     const auto umbrochen = label(inhalt, 360);
     QVERIFY(umbrochen->sizeHint().width() <= 360);
     QVERIFY(umbrochen->minimumSizeHint().width() < 20);
-    umbrochen->resize(360, umbrochen->heightForWidth(360));
+    bild(*umbrochen, 360);
     QCOMPARE(umbrochen->height(), 12 * 20);
     QVERIFY(!umbrochen->toolTip().isEmpty());
 

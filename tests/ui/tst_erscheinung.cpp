@@ -13,6 +13,7 @@
 #include "ui/tabellenzahl.h"
 
 #include <QApplication>
+#include <QMenuBar>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QVBoxLayout>
@@ -87,6 +88,7 @@ private Q_SLOTS:
     void menuesUndAlarmeSindLesbar();
     void stilDesDesktopsBleibt();
     void gesperrtesIstBlasser();
+    void linieUnterDerMenueleisteIstGanz();
     void wechselImLaufenden_data();
     void wechselImLaufenden();
     void schriftfaktor_data();
@@ -210,6 +212,27 @@ void TestErscheinung::gesperrtesIstBlasser()
         const QColor grund = p.color(QPalette::Base);
         QVERIFY(Farbe::kontrast(p.color(QPalette::Disabled, QPalette::ButtonText), grund) <
                 Farbe::kontrast(p.color(QPalette::Active, QPalette::ButtonText), grund));
+    }
+}
+
+// At a scale of two each title left a gap in it.
+void TestErscheinung::linieUnterDerMenueleisteIstGanz()
+{
+    erscheinungEinrichten(*qApp);
+    QMenuBar leiste;
+    leiste.addMenu(u"kalvaro"_s);
+    leiste.addMenu(u"Fenster"_s);
+    leiste.resize(300, leiste.sizeHint().height());
+    QImage bild(leiste.size() * 2, QImage::Format_RGB32);
+    bild.setDevicePixelRatio(2);
+    leiste.render(&bild);
+    const int unten = bild.height() - 1;
+    QVERIFY(bild.pixel(bild.width() / 2, unten - 1) != bild.pixel(bild.width() / 2, unten - 6));
+    for (int y = unten - 4; y <= unten; ++y) {
+        for (int x = 2; x < bild.width() - 2; ++x) {
+            QVERIFY2(bild.pixel(x, y) == bild.pixel(bild.width() / 2 + 200, y),
+                     qPrintable(u"%1, %2"_s.arg(x).arg(y)));
+        }
     }
 }
 

@@ -39,6 +39,7 @@ class TestFarbe final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void gesperrtesWirdNichtZweimalBlasser();
     void werte_data();
     void werte();
     void weicheBleibenGleich_data();
@@ -349,6 +350,26 @@ void TestFarbe::jedePaletteWirdLesbar()
                                     geheilt.color(QPalette::Disabled, grund)) >= 3);
         }
     }
+}
+
+// In a palette rich in contrast its colour for what cannot be used was mixed with the ground as
+// well.
+void TestFarbe::gesperrtesWirdNichtZweimalBlasser()
+{
+    QPalette palette(Qt::black, Qt::black);
+    palette.setColor(QPalette::Base, Qt::black);
+    for (const auto rolle : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(rolle, Qt::white);
+        palette.setColor(QPalette::Disabled, rolle, QColor(0x3ff23f));
+    }
+    palette.setCurrentColorGroup(QPalette::Disabled);
+    QCOMPARE(Farbe::auf(Qt::black, Farbe::gesperrt, palette), QColor(0x3ff23f));
+
+    // One that has none of its own: weaker than what can be used.
+    palette.setColor(QPalette::Disabled, QPalette::WindowText, Qt::white);
+    const double erreicht =
+        Farbe::kontrast(Farbe::auf(Qt::black, Farbe::gesperrt, palette), Qt::black);
+    QVERIFY(erreicht >= 3 && erreicht < 12);
 }
 
 KALVARO_FENSTERTEST(TestFarbe)

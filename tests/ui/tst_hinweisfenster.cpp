@@ -1,5 +1,6 @@
 #include "testlauf.h"
 #include "ui/hinweisfenster.h"
+#include "ui/symbole.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void einKnopfUndWeg();
     void gehoertZumFenster();
     void knopfOhneSymbol();
+    void zeigtDasProgramm();
     void gehalteneEingabeSchliesstNicht();
 };
 
@@ -93,6 +95,14 @@ void TestHinweisfenster::knopfOhneSymbol()
     fenster->open();
     QVERIFY(fenster->button(QMessageBox::Ok)->icon().isNull());
     QApplication::setStyle(u"fusion"_s);
+}
+
+void TestHinweisfenster::zeigtDasProgramm()
+{
+    const std::unique_ptr<QMessageBox> fenster(hinweisfenster(u"Titel"_s, u"Grund"_s));
+    QCOMPARE(fenster->iconPixmap().deviceIndependentSize(), QSizeF(64, 64));
+    QCOMPARE(fenster->iconPixmap().toImage(), programmsymbol().pixmap(64).toImage());
+    QVERIFY(!fenster->windowIcon().isNull());
 }
 
 // Return held since it pressed the start button would take the alert away unread.

@@ -98,8 +98,9 @@ Farbportal::Farbportal(const QDBusConnection &sitzung, std::optional<Helligkeit>
     if (!bus_.isConnected()) {
         return;
     }
-    // From whomever: Qt loses sight of who has the name when our question has just started it.
-    bus_.connect({}, objekt, schnittstelle, u"SettingChanged"_s,
+    // Qt finds a slot's types by their names, and knows this one's only once it was met.
+    qRegisterMetaType<QDBusVariant>();
+    bus_.connect(dienst, objekt, schnittstelle, u"SettingChanged"_s,
                  {bereichFarben, schluesselFarben}, u"ssv"_s, this,
                  SLOT(geaendert(QString, QString, QDBusVariant)));
     if (!bisher) {

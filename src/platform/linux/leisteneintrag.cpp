@@ -2,7 +2,6 @@
 
 #include "platform/linux/dbusaktivierung.h"
 #include "platform/linux/leistenmenue.h"
-#include "ui/symbole.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -10,7 +9,6 @@
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QImage>
-#include <QPixmap>
 #include <QtEndian>
 
 #include <utility>
@@ -27,9 +25,9 @@ const QString menuepfad = u"/MenuBar"_s;
 // The usual sizes of panels, at 1x and 2x.
 constexpr int groessen[] = {22, 24, 32, 44, 48, 64};
 
-Leistenbild alsLeistenbild(const QPixmap &bild)
+Leistenbild alsLeistenbild(const QImage &bild)
 {
-    const QImage pixel = bild.toImage().convertToFormat(QImage::Format_ARGB32);
+    const QImage pixel = bild.convertToFormat(QImage::Format_ARGB32);
     QByteArray bytes(pixel.sizeInBytes(), Qt::Uninitialized);
     qToBigEndian<quint32>(pixel.constBits(), pixel.width() * pixel.height(), bytes.data());
     return {pixel.width(), pixel.height(), bytes};
@@ -102,10 +100,11 @@ void Leisteneintrag::anmelden()
     bus_.asyncCall(ruf);
 }
 
-void Leisteneintrag::symbolSetzen(const QString &name, const QColor &farbe, const QString &thema)
+void Leisteneintrag::symbolSetzen(const QString &name, const Leistentinte &tinte,
+                                  const QString &thema)
 {
     symbol_ = name;
-    farbe_ = farbe;
+    tinte_ = tinte;
     thema_ = thema;
     Q_EMIT dienst_->NewIcon();
 }
@@ -145,7 +144,7 @@ QList<Leistenbild> Leistendienst::bilder() const
 {
     QList<Leistenbild> liste;
     for (const int seite : groessen) {
-        liste.append(alsLeistenbild(symbolbild(eintrag_->symbol_, seite, eintrag_->farbe_, 1)));
+        liste.append(alsLeistenbild(traybild(eintrag_->symbol_, seite, eintrag_->tinte_)));
     }
     return liste;
 }

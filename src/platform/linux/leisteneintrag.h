@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/linux/dbusverbindung.h"
+#include "platform/linux/traysymbol.h"
 
-#include <QColor>
 #include <QDBusAbstractAdaptor>
 #include <QDBusArgument>
 #include <QDBusObjectPath>
@@ -61,7 +61,7 @@ public:
 
     // `thema`: the name under which a panel finds the drawing in its icon theme; empty when it is
     // not there.
-    void symbolSetzen(const QString &name, const QColor &farbe, const QString &thema);
+    void symbolSetzen(const QString &name, const Leistentinte &tinte, const QString &thema);
     void hinweisSetzen(const QString &hinweis);
     void menueSetzen(QMenu *menue);
 
@@ -78,7 +78,7 @@ private:
     Leistenmenue *const menue_;
 
     QString symbol_;
-    QColor farbe_;
+    Leistentinte tinte_;
     QString thema_;
     QString hinweis_;
     QByteArray marke_; // of the click that is about to come

@@ -1,7 +1,5 @@
 #include "platform/linux/traystatusobjekt.h"
 
-#include "platform/linux/traysymbol.h"
-
 #include <QApplication>
 #include <QCursor>
 #include <QEvent>
@@ -123,13 +121,13 @@ void TrayStatusobjekt::symbolZeichnen()
     }
     switch (*art_) {
     case Trayart::StatusNotifier:
-        eintrag_.symbolSetzen(symbol_, leistenfarbe(), symbolImThema(symbol_));
+        eintrag_.symbolSetzen(symbol_, tinte(), symbolImThema(symbol_));
         if (!std::exchange(angemeldet_, true)) {
             eintrag_.anmelden();
         }
         break;
     case Trayart::XEmbed:
-        zeichen_->setIcon(traysymbol(symbol_, leistenfarbe()));
+        zeichen_->setIcon(traysymbol(symbol_, tinte()));
         zeichen_->show();
     }
 }
@@ -154,13 +152,14 @@ void TrayStatusobjekt::menueZeigen()
     }
 }
 
-QColor TrayStatusobjekt::leistenfarbe() const
+Leistentinte TrayStatusobjekt::tinte() const
 {
     if (const auto farbe = xembed_.schriftfarbe()) {
-        return *farbe;
+        return Leistentinte::gesagt(*farbe);
     }
-    return immerDunkleLeiste() ? QColor(Qt::white)
-                               : QGuiApplication::palette().color(QPalette::WindowText);
+    return Leistentinte::geraten(immerDunkleLeiste()
+                                     ? QColor(Qt::white)
+                                     : QGuiApplication::palette().color(QPalette::WindowText));
 }
 
 } // namespace kalvaro

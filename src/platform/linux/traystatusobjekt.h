@@ -39,7 +39,7 @@ private:
     void symbolZeichnen();
     void hinweisZeigen();
     void menueZeigen();
-    [[nodiscard]] QColor leistenfarbe() const;
+    [[nodiscard]] Leistentinte tinte() const;
 
     XEmbedtray xembed_;
     QString symbol_;

@@ -15,6 +15,8 @@ namespace {
 const QString dienst = u"org.kde.StatusNotifierWatcher"_s;
 const QString pfad = u"/StatusNotifierWatcher"_s;
 
+const QString hostname = u"org.kde.StatusNotifierHost-"_s;
+
 constexpr Sekunden bedenken{2};
 
 } // namespace
@@ -29,25 +31,59 @@ Traywache::Traywache(Uhr &uhr, const QDBusConnection &sitzung, XEmbedtray &xembe
     if (bus_.isConnected()) {
         waechter_.setConnection(bus_);
         waechter_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-        waechter_.addWatchedService(dienst);
+        waechter_.addWatchedService(u"org.kde*"_s); // and all below it
         connect(&waechter_, &QDBusServiceWatcher::serviceOwnerChanged, this,
-                [this](const QString &, const QString &, const QString &neuer) {
-                    waechterGewechselt(!neuer.isEmpty());
+                [this](const QString &name, const QString &, const QString &neuer) {
+                    if (name == dienst) {
+                        waechterGewechselt(!neuer.isEmpty());
+                    } else if (name.startsWith(hostname)) {
+                        hostnameGewechselt(name, !neuer.isEmpty());
+                    }
                 });
         for (const QString &signal :
              {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
             bus_.connect({}, pfad, dienst, signal, this, SLOT(hostFragen()));
         }
+        namenFragen();
         hostFragen();
     }
     xembed_.beiWechsel([this] { xembedGewechselt(); });
     xembedAbwarten();
 }
 
+void Traywache::namenFragen()
+{
+    auto *antwort = new QDBusPendingCallWatcher(bus_.asyncCall(anDenBus(u"ListNames"_s, {})), this);
+    connect(antwort, &QDBusPendingCallWatcher::finished, this, [this, antwort] {
+        antwort->deleteLater();
+        const QDBusPendingReply<QStringList> namen = *antwort;
+        if (!namen.isError()) {
+            for (const auto alle = namen.value(); const QString &name : alle) {
+                if (name.startsWith(hostname)) {
+                    hosts_.insert(name);
+                    hostsMitNamen_ = true;
+                }
+            }
+        }
+    });
+}
+
+void Traywache::hostnameGewechselt(const QString &name, bool da)
+{
+    if (da) {
+        hosts_.insert(name);
+        hostsMitNamen_ = true;
+        hostFragen();
+    } else if (hosts_.remove(name) && hosts_.isEmpty()) {
+        hostVerloren();
+    }
+}
+
 // Another watcher knows nothing of the item that the last one had.
 void Traywache::waechterGewechselt(bool da)
 {
     fragen_ = 0;
+    hostsMitNamen_ = !hosts_.isEmpty();
     hostVerloren();
     if (da) {
         hostFragen();
@@ -74,7 +110,7 @@ void Traywache::hostAntwort(bool da, bool gescheitert)
 {
     constexpr int hoechstens = 5;
     constexpr Sekunden abstand{1};
-    if (da) {
+    if (da && (!hostsMitNamen_ || !hosts_.isEmpty())) {
         melden(Trayart::StatusNotifier);
         return;
     }

@@ -6,6 +6,7 @@
 
 #include <QDBusServiceWatcher>
 #include <QObject>
+#include <QSet>
 
 #include <functional>
 #include <optional>
@@ -35,7 +36,9 @@ private Q_SLOTS:
     void hostFragen();
 
 private:
+    void namenFragen();
     void waechterGewechselt(bool da);
+    void hostnameGewechselt(const QString &name, bool da);
     void hostAntwort(bool da, bool gescheitert);
     void hostVerloren();
     void xembedGewechselt();
@@ -51,6 +54,12 @@ private:
     Weckruf nocheinmal_;
     Weckruf bedenkzeit_;
     int fragen_ = 0; // since the watcher last took its name
+
+    // Hosts by their names on the bus. A watcher may not notice that one is gone (KDE's does not
+    // when the panel crashes), and some hosts have no such name: the watcher is believed as long as
+    // none has been seen.
+    QSet<QString> hosts_;
+    bool hostsMitNamen_ = false;
 };
 
 } // namespace kalvaro

@@ -106,6 +106,22 @@ void Vordergrund::herbringen() const
     senden(x_, wurzel_, manager, eine);
 }
 
+// One that is rolled up to its title bar is raised as it is.
+void Vordergrund::ausrollen() const
+{
+    constexpr uint32_t entfernen = 0;
+    const xcb_atom_t aufgerollt = atom("_NET_WM_STATE_SHADED");
+    const auto zustaende = werte(erwartet_, "_NET_WM_STATE");
+    if (std::find(zustaende.begin(), zustaende.end(), aufgerollt) == zustaende.end()) {
+        return;
+    }
+    auto eine = nachricht(erwartet_, atom("_NET_WM_STATE"), 32);
+    eine.data.data32[0] = entfernen;
+    eine.data.data32[1] = aufgerollt;
+    eine.data.data32[3] = schaltleiste;
+    senden(x_, wurzel_, manager, eine);
+}
+
 // A request counts by the server's time, which only an event tells: touching a property brings one.
 bool Vordergrund::holen(const QWindow &fenster, const QByteArray &kennung)
 {
@@ -114,6 +130,7 @@ bool Vordergrund::holen(const QWindow &fenster, const QByteArray &kennung)
     }
     erwartet_ = static_cast<uint32_t>(fenster.winId());
     herbringen();
+    ausrollen();
     xcb_change_property(x_, XCB_PROP_MODE_APPEND, erwartet_, zeitmal_, XCB_ATOM_INTEGER, 32, 0,
                         nullptr);
     if (!kennung.isEmpty()) {

@@ -11,10 +11,10 @@ struct xcb_connection_t;
 
 namespace kalvaro {
 
-// Brings windows of this program to the front and to the workspace that is shown, as an X11 pager
-// does, "Extended Window Manager Hints" 1.5, _NET_ACTIVE_WINDOW: what an application asks for
-// itself may be refused, and a window on another workspace then only blinks in a task bar. Needs a
-// QGuiApplication.
+// Brings windows of this program to the front and to the workspace that is shown, unrolled, as an
+// X11 pager does, "Extended Window Manager Hints" 1.5, _NET_ACTIVE_WINDOW: what an application asks
+// for itself may be refused, and a window on another workspace then only blinks in a task bar.
+// Needs a QGuiApplication.
 class Vordergrund final : public QAbstractNativeEventFilter
 {
 public:
@@ -34,6 +34,7 @@ private:
     [[nodiscard]] std::vector<uint32_t> werte(uint32_t fenster, const char *name) const;
     [[nodiscard]] bool unterstuetzt() const;
     void herbringen() const;
+    void ausrollen() const;
     void anMelder(const QByteArray &nachricht) const;
 
     xcb_connection_t *x_ = nullptr;

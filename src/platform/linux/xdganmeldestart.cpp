@@ -109,7 +109,8 @@ QString autostartdatei(const QString &ordner)
     return ordner + u'/' + KENNUNG + u".desktop"_s;
 }
 
-XdgAnmeldestart::XdgAnmeldestart(QString programm, const QString &ordner, QString symbol)
+XdgAnmeldestart::XdgAnmeldestart(QString programm, const QString &ordner,
+                                 std::optional<QString> symbol)
     : Startdatei(autostartdatei(ordner))
     , programm_(std::move(programm))
     , symbol_(std::move(symbol))
@@ -118,13 +119,16 @@ XdgAnmeldestart::XdgAnmeldestart(QString programm, const QString &ordner, QStrin
 
 XdgAnmeldestart::XdgAnmeldestart()
     : XdgAnmeldestart(startprogramm(QCoreApplication::applicationFilePath()), autostartordner(),
-                      QIcon::hasThemeIcon(KENNUNG) ? KENNUNG : QString())
+                      std::nullopt)
 {
 }
 
+// Reading the theme's lists takes longer than building a window, so only an entry that is to be
+// written or compared asks for it.
 QByteArray XdgAnmeldestart::inhalt() const
 {
-    return eintrag(programm_, symbol_, true).toUtf8();
+    const QString symbol = symbol_ ? *symbol_ : QIcon::hasThemeIcon(KENNUNG) ? KENNUNG : QString();
+    return eintrag(programm_, symbol, true).toUtf8();
 }
 
 bool XdgAnmeldestart::ueberholt(const QByteArray &vorhanden) const

@@ -3,6 +3,8 @@
 #include "foundation/konstanten.h"
 #include "platform/startdatei.h"
 
+#include <optional>
+
 namespace kalvaro {
 
 // The executable to start at login: the one that runs, or the AppImage that it runs from. `eigenes`
@@ -16,15 +18,16 @@ namespace kalvaro {
 // The program's own entry in such a folder.
 [[nodiscard]] QString autostartdatei(const QString &ordner = autostartordner());
 
-// Start at login by an autostart entry. `symbol` is the name of its icon in the icon theme; empty
-// when there is none.
+// Start at login by an autostart entry. `symbol` is the name of its icon in the icon theme, empty
+// when there is none; absent, the theme is asked whenever an entry is written or compared, which
+// needs a QGuiApplication.
 class XdgAnmeldestart final : public Startdatei
 {
 public:
     explicit XdgAnmeldestart(QString programm, const QString &ordner = autostartordner(),
-                             QString symbol = KENNUNG);
+                             std::optional<QString> symbol = KENNUNG);
 
-    // Of the running program, with its icon where that is installed; needs a QGuiApplication.
+    // Of the running program, with its icon where that is installed.
     XdgAnmeldestart();
 
 private:
@@ -32,7 +35,7 @@ private:
     [[nodiscard]] bool ueberholt(const QByteArray &vorhanden) const override;
 
     const QString programm_;
-    const QString symbol_;
+    const std::optional<QString> symbol_;
 };
 
 } // namespace kalvaro

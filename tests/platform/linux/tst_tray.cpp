@@ -4,15 +4,20 @@
 #include "platform/linux/traysymbol.h"
 #include "platform/linux/traywache.h"
 #include "testlauf.h"
+#include "ui/farbe.h"
 #include "ui/symbole.h"
 
 #include <QDBusConnectionInterface>
 #include <QIcon>
 #include <QImage>
+#include <QPainter>
 #include <QPixmap>
+#include <QSet>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
+#include <utility>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -33,16 +38,24 @@ private Q_SLOTS:
     void einHostWirdNurEinmalGemeldet();
     void einHostDerNeuStartetWirdNeuGemeldet();
     void einHostDerGehtWirdGemeldet();
+    void einHostDerAbstuerztGiltNichtMehr_data();
+    void einHostDerAbstuerztGiltNichtMehr();
+    void einHostOhneNamenGiltNachEinemMitNamen();
     void einWaechterOhneObjektWirdNochmalsGefragt();
     void einWaechterDerNieAntwortetWirdInRuheGelassen();
     void ohneHostUndOhneBusWartetNichts();
     void dasSymbolIstScharf_data();
     void dasSymbolIstScharf();
+    void aufJederLeisteZuErkennen_data();
+    void aufJederLeisteZuErkennen();
     void einUnbekanntesSymbolIstLeer();
 
 private:
     void wachen();
     [[nodiscard]] static QImage gezeichnet(const QString &name, int seite);
+    // Pixels of the largest part that hangs together and has that contrast with the ground.
+    [[nodiscard]] static int groessteFlaeche(const QImage &bild, const QColor &grund,
+                                             double mindestens);
 
     Testuhr uhr;
     std::unique_ptr<Testbus> bus;
@@ -122,6 +135,64 @@ void TestTray::einHostDerGehtWirdGemeldet()
     QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}, Trayart::StatusNotifier}));
 }
 
+void TestTray::einHostDerAbstuerztGiltNichtMehr_data()
+{
+    QTest::addColumn<bool>("schonDa");
+    QTest::newRow("that was there before") << true;
+    QTest::newRow("that came later") << false;
+}
+
+// KDE's watcher went on saying that there is one; a window that was closed then was lost.
+void TestTray::einHostDerAbstuerztGiltNichtMehr()
+{
+    QFETCH(const bool, schonDa);
+    const QString erster = u"org.kde.StatusNotifierHost-1"_s;
+    const QString zweiter = u"org.kde.StatusNotifierHost-2"_s;
+    const Plaetze da{Trayart::StatusNotifier};
+    QDBusConnection leiste = bus->verbindung();
+    host = std::make_unique<Statushost>(bus->verbindung(), schonDa);
+    if (!schonDa) {
+        wachen();
+    }
+    QVERIFY(leiste.registerService(erster));
+    if (schonDa) {
+        wachen();
+    } else {
+        host->hostAnmelden();
+    }
+    QTRY_COMPARE(gefunden, da);
+    QVERIFY(leiste.registerService(zweiter));
+    QVERIFY(leiste.unregisterService(erster));
+    QVERIFY(leiste.registerService(u"org.kde.StatusNotifierItem-1-1"_s)); // no host
+    QTest::qWait(0);
+    QCOMPARE(gefunden, da);
+    QVERIFY(leiste.unregisterService(zweiter));
+    QTRY_COMPARE(gefunden, da + Plaetze({{}}));
+    const int gefragt = host->fragen();
+    host->hostAnmelden(); // of which there is none
+    QTRY_COMPARE(host->fragen(), gefragt + 1);
+    host->hostAbmelden();
+    QTRY_COMPARE(host->fragen(), gefragt + 2);
+    host->hostAnmelden();
+    QVERIFY(leiste.registerService(erster));
+    QTRY_COMPARE(gefunden, da + Plaetze({{}}) + da);
+}
+
+void TestTray::einHostOhneNamenGiltNachEinemMitNamen()
+{
+    const QString name = u"org.kde.StatusNotifierHost-1"_s;
+    QDBusConnection leiste = bus->verbindung();
+    host = std::make_unique<Statushost>(bus->verbindung());
+    QVERIFY(leiste.registerService(name));
+    wachen();
+    QTRY_COMPARE(gefunden.size(), 1);
+    QVERIFY(leiste.unregisterService(name));
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}}));
+    host.reset();
+    host = std::make_unique<Statushost>(bus->verbindung());
+    QTRY_COMPARE(gefunden, Plaetze({Trayart::StatusNotifier, {}, Trayart::StatusNotifier}));
+}
+
 void TestTray::einWaechterOhneObjektWirdNochmalsGefragt()
 {
     QDBusConnection frueh = bus->verbindung();
@@ -184,6 +255,35 @@ QImage TestTray::gezeichnet(const QString &name, int seite)
     return klein;
 }
 
+int TestTray::groessteFlaeche(const QImage &bild, const QColor &grund, double mindestens)
+{
+    QSet<std::pair<int, int>> offen;
+    for (int y = 0; y < bild.height(); ++y) {
+        for (int x = 0; x < bild.width(); ++x) {
+            if (Farbe::kontrast(bild.pixelColor(x, y), grund) >= mindestens) {
+                offen.insert({x, y});
+            }
+        }
+    }
+    int groesste = 0;
+    while (!offen.isEmpty()) {
+        QList<std::pair<int, int>> rand{*offen.constBegin()};
+        offen.remove(rand.first());
+        int anzahl = 0;
+        for (; !rand.isEmpty(); ++anzahl) {
+            const auto [x, y] = rand.takeLast();
+            for (int i = 0; i < 9; ++i) { // also where only corners touch, as in a slanting line
+                const std::pair da(x + i % 3 - 1, y + i / 3 - 1);
+                if (offen.remove(da)) {
+                    rand.append(da);
+                }
+            }
+        }
+        groesste = std::max(groesste, anzahl);
+    }
+    return groesste;
+}
+
 void TestTray::dasSymbolIstScharf_data()
 {
     QTest::addColumn<int>("groesse");
@@ -200,7 +300,7 @@ void TestTray::dasSymbolIstScharf()
     QFETCH(int, groesse);
     QFETCH(double, faktor);
     const QColor farbe(0x12, 0x34, 0x56);
-    const QIcon symbol = traysymbol(u"exclamationmark.icloud.fill"_s, farbe);
+    const QIcon symbol = traysymbol(u"exclamationmark.icloud.fill"_s, Leistentinte::gesagt(farbe));
     const QPixmap bild = symbol.pixmap(QSize(groesse, groesse), faktor);
     QCOMPARE(bild.size(), QSize(groesse, groesse) * faktor);
     QCOMPARE(bild.devicePixelRatio(), faktor);
@@ -223,9 +323,45 @@ void TestTray::dasSymbolIstScharf()
     QVERIFY2(abweichung < 6, qPrintable(QString::number(abweichung)));
 }
 
+void TestTray::aufJederLeisteZuErkennen_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QColor>("strich");
+    const QColor striche[] = {
+        {0x1d, 0x1d, 0x1f}, {0x23, 0x26, 0x29}, {0xf2, 0xf2, 0xf4}, Qt::white};
+    for (const QString &name :
+         {u"icloud"_s, u"arrow.clockwise.icloud"_s, u"checkmark.icloud"_s,
+          u"exclamationmark.icloud"_s, u"exclamationmark.icloud.fill"_s, u"icloud.slash"_s}) {
+        for (const QColor &strich : striche) {
+            QTest::addRow("%s in %s", qPrintable(name), qPrintable(strich.name()))
+                << name << strich;
+        }
+    }
+}
+
+// Black on black it was nowhere to be found in bars that do not say what colour they have.
+void TestTray::aufJederLeisteZuErkennen()
+{
+    QFETCH(const QString, name);
+    QFETCH(const QColor, strich);
+    for (const QColor &leiste : {QColor(Qt::black), QColor(Qt::white), QColor(0x80, 0x80, 0x80)}) {
+        for (const int seite : {16, 22, 24, 32, 48, 64}) {
+            QImage bild(seite, seite, QImage::Format_RGB32);
+            bild.fill(leiste);
+            QPainter maler(&bild);
+            traysymbol(name, Leistentinte::geraten(strich)).paint(&maler, bild.rect());
+            maler.end();
+            const int groesste = groessteFlaeche(bild, leiste, Farbe::erkennbarerKontrast);
+            const auto wo = leiste.name() + u' ' + QString::number(seite);
+            QVERIFY2(groesste > seite / 2, qPrintable(wo + u": "_s + QString::number(groesste)));
+        }
+    }
+}
+
 void TestTray::einUnbekanntesSymbolIstLeer()
 {
-    QVERIFY(traysymbol(u"gibt.es.nicht"_s, Qt::black).pixmap(22, 22).isNull());
+    QVERIFY(
+        traysymbol(u"gibt.es.nicht"_s, Leistentinte::geraten(Qt::black)).pixmap(22, 22).isNull());
     QCOMPARE(symbolImThema(u"gibt.es.nicht"_s), QString());
 }
 
