@@ -1,10 +1,12 @@
 # The short front for people; CMakePresets.json has the whole story.
-.PHONY: help deps build demo test faults fuzz lint bench pictures coverage install package clean
+.PHONY: help deps build demo test faults fuzz lint bench bench-vergleich pictures coverage install package clean
 
 STUFE ?= release
 SEKUNDEN ?= 600
 PREFIX ?= /usr/local
 export CMAKE_BUILD_PARALLEL_LEVEL ?= $(shell nproc 2>/dev/null || echo 2)
+# Half as many again as there are processors: many tests wait for most of their time.
+TESTS_ZUGLEICH = $(shell expr $(CMAKE_BUILD_PARALLEL_LEVEL) \* 3 / 2)
 
 build: deps ## the program and the demo, in build/release
 	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro kalvaro-democloud kalvaro-demorekordbox
@@ -18,12 +20,12 @@ demo: build ## kalvaro with a demo cloud; without a display a picture (BILD=PATH
 test: ## all tests
 	@tools/sperre.sh tools/pakete.sh testen
 	@tools/sperre.sh tools/bauen.sh $(STUFE) all
-	@ctest --preset $(STUFE) -j $(CMAKE_BUILD_PARALLEL_LEVEL)
+	@ctest --preset $(STUFE) -j $(TESTS_ZUGLEICH)
 
 faults: ## what may go wrong around the program: hostile servers, broken files, kills
 	@tools/sperre.sh tools/pakete.sh testen
 	@tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro faults_sichern
-	@ctest --preset $(STUFE) -L faults -j $(CMAKE_BUILD_PARALLEL_LEVEL)
+	@ctest --preset $(STUFE) -L faults -j $(TESTS_ZUGLEICH)
 
 fuzz: ## each reader of what comes from outside, SEKUNDEN=600 each (ZIELE="plist konto")
 	@tools/sperre.sh tools/pakete.sh pruefen
@@ -40,10 +42,16 @@ pictures: ## the pictures of docs/bilder anew, and those of tests/bilder that di
 	@tools/bilder.sh build/$(STUFE)
 	@tests/bilder/erneuern.sh build/$(STUFE)
 
-bench: ## what start, memory and large libraries cost
-	@tools/sperre.sh tools/pakete.sh testen
-	@KALVARO_CMAKE=-DKALVARO_BENCH=ON tools/sperre.sh tools/bauen.sh $(STUFE) kalvaro-bench kalvaro-demorekordbox
-	@tools/bench.sh build/$(STUFE)
+bench: ## what kalvaro costs, against a bare window (NUR=start, JSON=1, BAU=1)
+	@tools/sperre.sh tools/pakete.sh messen
+	@tools/sperre.sh tools/bauen.sh bench kalvaro-bench
+	@tests/eigene-prozesse.sh /usr/bin/python3 -B bench/tafel.py build/bench $(if $(NUR),--nur $(NUR)) \
+		$(if $(JSON),--json) $(if $(BAU),--bau)
+
+bench-vergleich: ## start and memory beside other tray programs that are installed here
+	@tools/sperre.sh tools/pakete.sh messen
+	@tools/sperre.sh tools/bauen.sh bench kalvaro-bench
+	@tests/eigene-prozesse.sh /usr/bin/python3 -B bench/vergleich.py build/bench
 
 coverage: ## which lines of the rooms below the windows the tests reach
 	@tools/sperre.sh tools/pakete.sh pruefen
@@ -60,4 +68,4 @@ clean: ## away with build/
 	rm -rf build
 
 help: ## this list
-	@sed -n 's/^\([a-z]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 18
+	@sed -n 's/^\([a-z-]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 24

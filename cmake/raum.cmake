@@ -27,6 +27,20 @@ function(kalvaro_raum name)
         PUBLIC kalvaro_flags ${raeume} ${RAUM_BRAUCHT}
         PRIVATE ${RAUM_INTERN})
 
+    # Whoever sees a room with windows has them, too.
+    set(fenster OFF)
+    if("Qt6::Widgets" IN_LIST RAUM_BRAUCHT)
+        set(fenster ON)
+    endif()
+    foreach(raum ${raeume})
+        get_target_property(auch ${raum} KALVARO_FENSTER)
+        if(auch)
+            set(fenster ON)
+        endif()
+    endforeach()
+    set_target_properties(kalvaro_${name} PROPERTIES KALVARO_FENSTER ${fenster})
+    kalvaro_vorabnehmen(kalvaro_${name} kalvaro_vorab ${fenster})
+
     string(REPLACE ";" " " sieht "${RAUM_SIEHT}")
     string(STRIP "${name} → ${sieht}" zeile)
     set_property(GLOBAL APPEND_STRING PROPERTY KALVARO_RAEUME "${zeile}\n")

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs the Debian packages that a step needs and that are missing; says what it installs.
-#   tools/pakete.sh bauen|testen|pruefen|paket
+#   tools/pakete.sh bauen|testen|pruefen|messen|paket
 # "a|b" is whichever of them this release has: names differ between Debian 12, 13 and Ubuntu 24.04.
 set -eu
 
@@ -11,15 +11,17 @@ testen="$bauen appstream at-spi2-core dbus dbus-daemon desktop-file-utils dunst 
         hicolor-icon-theme imagemagick libglib2.0-bin mount openbox openssl optipng python3-dbus
         python3-dbusmock python3-gi python3-pyatspi qt6-svg-plugins|libqt6svg6 qt6-wayland weston x11-utils xauth xdotool xfce4-panel xfwm4 xvfb"
 pruefen="$testen clang clang-format clang-tidy gcovr libclang-rt-dev"
+messen="$bauen dbus-daemon fonts-dejavu-core mount python3-dbus python3-gi valgrind xauth xdotool xvfb"
 packen="$bauen appstream desktop-file-utils dpkg-dev file groff lintian"
 
 case "${1:-}" in
 bauen) pakete=$bauen ;;
 testen) pakete=$testen ;;
 pruefen) pakete=$pruefen ;;
+messen) pakete=$messen ;;
 paket) pakete=$packen ;;
 *)
-    echo "Usage: tools/pakete.sh bauen|testen|pruefen|paket" >&2
+    echo "Usage: tools/pakete.sh bauen|testen|pruefen|messen|paket" >&2
     exit 2
     ;;
 esac

@@ -1,210 +1,254 @@
-// Measures the settings sheet with libraries of 1,000, 10,000 and 100,000 playlists: the answer to
-// a usable sheet, checking a folder that holds everything, filtering, scrolling, memory. Prints one
-// line each and, for the largest, the growth from the smallest: 100 means in proportion.
-#include "doubles/datenordner.h"
-#include "doubles/fakeanmeldestart.h"
-#include "doubles/scripttransport.h"
+// The settings sheet with a large library, through the program's own client of the server and over
+// a real connection. One run for each process, offscreen; bench/tafel.py starts it.
+//
+//   kalvaro-bench-einstellungen FILE [NUMBER]
+//
+// FILE is the answer with NUMBER playlists that bench/antworten.py writes. Prints "NAME
+// MILLISECONDS" for
+//
+//   blatt       the first byte of the answer leaves the server, until the sheet is filled and drawn
+//   taste       the slowest keystroke of a search, until its result is drawn
+//   haken       checking the folder that holds everything, drawn
+//   aufklappen  opening all folders, drawn
+//   seite       scrolling by a page, drawn
+//
+// Without NUMBER it only loads and shows, for counting instructions.
 #include "foundation/einstellungen.h"
+#include "foundation/uhr.h"
+#include "platform/anmeldestart.h"
+#include "server/netztransport.h"
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/einstellungenfenster.h"
 #include "settingswindow/playlistenmodell.h"
 #include "ui/erscheinung.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
-#include <QJsonArray>
-#include <QJsonDocument>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollBar>
 
-#include <algorithm>
-#include <cstdio>
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/sendfile.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
-#include <malloc.h>
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <string>
+#include <thread>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int jeOrdner = 100;
+using Zeit = std::chrono::steady_clock;
 
-QByteArray bibliothek(int anzahl)
+double seit(Zeit::time_point anfang)
 {
-    QJsonArray liste{QJsonObject{{u"id"_s, u"alles"_s},
-                                 {u"uuid"_s, u"u-alles"_s},
-                                 {u"name"_s, u"Alles"_s},
-                                 {u"ordner"_s, true},
-                                 {u"eltern"_s, u"root"_s}}};
-    for (int i = 0; i < anzahl; ++i) {
-        const int nummer = i / jeOrdner;
-        const QString eltern = u"o%1"_s.arg(nummer);
-        if (i % jeOrdner == 0) {
-            liste.append(QJsonObject{{u"id"_s, eltern},
-                                     {u"uuid"_s, u"0412871e-64cf-b103-9bf8-%1"_s.arg(nummer)},
-                                     {u"name"_s, u"Ordner %1"_s.arg(nummer)},
-                                     {u"ordner"_s, true},
-                                     {u"titel"_s, 0},
-                                     {u"eltern"_s, u"alles"_s},
-                                     {u"seq"_s, nummer}});
-        }
-        liste.append(QJsonObject{{u"id"_s, QString::number(3'000'000 + i)},
-                                 {u"uuid"_s, u"6e73e372-e233-8aca-16b1-%1"_s.arg(i, 12)},
-                                 {u"name"_s, u"Playliste für Übung %1"_s.arg(i)},
-                                 {u"ordner"_s, false},
-                                 {u"titel"_s, i % 500},
-                                 {u"eltern"_s, eltern},
-                                 {u"seq"_s, i % jeOrdner}});
-    }
-    return QJsonDocument(QJsonObject{{u"playlisten"_s, liste}, {u"lokal"_s, QJsonArray{}}})
-        .toJson(QJsonDocument::Compact);
+    return std::chrono::duration<double, std::milli>(Zeit::now() - anfang).count();
 }
 
-size_t belegt()
+class KeinAnmeldestart final : public Anmeldestart
 {
-    malloc_trim(0);
-    return mallinfo2().uordblks + mallinfo2().hblkhd;
-}
-
-struct Messung
-{
-    double lesen = 0;      // bytes of the answer to JSON, ms
-    double bauen = 0;      // JSON to nodes, ms
-    double sichtbar = 0;   // answer to the sheet drawn, with both above, ms
-    double haken = 0;      // the root with its summary, and drawn, ms
-    double hakenOffen = 0; // the same with every folder open, ms
-    double taste = 0;      // the slowest keystroke of a filter, with drawing, ms
-    double aufklappen = 0; // all folders, with drawing, ms
-    double rollen = 0;     // one page, with drawing, ms
-    double bytes = 0;      // per playlist
+public:
+    [[nodiscard]] bool an() const override { return false; }
+    void setzen(bool) override {}
 };
 
-template<typename Werk>
-double dauer(const Werk &werk)
+// Answers requests on a thread of its own: the playlists with the file, anything else with "{}".
+class Cloud
 {
-    QElapsedTimer uhr;
-    uhr.start();
-    werk();
-    return double(uhr.nsecsElapsed()) / 1e6;
-}
+public:
+    explicit Cloud(const char *datei)
+        : datei_(open(datei, O_RDONLY | O_CLOEXEC))
+        , horcher_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_in ort = {};
+        ort.sin_family = AF_INET;
+        ort.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t laenge = sizeof ort;
+        auto *const adresse = reinterpret_cast<sockaddr *>(&ort);
+        struct stat lage = {};
+        if (fstat(datei_, &lage) != 0 || bind(horcher_, adresse, laenge) != 0 ||
+            listen(horcher_, 8) != 0 || getsockname(horcher_, adresse, &laenge) != 0) {
+            std::perror("kalvaro-bench-einstellungen");
+            std::exit(1);
+        }
+        bytes_ = size_t(lage.st_size);
+        port_ = ntohs(ort.sin_port);
+        std::thread([this] { dienen(); }).detach();
+    }
 
-void zeichnen(EinstellungenFenster &fenster)
+    [[nodiscard]] QString adresse() const { return u"http://127.0.0.1:%1"_s.arg(port_); }
+
+    // When the first byte of the playlists left.
+    [[nodiscard]] Zeit::time_point begonnen() const { return begonnen_.load(); }
+
+private:
+    void dienen()
+    {
+        for (;;) {
+            const int weg = accept(horcher_, nullptr, nullptr);
+            std::string anfrage;
+            char stueck[4096];
+            while (anfrage.find("\r\n\r\n") == std::string::npos) {
+                const ssize_t n = read(weg, stueck, sizeof stueck);
+                if (n <= 0) {
+                    break;
+                }
+                anfrage.append(stueck, size_t(n));
+            }
+            antworten(weg, anfrage.find("/api/playlisten") != std::string::npos);
+            close(weg);
+        }
+    }
+
+    void antworten(int weg, bool playlisten)
+    {
+        const std::string kopf = "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nConnection: "
+                                 "close\r\nContent-Length: " +
+                                 std::to_string(playlisten ? bytes_ : 2) + "\r\n\r\n" +
+                                 (playlisten ? "" : "{}");
+        if (playlisten) {
+            begonnen_ = Zeit::now();
+        }
+        if (send(weg, kopf.data(), kopf.size(), MSG_NOSIGNAL) < 0 || !playlisten) {
+            return;
+        }
+        off_t ab = 0;
+        while (size_t(ab) < bytes_ && sendfile(weg, datei_, &ab, bytes_ - size_t(ab)) > 0) {
+        }
+    }
+
+    const int datei_;
+    const int horcher_;
+    size_t bytes_ = 0;
+    int port_ = 0;
+    std::atomic<Zeit::time_point> begonnen_{};
+};
+
+void zeichnen(QWidget &fenster)
 {
     QCoreApplication::processEvents();
     fenster.repaint();
     QCoreApplication::processEvents();
 }
 
-void bedienen(EinstellungenFenster &fenster, Messung &m)
+template<typename Werk>
+double dauer(QWidget &fenster, const Werk &werk)
 {
-    auto &baum = *fenster.findChild<Baumansicht *>();
-    auto &suchfeld = *fenster.findChild<QLineEdit *>(u"suchfeld"_s);
-    const auto anhaken = [&](Qt::CheckState zustand) {
-        return dauer([&] {
-            baum.modell().setData(baum.modell().index(0, 0), zustand, Qt::CheckStateRole);
-            zeichnen(fenster);
-        });
-    };
-    m.haken = anhaken(Qt::Checked);
-    m.aufklappen = dauer([&] {
-        baum.alleAufklappen();
-        zeichnen(fenster);
-    });
-    m.hakenOffen = anhaken(Qt::Unchecked);
-    baum.verticalScrollBar()->setValue(baum.verticalScrollBar()->maximum() / 2);
-    constexpr int seiten = 50;
-    m.rollen = dauer([&] {
-                   for (int i = 0; i < seiten; ++i) {
-                       baum.verticalScrollBar()->triggerAction(QScrollBar::SliderPageStepAdd);
-                       zeichnen(fenster);
-                   }
-               }) /
-               seiten;
-    for (const QString &wort : {u"u"_s, u"ub"_s, u"ubu"_s, u"ubun"_s, u"ubung 9"_s, u""_s}) {
-        m.taste = std::max(m.taste, dauer([&] {
-                               suchfeld.setText(wort);
-                               zeichnen(fenster);
-                           }));
-    }
+    const auto anfang = Zeit::now();
+    werk();
+    zeichnen(fenster);
+    return seit(anfang);
 }
 
-Messung messen(int anzahl)
+template<typename Bedingung>
+void bis(const Bedingung &bedingung)
 {
-    const QByteArray daten = bibliothek(anzahl);
-    Messung m;
-    {
-        QJsonObject antwort;
-        m.lesen = dauer([&] { antwort = QJsonDocument::fromJson(daten).object(); });
-        m.bauen = dauer([&] { (void)baumAus(antwort); });
-    }
-    Scripttransport weg;
-    Zentrale zentrale(Konto{u"D"_s, u"d"_s, {}, {u"http://cloud"_s}}, weg);
-    Einstellungen einst;
-    FakeAnmeldestart anmeldestart;
-    EinstellungenFenster fenster({zentrale, einst, anmeldestart, {}, {}}, nullptr);
-    fenster.open();
-    weg.dann(Scripttransport::antwort(200, "{}"));
-    fenster.laden();
-    while (weg.haengend() == 0) {
+    while (!bedingung()) {
         QCoreApplication::processEvents();
     }
-    const size_t vorher = belegt();
-    m.sichtbar = dauer([&] {
-        weg.beantworten(Scripttransport::antwort(200, daten));
-        while (!fenster.findChild<QLineEdit *>(u"suchfeld"_s)->isEnabled()) {
-            QCoreApplication::processEvents();
-        }
-        zeichnen(fenster);
-    });
-    m.bytes = double(belegt() - vorher) / anzahl;
-    bedienen(fenster, m);
-    return m;
 }
 
-// The best of three: other programs slow a run down, nothing speeds one up.
-Messung beste(int anzahl)
+void drucken(const char *name, double ms)
 {
-    Messung m = messen(anzahl);
-    for (int i = 0; i < 2; ++i) {
-        const Messung n = messen(anzahl);
-        for (double Messung::*feld : {&Messung::lesen, &Messung::bauen, &Messung::sichtbar,
-                                      &Messung::haken, &Messung::hakenOffen, &Messung::taste,
-                                      &Messung::aufklappen, &Messung::rollen, &Messung::bytes}) {
-            m.*feld = std::min(m.*feld, n.*feld);
+    std::printf("%s %.3f\n", name, ms);
+}
+
+// The rows that a search for playlists whose number begins with `ziffer` leaves, all of them open:
+// those of bench/antworten.py, with a folder for each hundred and one around all.
+int trefferzeilen(int anzahl, const QString &ziffer)
+{
+    int zeilen = 1;
+    int ordner = -1;
+    for (int i = 0; i < anzahl; ++i) {
+        if (QString::number(i).startsWith(ziffer)) {
+            zeilen += i / 100 == ordner ? 1 : 2;
+            ordner = i / 100;
         }
     }
-    return m;
+    return zeilen;
 }
 
-void drucken(int anzahl, const Messung &m)
+void tippen(QWidget &feld, const QString &zeichen)
 {
-    std::printf("%7d playlists: parse %.1f ms, build %.1f ms, answer to sheet %.1f ms, check root "
-                "%.1f ms (all open %.1f ms), keystroke %.1f ms, open all %.1f ms, page %.2f ms, "
-                "%.0f bytes each\n",
-                anzahl, m.lesen, m.bauen, m.sichtbar, m.haken, m.hakenOffen, m.taste, m.aufklappen,
-                m.rollen, m.bytes);
+    QKeyEvent taste(QEvent::KeyPress, zeichen.isEmpty() ? Qt::Key_Backspace : 0, Qt::NoModifier,
+                    zeichen);
+    QApplication::sendEvent(&feld, &taste);
+}
+
+double suchen(EinstellungenFenster &fenster, Baumansicht &baum, int anzahl)
+{
+    auto &feld = *fenster.findChild<QLineEdit *>(u"suchfeld"_s);
+    const int alle = trefferzeilen(anzahl, u""_s);
+    double laengste = 0;
+    QString wort;
+    const auto messen = [&](const QString &zeichen, int zeilen) {
+        laengste = std::max(laengste, dauer(fenster, [&] {
+                                tippen(feld, zeichen);
+                                bis([&] { return baum.zeilenzahl() == zeilen; });
+                            }));
+    };
+    for (const QChar zeichen : u"\u00dcbung 9"_s) {
+        messen(zeichen, zeichen == u'9' ? trefferzeilen(anzahl, u"9"_s) : alle);
+    }
+    messen({}, alle);
+    feld.selectAll();
+    messen({}, 1); // the tree as it was, closed
+    return laengste;
+}
+
+void bedienen(EinstellungenFenster &fenster, int anzahl)
+{
+    auto &baum = *fenster.findChild<Baumansicht *>();
+    drucken("taste", suchen(fenster, baum, anzahl));
+    drucken("haken", dauer(fenster, [&] {
+                baum.modell().setData(baum.modell().index(0, 0), Qt::Checked, Qt::CheckStateRole);
+            }));
+    drucken("aufklappen", dauer(fenster, [&] { baum.alleAufklappen(); }));
+    baum.verticalScrollBar()->setValue(baum.verticalScrollBar()->maximum() / 2);
+    drucken("seite", dauer(fenster, [&] {
+                baum.verticalScrollBar()->triggerAction(QScrollBar::SliderPageStepAdd);
+            }));
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    if (argc < 2) {
+        std::fputs("kalvaro-bench-einstellungen FILE [NUMBER]\n", stderr);
+        return 2;
+    }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication programm(argc, argv);
-    const Datenordner ordner;
     erscheinungEinrichten(programm);
-    (void)messen(1'000); // warms fonts and code up
-
-    const Messung klein = beste(1'000);
-    drucken(1'000, klein);
-    drucken(10'000, beste(10'000));
-    const Messung gross = beste(100'000);
-    drucken(100'000, gross);
-    std::printf("growth 1,000 to 100,000: build x%.0f, memory per playlist x%.2f\n",
-                gross.bauen / klein.bauen, gross.bytes / klein.bytes);
-    std::printf(
-        "share of the budget at 100,000: answer to sheet %.2f of 350 ms, check root %.2f of "
-        "50 ms\n",
-        gross.sichtbar / 350, gross.haken / 50);
-    return 0;
+    Cloud cloud(argv[1]);
+    Systemuhr uhr;
+    Netztransport transport(uhr);
+    Zentrale zentrale(Konto{u"Bench"_s, u"bench"_s, u"schluessel"_s, {cloud.adresse()}}, transport);
+    Einstellungen einst;
+    KeinAnmeldestart anmeldestart;
+    EinstellungenFenster fenster({zentrale, einst, anmeldestart, {}, {}}, nullptr);
+    fenster.open();
+    zeichnen(fenster);
+    fenster.laden();
+    auto &feld = *fenster.findChild<QLineEdit *>(u"suchfeld"_s);
+    auto &baum = *fenster.findChild<Baumansicht *>();
+    bis([&] { return feld.isEnabled() && baum.zeilenzahl() > 0; });
+    zeichnen(fenster);
+    drucken("blatt", seit(cloud.begonnen()));
+    if (argc > 2) {
+        bedienen(fenster, std::atoi(argv[2]));
+    }
+    std::fflush(stdout);
+    _exit(0); // the cloud's thread waits for another request
 }

@@ -1,12 +1,13 @@
-// The floor: the least that a Qt Widgets program can be. Shows an empty window and ends on SIGTERM.
+// The floor: the least that a Qt Widgets program with something to read can be. Shows a window with
+// one line of text and ends on SIGTERM.
 
 #include <QApplication>
-#include <QWidget>
+#include <QLabel>
 
 int main(int argc, char *argv[])
 {
     QApplication anwendung(argc, argv);
-    QWidget fenster;
+    QLabel fenster(QStringLiteral("kalvaro"));
     fenster.setFixedSize(520, 600);
     fenster.show();
     return QApplication::exec();

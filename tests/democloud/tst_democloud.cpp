@@ -1,4 +1,5 @@
 #include "abruf.h"
+#include "testlauf.h"
 
 #include <QTest>
 
@@ -375,5 +376,5 @@ void TestDemocloud::anfragenWerdenGemerkt()
     QCOMPARE(cloud_->anfragen().size(), 0);
 }
 
-QTEST_GUILESS_MAIN(TestDemocloud)
+KALVARO_TEST(TestDemocloud)
 #include "tst_democloud.moc"

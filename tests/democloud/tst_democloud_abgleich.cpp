@@ -1,4 +1,5 @@
 #include "abruf.h"
+#include "testlauf.h"
 #include "welt.h"
 
 #include <QTest>
@@ -366,5 +367,5 @@ void TestDemocloudAbgleich::vieleUebertragungenLaufenNichtUeber()
     QCOMPARE(cloud_->welt().statistik.dateigroesse, std::numeric_limits<qint64>::max());
 }
 
-QTEST_GUILESS_MAIN(TestDemocloudAbgleich)
+KALVARO_TEST(TestDemocloudAbgleich)
 #include "tst_democloud_abgleich.moc"

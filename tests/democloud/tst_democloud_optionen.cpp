@@ -1,5 +1,6 @@
 #include "bibliothek.h"
 #include "optionen.h"
+#include "testlauf.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -201,5 +202,5 @@ void TestDemocloudOptionen::schlechteWelt()
     QCOMPARE(optionen.error().meldung, u"Welt „/gibt/es/nicht.json“: die Datei gibt es nicht."_s);
 }
 
-QTEST_GUILESS_MAIN(TestDemocloudOptionen)
+KALVARO_TEST(TestDemocloudOptionen)
 #include "tst_democloud_optionen.moc"

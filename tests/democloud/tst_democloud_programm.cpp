@@ -1,4 +1,5 @@
 #include "abruf.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -186,5 +187,5 @@ void TestDemocloudProgramm::grosseBibliothekStartetSchnell()
     QVERIFY(playlisten.size() > 100'000);
 }
 
-QTEST_GUILESS_MAIN(TestDemocloudProgramm)
+KALVARO_TEST(TestDemocloudProgramm)
 #include "tst_democloud_programm.moc"

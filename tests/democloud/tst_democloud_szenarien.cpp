@@ -1,4 +1,5 @@
 #include "abruf.h"
+#include "testlauf.h"
 
 #include <QTest>
 
@@ -266,5 +267,5 @@ void TestDemocloudSzenarien::stummWaehrendEinesAbgleichs()
     QCOMPARE(zustandVon(Abruf::warten(*abgleich).json()), u"abgeglichen"_s);
 }
 
-QTEST_GUILESS_MAIN(TestDemocloudSzenarien)
+KALVARO_TEST(TestDemocloudSzenarien)
 #include "tst_democloud_szenarien.moc"

@@ -1,4 +1,5 @@
 #include "abruf.h"
+#include "testlauf.h"
 
 #include <QElapsedTimer>
 #include <QTcpSocket>
@@ -324,5 +325,5 @@ void TestDemocloudVerbindung::viele()
     QCOMPARE(cloud_->anfragen().size(), anzahl);
 }
 
-QTEST_GUILESS_MAIN(TestDemocloudVerbindung)
+KALVARO_TEST(TestDemocloudVerbindung)
 #include "tst_democloud_verbindung.moc"

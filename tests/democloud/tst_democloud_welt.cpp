@@ -1,5 +1,6 @@
 #include "beispielwelt.h"
 #include "bibliothek.h"
+#include "testlauf.h"
 #include "weltdatei.h"
 
 #include <QFile>
@@ -261,7 +262,7 @@ void TestDemocloudWelt::dateifehlerNenntDieDatei()
 // The example of README.md must load.
 void TestDemocloudWelt::beispielIstGueltig()
 {
-    QFile datei(QFINDTESTDATA("../../tools/democloud/README.md"));
+    QFile datei(QStringLiteral(DEMOCLOUD_ANLEITUNG));
     QVERIFY(datei.open(QIODevice::ReadOnly));
     const QByteArray text = datei.readAll();
     const qsizetype anfang = text.indexOf("```json\n{\n") + 8;
@@ -350,5 +351,5 @@ void TestDemocloudWelt::beispielweltPasstZusammen()
     }
 }
 
-QTEST_GUILESS_MAIN(TestDemocloudWelt)
+KALVARO_TEST(TestDemocloudWelt)
 #include "tst_democloud_welt.moc"

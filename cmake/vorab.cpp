@@ -1,0 +1,1 @@
+// Nothing: the headers that are precompiled need a source to belong to.
