@@ -2,12 +2,12 @@
 
 #include "server/inhalt.h"
 #include "settingswindow/baumbau.h"
+#include "settingswindow/jsonzeiger.h"
 #include "settingswindow/schnellleser.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include <algorithm>
 #include <string_view>
 
 namespace kalvaro {
@@ -26,153 +26,69 @@ class Leser
 {
 public:
     Leser(const QByteArray &daten, const std::function<bool()> &abgebrochen)
-        : daten_(daten)
-        , z_(daten.constData())
-        , ende_(z_ + daten.size())
+        : groesse_(daten.size())
+        , z_({daten.constData(), static_cast<size_t>(daten.size())})
         , abgebrochen_(abgebrochen)
     {
+        constexpr QByteArrayView marke = "\xef\xbb\xbf";
+        if (daten.startsWith(marke)) {
+            z_.setzen(z_.stelle() + marke.size());
+        }
     }
 
     [[nodiscard]] Stand lesen()
     {
-        constexpr std::string_view marke = "\xef\xbb\xbf";
-        if (std::string_view(z_, rest()).starts_with(marke)) {
-            z_ += marke.size();
-        }
-        leerraum();
-        if (!ist('{')) {
+        z_.leerraum();
+        if (!z_.hinter('{')) {
             return Stand::KeinJson; // a list has no playlists, either
         }
-        ++z_;
-        glieder();
-        leerraum();
-        return stand_ == Stand::Gut && z_ != ende_ ? Stand::KeinJson : stand_;
+        const bool gelesen = z_.hinter('}') || glieder();
+        return gelesen && !z_.amEnde() ? Stand::KeinJson : stand_;
     }
 
     [[nodiscard]] Knotenliste fertig() { return bau_.fertig(); }
 
 private:
-    using Zeiger = const char *;
-
-    [[nodiscard]] size_t rest() const { return static_cast<size_t>(ende_ - z_); }
-    [[nodiscard]] bool ist(char zeichen) const { return z_ != ende_ && *z_ == zeichen; }
-    void leerraum()
-    {
-        while (z_ != ende_ && (*z_ == ' ' || *z_ == '\t' || *z_ == '\n' || *z_ == '\r')) {
-            ++z_;
-        }
-    }
     bool scheitern(Stand stand)
     {
         stand_ = stand;
         return false;
     }
 
-    // Goes behind the text that begins here.
-    bool textUeberspringen()
+    // The members of the outermost map, from the first to behind its bracket.
+    bool glieder()
     {
-        for (++z_; z_ != ende_ && *z_ != '"'; ++z_) {
-            if (*z_ == '\\' && z_ + 1 != ende_) {
-                ++z_;
-            }
-        }
-        if (z_ == ende_) {
-            return scheitern(Stand::KeinJson);
-        }
-        ++z_;
-        return true;
-    }
-
-    // Goes behind the value that begins here, without a look at what is in it: up to the comma or
-    // bracket that ends it.
-    bool wertUeberspringen()
-    {
-        qsizetype offen = 0;
-        while (z_ != ende_) {
-            switch (*z_) {
-            case '"':
-                if (!textUeberspringen()) {
-                    return false;
-                }
-                continue;
-            case '[':
-            case '{':
-                ++offen;
-                break;
-            case ']':
-            case '}':
-                if (offen == 0) {
-                    return true;
-                }
-                --offen;
-                break;
-            case ',':
-                if (offen == 0) {
-                    return true;
-                }
-                break;
-            default:
-                break;
-            }
-            ++z_;
-        }
-        return scheitern(Stand::KeinJson);
-    }
-
-    // The members of the outermost map, from behind its bracket to behind the other one.
-    void glieder()
-    {
-        leerraum();
-        if (ist('}')) {
-            ++z_;
-            return;
-        }
-        for (;;) {
-            leerraum();
+        do {
             if (!glied()) {
-                return;
+                return false;
             }
-            if (ist(',')) {
-                ++z_;
-                continue;
-            }
-            if (!ist('}')) {
-                scheitern(Stand::KeinJson);
-            } else if (gliederGelesen()) {
-                ++z_;
-            }
-            return;
-        }
+        } while (z_.hinter(','));
+        return (z_.hinter('}') || scheitern(Stand::KeinJson)) && gliederGelesen();
     }
 
     // One member. Those two that count, when they are lists, are read entry by entry; the others
     // are gathered.
     bool glied()
     {
-        const Zeiger von = z_;
-        if (!ist('"') || !textUeberspringen()) {
+        const char *const von = z_.stelle();
+        if (!z_.ist('"') || !z_.hinterText()) {
             return scheitern(Stand::KeinJson);
         }
-        const std::string_view schluessel(von, static_cast<size_t>(z_ - von));
-        leerraum();
-        if (!ist(':')) {
+        const std::string_view schluessel(von, static_cast<size_t>(z_.stelle() - von));
+        z_.leerraum();
+        if (!z_.hinter(':')) {
             return scheitern(Stand::KeinJson);
         }
-        ++z_;
-        leerraum();
-        const bool zaehlt = schluessel == R"("playlisten")" || schluessel == R"("lokal")";
-        if (zaehlt && ist('[')) {
+        const bool lokal = schluessel == R"("lokal")";
+        if ((lokal || schluessel == R"("playlisten")") && z_.ist('[')) {
             // The last of several with one name counts.
-            if (!gliederGelesen()) {
-                return false;
-            }
-            return schluessel == R"("lokal")" ? lokal() : playlisten();
+            return gliederGelesen() && (lokal ? gewaehlte() : playlisten());
         }
-        if (!wertUeberspringen()) {
-            return false;
+        if (!z_.hinterWert()) {
+            return scheitern(Stand::KeinJson);
         }
         glieder_ += glieder_.isEmpty() ? "{" : ",";
-        glieder_.append(von, z_ - von);
+        glieder_.append(von, z_.stelle() - von);
         return glieder_.size() < stueck || gliederGelesen();
     }
 
@@ -216,10 +132,15 @@ private:
     {
         bau_.ohneEintraege();
         return liste([this](const QJsonArray &werte) { eintragen(werte); },
-                     [this] { return schnellLesen(z_, ende_, bau_); });
+                     [this] {
+                         const char *z = z_.stelle();
+                         const bool einfach = schnellLesen(z, z_.ende(), bau_);
+                         z_.setzen(z);
+                         return einfach;
+                     });
     }
 
-    bool lokal()
+    bool gewaehlte()
     {
         bau_.ohneGewaehlte();
         return liste([this](const QJsonArray &werte) { waehlen(werte); }, [] { return false; });
@@ -231,58 +152,42 @@ private:
     template<typename Lesen, typename Schnell>
     bool liste(const Lesen &lesen, const Schnell &schnell)
     {
-        ++z_;
-        leerraum();
-        if (ist(']')) {
-            ++z_;
-            leerraum();
-            return amEnde();
+        z_.hinter('[');
+        if (z_.hinter(']')) {
+            return true;
         }
         constexpr unsigned jeStueck = 1024;
-        for (unsigned n = 1;; ++n) {
-            if (!schnell() && !(listenstueck(lesen) && passt())) {
+        unsigned eintraege = 0;
+        do {
+            const bool stueckweise = !schnell();
+            if (stueckweise && !listenstueck(lesen)) {
                 return false;
             }
-            if (n % jeStueck == 0 && !passt()) {
+            if ((stueckweise || ++eintraege % jeStueck == 0) && !passt()) {
                 return false;
             }
-            leerraum();
-            if (!ist(',')) {
-                break;
-            }
-            ++z_;
-            leerraum();
-        }
-        if (!ist(']')) {
-            return scheitern(Stand::KeinJson);
-        }
-        ++z_;
-        leerraum();
-        return passt() && amEnde();
+            z_.leerraum();
+        } while (z_.hinter(','));
+        return (z_.hinter(']') || scheitern(Stand::KeinJson)) && passt();
     }
-
-    bool amEnde() { return ist(',') || ist('}') || scheitern(Stand::KeinJson); }
 
     // Entries from here on, with the commas between.
     template<typename Lesen>
     bool listenstueck(const Lesen &lesen)
     {
-        const Zeiger von = z_;
-        if (!wertUeberspringen()) {
-            return false;
-        }
-        while (ist(',') && z_ - von < stueck) {
-            ++z_;
-            if (!wertUeberspringen()) {
-                return false;
+        const char *const von = z_.stelle();
+        for (bool weiter = true; weiter;) {
+            if (!z_.hinterWert()) {
+                return scheitern(Stand::KeinJson);
             }
+            weiter = z_.ist(',') && z_.stelle() - von < stueck;
+            z_.setzen(z_.stelle() + (weiter ? 1 : 0));
         }
-        const auto werte = istListe(QByteArrayView(von, z_));
-        if (!werte) {
-            return false;
+        const auto werte = istListe(QByteArrayView(von, z_.stelle()));
+        if (werte) {
+            lesen(*werte);
         }
-        lesen(*werte);
-        return true;
+        return werte.has_value();
     }
 
     // As deep as it lies in the answer: depth has a limit.
@@ -315,15 +220,14 @@ private:
     bool passt()
     {
         constexpr qint64 immerErlaubt = qint64{64} * 1024 * 1024;
-        if (daten_.size() + bau_.bytes() > immerErlaubt + 3 * qint64{daten_.size()}) {
+        if (groesse_ + bau_.bytes() > immerErlaubt + 3 * groesse_) {
             return scheitern(Stand::ZuGross);
         }
         return !abgebrochen_() || scheitern(Stand::Abgebrochen);
     }
 
-    const QByteArray &daten_;
-    Zeiger z_;
-    const Zeiger ende_;
+    const qint64 groesse_; // of the answer
+    Jsonzeiger z_;
     const std::function<bool()> &abgebrochen_;
     Stand stand_ = Stand::Gut;
     QByteArray glieder_; // members that were gathered, with the bracket before them
