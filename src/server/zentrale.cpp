@@ -178,12 +178,15 @@ void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer
     if (!konto_.schluessel.isEmpty()) {
         netz.kopf.append(Kopfzeile{"X-Schluessel", konto_.schluessel.toUtf8()});
     }
+    if (auftrag.body && !darstellbar(*auftrag.body)) {
+        scheitern({false, false, u"Die Anfrage lässt sich nicht als JSON schreiben."_s});
+        return;
+    }
+    netz.body = auftrag.text;
     if (auftrag.body) {
-        if (!darstellbar(*auftrag.body)) {
-            scheitern({false, false, u"Die Anfrage lässt sich nicht als JSON schreiben."_s});
-            return;
-        }
         netz.body = QJsonDocument(*auftrag.body).toJson(QJsonDocument::Compact);
+    }
+    if (netz.body) {
         netz.kopf.append(Kopfzeile{"Content-Type", "application/json"});
     }
     transport_.senden(netz, ruf, [ruf](const Transport::Ergebnis &ergebnis) {

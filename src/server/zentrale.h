@@ -17,6 +17,7 @@ struct Auftrag
     QString pfad; // begins with "/", may carry a query that is already encoded
     QByteArray methode = QByteArrayLiteral("GET");
     std::optional<QJsonObject> body = std::nullopt;
+    std::optional<QByteArray> text = std::nullopt; // the body as JSON already; in its place
     Sekunden zeit{20}; // bounds the request; each status check before it has 4 s of its own
 };
 

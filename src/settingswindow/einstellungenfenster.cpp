@@ -14,11 +14,13 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
-#include <QJsonArray>
+#include <QJsonDocument>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStyleOptionComboBox>
+
+#include <algorithm>
 
 namespace kalvaro {
 
@@ -87,7 +89,7 @@ void EinstellungenFenster::sichern()
     }
     optionenSichern();
     if (zustand_ == Zustand::Geladen && gewaehlte(modell_->alle()) != vorher_) {
-        auswahlSenden(auswahl(modell_->alle()));
+        auswahlSenden();
     } else {
         done(Accepted);
     }
@@ -105,20 +107,24 @@ void EinstellungenFenster::optionenSichern()
     }
 }
 
-void EinstellungenFenster::auswahlSenden(const QStringList &uuids)
+void EinstellungenFenster::auswahlSenden()
 {
     zustand_ = Zustand::Sichert;
     eingabenSperren(true);
     melden(u"Wird an die Cloud übertragen …"_s, Farbe::sekundaer);
-    const QJsonObject body{{u"geraet"_s, vorgaben_.zentrale.konto().geraet},
-                           {u"lokal"_s, QJsonArray::fromStringList(uuids)}};
+    const QByteArray geraet =
+        QJsonDocument(QJsonObject{{u"geraet"_s, vorgaben_.zentrale.konto().geraet}})
+            .toJson(QJsonDocument::Compact);
+    const QByteArray text = geraet.chopped(1) + R"(,"lokal":)" + auswahl(modell_->alle()) + '}';
+    const std::vector<bool> menge = gewaehlte(modell_->alle());
     // What the server answers does not matter, as long as it is not too much.
     vorgaben_.zentrale.anfrageLesen<bool>(
-        {.pfad = u"/api/einstellungen"_s, .methode = "POST", .body = body}, this,
+        {.pfad = u"/api/einstellungen"_s, .methode = "POST", .text = text}, this,
         [](const QByteArray &daten, const Abbruch &) {
             return inhalt(daten) ? std::optional(true) : std::nullopt;
         },
-        [this, anzahl = uuids.size()](const tl::expected<bool, ZentraleFehler> &antwort) {
+        [this, anzahl = std::count(menge.begin(), menge.end(), true)](
+            const tl::expected<bool, ZentraleFehler> &antwort) {
             auswahlBeantwortet(antwort, anzahl);
         });
 }

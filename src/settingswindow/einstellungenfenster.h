@@ -82,7 +82,7 @@ private:
 
     void geladen(tl::expected<Knotenliste, ZentraleFehler> antwort);
     void optionenSichern();
-    void auswahlSenden(const QStringList &uuids);
+    void auswahlSenden();
     void auswahlBeantwortet(const tl::expected<bool, ZentraleFehler> &antwort, qsizetype anzahl);
     void melden(const QString &meldung, Farbton farbe);
     void klagen(const QString &meldung);

@@ -5,6 +5,9 @@
 #include "settingswindow/baumbau.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
 
 namespace kalvaro {
 
@@ -41,9 +44,27 @@ std::vector<int> hakenSetzen(Knotenliste &alle, int stelle, bool an)
     return geloest;
 }
 
-QStringList auswahl(const Knotenliste &alle)
+namespace {
+
+// Appends the text as JSON. Most need nothing but quotes.
+void anhaengen(QByteArray &json, const QString &text)
 {
-    QStringList uuids;
+    const bool einfach = std::all_of(text.begin(), text.end(), [](QChar c) {
+        return c >= u' ' && c < u'\u007f' && c != u'"' && c != u'\\';
+    });
+    if (einfach) {
+        json.append('"').append(text.toLatin1()).append('"');
+    } else {
+        const QByteArray liste = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+        json += QByteArrayView(liste).sliced(1).chopped(1);
+    }
+}
+
+} // namespace
+
+QByteArray auswahl(const Knotenliste &alle)
+{
+    QByteArray liste = "[";
     std::vector<bool> schon(alle.size());
     for (int i = 0; i < std::ssize(alle); ++i) {
         const int vetter = alle.namensvetter(i);
@@ -51,9 +72,10 @@ QStringList auswahl(const Knotenliste &alle)
             continue;
         }
         schon[static_cast<size_t>(vetter)] = true;
-        uuids.append(alle.uuid(i));
+        liste += liste.size() > 1 ? "," : "";
+        anhaengen(liste, alle.uuid(i));
     }
-    return uuids;
+    return liste + ']';
 }
 
 std::vector<bool> gewaehlte(const Knotenliste &alle)

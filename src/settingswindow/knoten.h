@@ -2,9 +2,9 @@
 
 #include "settingswindow/knotenliste.h"
 
+#include <QByteArray>
 #include <QJsonValue>
 #include <QString>
-#include <QStringList>
 
 #include <vector>
 
@@ -23,9 +23,9 @@ namespace kalvaro {
 // folder above. Returns the places of those folders that were checked before, from below.
 std::vector<int> hakenSetzen(Knotenliste &alle, int stelle, bool an);
 
-// The uuids of all checked nodes, folders included, in tree order and each once. A node without
-// uuid cannot be named and is left out.
-[[nodiscard]] QStringList auswahl(const Knotenliste &alle);
+// The uuids of all checked nodes, folders included, in tree order and each once, as a list in
+// compact JSON. A node without uuid cannot be named and is left out.
+[[nodiscard]] QByteArray auswahl(const Knotenliste &alle);
 
 // The same as a set: those nodes that are the first with the uuid of a checked one. Tells whether
 // two choices in one tree are the same.

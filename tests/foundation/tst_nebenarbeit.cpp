@@ -208,7 +208,7 @@ void TestNebenarbeit::endetAuchMitEinemAnderen()
 void TestNebenarbeit::nachEinerPauseGehtEsWeiter()
 {
     QObject besitzer;
-    for (int runde = 0; runde < 200; ++runde) {
+    for (int runde = 0; runde < 20; ++runde) {
         int gekommen = -1;
         new Nebenarbeit<int>([runde](const Abbruch &) { return runde; }, &besitzer,
                              [&](int wert) { gekommen = wert; });

@@ -4,7 +4,7 @@
 #include "settingswindow/baumleser.h"
 #include "settingswindow/knoten.h"
 
-#include <QSet>
+#include <algorithm>
 
 using namespace kalvaro;
 
@@ -30,8 +30,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *daten, std::size_t anzahl)
                  "a folder takes all along");
         }
     }
-    const QStringList gewaehlt = auswahl(alle);
-    muss(QSet(gewaehlt.begin(), gewaehlt.end()).size() == gewaehlt.size(), "each is named once");
+    const QJsonArray gewaehlt = json(auswahl(alle)).toArray();
+    const std::vector<bool> menge = gewaehlte(alle);
+    muss(std::count(menge.begin(), menge.end(), true) == gewaehlt.size(), "each is named once");
     muss(!zusammenfassung(alle, QString()).isEmpty(), "the choice is summed up");
     return 0;
 }

@@ -206,7 +206,7 @@ void TestBaumleser::tiefeZaehltWieInDerGanzenAntwort()
 
 void TestBaumleser::zufaelligeAntworten()
 {
-    for (quint32 keim = 0; keim < 5'000; ++keim) {
+    for (quint32 keim = 0; keim < 2'000; ++keim) {
         Zufall zufall(keim);
         const QJsonDocument dokument(zufall.antwort());
         const auto format = keim % 2 == 0 ? QJsonDocument::Compact : QJsonDocument::Indented;
@@ -218,7 +218,7 @@ void TestBaumleser::zufaelligeAntworten()
 void TestBaumleser::beschaedigteAntworten()
 {
     int mitKnoten = 0;
-    for (quint32 keim = 0; keim < 20'000; ++keim) {
+    for (quint32 keim = 0; keim < 10'000; ++keim) {
         Zufall zufall(keim);
         const QJsonDocument dokument(zufall.antwort());
         const auto format = keim % 2 == 0 ? QJsonDocument::Compact : QJsonDocument::Indented;
@@ -227,7 +227,7 @@ void TestBaumleser::beschaedigteAntworten()
         QVERIFY2(gelesen == ueberJson(daten), daten.constData());
         mitKnoten += gelesen->empty() ? 0 : 1;
     }
-    QVERIFY(mitKnoten > 1'000);
+    QVERIFY(mitKnoten > 500);
 }
 
 // Odd entries bring pieces of 64 KiB, whose borders must not matter.
