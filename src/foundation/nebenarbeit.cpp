@@ -3,6 +3,7 @@
 #include "foundation/speicher.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 
 #include <deque>
 #include <mutex>
@@ -95,16 +96,44 @@ private:
             // With all that it holds, before anybody hears of it.
             posten->arbeit = nullptr;
             speicherZurueckgeben();
-            QMetaObject::invokeMethod(&bote_, std::move(posten->danach), Qt::QueuedConnection);
+            const std::lock_guard sperre(schloss_);
+            erledigt_.push_back(std::move(posten->danach));
+            QCoreApplication::postEvent(&bote_, new QEvent(QEvent::User));
         }
     }
 
+    void melden()
+    {
+        std::deque<std::function<void()>> erledigt;
+        {
+            const std::lock_guard sperre(schloss_);
+            erledigt.swap(erledigt_);
+        }
+        for (const auto &danach : erledigt) {
+            danach();
+        }
+    }
+
+    // On the main thread: what is posted to it brings the results there.
+    class Bote final : public QObject
+    {
+        bool event(QEvent *event) override
+        {
+            if (event->type() == QEvent::User) {
+                eine().melden();
+                return true;
+            }
+            return QObject::event(event);
+        }
+    };
+
     std::mutex schloss_;
     std::deque<Posten> offen_;
-    Abbruch jetziger_; // of the piece that runs, or ran last
+    std::deque<std::function<void()>> erledigt_; // to be told of
+    Abbruch jetziger_;                           // of the piece that runs, or ran last
     bool laeuft_ = false;
     std::thread faden_;
-    QObject bote_; // on the main thread: brings the results there
+    Bote bote_;
 };
 
 } // namespace
