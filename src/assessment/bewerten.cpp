@@ -4,6 +4,7 @@
 #include "foundation/konstanten.h"
 #include "foundation/protokoll.h"
 #include "foundation/werte.h"
+#include "server/inhalt.h"
 #include "server/zentrale.h"
 
 #include <algorithm>
@@ -19,6 +20,26 @@ const QString nichtsZuTun = u"Auf dem neuesten Stand – es gab nichts zu übert
 double aenderungen(const QJsonValue &ergebnis)
 {
     return summe(pfad(ergebnis, u"aendert_zentrale")) + summe(pfad(ergebnis, u"aendert_geraet"));
+}
+
+// A larger answer is not kept as a whole.
+constexpr qsizetype groessteAntwort = qsizetype{1024} * 1024;
+
+// What is read of an answer once it has been assessed.
+QJsonValue ausgewaehlt(const QJsonValue &antwort)
+{
+    const auto zustand = [&antwort](QStringView wo) {
+        return QJsonObject{{u"zustand"_s, kurztext(antwort, wo)}};
+    };
+    const QJsonObject statistik = pfad(antwort, u"statistik").toObject();
+    QJsonObject knapp;
+    for (auto feld = statistik.begin(); feld != statistik.end() && knapp.size() < 1000; ++feld) {
+        const bool lang = feld->isString() || feld->isObject() || feld->isArray();
+        knapp.insert(gekuerzt(feld.key()), lang ? kurztext(*feld, u"") : QJsonValue(*feld));
+    }
+    return QJsonObject{{u"ergebnis"_s, zustand(u"ergebnis.zustand")},
+                       {u"geraet"_s, zustand(u"geraet.zustand")},
+                       {u"statistik"_s, knapp}};
 }
 
 // A state that the server may report, and what it means. The detail is built from the whole answer.
@@ -165,16 +186,29 @@ void bewerten(Zentrale &zentrale, Anlass anlass, QObject *besitzer,
                                               {u"anlass"_s, anlassname(anlass)},
                                               {u"version"_s, VERSION}},
                           .zeit = Sekunden(480)};
-    zentrale.anfrage(auftrag, besitzer, [fertig = std::move(fertig)](const auto &antwort) {
-        if (!antwort) {
-            fertig(fehlerBewerten(antwort.error()));
-            return;
-        }
-        if (kurztext(*antwort, u"ergebnis.zustand") == u"angehalten") {
-            protokoll(u"angehalten: "_s + kurztext(*antwort, u"geraet.zustand"));
-        }
-        fertig(antwortBewerten(*antwort));
-    });
+    zentrale.anfrageLesen<Bewertung>(
+        auftrag, besitzer,
+        [](const QByteArray &daten, const Abbruch &abbruch) -> std::optional<Bewertung> {
+            const auto antwort = inhalt(daten);
+            if (!antwort || abbruch()) {
+                return {};
+            }
+            Bewertung b = antwortBewerten(*antwort);
+            if (daten.size() > groessteAntwort) {
+                b.antwort = ausgewaehlt(*antwort);
+            }
+            return b;
+        },
+        [fertig = std::move(fertig)](const tl::expected<Bewertung, ZentraleFehler> &b) {
+            if (!b) {
+                fertig(fehlerBewerten(b.error()));
+                return;
+            }
+            if (kurztext(b->antwort, u"ergebnis.zustand") == u"angehalten") {
+                protokoll(u"angehalten: "_s + kurztext(b->antwort, u"geraet.zustand"));
+            }
+            fertig(*b);
+        });
 }
 
 } // namespace kalvaro

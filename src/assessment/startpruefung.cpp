@@ -3,6 +3,7 @@
 #include "assessment/aenderungstexte.h"
 #include "foundation/protokoll.h"
 #include "foundation/werte.h"
+#include "server/inhalt.h"
 #include "server/zentrale.h"
 
 #include <QJsonArray>
@@ -35,19 +36,22 @@ Startpruefung standPruefen(const QJsonValue &stand)
 void startPruefen(Zentrale &zentrale, QObject *besitzer,
                   std::function<void(const Startpruefung &)> fertig)
 {
-    zentrale.anfrage(standAnfragen(zentrale.konto().geraet), besitzer,
-                     [fertig = std::move(fertig)](const Zentrale::Antwort &stand) {
-                         if (!stand) {
-                             protokoll(u"Startprüfung ohne Antwort: "_s + stand.error().meldung);
-                             fertig({});
-                             return;
-                         }
-                         const Startpruefung p = standPruefen(*stand);
-                         protokoll(u"Startprüfung: "_s +
-                                   (p.noetig ? u"erst abgleichen"_s : u"Stand passt"_s) +
-                                   (p.hinweis ? u" | "_s + *p.hinweis : QString()));
-                         fertig(p);
-                     });
+    zentrale.anfrageLesen<Startpruefung>(
+        standAnfragen(zentrale.konto().geraet), besitzer,
+        [](const QByteArray &daten, const Abbruch &) {
+            const auto stand = inhalt(daten);
+            return stand ? std::optional(standPruefen(*stand)) : std::nullopt;
+        },
+        [fertig = std::move(fertig)](const tl::expected<Startpruefung, ZentraleFehler> &p) {
+            if (!p) {
+                protokoll(u"Startprüfung ohne Antwort: "_s + p.error().meldung);
+                fertig({});
+                return;
+            }
+            protokoll(u"Startprüfung: "_s + (p->noetig ? u"erst abgleichen"_s : u"Stand passt"_s) +
+                      (p->hinweis ? u" | "_s + *p->hinweis : QString()));
+            fertig(*p);
+        });
 }
 
 } // namespace kalvaro

@@ -9,6 +9,7 @@
 #include "platform/arbeitsplatz.h"
 #include "platform/mitteilungen.h"
 #include "platform/statusobjekt.h"
+#include "server/inhalt.h"
 
 #include <utility>
 
@@ -134,11 +135,14 @@ void Steuerung::ausstehendesMelden()
 {
     // An answer that comes after rekordbox has quit again is of no use to anybody.
     laufzeitRekordbox_ = std::make_unique<QObject>();
-    ablauf_.zentrale.anfrage(
+    ablauf_.zentrale.anfrageLesen<QString>(
         standAnfragen(ablauf_.zentrale.konto().geraet), laufzeitRekordbox_.get(),
-        [this](const Zentrale::Antwort &stand) {
+        [](const QByteArray &daten, const Abbruch &) {
+            const auto stand = inhalt(daten);
+            return stand ? std::optional(kurztext(*stand, u"ausstehend")) : std::nullopt;
+        },
+        [this](const tl::expected<QString, ZentraleFehler> &ausstehend) {
             // The server may name the truth as a boolean, a number or a text.
-            const QString ausstehend = stand ? text(*stand, u"ausstehend") : QString();
             if (ausstehend == u"1"_s || ausstehend == u"true"_s) {
                 mitteilen(u"Neue Änderungen warten"_s,
                           u"rekordbox wurde geöffnet, bevor die neuesten Änderungen übernommen "

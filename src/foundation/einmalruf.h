@@ -33,10 +33,10 @@ public:
         }
         QMetaObject::invokeMethod(
             this,
-            [this, fertig = std::exchange(fertig_, {}), ... werte = std::move(werte)] {
+            [this, fertig = std::exchange(fertig_, {}), ... werte = std::move(werte)]() mutable {
                 // Before the call: it may destroy the owner, and this object with it.
                 deleteLater();
-                fertig(werte...);
+                fertig(std::move(werte)...);
             },
             Qt::QueuedConnection);
     }

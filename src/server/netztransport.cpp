@@ -1,6 +1,7 @@
 #include "server/netztransport.h"
 
 #include "foundation/einmalruf.h"
+#include "foundation/nebenarbeit.h"
 #include "server/entpacken.h"
 #include "server/leitung.h"
 #include "server/systemproxy.h"
@@ -15,10 +16,16 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype groessterKlartext = qsizetype{64} * 1024 * 1024;
+
+// What becomes no longer than this is unpacked at once.
+constexpr qsizetype sofortHoechstens = qsizetype{256} * 1024;
+
 constexpr int meisteSpruenge = 10;
 
 // How long the system may think about its proxy. The exchange must still have time to do without.
 constexpr Sekunden laengsteProxyfrage{2};
+
+using Klartext = tl::expected<QByteArray, Entpackfehler>;
 
 // Whether the header line can bring no further lines with it.
 bool einzeilig(const Kopfzeile &zeile)
@@ -153,9 +160,27 @@ private:
             scheitern(netzfehler(Netzfehlerart::ProxyAnmeldung));
             return;
         }
-        const auto klartext = entpacken(antwort.daten, antwort.kodierung, groessterKlartext);
+        auto klartext = entpacken(antwort.daten, antwort.kodierung, sofortHoechstens);
+        if (klartext || klartext.error() != Entpackfehler::ZuGross) {
+            ausgepackt(antwort, std::move(klartext));
+            return;
+        }
+        new Nebenarbeit<Klartext>(
+            [antwort](const Abbruch &) {
+                return entpacken(antwort.daten, antwort.kodierung, groessterKlartext);
+            },
+            this,
+            [this, antwort](Klartext ganzer) {
+                if (!beantwortet()) {
+                    ausgepackt(antwort, std::move(ganzer));
+                }
+            });
+    }
+
+    void ausgepackt(const Leitung::Antwort &antwort, Klartext klartext)
+    {
         if (klartext) {
-            beenden(Netzantwort{antwort.status, *klartext, antwort.zertifikatBis});
+            beenden(Netzantwort{antwort.status, *std::move(klartext), antwort.zertifikatBis});
         } else {
             scheitern(netzfehler(klartext.error() == Entpackfehler::ZuGross
                                      ? Netzfehlerart::ZuGross

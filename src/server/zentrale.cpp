@@ -56,10 +56,10 @@ ZentraleFehler ausStatus(int status, const QJsonValue &inhalt)
 } // namespace
 
 // One request on its way through the candidates.
-class Zentrale::Lauf final : public Einmalruf<Zentrale::Antwort>
+class Zentrale::Lauf final : public Einmalruf<Rohergebnis>
 {
 public:
-    Lauf(Zentrale *zentrale, Auftrag auftrag, QObject *besitzer, Rueckruf fertig)
+    Lauf(Zentrale *zentrale, Auftrag auftrag, QObject *besitzer, Rohruf fertig)
         : Einmalruf(besitzer, std::move(fertig))
         , zentrale_(zentrale)
         , auftrag_(std::move(auftrag))
@@ -100,19 +100,19 @@ private:
     {
         zentrale_->roh(kandidat_ + auftrag_.pfad, auftrag_, this, [this](const auto &ergebnis) {
             if (ergebnis) {
-                auswerten(*ergebnis);
+                angekommen(*ergebnis);
             } else {
                 abgewiesen(ergebnis.error());
             }
         });
     }
 
-    void auswerten(const Netzantwort &antwort)
+    void angekommen(const Netzantwort &antwort)
     {
         if (antwort.status == 200) {
             zentrale_->basis_ = kandidat_;
         }
-        antworten(Zentrale::auswerten(antwort));
+        antworten(antwort);
     }
 
     void abgewiesen(const ZentraleFehler &fehler)
@@ -178,12 +178,15 @@ void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer
     if (!konto_.schluessel.isEmpty()) {
         netz.kopf.append(Kopfzeile{"X-Schluessel", konto_.schluessel.toUtf8()});
     }
+    if (auftrag.body && !darstellbar(*auftrag.body)) {
+        scheitern({false, false, u"Die Anfrage lässt sich nicht als JSON schreiben."_s});
+        return;
+    }
+    netz.body = auftrag.text;
     if (auftrag.body) {
-        if (!darstellbar(*auftrag.body)) {
-            scheitern({false, false, u"Die Anfrage lässt sich nicht als JSON schreiben."_s});
-            return;
-        }
         netz.body = QJsonDocument(*auftrag.body).toJson(QJsonDocument::Compact);
+    }
+    if (netz.body) {
         netz.kopf.append(Kopfzeile{"Content-Type", "application/json"});
     }
     transport_.senden(netz, ruf, [ruf](const Transport::Ergebnis &ergebnis) {
@@ -191,21 +194,35 @@ void Zentrale::roh(const QString &url, const Auftrag &auftrag, QObject *besitzer
     });
 }
 
+ZentraleFehler Zentrale::fehlerAus(const Netzantwort &antwort)
+{
+    return ausStatus(antwort.status, inhalt(antwort.daten).value_or(QJsonObject()));
+}
+
+ZentraleFehler Zentrale::zuGross()
+{
+    return ausNetz(netzfehler(Netzfehlerart::ZuGross));
+}
+
 Zentrale::Antwort Zentrale::auswerten(const Netzantwort &antwort)
 {
-    const auto gelesen = inhalt(antwort.daten);
     if (antwort.status != 200) {
-        return tl::unexpected(ausStatus(antwort.status, gelesen.value_or(QJsonObject())));
+        return tl::unexpected(fehlerAus(antwort));
     }
-    if (!gelesen) {
-        return tl::unexpected(ausNetz(netzfehler(Netzfehlerart::ZuGross)));
-    }
-    return *gelesen;
+    auto gelesen = inhalt(antwort.daten);
+    return gelesen ? Antwort(*std::move(gelesen)) : tl::unexpected(zuGross());
+}
+
+void Zentrale::anfrageRoh(const Auftrag &auftrag, QObject *besitzer, Rohruf fertig)
+{
+    new Lauf(this, auftrag, besitzer, std::move(fertig));
 }
 
 void Zentrale::anfrage(const Auftrag &auftrag, QObject *besitzer, Rueckruf fertig)
 {
-    new Lauf(this, auftrag, besitzer, std::move(fertig));
+    anfrageLesen<QJsonValue>(
+        auftrag, besitzer, [](const QByteArray &daten, const Abbruch &) { return inhalt(daten); },
+        std::move(fertig));
 }
 
 } // namespace kalvaro

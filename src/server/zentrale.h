@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/konto.h"
+#include "foundation/nebenarbeit.h"
 #include "server/transport.h"
 #include "server/zentralefehler.h"
 
@@ -16,6 +17,7 @@ struct Auftrag
     QString pfad; // begins with "/", may carry a query that is already encoded
     QByteArray methode = QByteArrayLiteral("GET");
     std::optional<QJsonObject> body = std::nullopt;
+    std::optional<QByteArray> text = std::nullopt; // the body as JSON already; in its place
     Sekunden zeit{20}; // bounds the request; each status check before it has 4 s of its own
 };
 
@@ -54,9 +56,18 @@ public:
     // status is an answer. Same contract for `fertig` as anfrage().
     void roh(const QString &url, const Auftrag &auftrag, QObject *besitzer, Rohruf fertig);
 
-    // Asks the servers in order and hands over the JSON of the answer with status 200 (an empty map
-    // when its body is no JSON), or the error. `fertig` (see Einmalruf) is dropped when `besitzer`
-    // or this object goes first.
+    // Reads the body of an answer with status 200; absent: it is too large, or nobody waits any
+    // more. Long bodies are read on the thread of Nebenarbeit, by whose rules this goes.
+    template<typename Wert>
+    using Leser = std::function<std::optional<Wert>(const QByteArray &, const Abbruch &)>;
+
+    // Asks the servers in order and hands over what `leser` makes of the answer with status 200, or
+    // the error. `fertig` (see Einmalruf) is dropped when `besitzer` or this object goes first.
+    template<typename Wert>
+    void anfrageLesen(const Auftrag &auftrag, QObject *besitzer, Leser<Wert> leser,
+                      std::function<void(tl::expected<Wert, ZentraleFehler>)> fertig);
+
+    // The same for the JSON of the answer (an empty map when its body is no JSON).
     void anfrage(const Auftrag &auftrag, QObject *besitzer, Rueckruf fertig);
 
     // What the server says with `antwort`: as of anfrage(), the JSON or the error.
@@ -65,9 +76,44 @@ public:
 private:
     class Lauf;
 
+    // Up to this size a body is read at once, which takes a few milliseconds at most. The densest
+    // trees take 90 times their text.
+    static constexpr qsizetype sofortHoechstens = qsizetype{64} * 1024;
+
+    void anfrageRoh(const Auftrag &auftrag, QObject *besitzer, Rohruf fertig);
+    [[nodiscard]] static ZentraleFehler fehlerAus(const Netzantwort &antwort);
+    [[nodiscard]] static ZentraleFehler zuGross();
+
     const Konto konto_;
     Transport &transport_;
     std::optional<QString> basis_;
 };
+
+template<typename Wert>
+void Zentrale::anfrageLesen(const Auftrag &auftrag, QObject *besitzer, Leser<Wert> leser,
+                            std::function<void(tl::expected<Wert, ZentraleFehler>)> fertig)
+{
+    using Ergebnis = tl::expected<Wert, ZentraleFehler>;
+    anfrageRoh(auftrag, besitzer,
+               [this, besitzer, leser = std::move(leser),
+                fertig = std::move(fertig)](const tl::expected<Netzantwort, ZentraleFehler> &roh) {
+                   if (!roh) {
+                       fertig(tl::unexpected(roh.error()));
+                       return;
+                   }
+                   const auto lesen = [antwort = *roh, leser](const Abbruch &abbruch) -> Ergebnis {
+                       if (antwort.status != 200) {
+                           return tl::unexpected(fehlerAus(antwort));
+                       }
+                       auto gelesen = leser(antwort.daten, abbruch);
+                       return gelesen ? Ergebnis(*std::move(gelesen)) : tl::unexpected(zuGross());
+                   };
+                   if (roh->daten.size() <= sofortHoechstens) {
+                       fertig(lesen(Abbruch()));
+                   } else {
+                       (new Nebenarbeit<Ergebnis>(lesen, besitzer, fertig))->endetMit(this);
+                   }
+               });
+}
 
 } // namespace kalvaro

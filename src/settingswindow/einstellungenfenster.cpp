@@ -3,31 +3,30 @@
 #include "foundation/einstellungen.h"
 #include "foundation/protokoll.h"
 #include "platform/anmeldestart.h"
+#include "server/inhalt.h"
 #include "settingswindow/baumansicht.h"
+#include "settingswindow/baumleser.h"
 #include "settingswindow/playlistenmodell.h"
 #include "ui/ansage.h"
 #include "ui/beschriftung.h"
 #include "ui/knoepfe.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QComboBox>
-#include <QJsonArray>
+#include <QJsonDocument>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStyleOptionComboBox>
+
+#include <algorithm>
 
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// The text of a set of playlists does not depend on their order.
-QSet<QString> alsMenge(const QStringList &uuids)
-{
-    return {uuids.begin(), uuids.end()};
-}
 
 bool passtInAuswahl(const QComboBox &auswahl, const QString &titel)
 {
@@ -40,6 +39,15 @@ bool passtInAuswahl(const QComboBox &auswahl, const QString &titel)
 
 } // namespace
 
+// A large tree's memory goes back to the system once all of the sheet is gone.
+EinstellungenFenster::~EinstellungenFenster()
+{
+    constexpr size_t gross = 10'000;
+    if (modell_->alle().size() >= gross) {
+        QMetaObject::invokeMethod(qApp, aufraeumen, Qt::QueuedConnection);
+    }
+}
+
 void EinstellungenFenster::laden()
 {
     if (zustand_ != Zustand::Neu && zustand_ != Zustand::Ladefehler) {
@@ -47,11 +55,12 @@ void EinstellungenFenster::laden()
     }
     zustand_ = Zustand::Laedt;
     melden(u"Playlisten werden geladen …"_s, Farbe::sekundaer);
-    vorgaben_.zentrale.anfrage({.pfad = u"/api/playlisten"_s}, this,
-                               [this](const Zentrale::Antwort &antwort) { geladen(antwort); });
+    vorgaben_.zentrale.anfrageLesen<Knotenliste>(
+        {.pfad = u"/api/playlisten"_s}, this, baumLesen,
+        [this](tl::expected<Knotenliste, ZentraleFehler> antwort) { geladen(std::move(antwort)); });
 }
 
-void EinstellungenFenster::geladen(const Zentrale::Antwort &antwort)
+void EinstellungenFenster::geladen(tl::expected<Knotenliste, ZentraleFehler> antwort)
 {
     if (zustand_ != Zustand::Laedt) {
         return;
@@ -62,9 +71,8 @@ void EinstellungenFenster::geladen(const Zentrale::Antwort &antwort)
         return;
     }
     zustand_ = Zustand::Geladen;
-    Knotenliste alle = baumAus(*antwort);
-    vorher_ = alsMenge(auswahl(alle));
-    modell_->setKnoten(std::move(alle));
+    vorher_ = gewaehlte(*antwort);
+    modell_->setKnoten(*std::move(antwort));
     suchfeld_->setEnabled(true);
     zusammenfassen();
 }
@@ -80,9 +88,8 @@ void EinstellungenFenster::sichern()
         return;
     }
     optionenSichern();
-    const QStringList uuids = auswahl(modell_->alle());
-    if (zustand_ == Zustand::Geladen && alsMenge(uuids) != vorher_) {
-        auswahlSenden(uuids);
+    if (zustand_ == Zustand::Geladen && gewaehlte(modell_->alle()) != vorher_) {
+        auswahlSenden();
     } else {
         done(Accepted);
     }
@@ -100,21 +107,30 @@ void EinstellungenFenster::optionenSichern()
     }
 }
 
-void EinstellungenFenster::auswahlSenden(const QStringList &uuids)
+void EinstellungenFenster::auswahlSenden()
 {
     zustand_ = Zustand::Sichert;
     eingabenSperren(true);
     melden(u"Wird an die Cloud übertragen …"_s, Farbe::sekundaer);
-    const QJsonObject body{{u"geraet"_s, vorgaben_.zentrale.konto().geraet},
-                           {u"lokal"_s, QJsonArray::fromStringList(uuids)}};
-    vorgaben_.zentrale.anfrage({.pfad = u"/api/einstellungen"_s, .methode = "POST", .body = body},
-                               this,
-                               [this, anzahl = uuids.size()](const Zentrale::Antwort &antwort) {
-                                   auswahlBeantwortet(antwort, anzahl);
-                               });
+    const QByteArray geraet =
+        QJsonDocument(QJsonObject{{u"geraet"_s, vorgaben_.zentrale.konto().geraet}})
+            .toJson(QJsonDocument::Compact);
+    const QByteArray text = geraet.chopped(1) + R"(,"lokal":)" + auswahl(modell_->alle()) + '}';
+    const std::vector<bool> menge = gewaehlte(modell_->alle());
+    // What the server answers does not matter, as long as it is not too much.
+    vorgaben_.zentrale.anfrageLesen<bool>(
+        {.pfad = u"/api/einstellungen"_s, .methode = "POST", .text = text}, this,
+        [](const QByteArray &daten, const Abbruch &) {
+            return inhalt(daten) ? std::optional(true) : std::nullopt;
+        },
+        [this, anzahl = std::count(menge.begin(), menge.end(), true)](
+            const tl::expected<bool, ZentraleFehler> &antwort) {
+            auswahlBeantwortet(antwort, anzahl);
+        });
 }
 
-void EinstellungenFenster::auswahlBeantwortet(const Zentrale::Antwort &antwort, qsizetype anzahl)
+void EinstellungenFenster::auswahlBeantwortet(const tl::expected<bool, ZentraleFehler> &antwort,
+                                              qsizetype anzahl)
 {
     if (zustand_ != Zustand::Sichert) {
         return;

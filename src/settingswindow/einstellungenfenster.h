@@ -2,11 +2,13 @@
 
 #include "rekordbox/installation.h"
 #include "server/zentrale.h"
+#include "settingswindow/knotenliste.h"
 #include "ui/farbe.h"
 
 #include <QDialog>
 #include <QPointer>
-#include <QSet>
+
+#include <vector>
 
 class QComboBox;
 class QLineEdit;
@@ -44,6 +46,7 @@ public:
 
     // What `vorgaben` refers to must outlive the sheet.
     EinstellungenFenster(Vorgaben vorgaben, QWidget *eltern);
+    ~EinstellungenFenster() override;
 
     // Fetches the tree of playlists. Does nothing while that is under way or after it succeeded.
     void laden();
@@ -79,10 +82,10 @@ private:
     void abstaendeSetzen(bool eng);
     void inSichtRollen(const QWidget &teil);
 
-    void geladen(const Zentrale::Antwort &antwort);
+    void geladen(tl::expected<Knotenliste, ZentraleFehler> antwort);
     void optionenSichern();
-    void auswahlSenden(const QStringList &uuids);
-    void auswahlBeantwortet(const Zentrale::Antwort &antwort, qsizetype anzahl);
+    void auswahlSenden();
+    void auswahlBeantwortet(const tl::expected<bool, ZentraleFehler> &antwort, qsizetype anzahl);
     void melden(const QString &meldung, Farbton farbe);
     void klagen(const QString &meldung);
     void eingabenSperren(bool sperren);
@@ -90,7 +93,7 @@ private:
 
     const Vorgaben vorgaben_;
     Zustand zustand_ = Zustand::Neu;
-    QSet<QString> vorher_; // the choice as loaded
+    std::vector<bool> vorher_; // the choice as loaded
 
     PlaylistenModell *const modell_;
     QWidget *const eingaben_; // everything but the buttons and the line above them

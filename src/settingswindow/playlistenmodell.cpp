@@ -1,8 +1,11 @@
 #include "settingswindow/playlistenmodell.h"
 
 #include "foundation/formate.h"
+#include "settingswindow/suchform.h"
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 namespace kalvaro {
 
@@ -10,18 +13,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// As people compare names: without accents, upper and lower case alike.
-QString suchform(const QString &name)
+std::string_view zeichen(QByteArrayView bytes)
 {
-    QString klein = name.toCaseFolded();
-    const bool einfach =
-        std::all_of(klein.cbegin(), klein.cend(), [](QChar c) { return c.unicode() < 0x80; });
-    if (einfach) {
-        return klein;
-    }
-    QString zerlegt = klein.normalized(QString::NormalizationForm_KD);
-    zerlegt.removeIf([](QChar c) { return c.isMark(); });
-    return zerlegt.replace(u'ß', u"ss"_s);
+    return {bytes.data(), static_cast<size_t>(bytes.size())};
 }
 
 } // namespace
@@ -35,38 +29,77 @@ void PlaylistenModell::setKnoten(Knotenliste liste)
 {
     beginResetModel();
     knoten_ = std::move(liste);
-    suchnamen_.clear();
     gewaehlteDavor_.clear();
+    treffer_.clear();
+    elternZuordnen();
+    treffer_ = gesucht(filter_);
     aufstellen();
     endResetModel();
 }
 
 void PlaylistenModell::filtern(const QString &suchwort)
 {
-    const QString neu = suchform(suchwort.trimmed());
+    const QByteArray neu = suchform(suchwort.trimmed()).toUtf8();
     if (neu == filter_) {
         return;
     }
     beginResetModel();
+    // What does not hold the beginning of a word does not hold the word.
+    if (filter_.isEmpty() || !neu.contains(filter_)) {
+        treffer_.clear();
+    }
+    treffer_ = gesucht(neu);
     filter_ = neu;
     aufstellen();
     endResetModel();
 }
 
+// Which names hold the word; empty for no word. Of those that were looked through before, only what
+// was found then is looked at.
+std::vector<bool> PlaylistenModell::gesucht(const QByteArray &wort) const
+{
+    std::vector<bool> gefunden(wort.isEmpty() ? 0 : knoten_.size());
+    const std::string_view gesuchtes = zeichen(wort);
+    for (size_t i = 0; i < gefunden.size(); ++i) {
+        gefunden[i] = (treffer_.empty() || treffer_[i]) &&
+                      zeichen(knoten_.suchname(static_cast<int>(i))).find(gesuchtes) !=
+                          std::string_view::npos;
+    }
+    return gefunden;
+}
+
+// What is found, and the folders on the way.
 std::vector<bool> PlaylistenModell::sichtbare() const
 {
-    std::vector<bool> sichtbar(knoten_.size(), filter_.isEmpty());
     if (filter_.isEmpty()) {
-        return sichtbar;
+        return std::vector<bool>(knoten_.size(), true);
     }
+    std::vector<bool> sichtbar = treffer_;
     // From the back, so that what a folder holds comes before the folder.
     for (size_t i = knoten_.size(); i-- > 0;) {
-        sichtbar[i] = sichtbar[i] || suchnamen_[i].contains(filter_);
-        if (sichtbar[i] && knoten_[i].eltern >= 0) {
-            sichtbar[static_cast<size_t>(knoten_[i].eltern)] = true;
+        const int eltern = knoten_.eltern(static_cast<int>(i));
+        if (sichtbar[i] && eltern >= 0) {
+            sichtbar[static_cast<size_t>(eltern)] = true;
         }
     }
     return sichtbar;
+}
+
+// Which node each one is shown below.
+void PlaylistenModell::elternZuordnen()
+{
+    std::vector<int> ebenen(knoten_.size(), 0);
+    plaetze_.assign(knoten_.size(), {});
+    for (size_t i = 0; i < knoten_.size(); ++i) {
+        int eltern = knoten_.eltern(static_cast<int>(i));
+        if (eltern >= 0) {
+            const auto oben = static_cast<size_t>(eltern);
+            const bool zuTief = ebenen[oben] + 1 == meisteEbenen;
+            ebenen[i] = zuTief ? ebenen[oben] : ebenen[oben] + 1;
+            eltern = zuTief ? plaetze_[oben].eltern : eltern;
+        }
+        plaetze_[i].eltern = eltern;
+    }
 }
 
 // Where the rows below `eltern` are counted; -1: those of the top level.
@@ -78,27 +111,13 @@ PlaylistenModell::Platz &PlaylistenModell::unter(int eltern)
 // Gives every visible node its place in the view.
 void PlaylistenModell::aufstellen()
 {
-    if (!filter_.isEmpty() && suchnamen_.empty()) {
-        suchnamen_.reserve(knoten_.size());
-        for (const Knoten &k : knoten_) {
-            suchnamen_.push_back(suchform(k.name));
-        }
-    }
     const std::vector<bool> sichtbar = sichtbare();
-    std::vector<int> ebenen(knoten_.size(), 0);
-    plaetze_.assign(knoten_.size(), {});
     wurzel_ = {};
-    for (size_t i = 0; i < knoten_.size(); ++i) {
-        int eltern = knoten_[i].eltern;
-        if (eltern >= 0) {
-            const auto oben = static_cast<size_t>(eltern);
-            const bool zuTief = ebenen[oben] + 1 == meisteEbenen;
-            ebenen[i] = zuTief ? ebenen[oben] : ebenen[oben] + 1;
-            eltern = zuTief ? plaetze_[oben].eltern : eltern;
-        }
-        plaetze_[i].eltern = eltern;
+    for (size_t i = 0; i < plaetze_.size(); ++i) {
+        Platz &p = plaetze_[i];
+        p = {.eltern = p.eltern};
         if (sichtbar[i]) {
-            plaetze_[i].zeile = unter(eltern).bis++;
+            p.zeile = unter(p.eltern).bis++;
         }
     }
     reiheFuellen(sichtbar);
@@ -186,20 +205,21 @@ QVariant PlaylistenModell::data(const QModelIndex &index, int role) const
     if (!index.isValid()) {
         return {};
     }
-    const Knoten &k = knoten_[static_cast<size_t>(stelle(index))];
+    const int i = stelle(index);
     switch (role) {
     case Qt::DisplayRole:
-        return k.ordner ? k.name : QString(k.name + u"   "_s + fZahl(k.titel));
+        return knoten_.ordner(i) ? knoten_.name(i)
+                                 : QString(knoten_.name(i) + u"   "_s + fZahl(knoten_.titel(i)));
     case Qt::CheckStateRole:
-        return k.haken ? Qt::Checked : Qt::Unchecked;
+        return knoten_.haken(i) ? Qt::Checked : Qt::Unchecked;
     case NameRolle:
-        return k.name;
+        return knoten_.name(i);
     case AnzahlRolle:
-        return k.ordner ? QString() : fZahl(k.titel);
+        return knoten_.ordner(i) ? QString() : fZahl(knoten_.titel(i));
     case OrdnerRolle:
-        return k.ordner;
+        return knoten_.ordner(i);
     case GewaehltRolle:
-        return gewaehlt(stelle(index));
+        return gewaehlt(i);
     default:
         return {};
     }
@@ -209,18 +229,18 @@ QVariant PlaylistenModell::data(const QModelIndex &index, int role) const
 // too.
 QString PlaylistenModell::gewaehlt(int stelle) const
 {
-    const Knoten &ordner = knoten_[static_cast<size_t>(stelle)];
-    if (!ordner.ordner || ordner.haken) {
+    if (!knoten_.ordner(stelle) || knoten_.haken(stelle)) {
         return {};
     }
     if (gewaehlteDavor_.empty()) {
         gewaehlteDavor_.reserve(knoten_.size() + 1);
         gewaehlteDavor_.push_back(0);
-        for (const Knoten &k : knoten_) {
-            gewaehlteDavor_.push_back(gewaehlteDavor_.back() + (k.haken && !k.ordner ? 1 : 0));
+        for (int i = 0; i < std::ssize(knoten_); ++i) {
+            const bool zaehlt = knoten_.haken(i) && !knoten_.ordner(i);
+            gewaehlteDavor_.push_back(gewaehlteDavor_.back() + (zaehlt ? 1 : 0));
         }
     }
-    const int zahl = gewaehlteDavor_[static_cast<size_t>(ordner.ende)] -
+    const int zahl = gewaehlteDavor_[static_cast<size_t>(knoten_.ende(stelle))] -
                      gewaehlteDavor_[static_cast<size_t>(stelle)];
     return zahl > 0 ? QString(fZahl(zahl) + u" gewählt"_s) : QString();
 }
@@ -252,7 +272,7 @@ void PlaylistenModell::zweigMelden(int stelle)
     const QModelIndex oben = zuStelle(stelle);
     const int eltern = plaetze_[static_cast<size_t>(stelle)].eltern;
     int letzter = stelle; // on the node's own level, where the tree is too deep to be shown
-    const int ende = knoten_[static_cast<size_t>(stelle)].ende;
+    const int ende = knoten_.ende(stelle);
     for (int i = stelle + 1; i < ende; ++i) {
         const Platz &p = plaetze_[static_cast<size_t>(i)];
         if (p.zeile >= 0 && p.eltern == eltern) {

@@ -64,7 +64,9 @@ private:
         int bis = 0;     // up to before here
     };
 
+    void elternZuordnen();
     void aufstellen();
+    [[nodiscard]] std::vector<bool> gesucht(const QByteArray &wort) const;
     void reiheFuellen(const std::vector<bool> &sichtbar);
     [[nodiscard]] std::vector<bool> sichtbare() const;
     [[nodiscard]] Platz &unter(int eltern);
@@ -74,8 +76,8 @@ private:
     [[nodiscard]] QString gewaehlt(int stelle) const;
 
     Knotenliste knoten_;
-    QString filter_;                 // in search form
-    std::vector<QString> suchnamen_; // names in search form, made when first needed
+    QByteArray filter_;         // in search form, UTF-8
+    std::vector<bool> treffer_; // whether its name holds the filter; empty: no filter, none known
 
     std::vector<Platz> plaetze_; // one for each node
     std::vector<int> reihe_;     // the shown nodes, those below one node side by side

@@ -77,6 +77,8 @@ private Q_SLOTS:
     void rufErstAusDerEreignisschleife();
     void ohneBesitzerKeinRuf();
     void zweiAnfragenZugleich();
+    void langeAntwortWirdNebenherBewertet_data();
+    void langeAntwortWirdNebenherBewertet();
 
 private:
     // What bewerten() hands over for the scripted answers, in virtual time.
@@ -728,6 +730,43 @@ void TestBewerten::zweiAnfragenZugleich()
     uhr->vor(1s);
 
     QCOMPARE(titel, (QStringList{u"Abgleich verschoben"_s, abgeglichen}));
+}
+
+void TestBewerten::langeAntwortWirdNebenherBewertet_data()
+{
+    QTest::addColumn<int>("ballast");
+    QTest::addColumn<bool>("ganz"); // the answer is kept as a whole
+    QTest::newRow("short") << 10 << true;
+    QTest::newRow("read beside") << 100'000 << true;
+    QTest::newRow("not kept") << 2'000'000 << false;
+}
+
+void TestBewerten::langeAntwortWirdNebenherBewertet()
+{
+    QFETCH(const int, ballast);
+    QFETCH(const bool, ganz);
+    const QJsonObject statistik{{u"titel"_s, 12}, {u"stand"_s, u"2026-11-21T10:00:00Z"_s}};
+    const QJsonObject antwort{
+        {u"ergebnis"_s, QJsonObject{{u"zustand"_s, u"angehalten"_s}}},
+        {u"geraet"_s, QJsonObject{{u"zustand"_s, u"gesperrt"_s}}},
+        {u"betrieb"_s, u"scharf"_s},
+        {u"statistik"_s, statistik},
+        {u"andere"_s, QJsonArray{QJsonObject{{u"name"_s, u"B"_s}, {u"laeuft"_s, true}}}},
+        {u"x"_s, QString(ballast, u'x')}};
+    antworten(QJsonDocument(antwort).toJson(QJsonDocument::Compact));
+    Zentrale zentrale({u"m"_s, u"m"_s, {}, {u"http://cloud"_s}}, *weg);
+    std::optional<Bewertung> b;
+    bewerten(zentrale, Anlass::Hand, &zentrale, [&](const Bewertung &wert) { b = wert; });
+    uhr->vor(1s);
+    QTRY_VERIFY(b.has_value());
+
+    Bewertung erwartet = antwortBewerten(antwort);
+    QCOMPARE(b->antwort == antwort, ganz);
+    QCOMPARE(b->antwort[u"statistik"], QJsonValue(statistik));
+    erwartet.antwort = b->antwort;
+    QVERIFY(*b == erwartet);
+    QCOMPARE(ordner.protokollzeilen().size(), 1);
+    QVERIFY(ordner.protokollzeilen().last().endsWith(u"angehalten: gesperrt"));
 }
 
 KALVARO_TEST(TestBewerten)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "settingswindow/knoten.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -59,6 +61,17 @@ inline QJsonArray kette(int tiefe)
 inline QByteArray alsText(const QJsonObject &objekt)
 {
     return QJsonDocument(objekt).toJson(QJsonDocument::Compact);
+}
+
+// The uuids in what is sent of a choice.
+inline QStringList auswahlliste(const Knotenliste &alle)
+{
+    QStringList uuids;
+    const QJsonArray liste = QJsonDocument::fromJson(auswahl(alle)).array();
+    for (const QJsonValue &uuid : liste) {
+        uuids.append(uuid.toString());
+    }
+    return uuids;
 }
 
 } // namespace kalvaro

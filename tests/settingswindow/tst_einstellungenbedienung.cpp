@@ -93,7 +93,7 @@ void TestEinstellungenbedienung::escapeUndReturn()
         QCOMPARE(ende->size(), 1);
         QVERIFY(!feld<QCheckBox>(u"cbAuto"_s)->isChecked());
         QVERIFY(!feld<QCheckBox>(u"cbAnmeldung"_s)->isChecked());
-        QVERIFY(auswahl(modell().alle()).isEmpty());
+        QVERIFY(auswahlliste(modell().alle()).isEmpty());
         QCOMPARE(ende->value(0).value(0).toInt(), ergebnis);
         zentraleErneuern();
     }

@@ -60,6 +60,7 @@ private Q_SLOTS:
     void abhakenLoestDieOrdnerDarueber();
     void letzteAngehaktePlaylistHaktDenOrdnerNichtAn();
     void auswahlStehtInBaumfolge();
+    void auswahlIstGeschriebenWieVonQt();
     void zusammengefasst_data();
     void zusammengefasst();
 
@@ -166,9 +167,9 @@ void TestKnoten::ketteVonHunderttausendOrdnern()
     QCOMPARE(alle.back().eltern, tiefe - 1);
 
     QVERIFY(hakenSetzen(alle, 0, true).empty());
-    QCOMPARE(auswahl(alle).size(), tiefe + 1);
+    QCOMPARE(auswahlliste(alle).size(), tiefe + 1);
     QCOMPARE(hakenSetzen(alle, tiefe, false).size(), size_t(tiefe));
-    QVERIFY(auswahl(alle).isEmpty());
+    QVERIFY(auswahlliste(alle).isEmpty());
 }
 
 void TestKnoten::hunderttausendInEinemOrdner()
@@ -196,7 +197,7 @@ void TestKnoten::hunderttausendMitEinerId()
     const Knotenliste alle = baumAus(antwort(liste));
     QCOMPARE(alle.size(), size_t(anzahl));
     QCOMPARE(alle.front().ende, anzahl / 2 + 1);
-    QCOMPARE(auswahl(alle).size(), 0);
+    QCOMPARE(auswahlliste(alle).size(), 0);
 }
 
 void TestKnoten::ordnerNimmtAllesMit()
@@ -239,7 +240,29 @@ void TestKnoten::auswahlStehtInBaumfolge()
     hakenSetzen(alle, stelle(alle, u"N8"_s), true);
 
     QCOMPARE(alsZeile(alle), u"N1(N2+ N3 N4+(N5+ N7+ N8+)) N6+"_s);
-    QCOMPARE(auswahl(alle), (QStringList{u"u2"_s, u"u4"_s, u"u5"_s, u"u6"_s}));
+    QCOMPARE(auswahlliste(alle), (QStringList{u"u2"_s, u"u4"_s, u"u5"_s, u"u6"_s}));
+}
+
+void TestKnoten::auswahlIstGeschriebenWieVonQt()
+{
+    QJsonArray uuids;
+    QJsonArray liste;
+    QStringList texte{u"6e73e372-e233"_s, u"\""_s, u"\\"_s, u"/"_s, u"ä"_s,
+                      u"\U0001f3a7"_s,    u" "_s};
+    for (char16_t c = 0; c < 0x100; ++c) {
+        texte.append(u'x' + QString(QChar(c)));
+    }
+    texte.append(QString(QChar(0xd83c)));
+    for (const QString &text : std::as_const(texte)) {
+        uuids.append(text);
+        liste.append(eintrag(QString::number(liste.size()), u""_s, {{u"uuid"_s, text}}));
+    }
+    Knotenliste alle = baumAus(antwort(liste));
+    QCOMPARE(auswahl(alle), "[]");
+    for (int i = 0; i < std::ssize(alle); ++i) {
+        hakenSetzen(alle, i, true);
+    }
+    QCOMPARE(auswahl(alle), QJsonDocument(uuids).toJson(QJsonDocument::Compact));
 }
 
 void TestKnoten::zusammengefasst_data()
@@ -299,7 +322,7 @@ void TestKnoten::zehntausendBaeumeWieNachgerechnet()
                     QFAIL(qPrintable(u"tree %1, click %2, node %3"_s.arg(keim).arg(klick).arg(i)));
                 }
             }
-            QCOMPARE(auswahl(alle), nachbau.auswahl());
+            QCOMPARE(auswahlliste(alle), nachbau.auswahl());
             QCOMPARE(zusammenfassung(alle, {}), nachbau.zusammenfassung());
             if (erwartet.isEmpty()) {
                 break;

@@ -82,6 +82,7 @@ private Q_SLOTS:
     void filterMitAllenLaesstAlles();
     void ordnerNimmtAuchVerborgenesMit();
     void stellenImFilter();
+    void buchstabeFuerBuchstabeWieAufEinmal();
 
     void tiefeKetteWirdFlachGezeigt();
     void tiefeKetteMeldetAlleZeilen();
@@ -297,6 +298,38 @@ void TestPlaylistenmodell::stellenImFilter()
     QVERIFY(!modell->zuStelle(6).isValid());
     QCOMPARE(PlaylistenModell::stelle(modell->zuStelle(4)), 4);
     QCOMPARE(modell->zuStelle(4).data(PlaylistenModell::NameRolle).toString(), u"N5"_s);
+}
+
+// What was found before is all that a longer word is looked for in.
+void TestPlaylistenmodell::buchstabeFuerBuchstabeWieAufEinmal()
+{
+    QRandomGenerator zufall(11);
+    for (int runde = 0; runde < 100; ++runde) {
+        const QJsonObject baum = zufaelligerBaum(zufall);
+        modell->setKnoten(baumAus(baum));
+        QString wort;
+        for (int taste = 0; taste < 8; ++taste) {
+            switch (zufall.bounded(4)) {
+            case 0:
+                wort.chop(1);
+                break;
+            case 1:
+                wort.prepend(QChar(u'a' + zufall.bounded(3)));
+                break;
+            default:
+                wort.append(zufall.bounded(2) == 0 ? QChar(u'1') : QChar(u'B'));
+            }
+            modell->filtern(wort);
+            PlaylistenModell frisch;
+            frisch.setKnoten(baumAus(baum));
+            frisch.filtern(wort);
+            QCOMPARE(alsZeile(*modell), alsZeile(frisch));
+        }
+        modell->filtern(u"a"_s);
+        modell->setKnoten(baumAus(antwort(beispiel())));
+        QCOMPARE(alsZeile(*modell), u""_s); // the filter stays, what it had found does not
+        modell->filtern({});
+    }
 }
 
 void TestPlaylistenmodell::tiefeKetteWirdFlachGezeigt()

@@ -1,0 +1,14 @@
+// With glibc, which keeps what lies between blocks in use.
+
+#include "foundation/speicher.h"
+
+#include <malloc.h>
+
+namespace kalvaro {
+
+void speicherZurueckgeben()
+{
+    malloc_trim(0);
+}
+
+} // namespace kalvaro
