@@ -163,6 +163,9 @@ extern "C" {
 FESTE_FUNKTIONEN(SPRUNG)
 // NOLINTEND(bugprone-macro-parentheses)
 
+// The enumerations before the dots have the size of an int, in which they are passed.
+#pragma GCC diagnostic ignored "-Wvarargs"
+
 CURLcode(curl_easy_setopt)(CURL *griff, CURLoption was, ...)
 {
     auto *const dort = ziel<decltype(curl_easy_setopt)>(nr_curl_easy_setopt);
