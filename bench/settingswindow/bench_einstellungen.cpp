@@ -7,6 +7,7 @@
 #include "doubles/fakeanmeldestart.h"
 #include "doubles/scripttransport.h"
 #include "foundation/einstellungen.h"
+#include "foundation/nebenarbeit.h"
 #include "settingswindow/baumansicht.h"
 #include "settingswindow/baumleser.h"
 #include "settingswindow/einstellungenfenster.h"
@@ -14,6 +15,7 @@
 #include "ui/erscheinung.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLineEdit>
@@ -70,6 +72,18 @@ size_t belegt()
     return mallinfo2().uordblks + mallinfo2().hblkhd;
 }
 
+// What the process has of the machine's memory, in KiB.
+double arbeitsspeicher()
+{
+    QFile datei(u"/proc/self/status"_s);
+    if (!datei.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    const QByteArray alles = datei.readAll();
+    const qsizetype ab = alles.indexOf("VmRSS:") + 6;
+    return alles.sliced(ab, alles.indexOf("kB", ab) - ab).trimmed().toDouble();
+}
+
 struct Messung
 {
     double lesen = 0;      // bytes of the answer to the tree, ms
@@ -83,6 +97,8 @@ struct Messung
     double sichern = 0;    // with everything checked, ms
     double zu = 0;         // the sheet gone, ms
     double bytes = 0;      // per playlist
+    double offen = 0;      // more memory of the machine with the sheet, after all of that, KiB
+    double danach = 0;     // and when it has gone
 };
 
 double prozessor(clockid_t wessen = CLOCK_THREAD_CPUTIME_ID)
@@ -164,6 +180,7 @@ Messung messen(int anzahl)
         QCoreApplication::processEvents();
     }
     const size_t vorher = belegt();
+    const double rss = arbeitsspeicher();
     const double anfang = prozessor(CLOCK_PROCESS_CPUTIME_ID);
     weg.beantworten(Scripttransport::antwort(200, daten));
     while (!fenster.findChild<QLineEdit *>(u"suchfeld"_s)->isEnabled()) {
@@ -179,10 +196,19 @@ Messung messen(int anzahl)
         fenster.sichern();
         QCoreApplication::processEvents();
     });
+    m.offen = arbeitsspeicher() - rss;
     m.zu = dauer([&] {
         fensterHalter.reset();
         QCoreApplication::processEvents();
     });
+    bool aufgeraeumt = false;
+    QObject besitzer;
+    new Nebenarbeit<int>([](const Abbruch &) { return 0; }, &besitzer,
+                         [&](int) { aufgeraeumt = true; });
+    while (!aufgeraeumt) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    m.danach = arbeitsspeicher() - rss;
     return m;
 }
 
@@ -195,7 +221,7 @@ Messung beste(int anzahl)
         for (double Messung::*feld :
              {&Messung::lesen, &Messung::sichtbar, &Messung::halt, &Messung::sichern, &Messung::zu,
               &Messung::haken, &Messung::hakenOffen, &Messung::taste, &Messung::aufklappen,
-              &Messung::rollen, &Messung::bytes}) {
+              &Messung::rollen, &Messung::bytes, &Messung::offen, &Messung::danach}) {
             m.*feld = std::min(m.*feld, n.*feld);
         }
     }
@@ -206,9 +232,10 @@ void drucken(int anzahl, const Messung &m)
 {
     std::printf("%7d playlists: read %.1f ms, answer to sheet %.1f ms, event loop held %.1f ms, "
                 "check root %.1f ms (all open %.1f ms), keystroke %.1f ms, open all %.1f ms, page "
-                "%.2f ms, save all %.1f ms, close %.1f ms, %.0f bytes each\n",
+                "%.2f ms, save all %.1f ms, close %.1f ms, %.0f bytes each, "
+                "%.1f MiB with the sheet, %.1f MiB after it\n",
                 anzahl, m.lesen, m.sichtbar, m.halt, m.haken, m.hakenOffen, m.taste, m.aufklappen,
-                m.rollen, m.sichern, m.zu, m.bytes);
+                m.rollen, m.sichern, m.zu, m.bytes, m.offen / 1024, m.danach / 1024);
 }
 
 } // namespace
