@@ -205,7 +205,7 @@ private:
     // The map that `json` is, if it is one: it has a member.
     std::optional<QJsonValue> istMap(const QByteArray &json)
     {
-        const auto gelesen = inhalt(json);
+        auto gelesen = inhalt(json);
         if (!gelesen) {
             scheitern(Stand::ZuGross);
             return {};
