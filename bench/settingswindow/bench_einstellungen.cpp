@@ -153,8 +153,8 @@ double dauer(QWidget &fenster, const Werk &werk)
 template<typename Bedingung>
 void bis(const Bedingung &bedingung)
 {
-    while (!bedingung()) {
-        QCoreApplication::processEvents();
+    while (!bedingung()) { // asleep meanwhile, so that waiting counts no instructions
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 }
 
