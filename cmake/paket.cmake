@@ -25,10 +25,8 @@ failed.")
 
 # What dpkg-shlibdeps cannot see because it is loaded, run or read only later.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libcurl4 (>= 7.88) | libcurl4t64, \
-libssl3 (>= 3.0) | libssl3t64, qt6-translations-l10n, procps, hicolor-icon-theme, ca-certificates")
-# The desktop's own icons may be drawings; the SVG plug-in had no package of its own before
-# Qt 6.5.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-translations-l10n, procps, hicolor-icon-theme, ca-certificates")
+# The desktop's own icons may be drawings; the SVG plug-in had no package of its own before Qt 6.5.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "qt6-svg-plugins | libqt6svg6 (<< 6.5~), qt6-wayland, qt6-gtk-platformtheme, \
 default-dbus-session-bus | dbus-session-bus")

@@ -1,6 +1,5 @@
 #include "server/leitung.h"
 
-#include "server/netzbindung.h"
 #include "server/tlsbeobachter.h"
 
 #include <QSocketNotifier>
@@ -20,14 +19,10 @@ constexpr qsizetype laengsteZeile = qsizetype{8} * 1024;
 // Longer than any limit of ours: without one libcurl gives up connecting after 300 s.
 constexpr long verbindenDarf = 24L * 60 * 60; // seconds
 
-bool bibliothekVorbereiten()
+void bibliothekVorbereiten()
 {
-    if (!netzbibliothekenLaden()) {
-        return false;
-    }
     static const CURLcode stand = curl_global_init(CURL_GLOBAL_DEFAULT);
     Q_UNUSED(stand)
-    return true;
 }
 
 // What libcurl wants to know of one socket.
@@ -94,8 +89,8 @@ Leitung::Leitung(const Netzanfrage &anfrage, const QNetworkProxy &proxy, Ruf fer
     , mitProxy_(proxy.type() != QNetworkProxy::NoProxy)
     , body_(anfrage.body.value_or(QByteArray()))
     , tls_(std::make_unique<Tlsbeobachter>())
-    , griff_(bibliothekVorbereiten() ? curl_easy_init() : nullptr)
-    , schleife_(griff_ ? curl_multi_init() : nullptr)
+    , griff_((bibliothekVorbereiten(), curl_easy_init()))
+    , schleife_(curl_multi_init())
 {
     if (!griff_ || !schleife_) {
         beenden(CURLE_OUT_OF_MEMORY);
