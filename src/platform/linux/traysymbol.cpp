@@ -3,11 +3,13 @@
 #include "foundation/konstanten.h"
 #include "ui/symbole.h"
 
+#include <QFileInfo>
 #include <QIconEngine>
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace kalvaro {
 
@@ -15,33 +17,54 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// How much of the pixel at `wo` a line covers that is `weite` pixels thicker on each side than
-// what is drawn in `bild`.
-int deckung(const QImage &bild, QPoint wo, double weite)
+// A neighbour of a pixel, and how much of it the pixel's line covers with its rim.
+struct Nachbar
+{
+    QPoint weg;
+    double anteil;
+};
+
+std::vector<Nachbar> nachbarn(double weite)
 {
     const int schritte = static_cast<int>(std::ceil(weite));
-    const QRect nah = QRect(wo, QSize(1, 1)).adjusted(-schritte, -schritte, schritte, schritte);
-    const QRect feld = nah & bild.rect();
-    double groesste = 0;
-    for (int y = feld.top(); y <= feld.bottom(); ++y) {
-        for (int x = feld.left(); x <= feld.right(); ++x) {
-            const double abstand = std::hypot(x - wo.x(), y - wo.y());
-            const double anteil = std::clamp(weite + 1 - abstand, 0.0, 1.0);
-            groesste = std::max(groesste, anteil * qAlpha(bild.pixel(x, y)));
+    std::vector<Nachbar> alle;
+    for (int y = -schritte; y <= schritte; ++y) {
+        for (int x = -schritte; x <= schritte; ++x) {
+            const double anteil = std::min(weite + 1 - std::hypot(x, y), 1.0);
+            if (anteil > 0) {
+                alle.push_back({{x, y}, anteil});
+            }
         }
     }
-    return qRound(groesste);
+    return alle;
 }
 
 QImage umrandet(const QImage &bild, const QColor &rand)
 {
     constexpr double anteil = 1.0 / 22; // one pixel where panels are as large as they usually are
-    const double weite = std::max(1.0, bild.width() * anteil);
+    const int breite = bild.width();
+    const std::vector<Nachbar> umkreis = nachbarn(std::max(1.0, breite * anteil));
+    std::vector<double> deckung(size_t(breite) * size_t(bild.height()));
+    for (int y = 0; y < bild.height(); ++y) {
+        for (int x = 0; x < breite; ++x) {
+            const int strich = qAlpha(bild.pixel(x, y));
+            if (strich == 0) {
+                continue;
+            }
+            for (const Nachbar &nachbar : umkreis) {
+                const QPoint wo = QPoint(x, y) + nachbar.weg;
+                if (bild.rect().contains(wo)) {
+                    double &dort = deckung[size_t(wo.y()) * size_t(breite) + size_t(wo.x())];
+                    dort = std::max(dort, nachbar.anteil * strich);
+                }
+            }
+        }
+    }
     QImage ganz(bild.size(), QImage::Format_ARGB32);
     for (int y = 0; y < bild.height(); ++y) {
-        for (int x = 0; x < bild.width(); ++x) {
-            ganz.setPixel(
-                x, y, qRgba(rand.red(), rand.green(), rand.blue(), deckung(bild, {x, y}, weite)));
+        for (int x = 0; x < breite; ++x) {
+            const int dicht = qRound(deckung[size_t(y) * size_t(breite) + size_t(x)]);
+            ganz.setPixel(x, y, qRgba(rand.red(), rand.green(), rand.blue(), dicht));
         }
     }
     ganz.convertTo(QImage::Format_ARGB32_Premultiplied);
@@ -108,10 +131,22 @@ QIcon traysymbol(const QString &name, const Leistentinte &tinte)
     return QIcon(new Maske(name, tinte));
 }
 
+// Reading a theme's lists takes longer than building a window, so its folders for drawings of a
+// state are looked into first.
 QString symbolImThema(const QString &name)
 {
     const QString gesucht = KENNUNG + u'-' + name + u"-symbolic"_s;
-    return QIcon::hasThemeIcon(gesucht) ? gesucht : QString();
+    for (const auto orte = QIcon::themeSearchPaths(); const QString &ort : orte) {
+        for (const QString &thema : {QIcon::themeName(), u"hicolor"_s}) {
+            for (const QString &art : {u"scalable"_s, u"symbolic"_s}) {
+                const QStringList weg{ort, thema, art, u"status"_s, gesucht + u".svg"_s};
+                if (QFileInfo::exists(weg.join(u'/')) && QIcon::hasThemeIcon(gesucht)) {
+                    return gesucht;
+                }
+            }
+        }
+    }
+    return {};
 }
 
 } // namespace kalvaro

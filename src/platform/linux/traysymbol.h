@@ -28,7 +28,7 @@ struct Leistentinte
 [[nodiscard]] QIcon traysymbol(const QString &name, const Leistentinte &tinte);
 
 // The name under which a host finds the drawing `name` in its icon theme and colours it itself;
-// empty when it is not installed there.
+// empty when it is not installed there, in scalable/status or symbolic/status.
 [[nodiscard]] QString symbolImThema(const QString &name);
 
 } // namespace kalvaro
