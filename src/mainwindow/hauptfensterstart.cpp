@@ -25,7 +25,8 @@ void Hauptfenster::startVerfolgen()
     connect(starter, &Rekordboxstarter::belegt, this, &Hauptfenster::rekordboxLaeuftAnzeigen);
     connect(starter, &Rekordboxstarter::laeuft, this, &Hauptfenster::gestartet);
     connect(starter, &Rekordboxstarter::gescheitert, this, [this](const QString &grund) {
-        // Desktops hide the dialogues of a minimised window with it. One that was put away stays so.
+        // Desktops hide the dialogues of a minimised window with it. One that was put away stays
+        // so.
         if (offen() && isMinimized()) {
             showNormal();
         }

@@ -148,9 +148,8 @@ void Startknopf::paintEvent(QPaintEvent *)
     const QColor grund = untergrund(*this);
     QColor flaeche =
         aktiv ? Farbe::akzent(palette()) : Farbe::ueber(QColor(128, 128, 128, 40), grund);
-    const QColor schrift =
-        aktiv ? Farbe::akzentSchrift(palette())
-              : Farbe::auf(flaeche, Farbe::gesperrt, farben(*this, false));
+    const QColor schrift = aktiv ? Farbe::akzentSchrift(palette())
+                                 : Farbe::auf(flaeche, Farbe::gesperrt, farben(*this, false));
     if (aktiv && (isDown() || underMouse())) {
         flaeche = unterZeiger(flaeche, schrift, isDown());
     }

@@ -70,9 +70,8 @@ public:
     QPixmap pixmap(const QSize &pixel, QIcon::Mode /*modus*/, QIcon::State /*stand*/) override
     {
         const int seite = std::min(pixel.width(), pixel.height());
-        return gemerkt(u"kalvaro-symbol-%1"_s.arg(seite), [&] {
-            return seite > 0 ? gezeichnet(zeichnung_, seite) : QImage();
-        });
+        return gemerkt(u"kalvaro-symbol-%1"_s.arg(seite),
+                       [&] { return seite > 0 ? gezeichnet(zeichnung_, seite) : QImage(); });
     }
 
     [[nodiscard]] QIconEngine *clone() const override { return new Symbolmaler(*this); }

@@ -185,7 +185,8 @@ QImage zeichen()
 {
     (void)programmsymbol(); // loads the drawings
     Bogen bogen;
-    const QStringList dateien = QDir(u":/kalvaro/symbole"_s).entryList({u"*.zeichnung"_s}, QDir::Files);
+    const QStringList dateien =
+        QDir(u":/kalvaro/symbole"_s).entryList({u"*.zeichnung"_s}, QDir::Files);
     for (const QString &datei : dateien) {
         const QString name = QFileInfo(datei).completeBaseName();
         if (name == u"de.kalvaro.kalvaro"_s) {

@@ -1,10 +1,11 @@
 #include "platform/linux/trayxembed.h"
 
+#include "platform/linux/xantwort.h"
+
 #include <QGuiApplication>
 
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <xcb/xcb.h>
 
 namespace kalvaro {
@@ -12,15 +13,6 @@ namespace kalvaro {
 namespace {
 
 constexpr uint32_t nichts = 0; // None, of windows and of atoms
-
-template<typename Antwort>
-using Gelesen = std::unique_ptr<Antwort, void (*)(void *)>;
-
-template<typename Antwort>
-Gelesen<Antwort> gelesen(Antwort *antwort)
-{
-    return {antwort, std::free};
-}
 
 } // namespace
 

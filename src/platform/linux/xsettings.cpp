@@ -1,27 +1,15 @@
 #include "platform/linux/xsettings.h"
 
+#include "platform/linux/xantwort.h"
+
 #include <QGuiApplication>
 
 #include <cstdlib>
-#include <memory>
 #include <xcb/xcb.h>
 
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-template<typename Antwort>
-using Gelesen = std::unique_ptr<Antwort, void (*)(void *)>;
-
-template<typename Antwort>
-Gelesen<Antwort> gelesen(Antwort *antwort)
-{
-    return {antwort, std::free};
-}
-
-} // namespace
 
 XSettings::XSettings(std::function<void()> gewechselt)
     : gewechselt_(std::move(gewechselt))
