@@ -33,7 +33,10 @@ QByteArray demokonto(const QString &server)
 QStringList logzeilen(const QString &pfad)
 {
     constexpr qsizetype stempel = 21; // "yyyy-MM-dd HH:mm:ss" and two blanks
-    QStringList zeilen = QString::fromUtf8(dateiLesen(pfad)).split(u'\n', Qt::SkipEmptyParts);
+    // The kernel may show the first half of a line that is being written: at the end of a page.
+    QByteArray log = dateiLesen(pfad);
+    log.truncate(log.lastIndexOf('\n') + 1);
+    QStringList zeilen = QString::fromUtf8(log).split(u'\n', Qt::SkipEmptyParts);
     for (QString &zeile : zeilen) {
         zeile.remove(0, stempel);
     }

@@ -14,7 +14,7 @@ void dateiSchreiben(const QString &pfad, const QByteArray &inhalt, bool ausfuehr
 // The content of an account file: the demo cloud's "demo-mac", with this server.
 [[nodiscard]] QByteArray demokonto(const QString &server);
 
-// The texts of the lines of a log, without their time stamps.
+// The texts of the whole lines of a log, without their time stamps.
 [[nodiscard]] QStringList logzeilen(const QString &pfad);
 
 } // namespace kalvaro

@@ -71,6 +71,19 @@ def warten(bedingung, geduld=GEDULD, was="the condition"):
         time.sleep(0.002)
 
 
+def logzeilen(pfad, ende=None):
+    """The texts of the whole lines of a log, or of those in its last `ende` bytes, without their time
+    stamps. The kernel may show the first half of a line that is being written: at the end of a page."""
+    try:
+        with open(pfad, "rb") as datei:
+            if ende is not None:
+                datei.seek(max(0, os.path.getsize(pfad) - ende))
+            ganze = datei.read().rpartition(b"\n")[0]
+    except OSError:
+        return []
+    return [zeile.decode(errors="replace")[21:] for zeile in ganze.split(b"\n") if zeile]
+
+
 class Lauf:
     """A process of the program in a home."""
 
@@ -234,12 +247,7 @@ class Welt:
 
     def protokoll(self):
         """The lines of the log without their time stamps."""
-        try:
-            with open(os.path.join(self.daten, "kalvaro.log"), encoding="utf-8",
-                      errors="replace") as datei:
-                return [zeile[21:].rstrip("\n") for zeile in datei]
-        except OSError:
-            return []
+        return logzeilen(os.path.join(self.daten, "kalvaro.log"))
 
     def urteil(self, geduld=GEDULD):
         """Waits for the log line with what the sync of a program with a window came to."""

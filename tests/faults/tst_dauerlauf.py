@@ -7,7 +7,7 @@ import os
 import dbus.bus
 
 from bus import Bus
-from pruefstand import Welt, fall, main, pruefen, warten
+from pruefstand import Welt, fall, logzeilen, main, pruefen, warten
 from server import Server, antwort, cloud
 
 ANZAHL = 2000
@@ -51,22 +51,20 @@ def flach():
             stand = {}
 
             def fertige():
-                with open(logdatei, "rb") as datei:
-                    datei.seek(max(0, os.path.getsize(logdatei) - 4000))
-                    zeilen = datei.read().splitlines()
-                return zeilen[-1][21:].startswith(b"  -> ")
+                return logzeilen(logdatei, 4000)[-1].startswith("  -> ")
 
             def messen():
                 return {"memory": lauf.status("VmRSS"), "descriptors": lauf.deskriptoren(),
                         "threads": lauf.status("Threads")}
 
             for i in range(1, ANZAHL + 1):
-                vorher = os.path.getsize(logdatei)
                 nummer[0] = i
                 programm.ActivateAction("abgleichen", dbus.Array([], "v"),
                                         dbus.Dictionary({}, "sv"),
                                         dbus_interface="org.freedesktop.Application")
-                warten(lambda: os.path.getsize(logdatei) > vorher and fertige(), was=f"sync {i}")
+                # What a sync has to say of itself before it asks stands in the log by then.
+                warten(lambda: server.posts() > i and fertige(), was=f"sync {i}")
+                pruefen(server.posts() == i + 1, server.posts(), "posts after sync", i)
                 if i == ANLAUF:
                     stand = messen()
             # A process that is being counted or reaped right now takes some for a moment.
@@ -74,7 +72,6 @@ def flach():
             ende = messen()
             leitung.close()
             print(f"   after {ANLAUF}: {stand}; after {ANZAHL}: {ende}")
-            pruefen(server.posts() == ANZAHL + 1, server.posts(), "posts")
             pruefen(ende["memory"] <= stand["memory"] + MEHR, stand, ende)
             pruefen(ende["threads"] <= stand["threads"], stand, ende)
             lauf.beenden()
