@@ -29,7 +29,8 @@ Leistenbild alsLeistenbild(const QImage &bild)
 {
     const QImage pixel = bild.convertToFormat(QImage::Format_ARGB32);
     QByteArray bytes(pixel.sizeInBytes(), Qt::Uninitialized);
-    qToBigEndian<quint32>(pixel.constBits(), pixel.width() * pixel.height(), bytes.data());
+    qToBigEndian<quint32>(pixel.constBits(), pixel.sizeInBytes() / qsizetype(sizeof(quint32)),
+                          bytes.data());
     return {pixel.width(), pixel.height(), bytes};
 }
 

@@ -135,7 +135,7 @@ QIcon traysymbol(const QString &name, const Leistentinte &tinte)
 // state are looked into first.
 QString symbolImThema(const QString &name)
 {
-    const QString gesucht = KENNUNG + u'-' + name + u"-symbolic"_s;
+    QString gesucht = KENNUNG + u'-' + name + u"-symbolic"_s;
     for (const auto orte = QIcon::themeSearchPaths(); const QString &ort : orte) {
         for (const QString &thema : {QIcon::themeName(), u"hicolor"_s}) {
             for (const QString &art : {u"scalable"_s, u"symbolic"_s}) {
