@@ -56,8 +56,8 @@ QPixmap gemerkt(const QString &name, Malen malen)
 class Symbolmaler final : public QIconEngine
 {
 public:
-    explicit Symbolmaler(QPicture zeichnung)
-        : zeichnung_(std::move(zeichnung))
+    explicit Symbolmaler(const QPicture &zeichnung)
+        : zeichnung_(zeichnung)
     {
     }
 
