@@ -6,6 +6,7 @@
 #include "app/sprache.h"
 #include "foundation/datenordner.h"
 #include "foundation/konstanten.h"
+#include "foundation/speicher.h"
 #include "platform/einzelinstanz.h"
 #include "platform/merkprozesse.h"
 #include "platform/plattform.h"
@@ -22,6 +23,7 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char *argv[])
 {
+    speicherTeilen();
     QStringList argumente;
     for (int i = 1; i < argc; ++i) {
         argumente.append(QString::fromLocal8Bit(argv[i]));

@@ -4,6 +4,10 @@
 
 namespace kalvaro {
 
+void speicherTeilen()
+{
+}
+
 void speicherZurueckgeben()
 {
 }

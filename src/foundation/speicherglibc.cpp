@@ -6,6 +6,11 @@
 
 namespace kalvaro {
 
+void speicherTeilen()
+{
+    mallopt(M_ARENA_MAX, 1);
+}
+
 void speicherZurueckgeben()
 {
     malloc_trim(0);
