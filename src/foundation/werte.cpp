@@ -4,8 +4,12 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <charconv>
 #include <cmath>
+#include <cstdlib>
+#include <locale.h>
+#if __has_include(<xlocale.h>)
+#include <xlocale.h> // where the BSDs and macOS have it
+#endif
 
 namespace kalvaro {
 
@@ -50,9 +54,10 @@ QString zahltext(const QJsonValue &wert)
     return QString::number(d, 'g', QLocale::FloatingPointShortest);
 }
 
+// Not every C++ library can read a double by std::from_chars, and Qt does not tell what is no
+// number from what is too small for one.
 std::optional<double> zahlAusText(const QString &roh)
 {
-    QByteArray ascii = roh.toLatin1();
     for (const QChar zeichen : roh) {
         const char16_t c = zeichen.unicode();
         const bool erlaubt = (c >= u'0' && c <= u'9') || c == u'+' || c == u'-' || c == u'.' ||
@@ -61,25 +66,13 @@ std::optional<double> zahlAusText(const QString &roh)
             return std::nullopt;
         }
     }
-    if (ascii.startsWith('+')) {
-        ascii.remove(0, 1);
-        if (ascii.startsWith('-')) {
-            return std::nullopt;
-        }
-    }
-    double ergebnis = 0;
-    const auto [ende, fehler] =
-        std::from_chars(ascii.constData(), ascii.constData() + ascii.size(), ergebnis);
-    if (ende != ascii.constData() + ascii.size() || fehler == std::errc::invalid_argument) {
-        return std::nullopt;
-    }
-    if (fehler == std::errc::result_out_of_range) {
-        // Too small for a double is 0, too large is no number. from_chars does not tell which, nor
-        // does QByteArray::toDouble().
-        const double gerundet = roh.toDouble();
-        return std::isinf(gerundet) ? std::nullopt : std::optional(gerundet);
-    }
-    return ergebnis;
+    static const locale_t sprachlos = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    const QByteArray ascii = roh.toLatin1();
+    char *ende = nullptr;
+    const double ergebnis = ::strtod_l(ascii.constData(), &ende, sprachlos);
+    // Too small for a double is 0, too large is no number.
+    const bool ganz = !ascii.isEmpty() && ende == ascii.constData() + ascii.size();
+    return ganz && !std::isinf(ergebnis) ? std::optional(ergebnis) : std::nullopt;
 }
 
 } // namespace
