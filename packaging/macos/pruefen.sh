@@ -35,8 +35,10 @@ while IFS= read -r datei; do
 done <"$ordner/dateien" >"$ordner/maengel"
 [ -e "$app/Contents/Resources/translations/qtbase_de.qm" ] ||
     echo "Qt's German texts are missing" >>"$ordner/maengel"
-[ -e "$app/Contents/PlugIns/platforms/libqcocoa.dylib" ] ||
-    echo "Qt's plug-in for this system is missing" >>"$ordner/maengel"
+for teil in platforms/libqcocoa styles/libqmacstyle; do
+    [ -e "$app/Contents/PlugIns/$teil.dylib" ] ||
+        echo "Qt's plug-in $teil is missing" >>"$ordner/maengel"
+done
 if [ -s "$ordner/maengel" ]; then
     cat "$ordner/maengel" >&2
     exit 1

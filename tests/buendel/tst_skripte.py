@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The scripts that make a bundle fit for other Macs, against doubles of the Mac's commands, which record
 how they were called. What the real ones make of it, only a Mac tells."""
+import json
 import os
 import pathlib
 import plistlib
@@ -12,44 +13,41 @@ MACOS = pathlib.Path(__file__).resolve().parent.parent.parent / "packaging/macos
 MACHO = b"\xcf\xfa\xed\xfe"
 
 # One program under many names. A file of code is the magic number and, as lines, what otool says of it.
-DOPPEL = r'''#!/usr/bin/python3 -IS
-import os, sys
-name, worte = os.path.basename(sys.argv[0]), sys.argv[1:]
-with open(os.environ["AUFRUFE"], "a") as aufrufe:
-    print(name, *worte, file=aufrufe)
-if name == "otool":
-    with open(worte[1], "rb") as code:
-        zeilen = code.read()[4:].decode().splitlines()
-    if worte[0] != "-l":
-        print(worte[1] + ":")
-    for zeile in zeilen:
-        art, wert = zeile.split(" ", 1)
-        if worte[0] == "-L" and art == "braucht":
-            print(f"\t{wert} (compatibility version 1.0.0, current version 1.0.0)")
-        elif worte[0] == "-L" and art == "ist":
-            print(f"\t{wert} (compatibility version 1.0.0, current version 1.0.0)")
-        elif worte[0] == "-D" and art == "ist":
-            print(wert)
-        elif worte[0] == "-l" and art == "minos":
-            print(f"      cmd LC_BUILD_VERSION\n    minos {wert}\n      sdk 26.0")
-        elif worte[0] == "-l" and art == "rpath":
-            print(f"      cmd LC_RPATH\n     path {wert} (offset 12)")
-elif name == "plutil":
-    import pathlib, plistlib
-    liste = pathlib.Path(worte[-1])
-    inhalt = plistlib.loads(liste.read_bytes())
-    if worte[0] == "-extract":
-        print(inhalt[worte[1]])
-    else:
-        inhalt[worte[1]] = worte[3]
-        liste.write_bytes(plistlib.dumps(inhalt))
-elif name == "qtpaths":
-    print(os.environ["QT_TEXTE"])
-elif name == "brew":
-    print("/opt/homebrew")
-sys.exit(int(os.environ.get("SCHEITERT", "") == name))
+DOPPEL = r'''#!/bin/sh
+name=${0##*/}
+echo "$name${*:+ $*}" >>"$AUFRUFE"
+case $name in
+otool)
+    [ "$1" = -l ] || echo "$2:"
+    tail -c +5 "$2" | while read -r art wert; do
+        case $1$art in
+        -Lbraucht | -List) printf '\t%s (compatibility version 1.0.0, current version 1.0.0)\n' "$wert" ;;
+        -Dist) echo "$wert" ;;
+        -lminos) printf '      cmd LC_BUILD_VERSION\n    minos %s\n      sdk 26.0\n' "$wert" ;;
+        -lrpath) printf '      cmd LC_RPATH\n     path %s (offset 12)\n' "$wert" ;;
+        esac
+    done
+    ;;
+plutil) python3 -IS "$LISTEN" "$@" ;;
+qtpaths) echo "$QT_TEXTE" ;;
+brew)
+    shift
+    echo "/opt/homebrew${*:+/opt/$*}"
+    ;;
+esac
+[ "${SCHEITERT:-}" != "$name" ]
 '''
-NAMEN = ("otool", "plutil", "qtpaths", "brew", "macdeployqt", "codesign", "hdiutil", "xcrun")
+LISTEN = """import pathlib, plistlib, sys
+liste = pathlib.Path(sys.argv[-1])
+inhalt = plistlib.loads(liste.read_bytes())
+if sys.argv[1] == "-extract":
+    print(inhalt[sys.argv[2]])
+else:
+    inhalt[sys.argv[2]] = sys.argv[4]
+    liste.write_bytes(plistlib.dumps(inhalt))
+"""
+NAMEN = ("otool", "plutil", "qtpaths", "brew", "macdeployqt", "codesign", "hdiutil", "xcrun", "cmake",
+         "ctest")
 
 
 class Skripte(unittest.TestCase):
@@ -62,10 +60,12 @@ class Skripte(unittest.TestCase):
         for name in NAMEN:
             (werkzeug / name).write_text(DOPPEL)
             (werkzeug / name).chmod(0o755)
+        (self.ordner / "listen.py").write_text(LISTEN)
         (self.ordner / "texte").mkdir()
         (self.ordner / "texte/qtbase_de.qm").write_bytes(b"qm")
         self.umgebung = {"PATH": f"{werkzeug}:/usr/bin:/bin", "AUFRUFE": str(self.ordner / "aufrufe"),
-                         "QT_TEXTE": str(self.ordner / "texte"), "LC_ALL": "C"}
+                         "QT_TEXTE": str(self.ordner / "texte"), "LISTEN": str(self.ordner / "listen.py"),
+                         "LC_ALL": "C"}
         self.app = self.ordner / "bau/kalvaro.app"
         self.code("MacOS/kalvaro", "braucht /usr/lib/libSystem.B.dylib",
                   "braucht @executable_path/../Frameworks/libcurl.4.dylib",
@@ -77,6 +77,7 @@ class Skripte(unittest.TestCase):
                   "ist @executable_path/../Frameworks/QtCore.framework/Versions/A/QtCore",
                   "braucht /System/Library/Frameworks/AppKit.framework/Versions/C/AppKit")
         self.code("PlugIns/platforms/libqcocoa.dylib", "minos 13.0")
+        self.code("PlugIns/styles/libqmacstyle.dylib", "minos 13.0")
         self.datei("Info.plist", plistlib.dumps({"LSMinimumSystemVersion": "13.0",
                                                  "CFBundleShortVersionString": "1.4"}))
         self.datei("Resources/translations/qtbase_de.qm", b"qm")
@@ -136,9 +137,14 @@ class Skripte(unittest.TestCase):
         (self.app / "Contents/Resources/translations/qtbase_de.qm").unlink()
         self.beanstandet("Qt's German texts are missing")
 
-    def test_ohne_das_zusatzteil_fuer_den_bildschirm(self):
-        (self.app / "Contents/PlugIns/platforms/libqcocoa.dylib").unlink()
-        self.beanstandet("Qt's plug-in for this system is missing")
+    def test_ohne_ein_zusatzteil_von_qt(self):
+        for teil in ("platforms/libqcocoa", "styles/libqmacstyle"):
+            with self.subTest(teil):
+                datei = self.app / f"Contents/PlugIns/{teil}.dylib"
+                inhalt = datei.read_bytes()
+                datei.unlink()
+                self.beanstandet(f"Qt's plug-in {teil} is missing")
+                datei.write_bytes(inhalt)
 
     def test_ohne_code(self):
         self.assertEqual(self.lauf("pruefen.sh", self.ordner / "texte").returncode, 1)
@@ -150,8 +156,8 @@ class Skripte(unittest.TestCase):
         drin = f"{self.app}/Contents"
         self.assertEqual([aufruf.split()[-1] for aufruf in self.aufrufe("codesign --force")], [
             f"{drin}/Frameworks/libcurl.4.dylib", f"{drin}/Frameworks/libssl.3.dylib",
-            f"{drin}/PlugIns/platforms/libqcocoa.dylib", f"{drin}/Frameworks/QtCore.framework",
-            str(self.app)])
+            f"{drin}/PlugIns/platforms/libqcocoa.dylib", f"{drin}/PlugIns/styles/libqmacstyle.dylib",
+            f"{drin}/Frameworks/QtCore.framework", str(self.app)])
         self.assertEqual(self.aufrufe()[-1], f"codesign --verify --deep --strict {self.app}")
 
     def test_ohne_ausweis_ohne_haertung(self):
@@ -166,7 +172,7 @@ class Skripte(unittest.TestCase):
         for aufruf in self.aufrufe("codesign --force"):
             self.assertIn("--timestamp --options runtime --sign Developer ID Application: X (Y) ", aufruf)
             rechte.append("--entitlements" in aufruf)
-        self.assertEqual(rechte, [False, False, False, False, True])
+        self.assertEqual(rechte, [False] * 5 + [True])
 
     def test_misslungene_unterschrift_bricht_ab(self):
         self.assertNotEqual(self.lauf("signieren.sh", self.app, SCHEITERT="codesign").returncode, 0)
@@ -199,6 +205,80 @@ class Skripte(unittest.TestCase):
     def test_ohne_ausweis_keine_beglaubigung(self):
         lauf = self.lauf("beglaubigen.sh", "a.dmg", KALVARO_NOTAR_PROFIL="p")
         self.assertEqual((lauf.returncode, self.aufrufe()), (1, []))
+
+    # A home for tests and pictures
+
+    def test_testheim_ist_ein_eigenes_und_geht_wieder(self):
+        lauf = self.lauf("testheim.sh", "sh", "-c", 'echo "$HOME"; echo "$CFFIXED_USER_HOME"; ls -A "$HOME"',
+                         HOME="/home/anna")
+        heim, auch = lauf.stdout.splitlines()
+        self.assertEqual((lauf.returncode, auch), (0, heim))
+        self.assertNotEqual(heim, "/home/anna")
+        self.assertFalse(pathlib.Path(heim).exists())
+
+    def test_testheim_laesst_ein_gewaehltes(self):
+        lauf = self.lauf("testheim.sh", "sh", "-c", 'echo "$CFFIXED_USER_HOME"', CFFIXED_USER_HOME="/dev/null")
+        self.assertEqual(lauf.stdout, "/dev/null\n")
+
+    def test_testheim_endet_wie_der_test(self):
+        self.assertEqual(self.lauf("testheim.sh", "sh", "-c", "exit 3").returncode, 3)
+
+    def zeichnen(self, **umgebung):
+        """With a cloud and a program that only say where they were told to look."""
+        for name, zeilen in {
+            "kalvaro-democloud": 'echo port=4711; exec sleep 60',
+            "kalvaro.app/Contents/MacOS/kalvaro":
+                'cat "$CFFIXED_USER_HOME/Library/Application Support/kalvaro/konto.json" >"$2"; '
+                'echo "$1 $HOME $CFFIXED_USER_HOME $KALVARO_APPLICATIONS" >>"$2"; exit "${MISSLINGT:-0}"',
+        }.items():
+            (self.ordner / "bau" / name).write_text(f"#!/bin/sh\n{zeilen}\n")
+            (self.ordner / "bau" / name).chmod(0o755)
+        bild = self.ordner / "bild.png"
+        lauf = subprocess.run(["sh", MACOS / "bild.sh", self.ordner / "bau", bild], check=False, text=True,
+                              env=self.umgebung | {"HOME": str(self.ordner)} | umgebung,
+                              cwd=MACOS.parent.parent, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        return lauf, bild
+
+    def test_bild_mit_eigenem_konto(self):
+        lauf, bild = self.zeichnen()
+        self.assertEqual((lauf.returncode, lauf.stdout), (0, ""))
+        konto, wie = bild.read_text().splitlines()
+        self.assertEqual(json.loads(konto)["server"], ["http://127.0.0.1:4711"])
+        option, heim, auch, programme = wie.split()
+        self.assertEqual((option, heim, programme),
+                         ("--bild", auch, f"{self.ordner}/bau/demo/Applications"))
+        self.assertFalse(pathlib.Path(heim).exists())
+
+    def test_kein_bild_neben_einem_echten_konto(self):
+        (self.ordner / "Library/Application Support/kalvaro").mkdir(parents=True)
+        (self.ordner / "Library/Application Support/kalvaro/konto.json").write_text("{}")
+        lauf, bild = self.zeichnen()
+        self.assertEqual((lauf.returncode, bild.exists()), (1, False))
+        self.assertIn("has an account", lauf.stdout)
+
+    def test_misslungenes_bild(self):
+        self.assertEqual(self.zeichnen(MISSLINGT="4")[0].returncode, 4)
+
+    # The front
+
+    def test_ohne_wort_wird_gebaut(self):
+        self.assertEqual(self.lauf("bauen.sh", KALVARO_CMAKE="-DA=1 -DB=2").returncode, 0)
+        wurzeln = ";".join(f"/opt/homebrew/opt/{paket}" for paket in ("icu4c", "curl", "openssl@3"))
+        self.assertEqual(self.aufrufe("cmake"), [
+            f"cmake --preset release -DCMAKE_PREFIX_PATH={wurzeln};/opt/homebrew -DA=1 -DB=2",
+            "cmake --build --preset release -- -k 0"])
+
+    def test_misslungener_bau_endet_dort(self):
+        self.assertNotEqual(self.lauf("bauen.sh", "bauen", "testen", SCHEITERT="cmake").returncode, 0)
+        self.assertEqual(self.aufrufe("ctest"), [])
+
+    def test_testen_laesst_aus_was_es_dort_nicht_gibt(self):
+        self.assertEqual(self.lauf("bauen.sh", "testen").returncode, 0)
+        self.assertTrue(self.aufrufe()[0].startswith("ctest --preset release -LE ^(dbus|x11|proc|linux)$ -j "))
+
+    def test_unbekanntes_wort(self):
+        self.assertEqual(self.lauf("bauen.sh", "backen").returncode, 2)
+        self.assertEqual(self.aufrufe(), [])
 
     # All of it
 
