@@ -18,7 +18,8 @@ public:
     OhneRechte()
         : vorher(getuid())
     {
-        if (vorher == 0 && setresuid(niemand, niemand, 0) != 0) {
+        // The saved one stays root's.
+        if (vorher == 0 && (setreuid(niemand, 0) != 0 || seteuid(niemand) != 0)) {
             qFatal("Cannot drop root's rights");
         }
     }
@@ -26,7 +27,7 @@ public:
     OhneRechte &operator=(const OhneRechte &) = delete;
     ~OhneRechte()
     {
-        if (vorher == 0 && setresuid(0, 0, 0) != 0) {
+        if (vorher == 0 && (seteuid(0) != 0 || setreuid(0, 0) != 0)) {
             qFatal("Cannot take root's rights back");
         }
     }
@@ -63,7 +64,9 @@ inline constexpr QFile::Permissions lesbarFuerAlle = QFile::ReadOwner | QFile::E
 class Grenze
 {
 public:
-    Grenze(__rlimit_resource welche, rlim_t soll)
+    using Art = decltype(RLIMIT_NOFILE); // each C library has its own
+
+    Grenze(Art welche, rlim_t soll)
         : art(welche)
         , signalVorher(std::signal(SIGXFSZ, SIG_IGN))
     {
@@ -82,8 +85,8 @@ public:
     }
 
 private:
-    const __rlimit_resource art;
-    const sighandler_t signalVorher;
+    const Art art;
+    void (*const signalVorher)(int);
     rlimit vorher{};
 };
 

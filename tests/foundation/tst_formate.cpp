@@ -1,12 +1,10 @@
 #include "foundation/formate.h"
-#include "foundation/speicherplatz.h"
 #include "testlauf.h"
 
 #include <QLocale>
 
 #include <cmath>
 #include <ctime>
-#include <filesystem>
 #include <limits>
 
 using namespace kalvaro;
@@ -38,9 +36,6 @@ private Q_SLOTS:
     void stempel_data();
     void stempel();
     void stempelImJahreswechsel();
-    void freierPlatz_data();
-    void freierPlatz();
-    void freierPlatzIstDerEinesNutzers();
 
 private:
     const QDateTime jetzt{QDate(2026, 3, 13), QTime(18, 7)};
@@ -207,43 +202,6 @@ void TestFormate::stempelImJahreswechsel()
 
     QCOMPARE(fZeit(u"2026-12-31 23:58:00"_s, neujahr), u"gestern 23:58"_s);
     QCOMPARE(fZeit(u"2026-12-30 23:58:00"_s, neujahr), u"30.12. 23:58"_s);
-}
-
-void TestFormate::freierPlatz_data()
-{
-    QTest::addColumn<QByteArray>("zuhause");
-    QTest::addColumn<Zahl>("erwartet");
-
-    QTest::newRow("a home folder that is not there") << QByteArray("/gibt/es/nicht") << Zahl();
-    QTest::newRow("a file system without room") << QByteArray("/proc") << Zahl(0);
-}
-
-void TestFormate::freierPlatz()
-{
-    const QByteArray vorher = qgetenv("HOME");
-    QFETCH(QByteArray, zuhause);
-    qputenv("HOME", zuhause);
-
-    const Zahl frei = freiAufMac();
-
-    qputenv("HOME", vorher);
-    QTEST(frei, "erwartet");
-}
-
-void TestFormate::freierPlatzIstDerEinesNutzers()
-{
-    const QByteArray vorher = qgetenv("HOME");
-    qputenv("HOME", "/");
-    const std::filesystem::space_info platz = std::filesystem::space("/");
-
-    const Zahl frei = freiAufMac();
-
-    qputenv("HOME", vorher);
-    QVERIFY(frei.has_value());
-    // Others write to the disk meanwhile.
-    const double spielraum = 4e9;
-    QVERIFY(std::abs(*frei - static_cast<double>(platz.available)) < spielraum);
-    QVERIFY(*frei > 0 && *frei < static_cast<double>(platz.capacity));
 }
 
 KALVARO_TEST(TestFormate)

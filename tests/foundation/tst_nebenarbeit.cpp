@@ -1,4 +1,3 @@
-#include "doubles/einschraenkung.h"
 #include "foundation/nebenarbeit.h"
 #include "testlauf.h"
 
@@ -6,7 +5,6 @@
 
 #include <condition_variable>
 #include <mutex>
-#include <system_error>
 #include <thread>
 
 using namespace kalvaro;
@@ -50,7 +48,6 @@ class TestNebenarbeit final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void ohneFadenAufDemHauptfaden();
     void laeuftNebenherUndAntwortetHier();
     void ergebnisseKommenDerReiheNach();
     void besitzerWegMittendrin();
@@ -59,35 +56,6 @@ private Q_SLOTS:
     void nachEinerPauseGehtEsWeiter();
     void ergebnisWirdNichtKopiert();
 };
-
-// As long as nobody else's threads have left a stack behind, none can be had.
-void TestNebenarbeit::ohneFadenAufDemHauptfaden()
-{
-    QThread *wo = nullptr;
-    bool gleich = true;
-    QObject besitzer;
-    {
-        const OhneRechte ohne;
-        const Grenze keineMehr(RLIMIT_NPROC, 0);
-        bool geht = true;
-        try {
-            std::thread([] {}).join();
-        } catch (const std::system_error &) {
-            geht = false;
-        }
-        QVERIFY(!geht);
-        new Nebenarbeit<int>(
-            [&](const Abbruch &) {
-                wo = QThread::currentThread();
-                return 7;
-            },
-            &besitzer, [&](int wert) { gleich = wert == 7; });
-        QVERIFY(wo == nullptr); // not before the call has returned
-        gleich = false;
-        QTRY_VERIFY(gleich);
-    }
-    QCOMPARE(wo, QThread::currentThread());
-}
 
 void TestNebenarbeit::laeuftNebenherUndAntwortetHier()
 {

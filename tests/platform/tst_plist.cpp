@@ -68,7 +68,7 @@ QByteArray ebcdic(const QByteArray &ascii)
     return schreiber.isValid() ? bytes : ohne; // Qt without ICU does not know it
 }
 
-// Bytes of address space that this process has.
+// Bytes of address space that this process has; 0 where the system does not say.
 rlim_t adressraum()
 {
     QFile stand(u"/proc/self/statm"_s);
@@ -298,7 +298,7 @@ private Q_SLOTS:
             << std::optional(QString(4000000, u'7'));
     }
 
-    // In a process of its own that is given 160 MiB more than it has.
+    // In a process of its own that is given 160 MiB more than it has, where that can be told.
     void kostetNichtMehrAlsSeineGroesse()
     {
         QFETCH(const QByteArray, inhalt);
@@ -308,9 +308,11 @@ private Q_SLOTS:
         if (kind == 0) {
             constexpr unsigned geduld = 20; // seconds
             ::alarm(geduld);
-            const rlim_t platz = adressraum() + (rlim_t{160} << 20U);
-            const rlimit grenze{platz, platz};
-            ::setrlimit(RLIMIT_AS, &grenze);
+            if (const rlim_t bisher = adressraum(); bisher > 0) {
+                const rlim_t platz = bisher + (rlim_t{160} << 20U);
+                const rlimit grenze{platz, platz};
+                ::setrlimit(RLIMIT_AS, &grenze);
+            }
             ::_exit(plistText(inhalt, u"V") == erwartet ? 0 : 1);
         }
         int ausgang = -1;

@@ -1,6 +1,9 @@
 #include "platform/macos/launchagent.h"
 
 #include "foundation/konstanten.h"
+#include "platform/macos/agentdatei.h"
+
+#include <QFileInfo>
 
 #include <memory>
 #include <plist/plist.h>
@@ -18,8 +21,13 @@ plist_t knoten(const QString &text)
 
 } // namespace
 
+QString agentpfad(const QString &heim)
+{
+    return heim + u"/Library/LaunchAgents/"_s + KENNUNG + u".plist"_s;
+}
+
 LaunchAgent::LaunchAgent(QString programm, const QString &heim)
-    : Startdatei(heim + u"/Library/LaunchAgents/"_s + KENNUNG + u".plist"_s)
+    : Startdatei(agentpfad(heim))
     , programm_(programm.isEmpty() ? u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s
                                    : std::move(programm))
 {
@@ -43,6 +51,15 @@ QByteArray LaunchAgent::inhalt() const
     QByteArray bytes(xml, static_cast<qsizetype>(laenge));
     PLIST_FREI(xml);
     return bytes;
+}
+
+// A program that was opened where it was downloaded to runs from a place that is gone after it
+// ("App Translocation"); so does one that has been moved since.
+bool LaunchAgent::ueberholt(const QByteArray &vorhanden) const
+{
+    const Agentdatei agent = agentLesen(vorhanden);
+    return agent.kennung == KENNUNG && !agent.programm.isEmpty() &&
+           !QFileInfo::exists(agent.programm) && QFileInfo::exists(programm_);
 }
 
 } // namespace kalvaro

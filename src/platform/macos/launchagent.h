@@ -6,6 +6,9 @@
 
 namespace kalvaro {
 
+// Where the agent lies in the home folder `heim`.
+[[nodiscard]] QString agentpfad(const QString &heim = QDir::homePath());
+
 // The per-user agent of launchd(8), a property list as launchd.plist(5) describes it, in
 // "Library/LaunchAgents" of the home folder `heim`.
 class LaunchAgent final : public Startdatei
@@ -17,6 +20,7 @@ public:
 
 private:
     [[nodiscard]] QByteArray inhalt() const override;
+    [[nodiscard]] bool ueberholt(const QByteArray &vorhanden) const override;
 
     const QString programm_;
 };
