@@ -25,7 +25,8 @@ Eingabe::Eingabe(QWidget &fenster, QAbstractButton &vorgabe)
     fenster.installEventFilter(this);
     const auto teile = fenster.findChildren<QWidget *>();
     for (QWidget *const teil : teile) {
-        if (teil->focusPolicy() != Qt::NoFocus) {
+        // The list that a pop-up button opens is a window of its own.
+        if (teil->focusPolicy() != Qt::NoFocus && teil->window() == fenster.window()) {
             teil->installEventFilter(this);
         }
     }

@@ -3,6 +3,7 @@
 #include "doubles/vorlesehilfe.h"
 #include "foundation/werte.h"
 #include "settingswindow/baumansicht.h"
+#include "settingswindow/baumzugang.h"
 #include "settingswindow/playlistenmodell.h"
 #include "settingswindow/playlistenzeile.h"
 #include "testlauf.h"
@@ -422,6 +423,7 @@ void TestBaumansicht::zugeklapptSagtWieVieleGewaehltSind()
         return QAccessible::queryAccessibleInterface(ansicht.get())
             ->child(zeile(name).row())
             ->text(QAccessible::Description)
+            .remove(zeilenSindZellen() ? QString() : hakenwort(zeile(name)) + u", "_s)
             .remove(u", Ebene 1"_s);
     };
     const auto rechts = [this](const QString &name) { // what is drawn at the row's right

@@ -55,6 +55,7 @@ struct Fenster : QWidget
         connect(knopf, &QPushButton::clicked, this, [this] { taten.append(u"button"_s); });
         connect(haken, &QCheckBox::clicked, this, [this] { taten.append(u"ticked"_s); });
         connect(baum, &QTreeWidget::itemChanged, this, [this] { taten.append(u"row"_s); });
+        auswahl->view(); // newer versions of Qt have the list from the beginning
         new Eingabe(*this, *vorgabe);
         show();
     }
