@@ -29,7 +29,7 @@ namespace {
 constexpr qsizetype meisteGaeste = 64;
 constexpr std::chrono::seconds laengsterBesuch{5};
 
-constexpr qint64 groessteNachricht = 64 * 1024; // bytes
+constexpr qint64 groessteNachricht = 65536; // bytes
 constexpr char zusage = 1;
 
 int rest(const QDeadlineTimer &bis)
@@ -63,7 +63,7 @@ Ordnersperre::~Ordnersperre()
 QString Ordnersperre::socketort(const QString &ordner)
 {
     constexpr auto laengster = static_cast<qsizetype>(sizeof(sockaddr_un::sun_path)) - 1;
-    const QString hier = ordner + u'/' + KENNUNG + u".socket"_s;
+    QString hier = ordner + u'/' + KENNUNG + u".socket"_s;
     if (QFile::encodeName(hier).size() <= laengster) {
         return hier;
     }
