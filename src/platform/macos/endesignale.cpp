@@ -43,7 +43,7 @@ void spaetestensEnden(int millisekunden, int status)
     behandeln(SIGALRM, [](int) { ::_exit(ausgang); });
     itimerval frist = {};
     frist.it_value.tv_sec = millisekunden / 1000;
-    frist.it_value.tv_usec = millisekunden % 1000 * 1000;
+    frist.it_value.tv_usec = static_cast<suseconds_t>(millisekunden % 1000) * 1000;
     itimerval bisher = {};
     ::getitimer(ITIMER_REAL, &bisher);
     if (!timerisset(&bisher.it_value) || timercmp(&frist.it_value, &bisher.it_value, <)) {

@@ -5,6 +5,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QLocalServer>
 #include <QLocalSocket>
 #include <QTimer>
 
@@ -28,7 +29,7 @@ namespace {
 constexpr qsizetype meisteGaeste = 64;
 constexpr std::chrono::seconds laengsterBesuch{5};
 
-constexpr qint64 groessteNachricht = 64 * 1024; // bytes
+constexpr qint64 groessteNachricht = 65536; // bytes
 constexpr char zusage = 1;
 
 int rest(const QDeadlineTimer &bis)
@@ -38,7 +39,8 @@ int rest(const QDeadlineTimer &bis)
 
 } // namespace
 
-Ordnersperre::Ordnersperre(const QString &ordner, std::function<bool(const QByteArray &)> angekommen)
+Ordnersperre::Ordnersperre(const QString &ordner,
+                           std::function<bool(const QByteArray &)> angekommen)
     : ordner_(ordner)
     , angekommen_(std::move(angekommen))
 {
@@ -61,7 +63,7 @@ Ordnersperre::~Ordnersperre()
 QString Ordnersperre::socketort(const QString &ordner)
 {
     constexpr auto laengster = static_cast<qsizetype>(sizeof(sockaddr_un::sun_path)) - 1;
-    const QString hier = ordner + u'/' + KENNUNG + u".socket"_s;
+    QString hier = ordner + u'/' + KENNUNG + u".socket"_s;
     if (QFile::encodeName(hier).size() <= laengster) {
         return hier;
     }
@@ -105,6 +107,7 @@ void Ordnersperre::horchen()
     tuer_->listen(ort);
 }
 
+// What has come meanwhile is taken, also from those who did not wait for it.
 void Ordnersperre::ruhen(bool ja)
 {
     ruht_ = ja;
@@ -112,6 +115,9 @@ void Ordnersperre::ruhen(bool ja)
         const auto alle = gaeste_;
         for (QLocalSocket *const gast : alle) {
             lesen(gast);
+            if (!ruht_ && gast->state() == QLocalSocket::UnconnectedState) {
+                verabschieden(gast);
+            }
         }
         annehmen();
     }
@@ -150,7 +156,11 @@ void Ordnersperre::annehmen()
         gaeste_.insert(gast);
         gast->setReadBufferSize(groessteNachricht);
         connect(gast, &QLocalSocket::readyRead, this, [this, gast] { lesen(gast); });
-        connect(gast, &QLocalSocket::disconnected, this, [this, gast] { verabschieden(gast); });
+        connect(gast, &QLocalSocket::disconnected, this, [this, gast] {
+            if (!ruht_) {
+                verabschieden(gast);
+            }
+        });
         QTimer::singleShot(laengsterBesuch, gast, [this, gast] { verabschieden(gast); });
         lesen(gast);
     }
