@@ -37,7 +37,10 @@ void menueBauen(Hauptfenster &fenster)
     QMenu *const ansicht = leiste->addMenu(u"Fenster"_s);
     ansicht->addAction(aktionen.ablegen);
     ansicht->addAction(aktionen.schliessen);
+    // Where the system has a menu for the program itself, all three of them stand there. The
+    // toolkit knows no role for hiding.
     aktionen.ueber->setMenuRole(QAction::AboutRole);
+    aktionen.ausblenden->setMenuRole(QAction::ApplicationSpecificRole);
     aktionen.beenden->setMenuRole(QAction::QuitRole);
     QObject::connect(&fenster, &Hauptfenster::ueberGewuenscht, &fenster,
                      [&fenster] { ueberZeigen(fenster); });

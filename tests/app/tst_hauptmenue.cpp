@@ -59,6 +59,15 @@ private Q_SLOTS:
         QVERIFY(zeile(text)->isEnabled());
     }
 
+    // Where the system has a menu for the program itself, its rows move there and no empty menu is
+    // left.
+    void rollen()
+    {
+        QCOMPARE(zeile(u"Über kalvaro"_s)->menuRole(), QAction::AboutRole);
+        QCOMPARE(zeile(u"kalvaro ausblenden"_s)->menuRole(), QAction::ApplicationSpecificRole);
+        QCOMPARE(zeile(u"kalvaro beenden"_s)->menuRole(), QAction::QuitRole);
+    }
+
     void ueber()
     {
         zeile(u"Über kalvaro"_s)->trigger();

@@ -14,7 +14,9 @@ void FakeArbeitsplatz::starten(const QString &buendel, QObject *besitzer,
 
 void FakeArbeitsplatz::oeffnen(const QUrl &adresse)
 {
-    adressen.append(adresse);
+    if (adresse.isValid() && (adresse.scheme() == u"http" || adresse.scheme() == u"https")) {
+        adressen.append(adresse);
+    }
 }
 
 void FakeArbeitsplatz::nachVorn(QWindow &fenster)

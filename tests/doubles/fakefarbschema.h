@@ -2,6 +2,8 @@
 
 #include "platform/farbschema.h"
 
+#include <utility>
+
 namespace kalvaro {
 
 // A desktop whose colours the test chooses.
@@ -16,8 +18,7 @@ public:
 
     void wechseln(Farbwunsch neu)
     {
-        jetzt_ = neu;
-        if (gewechselt_) {
+        if (std::exchange(jetzt_, neu) != neu && gewechselt_) {
             gewechselt_();
         }
     }

@@ -3,7 +3,6 @@
 #include <QElapsedTimer>
 
 #include <csignal>
-#include <sys/prctl.h>
 
 namespace kalvaro {
 
@@ -12,11 +11,6 @@ namespace {
 constexpr int geduld = 30'000; // milliseconds
 
 } // namespace
-
-void anTestBinden(QProcess &programm)
-{
-    programm.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-}
 
 Kindprogramm::Kindprogramm(const QString &datei, const QStringList &argumente,
                            const QProcessEnvironment &umgebung)

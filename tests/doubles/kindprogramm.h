@@ -6,7 +6,8 @@
 
 namespace kalvaro {
 
-// Has the program end with the test, however that ends. Before start().
+// Has the program end with the test, however that ends, where the system can do that. Before
+// start().
 void anTestBinden(QProcess &programm);
 
 // A program with its standard input and outputs. Killed with this object.

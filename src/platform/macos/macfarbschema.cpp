@@ -1,40 +1,32 @@
 #include "platform/macos/macfarbschema.h"
 
-#include <QGuiApplication>
 #include <QMetaMethod>
-#include <QMetaProperty>
-#include <QStyleHints>
 
 #include <utility>
 
 namespace kalvaro {
 
-namespace {
-
-QMetaProperty eigenschaft()
+MacFarbschema::MacFarbschema(const QObject &auskunft)
+    : auskunft_(auskunft)
+    , bisher_(wunsch())
 {
-    const QMetaObject *const was = QGuiApplication::styleHints()->metaObject();
-    return was->property(was->indexOfProperty("colorScheme"));
-}
-
-} // namespace
-
-MacFarbschema::MacFarbschema()
-    : bisher_(wunsch())
-{
-    const QMetaProperty schema = eigenschaft();
-    if (schema.isValid() && schema.hasNotifySignal()) {
-        connect(QGuiApplication::styleHints(), schema.notifySignal(), this,
+    if (schema().isValid() && schema().hasNotifySignal()) {
+        connect(&auskunft_, schema().notifySignal(), this,
                 metaObject()->method(metaObject()->indexOfMethod("pruefen()")));
     }
+}
+
+QMetaProperty MacFarbschema::schema() const
+{
+    const QMetaObject *const was = auskunft_.metaObject();
+    return was->property(was->indexOfProperty("colorScheme"));
 }
 
 Farbwunsch MacFarbschema::wunsch() const
 {
     constexpr int hell = 1;   // Qt::ColorScheme::Light
     constexpr int dunkel = 2; // Qt::ColorScheme::Dark
-    const QMetaProperty schema = eigenschaft();
-    const int wert = schema.isValid() ? schema.read(QGuiApplication::styleHints()).toInt() : 0;
+    const int wert = schema().isValid() ? schema().read(&auskunft_).toInt() : 0;
     return {.ausdruecklich = wert == dunkel ? Helligkeit::Dunkel
                              : wert == hell ? Helligkeit::Hell
                                             : Helligkeit::Offen};

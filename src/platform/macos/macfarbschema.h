@@ -2,7 +2,9 @@
 
 #include "platform/farbschema.h"
 
-#include <QObject>
+#include <QGuiApplication>
+#include <QMetaProperty>
+#include <QStyleHints>
 
 namespace kalvaro {
 
@@ -14,7 +16,8 @@ class MacFarbschema final : public QObject, public Farbschema
     Q_OBJECT
 
 public:
-    MacFarbschema();
+    // `auskunft` has the property "colorScheme", if any; it must outlive this object.
+    explicit MacFarbschema(const QObject &auskunft = *QGuiApplication::styleHints());
 
     [[nodiscard]] Farbwunsch wunsch() const override;
     void beiWechsel(std::function<void()> gewechselt) override;
@@ -23,6 +26,9 @@ private Q_SLOTS:
     void pruefen();
 
 private:
+    [[nodiscard]] QMetaProperty schema() const;
+
+    const QObject &auskunft_;
     Farbwunsch bisher_;
     std::function<void()> gewechselt_;
 };

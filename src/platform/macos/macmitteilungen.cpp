@@ -1,5 +1,6 @@
 #include "platform/macos/macmitteilungen.h"
 
+#include "foundation/klartext.h"
 #include "foundation/protokoll.h"
 
 #include <QCoreApplication>
@@ -10,6 +11,19 @@
 namespace kalvaro {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// As one line of the log.
+void verloren(const QString &titel, const QString &inhalt, const QString &grund)
+{
+    constexpr qsizetype kurz = 200; // characters
+    constexpr qsizetype lang = 2000;
+    protokoll(u"Mitteilung nicht zugestellt: %1 – %2 (%3)"_s.arg(
+        klartext(titel, kurz), klartext(inhalt, lang), klartext(grund, kurz)));
+}
+
+} // namespace
 
 MacMitteilungen::MacMitteilungen(Mitteilungszugang zugang)
     : zugang_(std::move(zugang))
@@ -39,11 +53,7 @@ void MacMitteilungen::mitteilen(const QString &titel, const QString &inhalt,
 {
     zugang_.zeigen(titel, inhalt, ziel, [titel, inhalt](const QString &grund) {
         QMetaObject::invokeMethod(
-            qApp,
-            [titel, inhalt, grund] {
-                protokoll(u"Mitteilung nicht zugestellt: %1 – %2 (%3)"_s.arg(titel, inhalt, grund));
-            },
-            Qt::QueuedConnection);
+            qApp, [titel, inhalt, grund] { verloren(titel, inhalt, grund); }, Qt::QueuedConnection);
     });
 }
 

@@ -5,6 +5,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QLocalServer>
 #include <QLocalSocket>
 #include <QTimer>
 
@@ -38,7 +39,8 @@ int rest(const QDeadlineTimer &bis)
 
 } // namespace
 
-Ordnersperre::Ordnersperre(const QString &ordner, std::function<bool(const QByteArray &)> angekommen)
+Ordnersperre::Ordnersperre(const QString &ordner,
+                           std::function<bool(const QByteArray &)> angekommen)
     : ordner_(ordner)
     , angekommen_(std::move(angekommen))
 {
@@ -105,6 +107,7 @@ void Ordnersperre::horchen()
     tuer_->listen(ort);
 }
 
+// What has come meanwhile is taken, also from those who did not wait for it.
 void Ordnersperre::ruhen(bool ja)
 {
     ruht_ = ja;
@@ -112,6 +115,9 @@ void Ordnersperre::ruhen(bool ja)
         const auto alle = gaeste_;
         for (QLocalSocket *const gast : alle) {
             lesen(gast);
+            if (!ruht_ && gast->state() == QLocalSocket::UnconnectedState) {
+                verabschieden(gast);
+            }
         }
         annehmen();
     }
@@ -150,7 +156,11 @@ void Ordnersperre::annehmen()
         gaeste_.insert(gast);
         gast->setReadBufferSize(groessteNachricht);
         connect(gast, &QLocalSocket::readyRead, this, [this, gast] { lesen(gast); });
-        connect(gast, &QLocalSocket::disconnected, this, [this, gast] { verabschieden(gast); });
+        connect(gast, &QLocalSocket::disconnected, this, [this, gast] {
+            if (!ruht_) {
+                verabschieden(gast);
+            }
+        });
         QTimer::singleShot(laengsterBesuch, gast, [this, gast] { verabschieden(gast); });
         lesen(gast);
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDeadlineTimer>
-#include <QLocalServer>
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -9,6 +8,7 @@
 #include <functional>
 #include <memory>
 
+class QLocalServer;
 class QLocalSocket;
 
 namespace kalvaro {

@@ -1,42 +1,17 @@
 #include "doubles/dateien.h"
 #include "doubles/datenordner.h"
 #include "platform/linux/xdganmeldestart.h"
-#include "platform/macos/launchagent.h"
 #include "testlauf.h"
 
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <cstdlib>
 #include <memory>
-#include <plist/plist.h>
 #include <sys/stat.h>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-using Liste = std::unique_ptr<void, void (*)(plist_t)>;
-
-Liste lesen(const QByteArray &bytes)
-{
-    plist_t wurzel = nullptr;
-    plist_from_xml(bytes.constData(), static_cast<uint32_t>(bytes.size()), &wurzel);
-    return {wurzel, plist_free};
-}
-
-QString text(plist_t knoten)
-{
-    char *wert = nullptr;
-    plist_get_string_val(knoten, &wert);
-    const QString kopie = QString::fromUtf8(wert);
-    std::free(wert);
-    return kopie;
-}
-
-} // namespace
 
 class TestAnmeldestart final : public QObject
 {
@@ -52,11 +27,7 @@ private Q_SLOTS:
         }
     }
 
-    void schaltetAnUndAus();
-    void zweimalAnSchreibtDasselbe();
-    void ausOhneDateiIstKeinFehler();
-    void jedeDateiAmOrtGilt();
-    void unbeschreibbarerOrdnerZeigtSichAlsAus();
+    void legtIhnInSeinenOrdner();
     void schreibtDenEintragZeileFuerZeile();
     void ohneSymbolFehltDieZeile();
     void eintragFolgtDemProgramm_data();
@@ -70,8 +41,6 @@ private Q_SLOTS:
     void einFremdesAppImageZaehltNicht();
     void dieSitzungStartetGenauDenPfad_data();
     void dieSitzungStartetGenauDenPfad();
-    void agentLiestSichByteFuerByte();
-    void agentOhneBekanntenPfad();
 
 private:
     [[nodiscard]] QString pfad(const QString &name) const { return ordner->filePath(name); }
@@ -80,52 +49,10 @@ private:
     std::unique_ptr<QTemporaryDir> ordner;
 };
 
-void TestAnmeldestart::schaltetAnUndAus()
+void TestAnmeldestart::legtIhnInSeinenOrdner()
 {
-    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"fehlt/noch/autostart"_s));
-    QVERIFY(!start.an());
-    start.setzen(true);
-    QVERIFY(start.an());
+    XdgAnmeldestart(u"/opt/kalvaro"_s, pfad(u"fehlt/noch/autostart"_s)).setzen(true);
     QVERIFY(QFile::exists(pfad(u"fehlt/noch/autostart/de.kalvaro.kalvaro.desktop"_s)));
-    start.setzen(false);
-    QVERIFY(!start.an());
-    QCOMPARE(daten.protokollzeilen(),
-             QStringList({u"Start beim Anmelden: an"_s, u"Start beim Anmelden: aus"_s}));
-}
-
-void TestAnmeldestart::zweimalAnSchreibtDasselbe()
-{
-    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
-    start.setzen(true);
-    const QByteArray erst = dateiLesen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s));
-    start.setzen(true);
-    QVERIFY(!erst.isEmpty());
-    QCOMPARE(dateiLesen(pfad(u"a/de.kalvaro.kalvaro.desktop"_s)), erst);
-    QCOMPARE(QDir(pfad(u"a"_s)).entryList(QDir::Files).size(), 1);
-}
-
-void TestAnmeldestart::ausOhneDateiIstKeinFehler()
-{
-    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
-    start.setzen(false);
-    QCOMPARE(daten.protokollzeilen(), QStringList(u"Start beim Anmelden: aus"_s));
-}
-
-void TestAnmeldestart::jedeDateiAmOrtGilt()
-{
-    dateiSchreiben(pfad(u"a/de.kalvaro.kalvaro.desktop"_s), "von Hand\n");
-    QVERIFY(XdgAnmeldestart(u"/opt/kalvaro"_s, pfad(u"a"_s)).an());
-    dateiSchreiben(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s), "");
-    QVERIFY(LaunchAgent(QString(), ordner->path()).an());
-}
-
-void TestAnmeldestart::unbeschreibbarerOrdnerZeigtSichAlsAus()
-{
-    dateiSchreiben(pfad(u"a"_s), "a file where the folder should be");
-    XdgAnmeldestart start(u"/opt/kalvaro"_s, pfad(u"a"_s));
-    start.setzen(true);
-    QVERIFY(!start.an());
-    QCOMPARE(daten.protokollzeilen(), QStringList(u"Start beim Anmelden: an"_s));
 }
 
 void TestAnmeldestart::schreibtDenEintragZeileFuerZeile()
@@ -294,41 +221,6 @@ void TestAnmeldestart::dieSitzungStartetGenauDenPfad()
     QCOMPARE(sitzung.exitCode(), 0);
     QTRY_VERIFY(QFile::exists(zeuge));
     QCOMPARE(dateiLesen(zeuge), QFile::encodeName(programm) + '\0' + "--hintergrund" + '\0');
-}
-
-void TestAnmeldestart::agentLiestSichByteFuerByte()
-{
-    LaunchAgent agent(u"/Users/ich/Böse <Apps> & \"mehr\"/kalvaro"_s, ordner->path());
-    agent.setzen(true);
-    QVERIFY(agent.an());
-    const QByteArray bytes = dateiLesen(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s));
-    const Liste liste = lesen(bytes);
-    QVERIFY(liste);
-    QCOMPARE(plist_get_node_type(liste.get()), PLIST_DICT);
-    QCOMPARE(plist_dict_get_size(liste.get()), 5U);
-    QCOMPARE(text(plist_dict_get_item(liste.get(), "Label")), u"de.kalvaro.kalvaro"_s);
-    const plist_t argumente = plist_dict_get_item(liste.get(), "ProgramArguments");
-    QCOMPARE(plist_array_get_size(argumente), 2U);
-    QCOMPARE(text(plist_array_get_item(argumente, 0)),
-             u"/Users/ich/Böse <Apps> & \"mehr\"/kalvaro"_s);
-    QCOMPARE(text(plist_array_get_item(argumente, 1)), u"--hintergrund"_s);
-    QVERIFY(plist_bool_val_is_true(plist_dict_get_item(liste.get(), "RunAtLoad")));
-    QCOMPARE(text(plist_dict_get_item(liste.get(), "ProcessType")), u"Interactive"_s);
-    QCOMPARE(text(plist_dict_get_item(liste.get(), "LimitLoadToSessionType")), u"Aqua"_s);
-
-    char *xml = nullptr;
-    uint32_t laenge = 0;
-    plist_to_xml(liste.get(), &xml, &laenge);
-    QCOMPARE(bytes, QByteArray(xml, static_cast<qsizetype>(laenge)));
-    PLIST_FREI(xml);
-}
-
-void TestAnmeldestart::agentOhneBekanntenPfad()
-{
-    LaunchAgent(QString(), ordner->path()).setzen(true);
-    const Liste liste = lesen(dateiLesen(pfad(u"Library/LaunchAgents/de.kalvaro.kalvaro.plist"_s)));
-    QCOMPARE(text(plist_array_get_item(plist_dict_get_item(liste.get(), "ProgramArguments"), 0)),
-             u"/Applications/kalvaro.app/Contents/MacOS/kalvaro"_s);
 }
 
 KALVARO_TEST(TestAnmeldestart)

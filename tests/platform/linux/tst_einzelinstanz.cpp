@@ -4,7 +4,6 @@
 #include "foundation/datenordner.h"
 #include "platform/linux/dbuseinzelinstanz.h"
 #include "platform/linux/dbusverbindung.h"
-#include "platform/linux/einzelinstanzsperre.h"
 #include "platform/linux/signale.h"
 #include "testlauf.h"
 
@@ -20,7 +19,6 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
-#include <vector>
 
 using namespace kalvaro;
 using namespace Qt::StringLiterals;
@@ -84,20 +82,6 @@ private Q_SLOTS:
 
     void derZweiteLaesstDenErstenOeffnen_data() { wege(); }
     void derZweiteLaesstDenErstenOeffnen();
-    void derZweiteSagtWasErWill_data() { wege(); }
-    void derZweiteSagtWasErWill();
-    void leiseEndetOhneZuOeffnen_data() { wege(); }
-    void leiseEndetOhneZuOeffnen();
-    void nachAbsturzIstDerNaechsteDerErste_data() { wege(); }
-    void nachAbsturzIstDerNaechsteDerErste();
-    void vieleZugleichErgebenEinen_data() { wege(); }
-    void vieleZugleichErgebenEinen();
-    void eineFrueheBitteGehtNichtVerloren_data() { wege(); }
-    void eineFrueheBitteGehtNichtVerloren();
-    void einErsterDerHaengtAntwortetNicht_data() { wege(); }
-    void einErsterDerHaengtAntwortetNicht();
-    void wennDerErsteEndetWaehrendErGefragtWird_data() { wege(); }
-    void wennDerErsteEndetWaehrendErGefragtWird();
     void werEndetSagtNichtsZu_data();
     void werEndetSagtNichtsZu();
     void einSignalGiltBevorDieSchleifeEsSieht();
@@ -199,110 +183,6 @@ void TestEinzelinstanz::derZweiteLaesstDenErstenOeffnen()
     const auto dritter = start();
     QTRY_VERIFY(!dritter->laeuft());
     QTRY_COMPARE(erster->zeilen().value(2), u"oeffnen  "_s); // the earlier token is gone again
-}
-
-void TestEinzelinstanz::derZweiteSagtWasErWill()
-{
-    const auto erster = start();
-    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
-    const auto zweiter = start({u"--abgleichen"_s}, "marke");
-    QTRY_VERIFY(!zweiter->laeuft());
-    QCOMPARE(zweiter->zeilen(), QStringList(u"zweite"_s));
-    QTRY_COMPARE(erster->zeilen().value(1), u"abgleichen marke "_s);
-    const auto dritter = start({u"--beenden"_s});
-    QTRY_VERIFY(!dritter->laeuft());
-    QTRY_COMPARE(erster->zeilen().value(2), u"beenden  "_s);
-    const auto vierter = start({u"--hintergrund"_s});
-    QTRY_VERIFY(!vierter->laeuft());
-    QTRY_COMPARE(erster->zeilen().value(3), u"hintergrund  "_s);
-}
-
-void TestEinzelinstanz::leiseEndetOhneZuOeffnen()
-{
-    const auto erster = start();
-    QTRY_COMPARE(erster->zeilen().size(), 1);
-    const auto leiser = start({u"--leise"_s}, "leise");
-    QTRY_VERIFY(!leiser->laeuft());
-    QCOMPARE(leiser->zeilen(), QStringList(u"zweite"_s));
-    QCOMPARE(leiser->ende(), 0);
-    const auto lauter = start({}, "laut");
-    QTRY_COMPARE(erster->zeilen(), QStringList({u"erste"_s, u"oeffnen laut "_s}));
-}
-
-void TestEinzelinstanz::nachAbsturzIstDerNaechsteDerErste()
-{
-    const auto erster = start();
-    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
-    erster->signal(SIGKILL);
-    QTRY_VERIFY(!erster->laeuft());
-    const auto naechster = start();
-    QTRY_COMPARE(naechster->zeilen(), QStringList(u"erste"_s));
-    const auto zweiter = start({}, "x");
-    QTRY_COMPARE(naechster->zeilen().value(1), u"oeffnen x "_s);
-}
-
-void TestEinzelinstanz::vieleZugleichErgebenEinen()
-{
-    std::vector<std::unique_ptr<Kindprogramm>> starts;
-    constexpr int viele = 40;
-    for (int i = 0; i < viele; ++i) {
-        starts.push_back(start({u"--leise"_s}));
-    }
-    QStringList worte;
-    for (const auto &einer : starts) {
-        QTRY_VERIFY_WITH_TIMEOUT(!einer->zeilen().isEmpty(), 30'000);
-        worte += einer->zeilen().first();
-    }
-    QCOMPARE(worte.count(u"erste"_s), 1);
-    QCOMPARE(worte.count(u"zweite"_s), viele - 1);
-}
-
-void TestEinzelinstanz::eineFrueheBitteGehtNichtVerloren()
-{
-    const auto erster = start({u"--spaet"_s});
-    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
-    const auto zweiter = start({}, "frueh");
-    QTRY_VERIFY(!zweiter->laeuft());
-    const auto dritter = start({u"--abgleichen"_s});
-    QTRY_VERIFY(!dritter->laeuft());
-    erster->schreiben(u"los"_s);
-    QTRY_COMPARE(erster->zeilen(),
-                 QStringList({u"erste"_s, u"oeffnen frueh "_s, u"abgleichen  "_s}));
-}
-
-void TestEinzelinstanz::einErsterDerHaengtAntwortetNicht()
-{
-    const auto erster = start();
-    QTRY_COMPARE(erster->zeilen(), QStringList(u"erste"_s));
-    erster->signal(SIGSTOP);
-    QElapsedTimer dauer;
-    dauer.start();
-    const auto zweiter = start({}, "spaet");
-    QTRY_VERIFY(!zweiter->laeuft());
-    QVERIFY2(dauer.elapsed() < 4000, qPrintable(QString::number(dauer.elapsed())));
-    QCOMPARE(zweiter->zeilen(), QStringList(u"stumm"_s));
-    QCOMPARE(zweiter->ende(), 1);
-    erster->signal(SIGCONT);
-    QTRY_COMPARE(erster->zeilen().value(1), u"oeffnen spaet "_s);
-}
-
-// The test itself is the first one, so it knows when it is asked.
-void TestEinzelinstanz::wennDerErsteEndetWaehrendErGefragtWird()
-{
-    bool gefragt = false;
-    auto erster =
-        std::make_unique<Einzelinstanzsperre>(appOrdner(), [&gefragt](const QByteArray &) {
-            gefragt = true;
-            return false;
-        });
-    QCOMPARE(erster->nehmen(), Einzelinstanzsperre::Stand::Gehalten);
-    const auto zweiter = start();
-    QTRY_VERIFY(gefragt);
-    QCOMPARE(zweiter->zeilen(), QStringList());
-    erster.reset();
-    QTRY_COMPARE(zweiter->zeilen(), QStringList(u"erste"_s));
-    const auto dritter = start({}, "x");
-    QTRY_COMPARE(zweiter->zeilen().value(1), u"oeffnen x "_s);
 }
 
 void TestEinzelinstanz::werEndetSagtNichtsZu_data()

@@ -1,10 +1,10 @@
 // A program that is started twice. Says "erste", "zweite" or "stumm" as soon as it knows; the first
-// then says "oeffnen TOKEN ID" (or "abgleichen", "beenden") whenever it is asked to, until its
-// standard input ends. With "--spaet" it takes requests only after a line on standard input, with
-// "--gehorcht" it ends when it is asked to.
+// then says "oeffnen" (or "abgleichen", "beenden") whenever it is asked to, and on some systems
+// what the wish brought along, until its standard input ends. With "--spaet" it takes requests only
+// after a line on standard input, with "--gehorcht" it ends when it is asked to.
+#include "einzelinstanzteile.h"
 #include "foundation/datenordner.h"
-#include "platform/linux/dbuseinzelinstanz.h"
-#include "platform/linux/signale.h"
+#include "platform/einzelinstanz.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -47,13 +47,12 @@ void sagen(const QByteArray &zeile)
 
 int main(int argc, char *argv[])
 {
-    const Aktivierung eigene = Aktivierung::desStarts();
-    sitzungsbusFestlegen();
+    vorbereiten();
     const QCoreApplication programm(argc, argv);
     const QStringList argumente = QCoreApplication::arguments();
     ordnerAnlegen();
-    DBusEinzelinstanz instanz(eigene);
-    switch (instanz.belegen(wunsch(argumente))) {
+    const auto instanz = einzelinstanzAnlegen();
+    switch (instanz->belegen(wunsch(argumente))) {
     case Belegung::Erste:
         break;
     case Belegung::Uebergeben:
@@ -63,14 +62,13 @@ int main(int argc, char *argv[])
         sagen("stumm");
         return 1;
     }
-    const Signale signale([] { QCoreApplication::quit(); });
+    const auto signale = endeHoeren([] { QCoreApplication::quit(); });
     sagen("erste");
     const auto bereit = [&instanz, &argumente] {
-        instanz.beiWunsch([&argumente](Wunsch wunsch) {
+        instanz->beiWunsch([&argumente](Wunsch wunsch) {
             const auto name = std::find_if(namen.begin(), namen.end(),
                                            [wunsch](const auto &n) { return n.first == wunsch; });
-            sagen(name->second + ' ' + qgetenv("XDG_ACTIVATION_TOKEN") + ' ' +
-                  qgetenv("DESKTOP_STARTUP_ID"));
+            sagen(name->second + beigaben());
             if (wunsch == Wunsch::Beenden && argumente.contains(u"--gehorcht"_s)) {
                 QCoreApplication::quit();
             }

@@ -1,0 +1,9 @@
+#include "doubles/kindprogramm.h"
+
+namespace kalvaro {
+
+void anTestBinden(QProcess & /*programm*/)
+{
+}
+
+} // namespace kalvaro
