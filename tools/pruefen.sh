@@ -42,14 +42,13 @@ fi
 
 echo "clang-tidy"
 aufraeumen() { # PRESET [CHECKS], sources on standard input
-    tr '\n' '\0' | xargs -0 -n 4 -P "$(nproc)" clang-tidy -p "build/$1" ${2:+"--checks=$2"} --quiet \
+    tr '\n' '\0' | xargs -0 -n 1 -P "$(nproc)" clang-tidy -p "build/$1" ${2:+"--checks=$2"} --quiet \
         2>"build/$1/tidy.log" || {
         tail -n 40 "build/$1/tidy.log" >&2
         exit 1
     }
 }
 git ls-files 'src/*.cpp' 'tools/*.cpp' | sort | comm -23 - build/macos-pruefung/quellen.txt | aufraeumen asan
-git ls-files 'src/*.cpp' 'tools/*.cpp' | sort | comm -12 - build/macos-pruefung/quellen.txt |
-    aufraeumen macos-pruefung
+git ls-files 'src/*.cpp' | sort | comm -12 - build/macos-pruefung/quellen.txt | aufraeumen macos-pruefung
 # The analyzer sees references that are counted wrongly; the rest knows little of Objective-C and takes long.
 git ls-files '*.mm' | aufraeumen macos-pruefung '-*,clang-analyzer-*'
