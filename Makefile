@@ -32,7 +32,7 @@ fuzz: ## each reader of what comes from outside, SEKUNDEN=600 each (ZIELE="plist
 	@tools/sperre.sh tools/bauen.sh fuzz fuzzziele
 	@tests/fuzz/laufen.sh $(SEKUNDEN) $(ZIELE)
 
-lint: ## format, warnings of clang, clang-tidy
+lint: ## format, warnings of clang, clang-tidy, and what is meant for macOS
 	@tools/sperre.sh tools/pakete.sh pruefen
 	@tools/sperre.sh tools/pruefen.sh
 

@@ -10,7 +10,7 @@ bauen="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev|libqt6svg6-dev
 testen="$bauen appstream at-spi2-core dbus dbus-daemon desktop-file-utils dunst fonts-dejavu-core groff
         hicolor-icon-theme icnsutils imagemagick libglib2.0-bin libplist-utils mount openbox openssl optipng python3-dbus
         python3-dbusmock python3-gi python3-pyatspi qt6-svg-plugins|libqt6svg6 qt6-wayland weston x11-utils xauth xdotool xfce4-panel xfwm4 xvfb"
-pruefen="$testen clang clang-format clang-tidy gcovr libclang-rt-dev"
+pruefen="$testen clang clang-format clang-tidy gcovr libblocksruntime-dev libclang-rt-dev libgnustep-gui-dev"
 messen="$bauen dbus-daemon fonts-dejavu-core mount python3-dbus python3-gi valgrind xauth xdotool xvfb"
 packen="$bauen appstream desktop-file-utils dpkg-dev file groff lintian"
 

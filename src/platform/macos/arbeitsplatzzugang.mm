@@ -1,12 +1,15 @@
-// Automatic reference counting.
+// References are counted by hand.
 
 #include "platform/macos/arbeitsplatzzugang.h"
 
+#include <QGuiApplication>
 #include <QWindow>
 
 #import <AppKit/AppKit.h>
 
 namespace kalvaro {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -19,7 +22,7 @@ QString alsText(NSString *text)
 Oeffnungsfehler innerster(NSError *fehler)
 {
     for (NSError *grund = fehler; grund != nil;
-         grund = grund.userInfo[NSUnderlyingErrorKey]) {
+         grund = [grund.userInfo objectForKey:NSUnderlyingErrorKey]) {
         fehler = grund;
     }
     return {alsText(fehler.domain), fehler.code};
@@ -27,28 +30,35 @@ Oeffnungsfehler innerster(NSError *fehler)
 
 void oeffnen(const QString &buendel, const Arbeitsplatzzugang::Oeffnungsruf &fertig)
 {
-    NSURL *const ort = [NSURL fileURLWithPath:@(buendel.toUtf8().constData()) isDirectory:YES];
-    NSWorkspaceOpenConfiguration *const wie = [NSWorkspaceOpenConfiguration configuration];
-    wie.activates = YES;
-    const auto ruf = fertig;
-    [NSWorkspace.sharedWorkspace
-        openApplicationAtURL:ort
-               configuration:wie
-           completionHandler:^(NSRunningApplication *programm, NSError *fehler) {
-             ruf(programm == nil ? std::optional(innerster(fehler)) : std::nullopt);
-           }];
+    @autoreleasepool {
+        NSURL *const ort = [NSURL fileURLWithPath:@(buendel.toUtf8().constData()) isDirectory:YES];
+        NSWorkspaceOpenConfiguration *const wie = [NSWorkspaceOpenConfiguration configuration];
+        wie.activates = YES;
+        const auto ruf = fertig; // the block holds a copy of it
+        [[NSWorkspace sharedWorkspace]
+            openApplicationAtURL:ort
+                   configuration:wie
+               completionHandler:^(NSRunningApplication *programm, NSError *fehler) {
+                 ruf(programm == nil ? std::optional(innerster(fehler)) : std::nullopt);
+               }];
+    }
 }
 
+// Only the toolkit's platform for this system has windows of it: whoever draws elsewhere has none.
 void nachVorn(QWindow &fenster)
 {
-    fenster.raise();
-    fenster.requestActivate();
-    // A widget's native handle on this system, "Qt for macOS".
-    NSView *const ansicht = (__bridge NSView *)reinterpret_cast<void *>(fenster.winId());
-    NSWindow *const rahmen = ansicht.window;
-    rahmen.collectionBehavior |= NSWindowCollectionBehaviorMoveToActiveSpace;
-    [NSApp activateIgnoringOtherApps:YES];
-    [rahmen makeKeyAndOrderFront:nil];
+    if (QGuiApplication::platformName() != u"cocoa") {
+        fenster.raise();
+        fenster.requestActivate();
+        return;
+    }
+    @autoreleasepool {
+        // A window's native handle is its view ("QWindow::winId()", "Qt for macOS").
+        NSWindow *const rahmen = reinterpret_cast<NSView *>(fenster.winId()).window;
+        rahmen.collectionBehavior |= NSWindowCollectionBehaviorMoveToActiveSpace;
+        [rahmen makeKeyAndOrderFront:nil];
+        [NSApp activateIgnoringOtherApps:YES];
+    }
 }
 
 void auftreten(Arbeitsplatz::Auftritt auftritt)
@@ -64,17 +74,23 @@ void auftreten(Arbeitsplatz::Auftritt auftritt)
 
 Arbeitsplatzzugang::Halter wachen(const std::function<void()> &geweckt)
 {
-    NSNotificationCenter *const stelle = NSWorkspace.sharedWorkspace.notificationCenter;
-    const auto ruf = geweckt;
-    const id wache = [stelle addObserverForName:NSWorkspaceDidWakeNotification
-                                         object:nil
-                                          queue:NSOperationQueue.mainQueue
-                                     usingBlock:^(NSNotification *) {
-                                       ruf();
-                                     }];
-    return {(__bridge_retained void *)wache, [stelle](void *diese) {
-                [stelle removeObserver:(__bridge_transfer id)diese];
-            }};
+    @autoreleasepool {
+        const auto ruf = geweckt; // the block holds a copy of it
+        id wache = [[[NSWorkspace sharedWorkspace] notificationCenter]
+            addObserverForName:NSWorkspaceDidWakeNotification
+                        object:nil
+                         queue:[NSOperationQueue mainQueue]
+                    usingBlock:^(NSNotification *) {
+                      ruf();
+                    }];
+        return {[wache retain], [](void *diese) {
+                    @autoreleasepool {
+                        [[[NSWorkspace sharedWorkspace] notificationCenter]
+                            removeObserver:static_cast<id>(diese)];
+                        [static_cast<id>(diese) release];
+                    }
+                }};
+    }
 }
 
 } // namespace

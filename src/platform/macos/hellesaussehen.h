@@ -2,7 +2,8 @@
 
 namespace kalvaro {
 
-// Draws this program in the light appearance whatever the system's is. Needs the application object.
+// Draws this program in the light appearance whatever the system's is. Needs the application
+// object.
 void hellesAussehen();
 
 } // namespace kalvaro

@@ -1,4 +1,4 @@
-// Automatic reference counting.
+// References are counted by hand.
 
 #include "platform/macos/hellesaussehen.h"
 
@@ -8,7 +8,9 @@ namespace kalvaro {
 
 void hellesAussehen()
 {
-    NSApp.appearance = [NSAppearance appearanceNamed:NSAppearanceNameAqua];
+    @autoreleasepool {
+        NSApp.appearance = [NSAppearance appearanceNamed:NSAppearanceNameAqua];
+    }
 }
 
 } // namespace kalvaro

@@ -1,4 +1,4 @@
-// Automatic reference counting.
+// References are counted by hand.
 
 #include "platform/macos/laufendebuendel.h"
 

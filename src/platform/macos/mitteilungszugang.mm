@@ -1,4 +1,4 @@
-// Automatic reference counting.
+// References are counted by hand.
 
 #include "platform/macos/macmitteilungen.h"
 
@@ -13,13 +13,13 @@ NSString *const zielfeld = @"url"; // of the user info
 
 } // namespace
 
-@interface KalvaroMitteilungsempfang : NSObject <UNUserNotificationCenterDelegate>
+@interface KalvaroMitteilungsempfang : NSObject <UNUserNotificationCenterDelegate> {
+    Klickruf _ruf;
+}
 - (instancetype)initMitRuf:(Klickruf)ruf;
 @end
 
-@implementation KalvaroMitteilungsempfang {
-    Klickruf _ruf;
-}
+@implementation KalvaroMitteilungsempfang
 
 - (instancetype)initMitRuf:(Klickruf)ruf
 {
@@ -30,21 +30,24 @@ NSString *const zielfeld = @"url"; // of the user info
     return self;
 }
 
-- (void)userNotificationCenter:(UNUserNotificationCenter *)__unused stelle
-       willPresentNotification:(UNNotification *)__unused mitteilung
+- (void)userNotificationCenter:(UNUserNotificationCenter *)stelle
+       willPresentNotification:(UNNotification *)mitteilung
          withCompletionHandler:(void (^)(UNNotificationPresentationOptions wie))fertig
 {
+    (void)stelle;
+    (void)mitteilung;
     fertig(UNNotificationPresentationOptionBanner | UNNotificationPresentationOptionList);
 }
 
-- (void)userNotificationCenter:(UNUserNotificationCenter *)__unused stelle
+- (void)userNotificationCenter:(UNUserNotificationCenter *)stelle
     didReceiveNotificationResponse:(UNNotificationResponse *)antwort
              withCompletionHandler:(void (^)(void))fertig
 {
-    const id ziel = antwort.notification.request.content.userInfo[zielfeld];
+    (void)stelle;
+    const id ziel = [antwort.notification.request.content.userInfo objectForKey:zielfeld];
     const bool geklickt =
         [antwort.actionIdentifier isEqualToString:UNNotificationDefaultActionIdentifier];
-    if (geklickt && [ziel isKindOfClass:NSString.class]) {
+    if (geklickt && [ziel isKindOfClass:[NSString class]]) {
         _ruf(QString::fromUtf8([(NSString *)ziel UTF8String]));
     }
     fertig();
@@ -64,56 +67,69 @@ NSString *alsText(const QString &text)
 // The centre ends a program that has no bundle to show as the sender.
 UNUserNotificationCenter *stelle()
 {
-    return NSBundle.mainBundle.bundleIdentifier == nil
+    return [NSBundle mainBundle].bundleIdentifier == nil
                ? nil
-               : UNUserNotificationCenter.currentNotificationCenter;
+               : [UNUserNotificationCenter currentNotificationCenter];
+}
+
+void erlaubnisErbitten()
+{
+    @autoreleasepool {
+        [stelle()
+            requestAuthorizationWithOptions:UNAuthorizationOptionAlert | UNAuthorizationOptionSound
+                          completionHandler:^(BOOL, NSError *){
+                          }];
+    }
 }
 
 void zeigen(const QString &titel, const QString &inhalt, const std::optional<QString> &ziel,
             const std::function<void(const QString &grund)> &gescheitert)
 {
-    const auto ruf = gescheitert;
-    if (stelle() == nil) {
-        ruf(QStringLiteral("kalvaro läuft nicht aus „kalvaro.app“"));
-        return;
+    @autoreleasepool {
+        const auto ruf = gescheitert; // the block holds a copy of it
+        if (stelle() == nil) {
+            ruf(QStringLiteral("kalvaro läuft nicht aus „kalvaro.app“"));
+            return;
+        }
+        UNMutableNotificationContent *const was =
+            [[[UNMutableNotificationContent alloc] init] autorelease];
+        was.title = alsText(titel);
+        was.body = alsText(inhalt);
+        if (ziel) {
+            was.userInfo = @{zielfeld : alsText(*ziel)};
+        }
+        UNNotificationRequest *const bitte =
+            [UNNotificationRequest requestWithIdentifier:[NSUUID UUID].UUIDString
+                                                 content:was
+                                                 trigger:nil];
+        [stelle() addNotificationRequest:bitte
+                   withCompletionHandler:^(NSError *fehler) {
+                     if (fehler != nil) {
+                         ruf(QString::fromUtf8(fehler.localizedDescription.UTF8String));
+                     }
+                   }];
     }
-    UNMutableNotificationContent *const was = [[UNMutableNotificationContent alloc] init];
-    was.title = alsText(titel);
-    was.body = alsText(inhalt);
-    if (ziel) {
-        was.userInfo = @{zielfeld : alsText(*ziel)};
+}
+
+// The centre does not hold whom it tells.
+void empfangen(const Klickruf &geklickt)
+{
+    @autoreleasepool {
+        static KalvaroMitteilungsempfang *empfang = nil;
+        KalvaroMitteilungsempfang *const bisher = empfang;
+        empfang = [[KalvaroMitteilungsempfang alloc] initMitRuf:geklickt];
+        stelle().delegate = empfang;
+        [bisher release];
     }
-    UNNotificationRequest *const bitte =
-        [UNNotificationRequest requestWithIdentifier:NSUUID.UUID.UUIDString
-                                             content:was
-                                             trigger:nil];
-    [stelle() addNotificationRequest:bitte
-               withCompletionHandler:^(NSError *fehler) {
-                 if (fehler != nil) {
-                     ruf(QString::fromUtf8(fehler.localizedDescription.UTF8String));
-                 }
-               }];
 }
 
 } // namespace
 
 Mitteilungszugang Mitteilungszugang::desSystems()
 {
-    Mitteilungszugang zugang;
-    zugang.erlaubnisErbitten = [] {
-        [stelle() requestAuthorizationWithOptions:UNAuthorizationOptionAlert |
-                                                  UNAuthorizationOptionSound
-                                completionHandler:^(BOOL, NSError *) {
-                                }];
-    };
-    zugang.zeigen = kalvaro::zeigen;
-    zugang.empfangen = [](const Klickruf &geklickt) {
-        // The centre does not hold its delegate.
-        static KalvaroMitteilungsempfang *empfang = nil;
-        empfang = [[KalvaroMitteilungsempfang alloc] initMitRuf:geklickt];
-        stelle().delegate = empfang;
-    };
-    return zugang;
+    return {.erlaubnisErbitten = kalvaro::erlaubnisErbitten,
+            .zeigen = kalvaro::zeigen,
+            .empfangen = kalvaro::empfangen};
 }
 
 } // namespace kalvaro

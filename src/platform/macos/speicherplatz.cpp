@@ -26,9 +26,10 @@ std::optional<double> freiAufMac()
             nullptr, reinterpret_cast<const UInt8 *>(heim.constData()), heim.size(), true),
         ::CFRelease);
     CFNumberRef zahl = nullptr;
-    if (!ort || !::CFURLCopyResourcePropertyForKey(
-                    ort.get(), kCFURLVolumeAvailableCapacityForImportantUsageKey,
-                    static_cast<void *>(&zahl), nullptr) ||
+    if (!ort ||
+        !::CFURLCopyResourcePropertyForKey(ort.get(),
+                                           kCFURLVolumeAvailableCapacityForImportantUsageKey,
+                                           static_cast<void *>(&zahl), nullptr) ||
         zahl == nullptr) {
         return std::nullopt;
     }

@@ -1,4 +1,4 @@
-// Automatic reference counting.
+// References are counted by hand.
 
 #include "platform/macos/wiederoeffnen.h"
 
@@ -7,38 +7,28 @@
 
 #include <utility>
 
-@interface KalvaroWiederoeffnung : NSObject
-- (instancetype)initMitRuf:(std::function<void()>)ruf;
-- (void)aufhoeren;
-@end
-
-@implementation KalvaroWiederoeffnung {
+@interface KalvaroWiederoeffnung : NSObject {
     std::function<void()> _ruf;
 }
+- (instancetype)initMitRuf:(std::function<void()>)ruf;
+- (void)ereignis:(NSAppleEventDescriptor *)ereignis antwort:(NSAppleEventDescriptor *)antwort;
+@end
+
+@implementation KalvaroWiederoeffnung
 
 - (instancetype)initMitRuf:(std::function<void()>)ruf
 {
     self = [super init];
     if (self != nil) {
         _ruf = std::move(ruf);
-        [NSAppleEventManager.sharedAppleEventManager
-            setEventHandler:self
-                andSelector:@selector(ereignis:antwort:)
-              forEventClass:kCoreEventClass
-                 andEventID:kAEReopenApplication];
     }
     return self;
 }
 
-- (void)aufhoeren
+- (void)ereignis:(NSAppleEventDescriptor *)ereignis antwort:(NSAppleEventDescriptor *)antwort
 {
-    [NSAppleEventManager.sharedAppleEventManager removeEventHandlerForEventClass:kCoreEventClass
-                                                                      andEventID:kAEReopenApplication];
-}
-
-- (void)ereignis:(NSAppleEventDescriptor *)__unused ereignis
-         antwort:(NSAppleEventDescriptor *)__unused antwort
-{
+    (void)ereignis;
+    (void)antwort;
     _ruf();
 }
 
@@ -48,10 +38,22 @@ namespace kalvaro {
 
 std::shared_ptr<void> wiederoeffnenHoeren(std::function<void()> ruf)
 {
-    KalvaroWiederoeffnung *const hoerer =
-        [[KalvaroWiederoeffnung alloc] initMitRuf:std::move(ruf)];
-    return {(__bridge_retained void *)hoerer,
-            [](void *dieser) { [(__bridge_transfer KalvaroWiederoeffnung *)dieser aufhoeren]; }};
+    @autoreleasepool {
+        KalvaroWiederoeffnung *const hoerer =
+            [[KalvaroWiederoeffnung alloc] initMitRuf:std::move(ruf)];
+        [[NSAppleEventManager sharedAppleEventManager] setEventHandler:hoerer
+                                                           andSelector:@selector(ereignis:antwort:)
+                                                         forEventClass:kCoreEventClass
+                                                            andEventID:kAEReopenApplication];
+        return {hoerer, [](void *dieser) {
+                    @autoreleasepool {
+                        [[NSAppleEventManager sharedAppleEventManager]
+                            removeEventHandlerForEventClass:kCoreEventClass
+                                                 andEventID:kAEReopenApplication];
+                        [static_cast<KalvaroWiederoeffnung *>(dieser) release];
+                    }
+                }};
+    }
 }
 
 } // namespace kalvaro

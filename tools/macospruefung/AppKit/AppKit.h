@@ -1,20 +1,16 @@
-// Declarations for checking types on other systems, written from Apple's public documentation; nothing is
-// ever linked or run with them, and on a Mac nobody sees them.
-// Here: what GNUstep's AppKit lacks of Apple's.
+// For the check on other systems alone (cmake/macospruefung.cmake), written from Apple's public
+// documentation. On a Mac nobody sees it. Here: what GNUstep's AppKit lacks of Apple's.
 #pragma once
 
 #include_next <AppKit/AppKit.h>
 
-// macOS 10.15, NSWorkspace.OpenConfiguration.
-@interface NSWorkspaceOpenConfiguration : NSObject <NSCopying>
+// macOS 10.15.
+@interface NSWorkspaceOpenConfiguration : NSObject
 + (instancetype)configuration;
-@property (assign) BOOL activates;
+@property BOOL activates;
 @end
 
 @interface NSWorkspace (KalvaroPruefung)
-@property (class, readonly) NSWorkspace *sharedWorkspace;
-@property (readonly) NSNotificationCenter *notificationCenter;
-@property (readonly) NSArray<NSRunningApplication *> *runningApplications;
 - (void)openApplicationAtURL:(NSURL *)applicationURL
                configuration:(NSWorkspaceOpenConfiguration *)configuration
            completionHandler:(void (^)(NSRunningApplication *app, NSError *error))completionHandler;
@@ -22,5 +18,5 @@
 
 @interface NSApplication (KalvaroPruefung)
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy; // macOS 10.6
-@property (strong) NSAppearance *appearance;                                 // macOS 10.14
+@property(strong) NSAppearance *appearance;                                  // macOS 10.14
 @end

@@ -1,5 +1,5 @@
-// Declarations for checking types on other systems, written from Apple's public documentation; nothing is
-// ever linked or run with them, and on a Mac nobody sees them.
+// For the check on other systems alone (cmake/macospruefung.cmake), written from Apple's public
+// documentation. On a Mac nobody sees it.
 #pragma once
 
 extern "C" {

@@ -1,9 +1,5 @@
-// Declarations for checking types on other systems, written from Apple's public documentation; nothing is
-// ever linked or run with them, and on a Mac nobody sees them.
-// Here: what clang calls for a block ("Block Implementation Specification").
+// For the check on other systems alone (cmake/macospruefung.cmake). GNUstep's headers ask for this
+// name, which comes with another runtime than the one here.
 #pragma once
 
-extern "C" {
-void *_Block_copy(const void *block);
-void _Block_release(const void *block);
-}
+#include <Block.h>
