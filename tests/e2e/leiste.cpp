@@ -107,7 +107,11 @@ int Leiste::bitten() const
     return anzahl;
 }
 
-void aufrollen(const QString &anzeige, uint32_t fenster)
+namespace {
+
+// Asks the window manager, as a task bar does.
+void bitten(const QString &anzeige, uint32_t fenster, const char *was,
+            const char *zustand = nullptr)
 {
     xcb_connection_t *const x = xcb_connect(anzeige.toLatin1().constData(), nullptr);
     const xcb_window_t wurzel = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
@@ -115,14 +119,28 @@ void aufrollen(const QString &anzeige, uint32_t fenster)
     nachricht.response_type = XCB_CLIENT_MESSAGE;
     nachricht.format = 32;
     nachricht.window = fenster;
-    nachricht.type = atom(x, "_NET_WM_STATE");
-    nachricht.data.data32[0] = 1; // add
-    nachricht.data.data32[1] = atom(x, "_NET_WM_STATE_SHADED");
+    nachricht.type = atom(x, was);
+    if (zustand != nullptr) {
+        nachricht.data.data32[0] = 1; // add
+        nachricht.data.data32[1] = atom(x, zustand);
+    }
     xcb_send_event(x, 0, wurzel,
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char *>(&nachricht));
     std::free(xcb_get_input_focus_reply(x, xcb_get_input_focus(x), nullptr)); // so it has arrived
     xcb_disconnect(x);
+}
+
+} // namespace
+
+void aufrollen(const QString &anzeige, uint32_t fenster)
+{
+    bitten(anzeige, fenster, "_NET_WM_STATE", "_NET_WM_STATE_SHADED");
+}
+
+void schliessen(const QString &anzeige, uint32_t fenster)
+{
+    bitten(anzeige, fenster, "_NET_CLOSE_WINDOW");
 }
 
 } // namespace kalvaro

@@ -53,4 +53,8 @@ private:
 // Has the window manager roll a window up to its title bar, as its own menu would.
 void aufrollen(const QString &anzeige, uint32_t fenster);
 
+// Has it close a window, as a task bar would. Its key for that is not always there at once: some
+// take their keys anew shortly after their start.
+void schliessen(const QString &anzeige, uint32_t fenster);
+
 } // namespace kalvaro

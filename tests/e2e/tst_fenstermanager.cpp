@@ -203,7 +203,7 @@ void TestFenstermanager::ohneLeisteLegtSchliessenNurAb()
     QVERIFY(protokolliert(u"Abgleich (vorstart) ..."_s, 1));
     QVERIFY(protokolliert(u"  -> "_s, 1));
 
-    anzeige->ausfuehren(u"xdotool"_s, {u"key"_s, u"alt+F4"_s});
+    schliessen(anzeige->name(), aktives().toUInt());
     QVERIFY(bald([this] { return zustand().contains(u"_NET_WM_STATE_HIDDEN"_s); }, geduld));
     QVERIFY(bald([this] { return mitteilungen->mitteilungen().size() == 1; }, geduld));
     QCOMPARE(mitteilungen->mitteilungen().first().titel, u"kalvaro läuft weiter"_s);
@@ -233,7 +233,7 @@ void TestFenstermanager::mitLeisteVerschwindetEs()
     std::optional<Statushost> leiste;
     leiste.emplace(bus->verbindung());
     QVERIFY(bald([&] { return leiste->elemente().size() == 1; }, geduld));
-    anzeige->ausfuehren(u"xdotool"_s, {u"key"_s, u"alt+F4"_s});
+    schliessen(anzeige->name(), aktives().toUInt());
     QVERIFY(bald([this] { return !zustand().contains(u"_NET_WM_STATE("_s); }, geduld));
     QVERIFY(mitteilungen->mitteilungen().isEmpty());
     leiste.reset();

@@ -15,6 +15,7 @@
 #include "platform/macos/macschreibtisch.h"
 #include "platform/macos/ordnereinzelinstanz.h"
 #include "platform/macos/resteentfernen.h"
+#include "platform/macos/systemzertifikate.h"
 #include "platform/macos/wiederoeffnen.h"
 
 #include <QCoreApplication>
@@ -52,6 +53,7 @@ void startOrdnen()
         sigaddset(&ende, nummer);
     }
     ::sigprocmask(SIG_UNBLOCK, &ende, nullptr);
+    systemzertifikateNehmen();
 }
 
 } // namespace
