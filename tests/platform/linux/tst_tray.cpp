@@ -167,7 +167,7 @@ void TestTray::einHostDerAbstuerztGiltNichtMehr()
     ++gefragt;
     QTRY_COMPARE(host->fragen(), gefragt);
     QVERIFY(leiste.unregisterService(erster));
-    QVERIFY(leiste.registerService(u"org.kde.StatusNotifierItem-1-1"_s)); // no host: it asks nothing
+    QVERIFY(leiste.registerService(u"org.kde.StatusNotifierItem-1-1"_s)); // no host
     QVERIFY(leiste.unregisterService(zweiter));
     QTRY_COMPARE(gefunden, da + Plaetze({{}}));
     host->hostAnmelden(); // of which there is none
