@@ -384,7 +384,8 @@ void TestStatusobjekt::xembedKommtUndGeht()
     for (int i = 0; i < 3; ++i) {
         xembed = std::make_unique<Leiste>(anzeige->name());
         andocken();
-        QCOMPARE(programm->zeilen().filter(u"erreichbar"_s).last(), u"erreichbar"_s);
+        // Docking is asked for over X, the line comes after it over a pipe.
+        QTRY_COMPARE(programm->zeilen().filter(u"erreichbar"_s).last(), u"erreichbar"_s);
         // A panel that changes its visual or moves the tray takes another window for it.
         xembed->fensterWechseln(i == 0);
         andocken();
