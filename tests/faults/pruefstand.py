@@ -196,7 +196,9 @@ class Welt:
     def __enter__(self):
         return self
 
-    def __exit__(self, *_):
+    def __exit__(self, _art, fehler, _spur):
+        if isinstance(fehler, AssertionError):
+            fehler.args = ("\n".join([str(fehler), *self.protokoll()[-20:]]),)
         self.aufraeumen_.close()
         shutil.rmtree(self.wurzel, ignore_errors=True)
 
@@ -217,9 +219,10 @@ class Welt:
         with open(os.path.join(self.daten, "einstellungen.json"), "w", encoding="utf-8") as datei:
             json.dump(felder, datei)
 
-    def rekordbox(self, info=None, programm="/bin/true", name="start"):
+    def rekordbox(self, info=None, programm=None, name="start"):
         """Installs a bundle; returns the path of its executable. All cases share one table of processes,
-        so one that bears the name "rekordbox" runs for all of them."""
+        so one that bears the name "rekordbox", or runs from a bundle of that name, runs for all of them.
+        Without `programm` it is a link to one that ends at once: the kernel tells where that leads."""
         buendel = os.path.join(self.programme, "rekordbox 7", "rekordbox.app", "Contents")
         os.makedirs(os.path.join(buendel, "MacOS"))
         if info is None:
@@ -230,7 +233,10 @@ class Welt:
         with open(os.path.join(buendel, "Info.plist"), "wb") as datei:
             datei.write(info)
         ziel = os.path.join(buendel, "MacOS", name)
-        shutil.copy(programm, ziel)
+        if programm is None:
+            os.symlink("/bin/true", ziel)
+        else:
+            shutil.copy(programm, ziel)
         return ziel
 
     def starten(self, *argumente, vor=(), **weiteres):
