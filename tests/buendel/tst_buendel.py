@@ -158,7 +158,8 @@ class Symbol(unittest.TestCase):
 
     def test_jede_groesse_laesst_sich_auspacken(self):
         bilder = self.ausgepackt()
-        self.assertEqual(sorted(bilder), [16, 32, 128, 256, 512, 1024])
+        # Newer versions of icns2png read those for fine screens, too; of these 64 is a size of its own.
+        self.assertEqual(sorted(bilder.keys() - {64}), [16, 32, 128, 256, 512, 1024])
         for seite, bild in bilder.items():
             kopf = bild.read_bytes()[:24]
             self.assertEqual(struct.unpack(">II", kopf[16:]), (seite, seite))
