@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(instanz->belegen({}), Belegung::Erste);
         hoeren();
         QEvent ende(QEvent::Quit);
-        instanz->eventFilter(qApp, &ende);
+        instanz->eventFilter(QCoreApplication::instance(), &ende);
         QVERIFY(!instanz->bitten(Wunsch::Oeffnen));
         QVERIFY(QTest::qWaitFor([] { return zugesagt("oeffnen"); }));
         QTRY_COMPARE(gewollt, QList{Wunsch::Oeffnen});
@@ -131,9 +131,10 @@ private Q_SLOTS:
     {
         QCOMPARE(instanz->belegen({}), Belegung::Erste);
         QEvent anderes(QEvent::ApplicationActivate);
-        QCoreApplication::sendEvent(qApp, &anderes);
+        QCoreApplication::sendEvent(QCoreApplication::instance(), &anderes);
         QVERIFY(instanz->bitten({}));
-        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
+                                  Qt::QueuedConnection);
         QCOMPARE(QCoreApplication::exec(), 0);
         QVERIFY(!instanz->bitten({}));
     }
