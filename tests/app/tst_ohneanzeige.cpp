@@ -125,10 +125,10 @@ private Q_SLOTS:
         Kindprogramm kalvaro(programm, {u"-platform"_s, u"offscreen"_s, u"--hintergund"_s},
                              umgebung);
         QTRY_VERIFY_WITH_TIMEOUT(!zuhause->protokoll().isEmpty(), frist);
+        QVERIFY(kalvaro.beenden(SIGTERM) >= 0); // and with it all that it has said has come
         QCOMPARE(QString::fromUtf8(kalvaro.fehlerausgabe()),
                  u"kalvaro: Das Argument „--hintergund“ ist unbekannt und wird ignoriert; "
                  "„kalvaro --help“ zeigt alle.\n"_s);
-        QVERIFY(kalvaro.beenden(SIGTERM) >= 0);
     }
 
 private:
